@@ -1,0 +1,46 @@
+// The bars of the chart: one metric of a node, period by period, at most 90 bars.
+#pragma once
+
+#include "platform/controls/chart.h"
+#include "platform/dateValue.h"
+#include "platform/sqlite/connection.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace veltrona {
+
+/// The captions of the metric and the grouping combo, by index.
+QStringList chartMetrics();
+QStringList chartGroupings();
+
+struct ChartRequest {
+    int metric = 0;
+    int grouping = 0; // 0 days, 1 weeks, 2 months
+    DateRange range;
+    bool allDates = false; // take the table's first and last date instead
+    QString tag;           // the selected node's
+};
+
+struct ChartBar {
+    QString label;
+    int fromDay = 0; // the first and the last day number that the bar counts
+    int toDay = 0;
+    double value = 0;
+};
+
+struct ChartSeries {
+    DateRange range;  // the one in force, to be written back for "All"
+    QString interval; // "d", "w", "m" or "yyyy"
+    int step = 1;
+    QString metric;
+    std::vector<ChartBar> bars;
+};
+
+/// Throws Failure; touches no control.
+ChartSeries queryChartSeries(const sqlite::Connection &connection, const ChartRequest &request);
+/// Puts the bars into the chart.
+void showSeries(const ChartSeries &series, Chart &chart);
+
+} // namespace veltrona

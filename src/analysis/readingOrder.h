@@ -1,0 +1,22 @@
+// The order in which a reader expects names: by base letters without case and accents, then by
+// folded text, then by code point.
+#pragma once
+
+#include <QString>
+
+namespace veltrona {
+
+/// A text's sort key; keys compare like the texts they were made from. Worth keeping where a text
+/// is compared more than once.
+class ReadingKey {
+public:
+    explicit ReadingKey(const QString &text);
+    friend bool operator<(const ReadingKey &a, const ReadingKey &b);
+
+private:
+    QString m_base;
+    QString m_folded;
+    QString m_text;
+};
+
+} // namespace veltrona

@@ -1,0 +1,11 @@
+// Finishes the statistics grid: averages of the rows, the summary row, display forms and colours.
+#pragma once
+
+#include "platform/controls/grid.h"
+
+namespace veltrona {
+
+/// Expects raw running sums in the data rows and the counts in the hidden columns.
+void sumUp(Grid &grid, bool gridColor);
+
+} // namespace veltrona

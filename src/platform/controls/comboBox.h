@@ -1,0 +1,33 @@
+// The data behind a drop-down list with fixed entries. Setting `ListIndex` runs `onClick`, also
+// when the index stays the same, whoever sets it.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace veltrona {
+
+class ComboBox {
+public:
+    explicit ComboBox(QStringList items) : m_items(std::move(items)) {}
+
+    const QStringList &items() const { return m_items; }
+    /// -1 while nothing is chosen.
+    int ListIndex() const { return m_index; }
+    void setListIndex(int index);
+    /// The chosen entry, or the empty text.
+    QString Text() const { return m_items.value(m_index); }
+
+    QString Tag;
+
+    std::function<void()> onClick;  // set by the window
+    std::function<void()> onChange; // set by the view; runs before onClick
+
+private:
+    QStringList m_items;
+    int m_index = -1;
+};
+
+} // namespace veltrona

@@ -1,0 +1,24 @@
+#include "platform/controls/commonDialog.h"
+
+#include "platform/dialogs/dialogs.h"
+
+namespace veltrona {
+
+namespace {
+constexpr int overwritePrompt = 2;
+
+FileDialogSetup setupOf(const CommonDialog &dialog) {
+    return {dialog.DialogTitle, dialog.Filter, dialog.InitDir, dialog.DefaultExt,
+            (dialog.Flags & overwritePrompt) != 0};
+}
+} // namespace
+
+void CommonDialog::ShowOpen() {
+    FileName = dialogs().openFile(setupOf(*this));
+}
+
+void CommonDialog::ShowSave() {
+    FileName = dialogs().saveFile(setupOf(*this));
+}
+
+} // namespace veltrona

@@ -1,0 +1,58 @@
+// Date values and the calendar. A date value counts days since 1899-12-30, which is day 0, with the
+// time of day as its fraction; days before that are negative and their times of day still count
+// upwards. All arithmetic runs on day numbers, so that no time zone and no clock change touches it.
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+#include <string_view>
+
+namespace veltrona {
+
+using DateValue = double;
+
+/// A day of the Gregorian calendar; month and day count from 1.
+struct CalendarDay {
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    friend bool operator==(const CalendarDay &, const CalendarDay &) = default;
+};
+
+/// Start and end of a period, both counted in.
+struct DateRange {
+    DateValue start = 0;
+    DateValue end = 0;
+    friend bool operator==(const DateRange &, const DateRange &) = default;
+};
+
+int dayNumber(DateValue value);
+int dayNumber(const CalendarDay &day);
+CalendarDay calendarDay(int dayNumber);
+/// Whether the calendar has this day.
+bool isValid(const CalendarDay &day);
+
+/// The fraction of a date value, 0 up to but not including 1.
+double timeOfDay(DateValue value);
+/// The time of day in whole seconds, rounded.
+int secondOfDay(DateValue value);
+
+DateValue dateValue(const QDateTime &localTime);
+DateValue dateValue(const CalendarDay &day, int secondOfDay = 0);
+
+/// The form of dates in the table: "2007-05-14", or "2007-05-14 13:05:09" where the time isn't
+/// midnight. Such texts compare like the dates they stand for.
+QString isoText(DateValue value);
+/// Reads exactly the two forms of isoText; anything else gives none.
+std::optional<DateValue> dateOfIsoText(std::string_view text);
+
+/// Sunday is 1, Saturday is 7.
+int weekday(int dayNumber);
+/// 1 to 54; weeks begin on Sunday, and week 1 is the week that holds 1 January.
+int weekOfYear(int dayNumber);
+/// A day that the target month lacks falls back to the month's last day.
+int addMonths(int dayNumber, int months);
+
+} // namespace veltrona

@@ -1,0 +1,53 @@
+// The seam between the program and everything modal that a user answers: message boxes, file
+// dialogs and choices. The program installs the Qt dialogs, tests install a recorder that answers
+// by itself and fails on a box that nobody expected.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace veltrona {
+
+/// The message boxes in use, by their style number.
+enum class MessageStyle {
+    YesNoQuestion = 36,
+    OkExclamation = 48,
+    OkCancelExclamation = 49,
+    YesNoExclamation = 52,
+    YesNoCancelCriticalDefaultNo = 275,
+};
+
+enum class Answer { Ok, Cancel, Yes, No };
+
+/// How a file dialog is set up. Filters have the form "XML files (*.xml)|*.xml".
+struct FileDialogSetup {
+    QString title;
+    QString filter;
+    QString initialFolder;
+    QString defaultExtension;      // without the dot; empty: none is added
+    bool confirmsOverwrite = true; // of a save dialog
+};
+
+class Dialogs {
+public:
+    virtual ~Dialogs() = default;
+
+    /// Shows a modal message box. Both texts are plain text: markup in them is shown, not rendered.
+    virtual Answer message(MessageStyle style, const QString &title, const QString &text) = 0;
+
+    /// A question with buttons of its own; gives the index of the button pressed, the last one if
+    /// the box was closed by Esc or the window's close button.
+    virtual int choose(const QString &title, const QString &text, const QStringList &buttons) = 0;
+
+    /// The chosen file in the platform's own notation, or the empty text after a cancel.
+    virtual QString openFile(const FileDialogSetup &setup) = 0;
+    virtual QString saveFile(const FileDialogSetup &setup) = 0;
+};
+
+/// The dialogs in force. Must not be called before setDialogs.
+Dialogs &dialogs();
+
+/// Installs dialogs that the caller keeps alive; null takes them away.
+void setDialogs(Dialogs *dialogs);
+
+} // namespace veltrona
