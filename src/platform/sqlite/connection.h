@@ -1,10 +1,12 @@
 // SQLite behind a small RAII layer: a connection to one database file and prepared statements with
 // bound values. Every failure is thrown as Failure, with SQLite's extended result code and a text
-// that names the file. A connection must outlive its statements.
+// that names the file. A connection must outlive its statements. No call waits longer than the lock
+// wait for another program; a transaction waits twice at most, at its begin and at its commit.
 #pragma once
 
 #include "platform/failure.h"
 
+#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -14,6 +16,9 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 namespace veltrona::sqlite {
+
+/// How long a lock of another program is waited for, in milliseconds.
+inline constexpr int lockWait = 3000;
 
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
@@ -51,6 +56,7 @@ private:
     friend class Connection;
     Statement(const Connection *connection, sqlite3_stmt *statement)
         : m_connection(connection), m_statement(statement) {}
+    void check(int code) const;
 
     const Connection *m_connection = nullptr;
     sqlite3_stmt *m_statement = nullptr;
@@ -66,28 +72,34 @@ public:
     /// Opens an existing file for reading and writing; a missing file, or one that can't be
     /// written, is a failure, and no file is ever made by opening. Looks at nothing inside.
     void open(const QString &path);
+    /// An open transaction is rolled back.
     void close() noexcept;
     bool isOpen() const { return m_handle != nullptr; }
     const QString &path() const { return m_path; }
 
     /// Runs statements that give no rows; results are dropped.
     void execute(std::string_view sql);
+    /// Exactly one statement; anything behind it is a failure.
     Statement prepare(std::string_view sql) const;
     /// Records changed by the last insert, update or delete.
     qint64 changes() const;
 
     /// True if the file that was opened is no longer what stands at its path: deleted, renamed or
-    /// replaced by another program.
+    /// replaced by another program. Writing then fails by itself; reading goes on.
     bool hasMoved() const;
 
     /// For the sources of this folder alone.
     sqlite3 *handle() const { return m_handle; }
-    /// Throws the Failure for the connection's last error.
+    /// The Failure for the connection's last error, whose result code is `code`.
+    Failure failure(int code) const;
     [[noreturn]] void fail(int code) const;
 
 private:
+    static int waitForLock(void *self, int attempt);
+
     sqlite3 *m_handle = nullptr;
     QString m_path;
+    QElapsedTimer m_lockTimer;
 };
 
 /// A write transaction, begun at once (BEGIN IMMEDIATE); rolled back unless committed.
