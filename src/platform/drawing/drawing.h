@@ -1,0 +1,102 @@
+// Bitmaps and drawing contexts in memory: what a picture needs of the platform in order to copy
+// pixels by block transfer. Objects are named by handles that this file's table owns until they are
+// deleted; a handle that names nothing is refused, never followed. One thread uses all of it.
+//
+// Every bitmap has the same layout: 24 bits for each pixel in the order blue, green, red, the
+// bottom row first, rows padded to a multiple of 4 bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace veltrona::drawing {
+
+/// 0 is no object.
+using Handle = std::uint32_t;
+
+/// Raster operations: the byte from bit 16 on is a truth table over pattern, source and target.
+inline constexpr std::uint32_t SRCCOPY = 0x00CC0020;
+inline constexpr std::uint32_t SRCPAINT = 0x00EE0086;
+inline constexpr std::uint32_t SRCAND = 0x008800C6;
+inline constexpr std::uint32_t SRCINVERT = 0x00660046;
+inline constexpr std::uint32_t DSTINVERT = 0x00550009;
+inline constexpr std::uint32_t BLACKNESS = 0x00000042;
+inline constexpr std::uint32_t WHITENESS = 0x00FF0062;
+
+inline constexpr std::int32_t BI_RGB = 0;
+
+struct BITMAPINFOHEADER {
+    std::int32_t biSize = 0;
+    std::int32_t biWidth = 0;
+    std::int32_t biHeight = 0; // positive: bottom-up
+    std::int16_t biPlanes = 0;
+    std::int16_t biBitCount = 0;
+    std::int32_t biCompression = 0;
+    std::int32_t biSizeImage = 0;
+    std::int32_t biXPelsPerMeter = 0;
+    std::int32_t biYPelsPerMeter = 0;
+    std::int32_t biClrUsed = 0;
+    std::int32_t biClrImportant = 0;
+};
+
+/// What a handle's bitmap looks like; `bits` stays valid until the bitmap is deleted.
+struct BitmapView {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int32_t bytesPerRow = 0;
+    std::uint8_t *bits = nullptr; // the bottom row
+};
+
+/// Width times three, rounded up to a multiple of 4; 0 where that is no 32-bit number.
+std::int32_t bytesPerRow(std::int32_t width);
+
+/// A drawing context, compatible with the screen, with a bitmap of one pixel selected into it.
+Handle createCompatibleDC();
+bool deleteDC(Handle dc);
+
+/// Both give 0 on failure: no context, an impossible size, no memory. New pixels are black.
+Handle createDIBSection(Handle dc, const BITMAPINFOHEADER &info, std::uint8_t *&bits);
+Handle createCompatibleBitmap(std::int32_t width, std::int32_t height);
+/// From rows of blue, green and red that lie top-down, `rowStride` bytes apart.
+Handle createBitmap(std::int32_t width, std::int32_t height, const std::uint8_t *topRow,
+                    std::ptrdiff_t rowStride);
+/// Refused while the bitmap is selected into a context.
+bool deleteBitmap(Handle bitmap);
+/// None for a handle that is no bitmap.
+std::optional<BitmapView> describeBitmap(Handle bitmap);
+
+/// Gives the bitmap that the context held before, 0 on failure. A bitmap is in one context at most.
+Handle selectBitmap(Handle dc, Handle bitmap);
+
+/// Copies a rectangle between the bitmaps of two contexts, so far as it lies in both. The pattern
+/// is white. An operation that doesn't look at the source needs none.
+bool bitBlt(Handle target, std::int32_t left, std::int32_t top, std::int32_t width,
+            std::int32_t height, Handle source, std::int32_t sourceLeft, std::int32_t sourceTop,
+            std::uint32_t operation);
+
+/// Hands a bitmap to the system's clipboard in the place of what was there; on true the clipboard
+/// owns it. Without an installed clipboard always false.
+bool setClipboardBitmap(Handle bitmap);
+/// The windows install theirs; an empty function takes it away.
+void setClipboard(std::function<bool(Handle)> taker);
+
+/// Owns one bitmap.
+class Picture {
+public:
+    Picture() = default;
+    explicit Picture(drawing::Handle bitmap) : m_bitmap(bitmap) {}
+    Picture(Picture &&other) noexcept : m_bitmap(other.release()) {}
+    Picture &operator=(Picture &&other) noexcept;
+    ~Picture() { deleteBitmap(m_bitmap); }
+
+    drawing::Handle Handle() const { return m_bitmap; }
+    /// Gives the bitmap away.
+    drawing::Handle release();
+
+private:
+    drawing::Handle m_bitmap = 0;
+};
+
+} // namespace veltrona::drawing
