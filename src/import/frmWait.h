@@ -1,0 +1,56 @@
+// The window that stands on the screen during an import and shows how far it has come. It can't be
+// closed, runs the import from its own activation, and unloads itself when the import has ended, be
+// it by an exception.
+#pragma once
+
+#include <QDialog>
+
+#include <exception>
+#include <functional>
+
+class QLabel;
+class QProgressBar;
+
+namespace veltrona {
+
+class frmWait : public QDialog {
+    Q_OBJECT
+
+public:
+    frmWait();
+    static frmWait &instance();
+
+    /// Makes the bar anew, from `mn` to `mx`.
+    void init(int mn, int mx);
+    /// One step; paints the window and dispatches events at the steps of progressRepaints.
+    void inc();
+
+    /// Shows the window modally and runs `import` once it is on the screen; returns when both have
+    /// ended. What `import` throws comes out of here, with the window gone.
+    void Show(std::function<void()> import);
+
+    int Value() const { return m_value; }
+
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void activateOnce();
+    void Form_Activate();
+    void arrange();
+    void moveBar();
+
+    QLabel *Label1;
+    QProgressBar *pbWait;
+    std::function<void()> m_import;
+    std::exception_ptr m_failure;
+    bool m_activated = false;
+    int m_max = 0;
+    int m_value = 0;
+};
+
+} // namespace veltrona

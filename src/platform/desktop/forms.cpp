@@ -1,0 +1,58 @@
+#include "platform/desktop/forms.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QStyle>
+#include <QWindow>
+
+namespace veltrona::desktop {
+
+QWidget *owningWindow() {
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    // Without a window manager no window is active.
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window)
+            return window;
+    }
+    return nullptr;
+}
+
+void placeOverOwner(QWidget &form, QWidget *owner) {
+    form.winId(); // makes the window that the owner is set on
+    if (owner == &form)
+        owner = nullptr;
+    form.windowHandle()->setTransientParent(owner ? owner->window()->windowHandle() : nullptr);
+
+    const QRect screen = (owner ? owner : &form)->screen()->availableGeometry();
+    const QRect over = owner ? owner->window()->frameGeometry() : screen;
+    const bool framed = !form.windowFlags().testFlag(Qt::FramelessWindowHint);
+    QRect place({}, form.size() + (framed ? frameExtent(form) : QSize(0, 0)));
+    place.moveCenter(over.center());
+    place.moveRight(qMin(place.right(), screen.right()));
+    place.moveBottom(qMin(place.bottom(), screen.bottom()));
+    place.moveLeft(qMax(place.left(), screen.left()));
+    place.moveTop(qMax(place.top(), screen.top()));
+    form.move(place.topLeft());
+}
+
+QSize frameExtent(const QWidget &window) {
+    const QSize known = window.frameGeometry().size() - window.size();
+    if (!known.isEmpty())
+        return known;
+    constexpr int border = 4;
+    const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), 24);
+    return {2 * border, title + border};
+}
+
+void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale) {
+    QRect rect = scale.toPixels(place);
+    const QPoint centre = rect.center();
+    rect.setSize(rect.size().expandedTo(control.sizeHint()));
+    rect.moveCenter(centre);
+    control.setGeometry(rect);
+}
+
+} // namespace veltrona::desktop

@@ -1,0 +1,44 @@
+// The dialog of the three colour switches. Its load is also how the stored switches reach the
+// flags in modMain: the main window loads it unseen at start. OK, Cancel and the close button
+// unload it, so that the next show loads it afresh.
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+class QPushButton;
+
+namespace veltrona {
+
+class frmOptions : public QDialog {
+    Q_OBJECT
+
+public:
+    frmOptions();
+    static frmOptions &instance();
+
+    /// Reads the settings into boxes and flags, unless the form is loaded already.
+    void load();
+    bool isLoaded() const { return m_loaded; }
+    /// Loads the form if need be and shows it modally; returns when it has been unloaded.
+    void Show();
+
+    void done(int result) override;
+
+private:
+    void Form_Load();
+    void chkCG_Click();
+    void cmdOK_Click();
+    void comCancel_Click();
+    void arrange();
+    void unload() { done(Rejected); }
+
+    QCheckBox *chkCG;
+    QCheckBox *chkCE;
+    QCheckBox *chkCP;
+    QPushButton *cmdOK;
+    QPushButton *comCancel;
+    bool m_loaded = false;
+};
+
+} // namespace veltrona

@@ -1,0 +1,9 @@
+#include "shell/version.h"
+
+namespace veltrona {
+
+QString programVersion() {
+    return QStringLiteral(VELTRONA_VERSION);
+}
+
+} // namespace veltrona

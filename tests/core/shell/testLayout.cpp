@@ -1,0 +1,89 @@
+// The resize rules of the main window, against numbers worked out by hand.
+#include "shell/layout.h"
+
+#include <QTest>
+
+using namespace veltrona;
+
+class TestLayout : public QObject {
+    Q_OBJECT
+
+private slots:
+    void theMinimumSize() {
+        const WindowLayout at = arrangeWindow({.width = 11000, .height = 6500});
+        QCOMPARE(at.Frame1, (TwipRect{60, 600, 2750, 2577.5F}));
+        QCOMPARE(at.Frame2, (TwipRect{2880, 600, 7940, 2577.5F}));
+        QCOMPARE(at.Frame3, (TwipRect{60, 3187.5F, 10770, 2127.5F}));
+        QCOMPARE(at.treeList, (TwipRect{120, 240, 2550, 2187.5F}));
+        QCOMPARE(at.flxStat, (TwipRect{120, 900, 7730, 1647.5F}));
+        QCOMPARE(at.mscMain, (TwipRect{120, 240, 8170, 1777.5F}));
+        QCOMPARE(at.lblLeft, (TwipRect{8440, 360, 1815, 195}));
+        QCOMPARE(at.cboLeft, (TwipRect{8440, 600, 2055, 315}));
+        QCOMPARE(at.lblGroup.left, 8440.F);
+        QCOMPARE(at.cboGroup, (TwipRect{8440, 1320, 2055, 315}));
+    }
+
+    void lessThanTheMinimumIsTheMinimumInEachDirectionByItself() {
+        const WindowLayout least = arrangeWindow({.width = 11000, .height = 6500});
+        const WindowLayout narrow = arrangeWindow({.width = 10, .height = 8001});
+        QCOMPARE(narrow.Frame3.width, least.Frame3.width);
+        QCOMPARE(narrow.Frame1.height, 3328.F);
+        const WindowLayout low = arrangeWindow({.width = 20000, .height = 10});
+        QCOMPARE(low.Frame1.height, least.Frame1.height);
+        QCOMPARE(low.Frame2.width, 14690.F);
+    }
+
+    void filtersFollowTheirLabels() {
+        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}).dtpStart.left, 1200.F);
+        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}).dtpEnd.left, 3555.F);
+        FilterLabels labels;
+        labels.range.width = 1000;
+        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}, labels).cboRange.left, 6235.F);
+    }
+
+    void onlyTheChartWidens() {
+        for (const float w : {11000.F, 16001.F, 40000.F}) {
+            const WindowLayout at = arrangeWindow({.width = w, .height = 9000});
+            QCOMPARE(at.Frame3.width - at.mscMain.width, 2600.F);
+        }
+    }
+
+    void nothingIsCovered_data() {
+        QTest::addColumn<float>("toolBar");
+        QTest::addColumn<float>("chromeHeight");
+        QTest::addColumn<float>("chromeWidth");
+        QTest::newRow("as designed") << 600.F << 705.F << 120.F;
+        QTest::newRow("just what is allowed") << 600.F << 840.F << 170.F;
+        QTest::newRow("high tool bar") << 905.F << 705.F << 120.F;
+        QTest::newRow("high chrome") << 600.F << 1201.F << 120.F;
+        QTest::newRow("all of it") << 1100.F << 1300.F << 400.F;
+        QTest::newRow("no chrome, low tool bar") << 300.F << 0.F << 0.F;
+    }
+
+    void nothingIsCovered() {
+        QFETCH(float, toolBar);
+        QFETCH(float, chromeHeight);
+        QFETCH(float, chromeWidth);
+        for (const float statusBar : {345.F, 500.F}) {
+            const WindowSizes sizes{.width = 12000,
+                                    .height = 9001,
+                                    .statusBarHeight = statusBar,
+                                    .toolBarHeight = toolBar,
+                                    .chromeWidth = chromeWidth,
+                                    .chromeHeight = chromeHeight};
+            const WindowLayout at = arrangeWindow(sizes);
+            QVERIFY(at.Frame1.top >= toolBar && at.Frame1.top >= 600);
+            QCOMPARE(at.Frame2.top, at.Frame1.top);
+            const float innerHeight = sizes.height - chromeHeight;
+            QVERIFY(at.Frame3.top + at.Frame3.height <= innerHeight - statusBar);
+            const float innerWidth = sizes.width - chromeWidth;
+            QVERIFY(at.Frame2.left + at.Frame2.width <= innerWidth);
+            QVERIFY(at.Frame3.left + at.Frame3.width <= innerWidth);
+            QVERIFY(at.Frame1.top + at.Frame1.height < at.Frame3.top);
+            QVERIFY(at.Frame1.left + at.Frame1.width < at.Frame2.left);
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(TestLayout)
+#include "testLayout.moc"
