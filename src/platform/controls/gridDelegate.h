@@ -1,0 +1,27 @@
+// How a cell of the grid is drawn: its colour, the summary row's base and line, and the mark of a
+// row that didn't earn back its cost, for those who can't tell red from green.
+#pragma once
+
+#include "platform/controls/plainText.h"
+
+namespace veltrona {
+
+class GridView;
+
+class GridDelegate : public PlainTextDelegate {
+public:
+    explicit GridDelegate(GridView &view);
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+    /// Where the mark stands in a cell: in the padding at the side that the text leaves free.
+    static QRect lossMark(const QRect &cell, Qt::Alignment textAlignment, int lineHeight);
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+private:
+    GridView &m_view;
+};
+
+} // namespace veltrona
