@@ -12,7 +12,7 @@ struct sqlite3_value;
 
 namespace veltrona::sqlite {
 
-/// One value of a record during the visit.
+/// One value of a record during the visit. Only the engine makes them.
 class RecordValue {
 public:
     ValueType type() const;
