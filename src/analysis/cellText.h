@@ -4,17 +4,21 @@
 #include <QString>
 #include <QStringView>
 
+#include <string_view>
+
 namespace veltrona {
 
 /// The longest leading part of the text that reads as a decimal number with "." as the point and an
 /// exponent if there is one; 0 without such a part.
 double numberOfText(QStringView text);
+double numberOfText(std::string_view utf8);
 /// Every "%" is removed, then the text is read as a number.
 double percentNumberOfText(QStringView text);
+double percentNumberOfText(std::string_view utf8);
 /// Up to 15 significant digits, "." as the point, no trailing zeros, no zero in front of the point;
 /// "1E-05" where the number is too small or too large for that.
 QString numberText(double number);
-/// Half to even, on the number times a power of ten as a 64-bit float.
+/// Half to even, on the number times a power of ten as a 64-bit float; `decimals` from 0 to 22.
 double roundHalfToEven(double number, int decimals);
 /// The number that numberOfText(numberText(number)) gives, without the text.
 double toFifteenDigits(double number);
