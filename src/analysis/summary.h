@@ -5,6 +5,9 @@
 
 namespace veltrona {
 
+/// The return on investment as a percent text, not yet rounded; money in currency units.
+QString returnOnInvestment(double conversionValue, double cost);
+
 /// Expects raw running sums in the data rows and the counts in the hidden columns.
 void sumUp(Grid &grid, bool gridColor);
 
