@@ -4,7 +4,6 @@
 #include "platform/dateValue.h"
 
 #include <functional>
-#include <optional>
 
 namespace veltrona {
 

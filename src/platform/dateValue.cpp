@@ -1,5 +1,6 @@
 #include "platform/dateValue.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -16,11 +17,6 @@ constexpr sys_days dayZero = sys_days(std::chrono::year(1899) / 12 / 30);
 year_month_day chronoDay(const CalendarDay &day) {
     return std::chrono::year(day.year) / static_cast<unsigned>(day.month) /
            static_cast<unsigned>(day.day);
-}
-
-/// The whole seconds since midnight of day 0; sound for times of day in whole seconds.
-qint64 totalSeconds(DateValue value) {
-    return std::llround(value * secondsPerDay);
 }
 
 int digits(std::string_view text, std::size_t from, std::size_t count) {
@@ -58,8 +54,9 @@ double timeOfDay(DateValue value) {
 }
 
 int secondOfDay(DateValue value) {
-    const qint64 seconds = totalSeconds(value) % secondsPerDay;
-    return static_cast<int>(seconds < 0 ? seconds + secondsPerDay : seconds);
+    // A day's last half second stays with its day.
+    return static_cast<int>(
+        std::min<long long>(std::llround(timeOfDay(value) * secondsPerDay), secondsPerDay - 1));
 }
 
 DateValue dateValue(const QDateTime &localTime) {
@@ -74,8 +71,7 @@ DateValue dateValue(const CalendarDay &day, int secondOfDay) {
 
 QString isoText(DateValue value) {
     const int seconds = secondOfDay(value);
-    const CalendarDay day =
-        calendarDay(static_cast<int>((totalSeconds(value) - seconds) / secondsPerDay));
+    const CalendarDay day = calendarDay(dayNumber(value));
     const auto two = [](int number) {
         return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
     };

@@ -36,7 +36,7 @@ bool isValid(const CalendarDay &day);
 
 /// The fraction of a date value, 0 up to but not including 1.
 double timeOfDay(DateValue value);
-/// The time of day in whole seconds, rounded.
+/// The time of day in whole seconds, rounded; never the next day's midnight.
 int secondOfDay(DateValue value);
 
 DateValue dateValue(const QDateTime &localTime);

@@ -1,0 +1,136 @@
+#include "analysis/navigationTree.h"
+
+#include "analysis/nodeTag.h"
+#include "analysis/readingOrder.h"
+
+#include <QScopeGuard>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace veltrona {
+
+namespace {
+
+constexpr int folderImage = 1;
+constexpr std::size_t levels = 4; // campaign, ad group, keyword, keyword type
+
+/// A name and, one level down, the names below it.
+struct Name {
+    explicit Name(const QString &text) : text(text), key(text) {}
+    QString text;
+    ReadingKey key;
+    std::vector<Name> below;
+};
+
+QString withoutOuterBlanks(std::string_view utf8) {
+    const std::size_t first = utf8.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return QString();
+    utf8 = utf8.substr(first, utf8.find_last_not_of(' ') + 1 - first);
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// The rows come grouped by their leading columns, so that a name differs from the last one read
+/// or continues it.
+std::vector<Name> readNames(const sqlite::Connection &connection) {
+    sqlite::Statement statement =
+        connection.prepare("SELECT DISTINCT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays "
+                           "ORDER BY Campaign, Adgroup, KeyWord, kwType");
+    std::vector<Name> campaigns;
+    std::array<std::string, levels> last;
+    while (statement.step()) {
+        std::vector<Name> *siblings = &campaigns;
+        bool isNew = campaigns.empty();
+        for (std::size_t level = 0; level < levels; ++level) {
+            const std::string_view utf8 = statement.utf8(static_cast<int>(level));
+            isNew = isNew || utf8 != last[level];
+            if (isNew) {
+                last[level] = utf8;
+                siblings->emplace_back(withoutOuterBlanks(utf8));
+            }
+            siblings = &siblings->back().below;
+        }
+    }
+    return campaigns;
+}
+
+void sortForReader(std::vector<Name> &names) {
+    std::sort(names.begin(), names.end(),
+              [](const Name &a, const Name &b) { return a.key < b.key; });
+    for (Name &name : names)
+        sortForReader(name.below);
+}
+
+TreeNode *addNode(Tree &tree, TreeNode *parent, const QString &key, const QString &text,
+                  const QString &tag) {
+    TreeNode *node = tree.Nodes().Add(parent, TreeRelationship::Child, key, text, folderImage);
+    node->Tag = tag;
+    return node;
+}
+
+void addKeywords(Tree &tree, TreeNode *branch, const QString &path, const QString &conditions,
+                 const std::vector<Name> &keywords) {
+    for (const Name &keyword : keywords) {
+        const QString keywordPath = path + QStringLiteral(" > Keyword: '") + keyword.text + u'\'';
+        const QString tag = conditions + QStringLiteral(" AND Keyword='") +
+                            doubledApostrophes(keyword.text) + QStringLiteral("' ORDER BY kwType");
+        TreeNode *node =
+            addNode(tree, branch, QStringLiteral("4-") + keywordPath, keyword.text, tag);
+        for (const Name &type : keyword.below)
+            addNode(tree, node,
+                    QStringLiteral("5-") + keywordPath + QStringLiteral(" > KeywordType: '") +
+                        type.text + u'\'',
+                    type.text, tag);
+    }
+}
+
+void addAdGroup(Tree &tree, TreeNode *campaign, const QString &campaignPath,
+                const QString &campaignCondition, const Name &adGroup) {
+    const QString path = campaignPath + QStringLiteral(" > Adgroup: '") + adGroup.text + u'\'';
+    const QString condition = campaignCondition + QStringLiteral(" AND adGroup='") +
+                              doubledApostrophes(adGroup.text) + u'\'';
+    TreeNode *node = addNode(tree, campaign, QStringLiteral("2-") + path, adGroup.text,
+                             condition + QStringLiteral(" ORDER BY adWordsTyp"));
+
+    const QString searchPath = path + QStringLiteral(" > Search keywords");
+    const QString searchCondition = condition + QStringLiteral(" AND adWordsTyp='Search Only'");
+    TreeNode *search =
+        addNode(tree, node, QStringLiteral("3-") + searchPath, QStringLiteral("Search keywords"),
+                searchCondition + QStringLiteral(" ORDER BY Keyword"));
+    addNode(tree, node, QStringLiteral("3-") + path + QStringLiteral(" > Content"),
+            QStringLiteral("Content"),
+            condition + QStringLiteral(" AND adWordsTyp='Content Only' ORDER BY Keyword"));
+    // All keywords stand under the search branch, those of content records alone too.
+    addKeywords(tree, search, searchPath, searchCondition, adGroup.below);
+}
+
+void addCampaign(Tree &tree, TreeNode *root, const Name &campaign) {
+    const QString path = QStringLiteral("Campain: '") + campaign.text + u'\'';
+    const QString condition =
+        QStringLiteral(" AND campaign='") + doubledApostrophes(campaign.text) + u'\'';
+    TreeNode *node = addNode(tree, root, QStringLiteral("1-") + path, campaign.text,
+                             condition + QStringLiteral(" ORDER BY adGroup"));
+    for (const Name &adGroup : campaign.below)
+        addAdGroup(tree, node, path, condition, adGroup);
+}
+
+} // namespace
+
+void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
+                         Tree &tree) {
+    std::vector<Name> campaigns = readNames(connection);
+    sortForReader(campaigns);
+
+    tree.beginRebuild();
+    const auto end = qScopeGuard([&tree] { tree.endRebuild(); });
+    tree.Nodes().Clear();
+    TreeNode *root = addNode(tree, nullptr, QStringLiteral("0-Campaign Summary"), projectTitle,
+                             QStringLiteral(" ORDER BY campaign"));
+    for (const Name &campaign : campaigns)
+        addCampaign(tree, root, campaign);
+    root->Expanded = true;
+}
+
+} // namespace veltrona
