@@ -1,6 +1,7 @@
 // The bars of the chart: one metric of a node, period by period, at most 90 bars.
 #pragma once
 
+#include "analysis/chartPeriods.h"
 #include "platform/controls/chart.h"
 #include "platform/dateValue.h"
 #include "platform/sqlite/connection.h"
@@ -17,24 +18,16 @@ QStringList chartGroupings();
 
 struct ChartRequest {
     int metric = 0;
-    int grouping = 0; // 0 days, 1 weeks, 2 months
+    int grouping = 0; // the wish: 0 days, 1 weeks, 2 months
     DateRange range;
     bool allDates = false; // take the table's first and last date instead
     QString tag;           // the selected node's
 };
 
-struct ChartBar {
-    QString label;
-    int fromDay = 0; // the first and the last day number that the bar counts
-    int toDay = 0;
-    double value = 0;
-};
-
 struct ChartSeries {
-    DateRange range;  // the one in force, to be written back for "All"
-    QString interval; // "d", "w", "m" or "yyyy"
-    int step = 1;
-    QString metric;
+    DateRange range; // the one in force, to be written back for "All"
+    ChartPeriods periods;
+    QString metric; // its caption
     std::vector<ChartBar> bars;
 };
 
