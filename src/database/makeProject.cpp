@@ -107,12 +107,14 @@ public:
         : m_file(systemPath(target + QLatin1String(suffix))), m_aside(m_file) {
         m_aside += "-old";
         std::error_code error;
-        if (!fs::exists(m_file, error))
-            return;
-        fs::rename(m_file, m_aside, error);
+        m_moved = fs::exists(m_file, error);
+        if (m_moved)
+            fs::rename(m_file, m_aside, error);
+        m_moved = m_moved && !error;
+        // Also where the name is so long that no project of that name could have a journal.
         if (error)
-            throw Failure::ofSystem(error.value(), QLatin1String(makeAction), target);
-        m_moved = true;
+            throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
+                                    QDir::toNativeSeparators(target));
     }
     ~SideFile() {
         std::error_code error;

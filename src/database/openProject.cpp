@@ -47,7 +47,10 @@ void proveTable(const Connection &connection) {
                    QStringLiteral("its table tblGoogleDays is missing"));
         // Names each column and the index of the six key columns.
         connection.prepare(dayInsertStatement());
-        number(connection, "SELECT GoogleDayId FROM tblGoogleDays LIMIT 1");
+        // Reads from the table and from both indexes.
+        number(connection, "SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
+                           " (SELECT min(GoogleDate) FROM tblGoogleDays),"
+                           " (SELECT min(Campaign) FROM tblGoogleDays)");
     } catch (const Failure &failure) {
         if (failure.number() != sqlError)
             throw;

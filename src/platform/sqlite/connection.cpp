@@ -19,6 +19,8 @@ struct Reason {
 
 constexpr Reason reasons[] = {
     {SQLITE_READONLY_DBMOVED, "it was renamed, deleted or replaced while it was open"},
+    {SQLITE_READONLY_DIRECTORY,
+     "its folder can't be written, and a journal has to stand beside it"},
     {SQLITE_BUSY, "it is locked by another program; try again when that program is done"},
     {SQLITE_LOCKED, "it is locked by a command that is still running"},
     {SQLITE_READONLY, "it can't be written: the file, its folder or its drive is read-only"},
@@ -90,7 +92,7 @@ Connection::~Connection() {
 void Connection::open(const QString &path) {
     close();
     refuseUnlessRegularFile(path);
-    // Absolute, so that no name of a file is taken for one of SQLite's own (":memory:", "file:").
+    // Absolute, so that no name of a file is taken for one of SQLite's own ("file:x?mode=ro").
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
     sqlite3 *handle = nullptr;
     const int code = sqlite3_open_v2(

@@ -1,0 +1,483 @@
+#include "database/projectFile.h"
+#include "database/dayTable.h"
+#include "support/anotherUser.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <functional>
+#include <optional>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+using namespace veltrona;
+using sqlite::Connection;
+
+namespace {
+
+template<typename Action>
+std::optional<Failure> failureOf(Action action) {
+    try {
+        action();
+    } catch (const Failure &failure) {
+        return failure;
+    }
+    return std::nullopt;
+}
+
+QByteArray contents(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+void write(const QString &path, const QByteArray &bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("can't write %s", qPrintable(path));
+}
+
+void change(const QString &path, std::string_view sql) {
+    Connection connection;
+    connection.open(path);
+    connection.execute(sql);
+}
+
+qint64 number(const Connection &connection, std::string_view sql) {
+    sqlite::Statement statement = connection.prepare(sql);
+    return statement.step() ? statement.int64(0) : -1;
+}
+
+qint64 records(const Connection &connection) {
+    return number(connection, "SELECT count(*) FROM tblGoogleDays");
+}
+
+/// Adds records first to last as an import does, some to a transaction; 1 on failure.
+int addRecords(const QString &path, int first, int last) {
+    const auto failure = failureOf([&] {
+        const auto connection = openProject(path);
+        for (int i = first; i < last; i += 100) {
+            sqlite::Transaction transaction(*connection);
+            for (int id = i; id < i + 100; ++id)
+                connection->execute("INSERT INTO tblGoogleDays (CreativeId) VALUES (" +
+                                    std::to_string(id) +
+                                    ") ON CONFLICT (Campaign,Adgroup,KeyWord,kwType,GoogleDate,"
+                                    "CreativeId) DO NOTHING");
+            transaction.commit();
+        }
+    });
+    if (failure)
+        qWarning("%s", failure->what());
+    return failure ? 1 : 0;
+}
+
+/// No file grows beyond a size while this lives; the nearest thing to a full disk that needs no
+/// mount.
+class SmallDisk {
+public:
+    explicit SmallDisk(rlim_t size) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit small{size, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    SmallDisk(const SmallDisk &) = delete;
+    SmallDisk &operator=(const SmallDisk &) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+using Spoil = std::function<void(const QString &path)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Spoil)
+
+class ProjectFileTest : public QObject {
+    Q_OBJECT
+
+    std::optional<QTemporaryDir> m_folder;
+    QString m_template;
+
+    QString path(const QString &name) const { return m_folder->path() + QLatin1Char('/') + name; }
+
+    QString project(const QString &name = QStringLiteral("p.vlt")) const {
+        makeProject(m_template, path(name));
+        return path(name);
+    }
+
+    QStringList files() const {
+        return QDir(m_folder->path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+private slots:
+    void initTestCase() {
+        m_template = QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat");
+    }
+
+    void init() { m_folder.emplace(); }
+
+    void templateHoldsTheTable() {
+        const auto connection = openProject(project());
+        QCOMPARE(records(*connection), 0);
+        auto columns = connection->prepare("PRAGMA table_info(tblGoogleDays)");
+        QVERIFY(columns.step());
+        QCOMPARE(columns.text(1), QStringLiteral("GoogleDayId"));
+        for (const DayColumn &column : dayColumns) {
+            QVERIFY(columns.step());
+            QCOMPARE(columns.text(1), QString(column.name));
+            const bool isNumber = column.kind == ColumnKind::Number;
+            QCOMPARE(columns.text(2), isNumber ? "NUMERIC" : "TEXT");
+            QCOMPARE(columns.text(4), isNumber ? "0" : "''");
+        }
+        QVERIFY(!columns.step());
+    }
+
+    void indexesServeTheViews_data() {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<QString>("plan");
+        QTest::newRow("tree") << "SELECT DISTINCT Campaign,Adgroup,KeyWord,kwType"
+                              << "USING COVERING INDEX idxRecord";
+        QTest::newRow("week") << "SELECT Clicks WHERE GoogleDate >= ? AND GoogleDate <= ?"
+                              << "USING INDEX idxDate";
+        QTest::newRow("duplicate")
+            << "SELECT GoogleDayId WHERE Adgroup=? AND Campaign=? AND "
+               "CreativeId=? AND GoogleDate=? AND KeyWord=? AND kwType=?"
+            << "USING COVERING INDEX idxRecord (Campaign=? AND Adgroup=? AND "
+               "KeyWord=? AND kwType=? AND GoogleDate=? AND CreativeId=?)";
+    }
+
+    void indexesServeTheViews() {
+        QFETCH(QString, query);
+        QFETCH(QString, plan);
+        const qsizetype where = query.contains("WHERE") ? query.indexOf("WHERE") : query.size();
+        query.insert(where, QStringLiteral(" FROM tblGoogleDays "));
+        const auto connection = openProject(project());
+        auto explained = connection->prepare(("EXPLAIN QUERY PLAN " + query).toStdString());
+        QVERIFY(explained.step());
+        QVERIFY2(explained.text(3).contains(plan), qPrintable(explained.text(3)));
+    }
+
+    void sixValuesMakeARecord() {
+        const auto connection = openProject(project());
+        const auto add = [&](const char *column, const QString &value) {
+            auto insert = connection->prepare(dayInsertStatement());
+            for (std::size_t i = 0; i < dayColumns.size(); ++i) {
+                const bool chosen = std::string_view(dayColumns[i].name) == column;
+                insert.bind(static_cast<int>(i) + 1, chosen ? value : QStringLiteral("1"));
+            }
+            const qint64 before = records(*connection);
+            insert.step();
+            return records(*connection) - before;
+        };
+        QCOMPARE(add("", {}), 1);
+        QCOMPARE(add("", {}), 0);
+        QStringList keys;
+        for (const DayColumn &column : dayColumns) {
+            if (add(column.name, QStringLiteral("2")) == 1)
+                keys += column.name;
+        }
+        QCOMPARE(keys.join(','), "Adgroup,Campaign,CreativeId,GoogleDate,KeyWord,kwType");
+        QCOMPARE(add("KeyWord", QStringLiteral("Tulip")), 1);
+        QCOMPARE(add("KeyWord", QStringLiteral("tulip")), 1);
+        QCOMPARE(add("KeyWord", QStringLiteral("tulip ")), 1);
+        QCOMPARE(add("CreativeId", QStringLiteral("123456789012345678")), 1);
+        QCOMPARE(add("CreativeId", QStringLiteral("123456789012345679")), 1);
+    }
+
+    void goodProjectIsOnlyLookedAt() {
+        const QString file = project();
+        const QByteArray before = contents(file);
+        openProject(file);
+        QCOMPARE(contents(file), before);
+        QCOMPARE(files(), QStringList("p.vlt"));
+    }
+
+    void badProjectIsRefused_data() {
+        QTest::addColumn<int>("fault");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<Spoil>("spoil");
+        const auto row = [](const char *name, int fault, const char *reason, const Spoil &spoil) {
+            QTest::newRow(name) << fault << QString(reason) << spoil;
+        };
+        const auto bytes = [](const QByteArray &content) {
+            return [content](const QString &path) { write(path, content); };
+        };
+        const auto cut = [](qint64 size) {
+            return [size](const QString &path) { QFile::resize(path, size); };
+        };
+        const auto sql = [](std::string_view text) {
+            return [text](const QString &path) { change(path, text); };
+        };
+        row("missing", 14, "no such file", [](const QString &path) { QFile::remove(path); });
+        row("empty", noProject, "empty", bytes({}));
+        row("short junk", noProject, "isn't a database", bytes("junk"));
+        row("long junk", noProject, "isn't a database", bytes(QByteArray(100000, 'x')));
+        row("cut in the header", noProject, "not one of Veltrona", cut(60));
+        row("cut in a page", damagedProject, "damaged", cut(20000));
+        row("foreign", noProject, "not one of Veltrona", sql("PRAGMA application_id = 7"));
+        row("newer", newerProject, "newer version", sql("PRAGMA user_version = 2"));
+        row("no version", damagedProject, "version", sql("PRAGMA user_version = 0"));
+        row("no table", damagedProject, "missing", sql("DROP TABLE tblGoogleDays"));
+        row("no column", damagedProject, "isn't the one",
+            sql("ALTER TABLE tblGoogleDays RENAME COLUMN headline TO head"));
+        row("no key", damagedProject, "isn't the one", sql("DROP INDEX idxRecord"));
+        row("view", damagedProject, "missing",
+            sql("ALTER TABLE tblGoogleDays RENAME TO x; CREATE VIEW tblGoogleDays AS SELECT * "
+                "FROM x"));
+        row("overwritten page", damagedProject, "damaged", [](const QString &path) {
+            QByteArray content = contents(path);
+            content.replace(8192, 8192, QByteArray(8192, '\x55'));
+            write(path, content);
+        });
+    }
+
+    void badProjectIsRefused() {
+        QFETCH(int, fault);
+        QFETCH(QString, reason);
+        QFETCH(Spoil, spoil);
+        const QString file = project(QStringLiteral("O'Neil #1.vlt"));
+        spoil(file);
+        const QByteArray before = contents(file);
+        const QStringList filesBefore = files();
+        const auto failure = failureOf([&] { openProject(file); });
+        QVERIFY(failure);
+        QCOMPARE(failure->number() & 0xff, fault);
+        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
+        QVERIFY(failure->text().contains(file));
+        QCOMPARE(contents(file), before);
+        QCOMPARE(files(), filesBefore);
+    }
+
+    void lockedProjectIsRefused() {
+        const QString file = project();
+        const auto connection = openProject(file);
+        connection->execute("BEGIN EXCLUSIVE");
+        QCOMPARE(failureOf([&] { openProject(file); })->number(), 5);
+        connection->execute("ROLLBACK");
+        QVERIFY(openProject(file)->isOpen());
+    }
+
+    /// A file that can be written, in a folder that takes no journal.
+    void projectInAReadOnlyFolderIsRefused() {
+        const QString file = project();
+        const QByteArray before = contents(file);
+        QFile::setPermissions(file, QFile::Permissions(0x6666));
+        QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7755));
+        const AnotherUser user;
+        if (!user.works())
+            QSKIP("root's rights can't be laid down here");
+        const auto failure = failureOf([&] { openProject(file); });
+        QVERIFY(failure);
+        QVERIFY2(failure->text().contains("folder can't be written"), qPrintable(failure->text()));
+        QCOMPARE(contents(file), before);
+    }
+
+    /// A crash in the middle of a batch: the next start takes the batch back.
+    void crashCostsTheOpenBatchAlone() {
+        const QString file = project();
+        QCOMPARE(addRecords(file, 0, 200), 0);
+        const auto connection = openProject(file);
+        connection->execute("PRAGMA cache_size = 2; BEGIN; UPDATE tblGoogleDays SET Clicks = 1, "
+                            "headline = hex(zeroblob(500))");
+        QVERIFY(QFile::copy(file, path("crashed.vlt")));
+        QVERIFY(QFile::copy(file + "-journal", path("crashed.vlt-journal")));
+        const auto crashed = openProject(path("crashed.vlt"));
+        QCOMPARE(number(*crashed, "SELECT sum(Clicks) FROM tblGoogleDays"), 0);
+        QCOMPARE(records(*crashed), 200);
+    }
+
+    void foreignTriggersNeverRun() {
+        const QString file = project();
+        change(file, "CREATE TRIGGER evil AFTER INSERT ON tblGoogleDays BEGIN DELETE FROM "
+                     "tblGoogleDays; END");
+        QCOMPARE(addRecords(file, 0, 100), 0);
+        QCOMPARE(records(*openProject(file)), 100);
+    }
+
+    void twoProgramsStoreTheUnion() {
+        const QString file = project();
+        const pid_t other = fork();
+        if (other == 0)
+            _exit(addRecords(file, 0, 3000));
+        QCOMPARE(addRecords(file, 1500, 4500), 0);
+        int status = -1;
+        QCOMPARE(waitpid(other, &status, 0), other);
+        QCOMPARE(status, 0);
+        const auto connection = openProject(file);
+        QCOMPARE(records(*connection), 4500);
+        QCOMPARE(number(*connection, "SELECT count(DISTINCT CreativeId) FROM tblGoogleDays"), 4500);
+    }
+
+    void newProjectReplacesWhole() {
+        const QString older = path("O'Neil ä #1.vlt");
+        write(older, "an older file");
+        QFile::setPermissions(older, QFile::Permissions(0x6600));
+        QVERIFY(QFile::link(older, path("link.vlt")));
+        // Left behind by a crash: played back, it would spoil the new project.
+        QFile::copy(m_template, path("x.vlt"));
+        write(older + "-journal", "journal");
+        write(older + "-wal", "log");
+        makeProject(m_template, path("link.vlt"));
+        QCOMPARE(contents(older), contents(m_template));
+        QCOMPARE(QFileInfo(path("link.vlt")).symLinkTarget(), older);
+        QCOMPARE(QFile::permissions(older), QFile::Permissions(0x6600));
+        QCOMPARE(files().size(), 3);
+        const QString longest = path(QString(243, 'n') + ".vlt");
+        makeProject(m_template, longest);
+        QVERIFY(openProject(longest)->isOpen());
+    }
+
+    void failedCopyLeavesTheOlderFile_data() {
+        QTest::addColumn<QString>("templateName");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no template") << "none.dat"
+                                     << "p.vlt"
+                                     << "none.dat\": No such file";
+        QTest::newRow("bad template") << "bad.dat"
+                                      << "p.vlt"
+                                      << "bad.dat\", is damaged";
+        QTest::newRow("no folder") << ""
+                                   << "none/p.vlt"
+                                   << "none/p.vlt\": No such file";
+        QTest::newRow("no room for a journal") << "" << QString(251, 'n') + ".vlt"
+                                               << "File name too long";
+        QTest::newRow("a folder") << ""
+                                  << "folder"
+                                  << "folder\": Is a directory";
+        QTest::newRow("write-protected") << ""
+                                         << "protected.vlt"
+                                         << "Permission denied";
+        QTest::newRow("protected folder") << ""
+                                          << "folder/p.vlt"
+                                          << "Permission denied";
+        QTest::newRow("full disk") << ""
+                                   << "p.vlt"
+                                   << "File too large";
+    }
+
+    void failedCopyLeavesTheOlderFile() {
+        QFETCH(QString, templateName);
+        QFETCH(QString, target);
+        QFETCH(QString, reason);
+        QDir(m_folder->path()).mkdir("folder");
+        QByteArray bad = contents(m_template);
+        bad.chop(8192);
+        write(path("bad.dat"), bad);
+        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
+            write(path(name), name);
+        QFile::setPermissions(path("protected.vlt"), QFile::Permissions(0x4444));
+        QFile::setPermissions(path("p.vlt"), QFile::Permissions(0x6666));
+        QFile::setPermissions(path("p.vlt-journal"), QFile::Permissions(0x6666));
+        QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
+        const QStringList before = files();
+        const AnotherUser user;
+        if (!user.works())
+            QSKIP("root's rights can't be laid down here");
+        const SmallDisk disk(reason == "File too large" ? 10000 : 10000000);
+        const QString source = templateName.isEmpty() ? m_template : path(templateName);
+        const auto failure = failureOf([&] { makeProject(source, path(target)); });
+        QVERIFY(failure);
+        QVERIFY(failure->number() != 0);
+        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
+        QCOMPARE(files(), before);
+        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
+            QCOMPARE(contents(path(name)), QByteArray(name));
+    }
+
+    void sameFileByAnyPath() {
+        const QString file = project();
+        const QString other = project("other.vlt");
+        QDir(m_folder->path()).mkdir("sub");
+        QVERIFY(QFile::link(file, path("soft.vlt")));
+        QVERIFY(::link(QFile::encodeName(file).constData(),
+                       QFile::encodeName(path("hard.vlt")).constData()) == 0);
+        for (const char *same : {"p.vlt", "soft.vlt", "hard.vlt", "sub/../p.vlt", "./p.vlt"})
+            QVERIFY2(isSameFile(path(same), file), same);
+        QVERIFY(isSameFile(QDir::current().relativeFilePath(file), file));
+        QVERIFY(!isSameFile(other, file));
+        QVERIFY(!isSameFile(path("P.vlt"), file));
+        QVERIFY(!isSameFile(path("none"), path("none")));
+        QVERIFY(!isSameFile(QString(QChar(0xD800)), file));
+    }
+
+    void cleanGivesTheSpaceBack() {
+        const QString file = project();
+        QCOMPARE(addRecords(file, 0, 5000), 0);
+        QVERIFY(QFileInfo(file).size() > 100000);
+        const auto connection = openProject(file);
+        cleanProject(*connection);
+        QCOMPARE(records(*connection), 0);
+        QCOMPARE(QFileInfo(file).size(), QFileInfo(m_template).size());
+        QCOMPARE(openProject(file)->isOpen(), true);
+    }
+
+    /// Deliberate: the records are gone, and that is what was asked for.
+    void cleanThatKeepsTheSpaceIsNoFailure() {
+        const QString file = project();
+        QCOMPARE(addRecords(file, 0, 5000), 0);
+        const auto connection = openProject(file);
+        auto running = connection->prepare("SELECT name FROM sqlite_master");
+        QVERIFY(running.step()); // VACUUM refuses to run beside another statement
+        const qint64 size = QFileInfo(file).size();
+        cleanProject(*connection);
+        QCOMPARE(records(*connection), 0);
+        QCOMPARE(QFileInfo(file).size(), size);
+    }
+
+    void cleanOfALockedProjectKeepsAll() {
+        const QString file = project();
+        QCOMPARE(addRecords(file, 0, 100), 0);
+        const auto connection = openProject(file);
+        const auto reader = openProject(file);
+        auto running = reader->prepare("SELECT CreativeId FROM tblGoogleDays");
+        QVERIFY(running.step());
+        QCOMPARE(failureOf([&] { cleanProject(*connection); })->number(), 5);
+        running = {};
+        QCOMPARE(records(*connection), 100);
+    }
+
+    void titles_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("plain") << "C:\\data\\Garden.vlt"
+                               << "Garden";
+        QTest::newRow("dots") << "C:\\da.ta\\Garden.2007.05.vlt"
+                              << "Garden.2007.05";
+        QTest::newRow("no extension") << "C:\\da.ta\\Garden"
+                                      << "Garden";
+        QTest::newRow("leading dot") << "C:\\.vlt"
+                                     << "";
+        QTest::newRow("no folder") << "Garden.vlt"
+                                   << "Garden";
+        QTest::newRow("slashes stay") << "C:\\a/b.vlt"
+                                      << "a/b";
+        QTest::newRow("folder") << "C:\\Garden.vlt\\"
+                                << "";
+        QTest::newRow("nothing") << ""
+                                 << "";
+    }
+
+    void titles() {
+        QFETCH(QString, path);
+        QFETCH(QString, title);
+        QCOMPARE(projectTitle(path, QLatin1Char('\\')), title);
+        // The other separator, the other way round.
+        const auto swapped = [](QString text) {
+            for (QChar &c : text)
+                c = c == '\\' ? QChar('/') : c == '/' ? QChar('\\') : c;
+            return text;
+        };
+        QCOMPARE(projectTitle(swapped(path), QLatin1Char('/')), swapped(title));
+    }
+};
+
+QTEST_GUILESS_MAIN(ProjectFileTest)
+#include "projectFileTest.moc"

@@ -1,0 +1,274 @@
+#include "platform/sqlite/connection.h"
+#include "support/anotherUser.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <limits>
+#include <optional>
+#include <thread>
+
+#include <sys/stat.h>
+
+using namespace veltrona;
+using namespace veltrona::sqlite;
+
+namespace {
+
+// SQLite's result codes, as a user would report them.
+constexpr int busy = 5;
+constexpr int readOnly = 8;
+constexpr int diskFull = 13;
+constexpr int cantOpen = 14;
+constexpr int misuse = 21;
+constexpr int movedFile = 1032;
+constexpr int notUnique = 2067;
+
+template<typename Action>
+std::optional<Failure> failureOf(Action action) {
+    try {
+        action();
+    } catch (const Failure &failure) {
+        return failure;
+    }
+    return std::nullopt;
+}
+
+qint64 count(const Connection &connection) {
+    Statement statement = connection.prepare("SELECT count(*) FROM t");
+    return statement.step() ? statement.int64(0) : -1;
+}
+
+} // namespace
+
+class ConnectionTest : public QObject {
+    Q_OBJECT
+
+    std::optional<QTemporaryDir> m_folder;
+
+    QString path(const QString &name) const { return m_folder->path() + QLatin1Char('/') + name; }
+
+    QString makeFile(const QString &name) const {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("no file %s", qPrintable(name));
+        return file.fileName();
+    }
+
+    QString makeDatabase(const QString &name = QStringLiteral("p.vlt")) const {
+        const QString file = makeFile(name);
+        Connection connection;
+        connection.open(file);
+        connection.execute(
+            "CREATE TABLE t (n NUMERIC NOT NULL UNIQUE, s TEXT NOT NULL DEFAULT '')");
+        return file;
+    }
+
+private slots:
+    void init() { m_folder.emplace(); }
+
+    void valuesComeBackExactly() {
+        Connection connection;
+        connection.open(makeDatabase());
+        Statement insert = connection.prepare("INSERT INTO t VALUES (?, ?)");
+        const std::vector<qint64> numbers{123456789012345678, std::numeric_limits<qint64>::min(),
+                                          std::numeric_limits<qint64>::max(), 0};
+        const QString hostile = QStringLiteral("O'Neil\"; DROP TABLE t;-- \0 ä 😀").append(QChar(0));
+        for (const qint64 number : numbers) {
+            insert.bind(1, number);
+            insert.bind(2, hostile);
+            QVERIFY(!insert.step());
+            insert.reset();
+            QCOMPARE(connection.changes(), 1);
+        }
+        insert.bind(1, 0.1);
+        insert.bind(2, std::string_view());
+        QVERIFY(!insert.step());
+        Statement select = connection.prepare("SELECT n, s FROM t ORDER BY rowid");
+        for (const qint64 number : numbers) {
+            QVERIFY(select.step());
+            QCOMPARE(select.type(0), ValueType::Integer);
+            QCOMPARE(select.int64(0), number);
+            QCOMPARE(select.text(1), hostile);
+        }
+        QVERIFY(select.step());
+        QCOMPARE(select.type(0), ValueType::Real);
+        QVERIFY(select.real(0) == 0.1);
+        QCOMPARE(select.type(1), ValueType::Text);
+        QVERIFY(select.utf8(1).empty());
+        QVERIFY(!select.step());
+    }
+
+    void namesMeanFiles_data() {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"O'Neil & \"Söhne\".vlt", "100%41 ?mode=ro#x.vlt",
+                                 "file:x?mode=memory", "日本 .vlt", "-x\n<b>.vlt"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+
+    /// A relative name reaches the engine as it was chosen.
+    void namesMeanFiles() {
+        QFETCH(QString, name);
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(m_folder->path());
+        const auto back = qScopeGuard([&] { QDir::setCurrent(before); });
+        makeDatabase(name);
+        Connection connection;
+        connection.open(name);
+        connection.execute("INSERT INTO t (n) VALUES (1)");
+        connection.close();
+        connection.open(path(name));
+        QCOMPARE(count(connection), 1);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(name));
+    }
+
+    void refusesWhatIsNoFile() {
+        QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+        QVERIFY(mkfifo(QFile::encodeName(path("pipe")).constData(), 0600) == 0);
+        for (const QString &name : {QString(), path("missing.vlt"), path("folder"), path("pipe")}) {
+            Connection connection;
+            const auto failure = failureOf([&] { connection.open(name); });
+            QVERIFY2(failure, qPrintable(name));
+            QCOMPARE(failure->number(), cantOpen);
+            QVERIFY(failure->text().contains(name));
+            QVERIFY(!connection.isOpen());
+        }
+        QVERIFY(!QFile::exists(path("missing.vlt")));
+    }
+
+    void neverFallsBackToReading() {
+        const QString file = makeDatabase();
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+        QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
+        const AnotherUser user;
+        if (!user.works())
+            QSKIP("root's rights can't be laid down here");
+        Connection connection;
+        const auto failure = failureOf([&] { connection.open(file); });
+        QVERIFY(failure);
+        QCOMPARE(failure->number(), readOnly);
+        QVERIFY(failure->text().contains(file) && failure->text().contains("read-only"));
+        QVERIFY(!connection.isOpen());
+    }
+
+    void tellsOfALock() {
+        const QString file = makeDatabase();
+        Connection first;
+        first.open(file);
+        Connection second;
+        second.open(file);
+        {
+            const Transaction transaction(first);
+            first.execute("INSERT INTO t (n) VALUES (1)");
+            QCOMPARE(count(second), 0);
+            const auto failure = failureOf([&] { Transaction other(second); });
+            QVERIFY(failure);
+            QCOMPARE(failure->number(), busy);
+            QVERIFY(failure->text().contains(file) && failure->text().contains("locked"));
+        }
+        Transaction transaction(second);
+        second.execute("INSERT INTO t (n) VALUES (2)");
+        transaction.commit();
+        QCOMPARE(count(first), 1);
+    }
+
+    void waitsForAShortLock() {
+        const QString file = makeDatabase();
+        Connection first;
+        first.open(file);
+        auto held = std::make_unique<Transaction>(first);
+        std::thread release([&] {
+            QThread::msleep(50);
+            held.reset();
+        });
+        Connection second;
+        second.open(file);
+        const auto failure = failureOf([&] { Transaction transaction(second); });
+        release.join();
+        QVERIFY(!failure);
+    }
+
+    void failedStatementLetsGoOfItsLock() {
+        const QString file = makeDatabase();
+        Connection first;
+        first.open(file);
+        Connection second;
+        second.open(file);
+        first.execute("INSERT INTO t (n) VALUES (1)");
+        Statement insert = first.prepare("INSERT INTO t (n) VALUES (1)");
+        const auto failure = failureOf([&] { insert.step(); });
+        QVERIFY(failure);
+        QCOMPARE(failure->number(), notUnique);
+        second.execute("INSERT INTO t (n) VALUES (2)");
+        QCOMPARE(count(first), 2);
+    }
+
+    void movedFileSwallowsNothing_data() {
+        QTest::addColumn<int>("how");
+        QTest::newRow("deleted") << 0;
+        QTest::newRow("renamed") << 1;
+        QTest::newRow("replaced") << 2;
+    }
+
+    void movedFileSwallowsNothing() {
+        QFETCH(int, how);
+        const QString file = makeDatabase();
+        Connection connection;
+        connection.open(file);
+        connection.execute("INSERT INTO t (n) VALUES (1)");
+        QVERIFY(!connection.hasMoved());
+        if (how == 0)
+            QVERIFY(QFile::remove(file));
+        else
+            QVERIFY(QFile::rename(file, path("elsewhere")));
+        if (how == 2)
+            makeDatabase();
+        QVERIFY(connection.hasMoved());
+        const auto failure = failureOf([&] { connection.execute("INSERT INTO t (n) VALUES (2)"); });
+        QVERIFY(failure);
+        QCOMPARE(failure->number(), movedFile);
+        QVERIFY(failure->text().contains("renamed, deleted or replaced"));
+        QCOMPARE(count(connection), 1);
+        QCOMPARE(QFile::exists(file), how == 2);
+    }
+
+    void fullDiskEndsTheTransactionAlone() {
+        Connection connection;
+        connection.open(makeDatabase());
+        connection.execute("INSERT INTO t (n) VALUES (0); PRAGMA max_page_count = 10");
+        const auto failure = failureOf([&] {
+            Transaction transaction(connection);
+            Statement insert = connection.prepare("INSERT INTO t VALUES (?, hex(zeroblob(999)))");
+            for (qint64 i = 1; i < 1000; ++i) {
+                insert.bind(1, i);
+                insert.step();
+                insert.reset();
+            }
+            transaction.commit();
+        });
+        QVERIFY(failure);
+        QCOMPARE(failure->number(), diskFull);
+        QVERIFY(failure->text().contains("disk is full"));
+        QCOMPARE(count(connection), 1);
+        Transaction next(connection);
+        connection.execute("INSERT INTO t (n) VALUES (1)");
+        next.commit();
+        QCOMPARE(count(connection), 2);
+    }
+
+    /// Text cut at a NUL, or a second statement, would run less than was written.
+    void statementsRunWholeOrNotAtAll() {
+        Connection connection;
+        connection.open(makeDatabase());
+        const std::string_view cut("INSERT INTO t (n) VALUES (1)\0 ", 30);
+        QCOMPARE(failureOf([&] { connection.prepare(cut); })->number(), misuse);
+        QCOMPARE(failureOf([&] { connection.execute(cut); })->number(), misuse);
+        QCOMPARE(failureOf([&] { connection.prepare("SELECT 1; SELECT 2"); })->number(), misuse);
+        QCOMPARE(failureOf([&] { connection.prepare(" "); })->number(), misuse);
+        QVERIFY(failureOf([&] { connection.prepare("SELECT 1").bind(1, qint64(1)); }));
+        QVERIFY(failureOf([&] { connection.prepare("SELECT \"nothing\" FROM t"); }));
+    }
+};
+
+QTEST_GUILESS_MAIN(ConnectionTest)
+#include "connectionTest.moc"
