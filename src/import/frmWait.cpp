@@ -87,6 +87,12 @@ void frmWait::Show(std::function<void()> import) {
         std::rethrow_exception(std::exchange(m_failure, nullptr));
 }
 
+void frmWait::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
 void frmWait::arrange() {
     const TwipScale scale(font());
     Label1->setGeometry(scale.toPixels(labelPlace));

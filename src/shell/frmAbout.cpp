@@ -54,6 +54,12 @@ void frmAbout::Show() {
     exec();
 }
 
+void frmAbout::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
 void frmAbout::arrange() {
     // The name stands out from the other lines, also where those are larger than it was drawn for.
     QFont nameFont = font();

@@ -18,6 +18,9 @@ public:
     /// Shows the box modally; returns when it has been unloaded.
     void Show();
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     void cmdOK_Click();
     void arrange();

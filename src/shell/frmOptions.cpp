@@ -80,6 +80,12 @@ void frmOptions::Show() {
     exec();
 }
 
+void frmOptions::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
 void frmOptions::arrange() {
     const TwipScale scale(font());
     for (const auto &control : design)

@@ -25,6 +25,9 @@ public:
 
     void done(int result) override;
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     void Form_Load();
     void chkCG_Click();

@@ -1,6 +1,7 @@
 #include "platform/desktop/forms.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QScreen>
 #include <QStyle>
 #include <QWindow>
@@ -20,14 +21,8 @@ QWidget *owningWindow() {
     return nullptr;
 }
 
-void placeOverOwner(QWidget &form, QWidget *owner) {
-    form.winId(); // makes the window that the owner is set on
-    if (owner == &form)
-        owner = nullptr;
-    form.windowHandle()->setTransientParent(owner ? owner->window()->windowHandle() : nullptr);
-
-    const QRect screen = (owner ? owner : &form)->screen()->availableGeometry();
-    const QRect over = owner ? owner->window()->frameGeometry() : screen;
+namespace {
+void centre(QWidget &form, const QRect &over, const QRect &screen) {
     const bool framed = !form.windowFlags().testFlag(Qt::FramelessWindowHint);
     QRect place({}, form.size() + (framed ? frameExtent(form) : QSize(0, 0)));
     place.moveCenter(over.center());
@@ -37,6 +32,22 @@ void placeOverOwner(QWidget &form, QWidget *owner) {
     place.moveTop(qMax(place.top(), screen.top()));
     form.move(place.topLeft());
 }
+} // namespace
+
+void placeOverOwner(QWidget &form, QWidget *owner) {
+    form.winId(); // makes the window that the owner is set on
+    if (owner == &form)
+        owner = nullptr;
+    form.windowHandle()->setTransientParent(owner ? owner->window()->windowHandle() : nullptr);
+
+    const QRect screen = (owner ? owner : &form)->screen()->availableGeometry();
+    const QRect over = owner ? owner->window()->frameGeometry() : screen;
+    const QSize sizeBefore = form.size();
+    centre(form, over, screen);
+    // A font that has changed since the last show may come with the first move.
+    if (form.size() != sizeBefore)
+        centre(form, over, screen);
+}
 
 QSize frameExtent(const QWidget &window) {
     const QSize known = window.frameGeometry().size() - window.size();
@@ -45,6 +56,10 @@ QSize frameExtent(const QWidget &window) {
     constexpr int border = 4;
     const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), 24);
     return {2 * border, title + border};
+}
+
+bool changesSizes(const QEvent &event) {
+    return event.type() == QEvent::FontChange || event.type() == QEvent::StyleChange;
 }
 
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale) {

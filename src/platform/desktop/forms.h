@@ -36,6 +36,9 @@ void placeOverOwner(QWidget &form, QWidget *owner = owningWindow());
 /// drawn, or none is known yet), a fair stand-in.
 QSize frameExtent(const QWidget &window);
 
+/// Whether a change event asks for the window to be arranged anew.
+bool changesSizes(const QEvent &event);
+
 /// Puts a control at its designed place, grown about its centre where style, text or font ask for
 /// more.
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale);

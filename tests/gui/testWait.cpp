@@ -1,0 +1,199 @@
+// The window shown during an import: when it paints, and that it can neither be closed, run twice
+// nor outlive its import.
+#include "import/frmWait.h"
+#include "platform/failure.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QTest>
+
+using namespace veltrona;
+
+namespace {
+// Counts the paint events of a window and remembers where the bar stood at each of them.
+class PaintWatch : public QObject {
+public:
+    explicit PaintWatch(QWidget &watched) : m_watched(watched) { watched.installEventFilter(this); }
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override {
+        if (object == &m_watched && event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+
+private:
+    QWidget &m_watched;
+};
+
+QProgressBar &bar() {
+    return *frmWait::instance().findChild<QProgressBar *>("pbWait");
+}
+} // namespace
+
+class TestWait : public QObject {
+    Q_OBJECT
+
+private slots:
+    void repaints_data() {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("firstRow");
+        QTest::addColumn<int>("step");
+        QTest::addColumn<int>("count");
+        QTest::newRow("1") << 1 << 1 << 1 << 1;
+        QTest::newRow("29") << 29 << 1 << 1 << 29;
+        QTest::newRow("30") << 30 << 1 << 1 << 30;
+        QTest::newRow("59") << 59 << 1 << 1 << 59;
+        QTest::newRow("60") << 60 << 1 << 2 << 30;
+        QTest::newRow("1000") << 1000 << 1 << 33 << 31;
+        QTest::newRow("32767") << 32767 << 1 << 1092 << 31;
+    }
+
+    // Paints and dispatches happen in the same steps, and at no other.
+    void repaints() {
+        QFETCH(int, rows);
+        QFETCH(int, firstRow);
+        QFETCH(int, step);
+        QFETCH(int, count);
+        frmWait &form = frmWait::instance();
+        PaintWatch watch(form);
+        QList<int> painted;
+        QList<int> dispatched;
+        int row = 0;
+        QObject here; // what the last rows have posted goes with it
+        form.init(0, rows);
+        form.Show([&] {
+            for (row = 1; row <= rows; ++row) {
+                const int before = watch.paints;
+                if (row == 1 || (row - 1) % step == 0 || row % 7 == 0) {
+                    QMetaObject::invokeMethod(
+                        &here,
+                        [&] {
+                            if (dispatched.isEmpty() || dispatched.last() != row)
+                                dispatched += row;
+                        },
+                        Qt::QueuedConnection);
+                }
+                form.inc();
+                if (watch.paints != before) {
+                    painted += row;
+                    QCOMPARE(bar().value(), row);
+                }
+            }
+            QCOMPARE(bar().value(), rows);
+        });
+        QList<int> expected;
+        for (int at = firstRow; expected.size() < count; at += step)
+            expected += at;
+        QCOMPARE(painted, expected);
+        // What was left in the queue by the last rows is not of interest.
+        while (!dispatched.isEmpty() && dispatched.last() > rows)
+            dispatched.removeLast();
+        QCOMPARE(dispatched, expected);
+    }
+
+    void theBarStopsAtItsEndAndBeginsAnew() {
+        frmWait &form = frmWait::instance();
+        form.init(0, 2);
+        for (int i = 0; i < 5; ++i)
+            form.inc();
+        QCOMPARE(form.Value(), 2);
+        form.init(0, 1000);
+        QCOMPARE(form.Value(), 0);
+        QCOMPARE(bar().value(), 0);
+        QCOMPARE(bar().maximum(), 1000);
+    }
+
+    void aReportWithoutRows() {
+        frmWait &form = frmWait::instance();
+        int runs = 0;
+        form.init(0, 0);
+        form.Show([&] {
+            ++runs;
+            form.inc();
+            QVERIFY2(bar().maximum() > bar().minimum(), "a bar that runs to and fro by itself");
+        });
+        QCOMPARE(runs, 1);
+        QCOMPARE(form.Value(), 0);
+    }
+
+    void itCannotBeClosedOrRunTwice() {
+        frmWait &form = frmWait::instance();
+        int runs = 0;
+        form.init(0, 10);
+        form.Show([&] {
+            ++runs;
+            QVERIFY(form.isVisible());
+            form.close();
+            QTest::keyClick(&form, Qt::Key_Escape);
+            QTest::keyClick(&form, Qt::Key_F4, Qt::AltModifier);
+            QEvent activate(QEvent::WindowActivate);
+            QApplication::sendEvent(&form, &activate);
+            form.repaint();
+            form.Show([&] { ++runs; });
+            QTest::qWait(1); // dispatches what all this has posted
+            form.inc();
+            QVERIFY(form.isVisible());
+        });
+        QCOMPARE(runs, 1);
+        QVERIFY(!form.isVisible());
+        form.init(0, 10);
+        form.Show([&] { ++runs; });
+        QCOMPARE(runs, 2);
+    }
+
+    void aFailureComesOutOfTheShowCall() {
+        frmWait &form = frmWait::instance();
+        form.init(0, 10);
+        bool told = false;
+        try {
+            form.Show([&] {
+                form.inc();
+                throw Failure(13, "disk full");
+            });
+        } catch (const Failure &failure) {
+            told = true;
+            QCOMPARE(failure.number(), 13);
+            QVERIFY(!form.isVisible());
+            QVERIFY(!QApplication::activeModalWidget());
+        }
+        QVERIFY(told);
+        // The next import knows nothing of it.
+        form.init(0, 1);
+        form.Show([&] { form.inc(); });
+        QCOMPARE(form.Value(), 1);
+    }
+
+    void theTextIsWholeAtAnyFont_data() {
+        QTest::addColumn<double>("points");
+        for (const double points : {8.0, 9.0, 11.0, 14.0, 24.0})
+            QTest::addRow("%g points", points) << points;
+    }
+
+    void theTextIsWholeAtAnyFont() {
+        QFETCH(double, points);
+        const QFont before = QApplication::font();
+        QFont font = before;
+        font.setPointSizeF(points);
+        QApplication::setFont(font);
+        frmWait &form = frmWait::instance();
+        form.init(0, 1);
+        form.Show([&] {
+            QCoreApplication::processEvents(); // a font comes by an event
+            const auto *label = form.findChild<QLabel *>("Label1");
+            QVERIFY(label->width() >= label->sizeHint().width());
+            QVERIFY(label->height() >= label->sizeHint().height());
+            QVERIFY(form.rect().contains(label->geometry()));
+            QVERIFY(form.rect().contains(bar().geometry()));
+            QVERIFY(!label->geometry().intersects(bar().geometry()));
+            QVERIFY(form.windowFlags().testFlag(Qt::FramelessWindowHint));
+            QVERIFY(form.isModal());
+        });
+        QApplication::setFont(before);
+    }
+};
+
+QTEST_MAIN(TestWait)
+#include "testWait.moc"
