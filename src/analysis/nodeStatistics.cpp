@@ -190,17 +190,17 @@ Condition recordsOf(const Connection &connection, const TreeNode &node, const Da
     auto newest = connection.prepare("SELECT max(GoogleDayId) FROM tblGoogleDays");
     newest.step();
     const qint64 tooMany = newest.int64(0) / smallShare + 1;
-    const qint64 dated = countRecords(connection, dateCondition(range, ""), tooMany);
 
     const std::vector<NodeCondition> conditions = readNodeTag(node.Tag).conditions;
     std::vector<NodeCondition> indexed; // the names' index has no adWordsTyp
     std::copy_if(conditions.begin(), conditions.end(), std::back_inserter(indexed),
                  [](const NodeCondition &each) { return each.column != u"adWordsTyp"; });
     const qint64 named =
-        indexed.empty() ? dated : countRecords(connection, nodeCondition(indexed, ""), dated);
+        indexed.empty() ? tooMany : countRecords(connection, nodeCondition(indexed, ""), tooMany);
+    const qint64 dated = countRecords(connection, dateCondition(range, ""), named);
 
-    const bool byName = named < dated;
-    const bool byDate = !byName && dated < tooMany;
+    const bool byDate = dated < named;
+    const bool byName = !byDate && named < tooMany;
     Condition records = dateCondition(range, byDate ? "" : "+");
     const Condition ofNode = nodeCondition(conditions, byName ? "" : "+");
     records.sql = "FROM tblGoogleDays WHERE " + records.sql + " AND " + ofNode.sql;

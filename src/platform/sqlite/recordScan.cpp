@@ -23,7 +23,8 @@ struct Scan {
 
 /// The first argument points to the Scan; the others are the record's.
 void visitRecord(sqlite3_context *context, int count, sqlite3_value **arguments) {
-    auto *scan = static_cast<Scan *>(sqlite3_value_pointer(arguments[0], pointerType));
+    auto *scan =
+        static_cast<Scan *>(count > 0 ? sqlite3_value_pointer(arguments[0], pointerType) : nullptr);
     if (!scan) {
         sqlite3_result_error_code(context, SQLITE_MISUSE);
         return;

@@ -1,0 +1,140 @@
+#!/usr/bin/env python3
+"""The statistics grid of a node, worked out a second time and with nothing but texts.
+
+A slow and literal reference for the tests: every running sum is kept as a cell text, and each
+record is added to the texts of its row.
+
+    statistics.py PROJECT FIRST-DATE LAST-DATE GROUPING-COLUMN [COLUMN=VALUE ...]
+
+prints a JSON object: "rows" is a list of rows of 15 texts without the heading and the spacer, the
+summary last; "red" the indexes of the rows that didn't earn back their cost.
+"""
+
+import json
+import re
+import sqlite3
+import sys
+import unicodedata
+
+LEADING_NUMBER = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?", re.ASCII)
+DECIMALS = {3: 2, 4: 2, 5: 2, 7: 2, 8: 2, 9: 1, 10: 2, 11: 2}
+PERCENT = (3, 7, 11)
+
+
+def number(text):
+    match = LEADING_NUMBER.match(text)
+    return float(match.group()) if match else 0.0
+
+
+def percent(text):
+    return number(text.replace("%", ""))
+
+
+def text_of(value):
+    """A number with up to 15 digits and no zero in front of the point."""
+    if isinstance(value, str):
+        return value
+    if isinstance(value, int):
+        return str(value)
+    text = "%.15G" % value if value != 0 else "0"
+    return re.sub(r"^(-?)0\.", r"\1.", text)
+
+
+def read(row, column):
+    return percent(row[column]) if column in PERCENT else number(row[column])
+
+
+def write(row, column, value):
+    row[column] = text_of(value) + ("%" if column in PERCENT else "")
+
+
+def return_on_investment(row):
+    cost, value = number(row[5]), number(row[10])
+    if cost == 0:
+        return "0.00%"
+    if value < cost:
+        return "-" + text_of(100 - (value / cost) * 100) + "%"
+    return text_of((value / cost) * 100 - 100) + "%"
+
+
+def add_record(row, record):
+    def field(name):
+        return text_of(record[name])
+
+    def add(column, value):
+        write(row, column, value + read(row, column))
+
+    add(1, number(field("clicks")))
+    add(2, number(field("impressions")))
+    add(3, percent(field("ctr")))
+    add(4, number(field("cpc")))
+    if number(field("cpc")) != 0:
+        add(14, 1)
+    add(5, number(field("cost")) / 1000000)
+    add(6, number(field("conv")))
+    add(7, percent(field("conv")))
+    if number(field("conv")) != 0:
+        add(8, number(text_of(float(record["cost"]) / float(record["conv"]))))
+    add(9, number(field("pos")))
+    if number(field("pos")) != 0:
+        add(13, 1)
+    add(10, number(field("convvalue")))
+    row[11] = return_on_investment(row)
+    add(12, number(field("transactions")))
+
+
+def finish(row):
+    """The form that is shown."""
+    for column, decimals in DECIMALS.items():
+        scale = 10**decimals
+        write(row, column, float(round(read(row, column) * scale)) / scale)
+        if column != 8 and row[column].startswith("."):
+            row[column] = "0" + row[column]
+
+
+def summarise(rows):
+    summary = ["Summary"] + [""] * 14
+    for row in rows:
+        if number(row[13]) > 0:
+            write(row, 9, number(row[9]) / number(row[13]))
+        if number(row[14]) > 0:
+            write(row, 4, number(row[4]) / (number(row[14]) * 1000000))
+        for column in (1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12):
+            write(summary, column, read(summary, column) + read(row, column))
+        summary[11] = return_on_investment(summary)
+        finish(row)
+    for column in (4, 9):
+        write(summary, column, number(summary[column]) / len(rows))
+    finish(summary)
+    return summary
+
+
+def reading_key(row):
+    folded = row[0].casefold()
+    base = "".join(c for c in unicodedata.normalize("NFD", folded) if not unicodedata.combining(c))
+    return base, folded, row[0]
+
+
+def main():
+    project, first, last, grouping, *conditions = sys.argv[1:]
+    sql = "SELECT * FROM tblGoogleDays WHERE googleDate >= ? AND googleDate <= ?"
+    values = [first, last + " 23:59:59"]
+    for condition in conditions:
+        column, value = condition.split("=", 1)
+        sql += f" AND {column} = ?"
+        values.append(value)
+    connection = sqlite3.connect(project)
+    connection.row_factory = sqlite3.Row
+    rows = {}
+    for record in connection.execute(sql, values):
+        name = record[grouping].strip(" ")
+        add_record(rows.setdefault(name, [name] + [""] * 14), record)
+
+    ordered = sorted(rows.values(), key=reading_key)
+    ordered.append(summarise(ordered))
+    red = [i for i, row in enumerate(ordered) if number(row[10]) < number(row[5])]
+    json.dump({"rows": ordered, "red": red}, sys.stdout)
+
+
+if __name__ == "__main__":
+    main()
