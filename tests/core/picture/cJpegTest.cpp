@@ -230,4 +230,4 @@ private slots:
 };
 
 QTEST_APPLESS_MAIN(TestCjpeg)
-#include "tst_cjpeg.moc"
+#include "cJpegTest.moc"

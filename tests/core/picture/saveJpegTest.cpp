@@ -2,17 +2,16 @@
 
 #include "platform/jpeg/ijl.h"
 #include "support/dialogRecorder.h"
+#include "support/obstacles.h"
 
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
-#include <sys/resource.h>
-
 using namespace veltrona;
 using test::DialogRecorder;
+using test::FileSizeLimit;
 
 namespace {
 
@@ -33,21 +32,6 @@ bool nearly(QColor one, QColor other) {
     return qAbs(one.red() - other.red()) < 12 && qAbs(one.green() - other.green()) < 12 &&
            qAbs(one.blue() - other.blue()) < 12;
 }
-
-/// Lets no file of this process grow beyond a size while it lives, as a full disk would.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before{};
-};
 
 } // namespace
 
@@ -216,4 +200,4 @@ private slots:
 };
 
 QTEST_GUILESS_MAIN(TestSaveJpeg)
-#include "tst_savejpeg.moc"
+#include "saveJpegTest.moc"

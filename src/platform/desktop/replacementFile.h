@@ -1,0 +1,37 @@
+// A file that is written beside its target and put in the target's place when it is complete, so
+// that a failure leaves an older file as it was. The object owns the unfinished file and removes it
+// unless it was committed.
+#pragma once
+
+#include <QString>
+
+#include <string_view>
+
+namespace veltrona::desktop {
+
+class ReplacementFile {
+public:
+    /// Touches nothing yet. A link is followed: what it points at is replaced.
+    explicit ReplacementFile(const QString &target);
+    ~ReplacementFile();
+    ReplacementFile(const ReplacementFile &) = delete;
+    ReplacementFile &operator=(const ReplacementFile &) = delete;
+
+    /// Where the content belongs until commit: a short name of its own in the target's folder. A
+    /// device or pipe can't be replaced, so there it is the target itself.
+    const QString &path() const { return m_path; }
+
+    /// Writes the whole content. Throws Failure, which names the target.
+    void write(std::string_view content);
+    /// Throws Failure; a target that may not be written is left alone.
+    void commit();
+
+private:
+    bool replaces() const { return m_path != m_target; }
+
+    QString m_target;
+    QString m_path;
+    bool m_committed = false;
+};
+
+} // namespace veltrona::desktop
