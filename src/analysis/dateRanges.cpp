@@ -4,8 +4,6 @@ namespace veltrona {
 
 namespace {
 
-constexpr int saturday = 7;
-
 /// Whole days are taken off, so that the time of day stays.
 DateValue firstOfMonth(DateValue date) {
     return date - (calendarDay(dayNumber(date)).day - 1);
@@ -21,8 +19,7 @@ DateRange thisWeek(const NowFunction &now) {
 
 DateRange lastWeek(const NowFunction &now) {
     const DateValue today = now();
-    const int day = weekday(dayNumber(today));
-    const DateValue end = today - (day == saturday ? 7 : day);
+    const DateValue end = today - weekday(dayNumber(today)); // on a Saturday the one before
     return {end - 6, end};
 }
 

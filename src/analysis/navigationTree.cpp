@@ -32,24 +32,70 @@ QString withoutOuterBlanks(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// The rows come grouped by their leading columns, so that a name differs from the last one read
-/// or continues it.
-std::vector<Name> readNames(const sqlite::Connection &connection) {
-    sqlite::Statement statement =
-        connection.prepare("SELECT DISTINCT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays "
-                           "ORDER BY Campaign, Adgroup, KeyWord, kwType");
-    std::vector<Name> campaigns;
-    std::array<std::string, levels> last;
-    while (statement.step()) {
-        std::vector<Name> *siblings = &campaigns;
-        bool isNew = campaigns.empty();
-        for (std::size_t level = 0; level < levels; ++level) {
-            const std::string_view utf8 = statement.utf8(static_cast<int>(level));
-            isNew = isNew || utf8 != last[level];
-            if (isNew) {
-                last[level] = utf8;
-                siblings->emplace_back(withoutOuterBlanks(utf8));
+using Columns = std::array<std::string, levels>;
+
+/// Steps through the distinct rows of the index of names. Where a row goes on repeating, one seek
+/// skips the rest of it: a blob stands behind every date.
+class NameRows {
+public:
+    explicit NameRows(const sqlite::Connection &connection)
+        : m_all(connection.prepare(select + order)),
+          m_behind(connection.prepare(
+              select +
+              "WHERE (Campaign, Adgroup, KeyWord, kwType, GoogleDate) > (?, ?, ?, ?, x'') " +
+              order)) {}
+
+    /// The first level whose name differs from the row before; `levels` behind the last row.
+    std::size_t next() {
+        for (int repeats = 0; m_rows->step(); ++repeats) {
+            const std::size_t level = m_isFirst ? 0 : firstDifference();
+            m_isFirst = false;
+            if (level < levels) {
+                for (std::size_t i = level; i < levels; ++i)
+                    m_row[i] = m_rows->utf8(static_cast<int>(i));
+                return level;
             }
+            if (repeats == manyRepeats)
+                seekBehindRow();
+        }
+        return levels;
+    }
+    const Columns &row() const { return m_row; }
+
+private:
+    static constexpr int manyRepeats = 20; // a seek takes about as long
+    static inline const std::string select =
+        "SELECT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays ";
+    static inline const std::string order = "ORDER BY Campaign, Adgroup, KeyWord, kwType";
+
+    std::size_t firstDifference() const {
+        std::size_t level = 0;
+        while (level < levels && m_rows->utf8(static_cast<int>(level)) == m_row[level])
+            ++level;
+        return level;
+    }
+    void seekBehindRow() {
+        m_behind.reset();
+        for (std::size_t i = 0; i < levels; ++i)
+            m_behind.bind(static_cast<int>(i) + 1, std::string_view(m_row[i]));
+        m_rows = &m_behind;
+    }
+
+    sqlite::Statement m_all;
+    sqlite::Statement m_behind;
+    sqlite::Statement *m_rows = &m_all;
+    Columns m_row;
+    bool m_isFirst = true;
+};
+
+std::vector<Name> readNames(const sqlite::Connection &connection) {
+    NameRows rows(connection);
+    std::vector<Name> campaigns;
+    for (std::size_t first = rows.next(); first < levels; first = rows.next()) {
+        std::vector<Name> *siblings = &campaigns;
+        for (std::size_t level = 0; level < levels; ++level) {
+            if (level >= first)
+                siblings->emplace_back(withoutOuterBlanks(rows.row()[level]));
             siblings = &siblings->back().below;
         }
     }

@@ -48,6 +48,7 @@ private slots:
     void textsToTheLetter();
     void branchesWhateverTheTableHolds();
     void namesInReadingOrder();
+    void manyRecordsOfAName();
     void equalNamesUnderDifferentParents();
     void onlyBlanksAreTrimmed();
     void rebuildReplacesAndIsBracketed();
@@ -140,6 +141,37 @@ void NavigationTreeTest::namesInReadingOrder() {
              with(expected, 3, "k"));
     QCOMPARE(texts(find(tree, {"Apfel", "g", "Search keywords", "k"})->Children),
              with(expected, 3, "t"));
+}
+
+void NavigationTreeTest::manyRecordsOfAName() {
+    test::RecordTable table;
+    const QStringList path = {"", "a", "b"};
+    QStringList expected;
+    int records = 0;
+    table.connection().execute("BEGIN");
+    for (const QString &campaign : path)
+        for (const QString &adGroup : path)
+            for (const QString &keyword : path)
+                for (const QString &type : path) {
+                    // Runs of 1 to 81 records, so that some are stepped through and some skipped.
+                    for (int i = records++; i >= 0; --i)
+                        add(table, campaign, adGroup, keyword, type);
+                    expected += (QStringList{campaign, adGroup, keyword, type}).join('/');
+                }
+    table.connection().execute("COMMIT");
+    Tree tree;
+    buildNavigationTree(table.connection(), "p", tree);
+    QStringList leaves;
+    for (int i = 1; i <= tree.Nodes().Count(); ++i) {
+        const TreeNode *node = tree.Nodes().Item(i);
+        if (!node->Key.startsWith("5-"))
+            continue;
+        const TreeNode *keyword = node->Parent;
+        const TreeNode *adGroup = keyword->Parent->Parent;
+        leaves += (QStringList{adGroup->Parent->Text, adGroup->Text, keyword->Text, node->Text})
+                      .join('/');
+    }
+    QCOMPARE(leaves, expected);
 }
 
 void NavigationTreeTest::equalNamesUnderDifferentParents() {
