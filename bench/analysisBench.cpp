@@ -1,0 +1,174 @@
+// The views over a large project, each beside what the engine needs for the same question.
+// "SUBJECT/ours" and "SUBJECT/baseline" are a pair; bench/ratios.py knows the limits.
+#include "benchProject.h"
+
+#include "analysis/chartSeries.h"
+#include "analysis/navigationTree.h"
+#include "analysis/nodeStatistics.h"
+#include "analysis/statisticsGrid.h"
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace veltrona::bench {
+
+namespace {
+
+constexpr const char *twelveSums =
+    "sum(Clicks), sum(Impressions), sum(ctr), sum(cpc), sum(cpc <> 0), sum(cost), sum(conv), "
+    "sum(CASE conv WHEN 0 THEN 0 ELSE cost * 1.0 / conv END), sum(Pos), sum(Pos <> 0), "
+    "sum(ConvValue), sum(Transactions)";
+
+/// The tree of the project: its first node is the root, the second a campaign.
+Tree &treeOf(int records) {
+    static std::map<int, Tree> trees;
+    Tree &tree = trees[records];
+    if (tree.Nodes().Count() == 0)
+        buildNavigationTree(connectionTo(records), QStringLiteral("large"), tree);
+    return tree;
+}
+
+DateRange oneWeek() {
+    const DateValue start = firstDay() + 200;
+    return {start, start + 6};
+}
+
+/// All that a refresh does but the chart. Widths need no real font here.
+void refresh(benchmark::State &state, int records, const DateRange &range) {
+    const sqlite::Connection &connection = connectionTo(records);
+    const TreeNode &root = *treeOf(records).Nodes().Item(1);
+    Grid grid(gridColumn::Count);
+    initGrid(grid, true);
+    resetSummary(grid);
+    const auto width = [](const QString &text) { return 90.0F * static_cast<float>(text.size()); };
+    for ([[maybe_unused]] auto _ : state) {
+        showStatistics(queryNodeStatistics(connection, root, range), grid, true);
+        sizeColumns(grid, -1, width);
+        benchmark::DoNotOptimize(grid.TextMatrix(1, 1));
+    }
+    if (grid.Rows() != campaigns + 3)
+        state.SkipWithError("the grid doesn't show the campaigns");
+}
+
+/// Runs a query to its end, over and over.
+void ask(benchmark::State &state, const std::string &sql, const std::vector<QString> &bindings) {
+    const sqlite::Connection &connection = connectionTo(largeRecords);
+    qint64 rows = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        sqlite::Statement statement = connection.prepare(sql);
+        int parameter = 0;
+        for (const QString &text : bindings)
+            statement.bind(++parameter, text);
+        for (rows = 0; statement.step(); ++rows)
+            benchmark::DoNotOptimize(statement.real(1));
+    }
+    if (rows == 0)
+        state.SkipWithError("no rows");
+}
+
+std::vector<QString> ends(const DateRange &range) {
+    return {isoText(range.start), isoText(range.end)};
+}
+
+void refreshYear(benchmark::State &state) {
+    refresh(state, largeRecords, daysOf(largeRecords));
+}
+void refreshYearBaseline(benchmark::State &state) {
+    ask(state, std::string("SELECT ") + twelveSums + " FROM tblGoogleDays", {});
+}
+BENCHMARK(refreshYear)->Name("refreshYear/ours");
+BENCHMARK(refreshYearBaseline)->Name("refreshYear/baseline");
+
+void refreshWeek(benchmark::State &state) {
+    refresh(state, largeRecords, oneWeek());
+}
+void refreshWeekBaseline(benchmark::State &state) {
+    ask(state,
+        std::string("SELECT ") + twelveSums +
+            " FROM tblGoogleDays INDEXED BY idxDate WHERE GoogleDate >= ? AND GoogleDate <= ?",
+        ends(oneWeek()));
+}
+BENCHMARK(refreshWeek)->Name("refreshWeek/ours");
+BENCHMARK(refreshWeekBaseline)->Name("refreshWeek/baseline");
+
+void refreshSmall(benchmark::State &state) {
+    refresh(state, smallRecords, daysOf(smallRecords));
+}
+BENCHMARK(refreshSmall)->Name("refreshYear/small");
+
+constexpr int averageCpc = 0; // a mean
+constexpr int clicks = 3;     // a plain sum
+
+/// 360 days make 90 bars of four days each.
+ChartRequest ninetyBars(int metric, const TreeNode &node) {
+    ChartRequest request;
+    request.metric = metric;
+    request.range = {static_cast<DateValue>(firstDay()), firstDay() + 359.0};
+    request.tag = node.Tag;
+    return request;
+}
+
+void chart(benchmark::State &state, int metric, int node) {
+    const ChartRequest request = ninetyBars(metric, *treeOf(largeRecords).Nodes().Item(node));
+    Chart shown;
+    for ([[maybe_unused]] auto _ : state)
+        showSeries(queryChartSeries(connectionTo(largeRecords), request), shown);
+    if (shown.RowCount() != 90)
+        state.SkipWithError("not 90 bars");
+}
+
+void chartBaseline(benchmark::State &state, int metric, int node) {
+    const TreeNode &asked = *treeOf(largeRecords).Nodes().Item(node);
+    std::string sql = metric == clicks ? "SELECT GoogleDate, sum(Clicks), count(*)"
+                                       : "SELECT GoogleDate, sum(cpc / 1000000.0), sum(cpc <> 0)";
+    sql += " FROM tblGoogleDays WHERE GoogleDate >= ? AND GoogleDate <= ?";
+    std::vector<QString> bindings = ends(ninetyBars(metric, asked).range);
+    if (asked.Parent) {
+        sql += " AND Campaign = ?";
+        bindings.push_back(asked.Text);
+    }
+    ask(state, sql + " GROUP BY GoogleDate", bindings);
+}
+
+constexpr int rootNode = 1;
+constexpr int campaignNode = 2;
+BENCHMARK_CAPTURE(chart, _, clicks, rootNode)->Name("chartRootSum/ours");
+BENCHMARK_CAPTURE(chartBaseline, _, clicks, rootNode)->Name("chartRootSum/baseline");
+BENCHMARK_CAPTURE(chart, _, averageCpc, rootNode)->Name("chartRootMean/ours");
+BENCHMARK_CAPTURE(chartBaseline, _, averageCpc, rootNode)->Name("chartRootMean/baseline");
+BENCHMARK_CAPTURE(chart, _, clicks, campaignNode)->Name("chartCampaignSum/ours");
+BENCHMARK_CAPTURE(chartBaseline, _, clicks, campaignNode)->Name("chartCampaignSum/baseline");
+BENCHMARK_CAPTURE(chart, _, averageCpc, campaignNode)->Name("chartCampaignMean/ours");
+BENCHMARK_CAPTURE(chartBaseline, _, averageCpc, campaignNode)->Name("chartCampaignMean/baseline");
+
+/// The whole period of a project, by days if they are few enough.
+void chartAll(benchmark::State &state, int records) {
+    ChartRequest request = ninetyBars(clicks, *treeOf(records).Nodes().Item(rootNode));
+    request.range = daysOf(records);
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(queryChartSeries(connectionTo(records), request).bars.size());
+}
+BENCHMARK_CAPTURE(chartAll, _, largeRecords)->Name("chartAll/ours");
+BENCHMARK_CAPTURE(chartAll, _, smallRecords)->Name("chartAll/small");
+
+void tree(benchmark::State &state, int records) {
+    const sqlite::Connection &connection = connectionTo(records);
+    Tree built;
+    for ([[maybe_unused]] auto _ : state)
+        buildNavigationTree(connection, QStringLiteral("large"), built);
+    if (built.Nodes().Count() < campaigns * adGroups)
+        state.SkipWithError("the tree isn't whole");
+}
+void treeBaseline(benchmark::State &state) {
+    ask(state, "SELECT DISTINCT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays", {});
+}
+BENCHMARK_CAPTURE(tree, _, largeRecords)->Name("tree/ours");
+BENCHMARK(treeBaseline)->Name("tree/baseline");
+BENCHMARK_CAPTURE(tree, _, smallRecords)->Name("tree/small");
+
+} // namespace
+
+} // namespace veltrona::bench

@@ -1,0 +1,163 @@
+#include "benchProject.h"
+
+#include "database/dayTable.h"
+#include "database/projectFile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
+#include <map>
+#include <random>
+
+namespace veltrona::bench {
+
+namespace {
+
+struct Record {
+    int day;
+    int campaign;
+    int adGroup;
+    int keyword;
+};
+
+QString textOf(const char *column, const Record &r) {
+    const QByteArray name(column);
+    const bool content = r.keyword % 4 == 3;
+    if (name == "Campaign")
+        return QStringLiteral("Campaign %1").arg(r.campaign);
+    if (name == "Adgroup")
+        return QStringLiteral("Ad group %1 of %2").arg(r.adGroup).arg(r.campaign);
+    if (name == "KeyWord")
+        return QStringLiteral("keyword %1 for %2").arg(r.keyword / 2).arg(r.adGroup);
+    if (name == "kwType")
+        return r.keyword % 2 ? QStringLiteral("Exact") : QStringLiteral("Broad");
+    if (name == "AdwordsTyp")
+        return content ? QStringLiteral("Content Only") : QStringLiteral("Search Only");
+    if (name.endsWith("Url"))
+        return QStringLiteral("https://www.shop.example/group-%1?from=ad&id=%2")
+            .arg(r.adGroup)
+            .arg(r.keyword);
+    const CalendarDay day = calendarDay(r.day);
+    if (name == "GoogleMonth")
+        return QStringLiteral("%1 %2").arg(day.year).arg(day.month, 2, 10, QLatin1Char('0'));
+    if (name == "GoogleWeek")
+        return QStringLiteral("%1 %2").arg(day.year).arg(weekOfYear(r.day), 2, 10,
+                                                         QLatin1Char('0'));
+    if (name == "headline" || name.startsWith("desc"))
+        return QStringLiteral("Things for group %1, sent today").arg(r.adGroup);
+    return QStringLiteral("Active");
+}
+
+/// The figures that the views read are filled in, the others stay 0.
+double numberOf(const char *column, const Record &r, int clicks, int imps) {
+    const QByteArray name(column);
+    const int cpc = clicks ? 120'000 + 10'000 * (r.keyword * 7 % 50) : 0;
+    if (name == "Clicks")
+        return clicks;
+    if (name == "Impressions")
+        return imps;
+    if (name == "ctr")
+        return clicks * 10'000 / imps / 100.0;
+    if (name == "cpc")
+        return cpc;
+    if (name == "cost")
+        return static_cast<double>(cpc) * clicks;
+    if (name == "conv" || name == "Transactions")
+        return clicks / 7;
+    if (name == "ConvValue")
+        return clicks / 7 * 24.9;
+    if (name == "Pos")
+        return (11 + imps % 50) / 10.0;
+    if (name == "CreativeId")
+        return 481'000'000'000.0 + r.campaign * 1000 + r.adGroup * 10 + r.keyword % 4 / 3;
+    if (name == "Budget" || name == "MaxCpc")
+        return 900'000;
+    return 0;
+}
+
+void bindRecord(sqlite::Statement &insert, const Record &record, std::mt19937 &random) {
+    const int imps = 1 + static_cast<int>(random() % 400);
+    const int clicks = static_cast<int>(random() % 3 * (random() % 8)) % (imps + 1);
+    int parameter = 0;
+    for (const DayColumn &column : dayColumns) {
+        ++parameter;
+        if (column.kind == ColumnKind::Date) {
+            insert.bind(parameter, isoText(record.day));
+        } else if (column.kind == ColumnKind::Text) {
+            insert.bind(parameter, textOf(column.name, record));
+        } else {
+            const double number = numberOf(column.name, record, clicks, imps);
+            const auto whole = static_cast<qint64>(number);
+            if (static_cast<double>(whole) == number)
+                insert.bind(parameter, whole);
+            else
+                insert.bind(parameter, number);
+        }
+    }
+}
+
+void fill(sqlite::Connection &connection, int records) {
+    connection.execute("PRAGMA cache_size = -1000000"); // KiB; for this connection alone
+    sqlite::Transaction transaction(connection);
+    sqlite::Statement insert = connection.prepare(dayInsertStatement());
+    std::mt19937 random(7);
+    for (int i = 0; i < records; ++i) {
+        const int place = i % recordsPerDay;
+        const Record record{firstDay() + i / recordsPerDay, place / (adGroups * keywords),
+                            place / keywords % adGroups, place % keywords};
+        bindRecord(insert, record, random);
+        insert.step();
+        insert.reset();
+    }
+    transaction.commit();
+}
+
+QString templatePath() {
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat");
+}
+
+QString fileNamed(const QString &name) {
+    return QStringLiteral(BENCH_FOLDER "/") + name;
+}
+
+} // namespace
+
+int firstDay() {
+    return dayNumber(CalendarDay{2025, 1, 1});
+}
+
+DateRange daysOf(int records) {
+    return {static_cast<DateValue>(firstDay()),
+            static_cast<DateValue>(firstDay() + (records - 1) / recordsPerDay)};
+}
+
+QString emptyProject() {
+    const QString path = fileNamed(QStringLiteral("empty.vlt"));
+    makeProject(templatePath(), path);
+    return path;
+}
+
+QString projectWith(int records) {
+    // A new schema or new records make new files.
+    const QString path =
+        fileNamed(QStringLiteral("records-%1-v%2.vlt").arg(records).arg(projectSchemaVersion));
+    if (QFile::exists(path))
+        return path;
+    std::fprintf(stderr, "Making a project of %d records, once.\n", records);
+    const QString unfinished = path + QStringLiteral(".unfinished");
+    makeProject(templatePath(), unfinished);
+    fill(*openProject(unfinished), records);
+    QFile::rename(unfinished, path);
+    return path;
+}
+
+sqlite::Connection &connectionTo(int records) {
+    static std::map<int, std::unique_ptr<sqlite::Connection>> open;
+    std::unique_ptr<sqlite::Connection> &connection = open[records];
+    if (!connection)
+        connection = openProject(projectWith(records));
+    return *connection;
+}
+
+} // namespace veltrona::bench

@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Turns the JSON of a benchmark run into the table of ratios and marks what breaks its limit.
+
+Usage: bench/ratios.py RESULTS.json [docs/performance.md]    the table goes between the file's marks
+Exit status 1 if a ratio is above its limit.
+"""
+import json
+import pathlib
+import sys
+
+ONE_SCAN = "one plain scan with the twelve sums in the engine"
+GROUPED = "one `GROUP BY GoogleDate` with the same condition, sum and count"
+TENTH = "the same over a tenth of the records"
+
+# What, beside it, the two benchmarks, the limit of their ratio.
+ROWS = [
+    ("import of 32,767 rows with 34 columns into an empty project, views rebuilt",
+     "one prepared insert of the same rows in one transaction", "import/ours", "import/baseline",
+     3),
+    ("the same report again", "its first import", "import/again", "import/ours", 0.7),
+    ("refresh of the root over a year", ONE_SCAN, "refreshYear/ours", "refreshYear/baseline", 1.5),
+    ("refresh of the root over a week", "the engine's own indexed query of that week",
+     "refreshWeek/ours", "refreshWeek/baseline", 2),
+    ("90 bars, root, a sum", GROUPED, "chartRootSum/ours", "chartRootSum/baseline", 1.5),
+    ("90 bars, root, a mean", GROUPED, "chartRootMean/ours", "chartRootMean/baseline", 1.5),
+    ("90 bars, a campaign, a sum", GROUPED, "chartCampaignSum/ours", "chartCampaignSum/baseline",
+     1.5),
+    ("90 bars, a campaign, a mean", GROUPED, "chartCampaignMean/ours",
+     "chartCampaignMean/baseline", 1.5),
+    ("the tree", "one `SELECT DISTINCT` of its four columns", "tree/ours", "tree/baseline", 2),
+    ("refresh at 1,022,000 records", TENTH, "refreshYear/ours", "refreshYear/small", 12),
+    ("chart at 1,022,000 records", TENTH, "chartAll/ours", "chartAll/small", 12),
+    ("tree at 1,022,000 records", TENTH, "tree/ours", "tree/small", 12),
+    ("HTML report of 32,767 grid rows, no picture", "the same bytes written line by line",
+     "report/ours", "report/baseline", 2),
+    ("JPEG of 1,600 by 800 pixels", "libjpeg-turbo alone on the same pixels", "jpeg/ours",
+     "jpeg/baseline", 1.1),
+]
+BEGIN, END = "<!-- ratios: made by scripts/bench -->\n", "<!-- end of ratios -->\n"
+
+
+def medians(results):
+    """Benchmark -> median real time in milliseconds."""
+    factor = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
+    times = {}
+    for run in results["benchmarks"]:
+        if run.get("error_occurred"):
+            sys.exit(f"{run['name']}: {run['error_message']}")
+        if run.get("aggregate_name") == "median":
+            times[run["run_name"]] = run["real_time"] * factor[run["time_unit"]]
+    # Names may go on with what the benchmark library adds: "/iterations:1", "/real_time".
+    return {"/".join(name.split("/")[:2]): time for name, time in times.items()}
+
+
+def table(times):
+    lines = ["| what | ms | beside it | ms | ratio | at most |", "|---|--:|---|--:|--:|--:|"]
+    broken = []
+    for what, beside, name, other, limit in ROWS:
+        if name not in times or other not in times:
+            continue
+        ratio = times[name] / times[other]
+        mark = ""
+        if ratio > limit:
+            mark = " **above**"
+            broken.append(f"{what}: {ratio:.2f}, at most {limit}")
+        lines.append(f"| {what} | {times[name]:.1f} | {beside} | {times[other]:.1f} "
+                     f"| {ratio:.2f}{mark} | {limit} |")
+    return "\n".join(lines) + "\n", broken
+
+
+def main():
+    results = json.loads(pathlib.Path(sys.argv[1]).read_text())
+    text, broken = table(medians(results))
+    print(text)
+    if len(sys.argv) > 2:
+        page = pathlib.Path(sys.argv[2])
+        before, _, rest = page.read_text().partition(BEGIN)
+        _, _, after = rest.partition(END)
+        page.write_text(before + BEGIN + text + END + after)
+    if broken:
+        print("Above the limit:", *broken, sep="\n  ", file=sys.stderr)
+    return 1 if broken else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
