@@ -1,4 +1,6 @@
-"""Tests of the project's own tools: the layer check, the report generator and the package list."""
+"""Tests of the project's own tools: the layer check, the report generator, the benchmarks' ratios and
+the package list."""
+import json
 import pathlib
 import subprocess
 import tempfile
@@ -102,6 +104,40 @@ class MakeReport(unittest.TestCase):
             counts = [len(list(ElementTree.parse(file).iter("row")))
                       for file in sorted(pathlib.Path(folder).iterdir())]
         self.assertEqual(counts, [10, 10, 5])
+
+
+class Ratios(unittest.TestCase):
+    """The tree may take twice as long as its baseline."""
+
+    def ratio(self, ours, baseline, page=None):
+        runs = [
+            {"name": f"{name}_{kind}", "run_name": name, "aggregate_name": kind,
+             "cpu_time": time, "real_time": 1, "time_unit": unit}
+            for name, time, unit in (("tree/ours", ours, "us"), ("tree/baseline", baseline, "ms"))
+            for kind, time in (("mean", 1), ("median", time))
+        ]
+        with tempfile.TemporaryDirectory() as folder:
+            results = pathlib.Path(folder) / "results.json"
+            results.write_text(json.dumps({"benchmarks": runs}))
+            return run(ROOT / "bench/ratios.py", results, *([page] if page else []))
+
+    def testLimit(self):
+        self.assertEqual(self.ratio(1990, 1).returncode, 0)
+        above = self.ratio(2010, 1)
+        self.assertEqual(above.returncode, 1)
+        self.assertIn(b"2.01 **above** | 2 |", above.stdout)
+
+    def testTableReplacesTheOlderOne(self):
+        with tempfile.TemporaryDirectory() as folder:
+            page = pathlib.Path(folder) / "performance.md"
+            page.write_text((ROOT / "docs/performance.md").read_text())
+            self.ratio(500, 1, page)
+            once = page.read_text()
+            self.ratio(500, 1, page)
+            self.assertEqual(page.read_text(), once)
+        self.assertIn("| 0.50 | 2 |", once)
+        self.assertTrue(once.startswith("# Speed"))
+        self.assertIn("## Where the speed comes from", once)
 
 
 class InstallPackages(unittest.TestCase):
