@@ -1,7 +1,7 @@
 #include "analysis/chartSeries.h"
 
 #include "analysis/cellText.h"
-#include "analysis/chartPeriods.h"
+#include "analysis/nodeRecords.h"
 #include "analysis/nodeTag.h"
 #include "platform/sqlite/recordScan.h"
 
@@ -67,15 +67,15 @@ public:
         for (const ChartBar &bar : bars)
             m_boundaries.push_back(isoText(bar.toDay).toStdString());
     }
-    const std::string &first() const { return m_boundaries.front(); }
-    const std::string &last() const { return m_boundaries.back(); }
+    QString first() const { return QString::fromStdString(m_boundaries.front()); }
+    QString last() const { return QString::fromStdString(m_boundaries.back()); }
 
     /// -1 if no bar counts the date.
     int find(std::string_view date) {
         if (date != m_date) {
             m_date = date;
             const auto bar = std::lower_bound(m_boundaries.begin(), m_boundaries.end(), date);
-            m_bar = bar == m_boundaries.end() || date < first()
+            m_bar = bar == m_boundaries.end() || date < m_boundaries.front()
                         ? -1
                         : static_cast<int>(bar - m_boundaries.begin());
         }
@@ -88,11 +88,13 @@ private:
     int m_bar = -1;
 };
 
-DateValue dateOf(std::string_view text) {
+DateValue dateOf(std::string_view text, const QString &path) {
     if (const auto date = dateOfIsoText(text))
         return *date;
-    throw Failure(0, QStringLiteral("The project holds a date that can't be read: ") +
-                         QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    constexpr int mismatch = 20; // the engine's own number for a value of the wrong type
+    throw Failure(mismatch,
+                  QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
+                      .arg(path, QString::fromUtf8(text.data(), qsizetype(text.size())).left(40)));
 }
 
 /// The first and the last date of the table; `otherwise` if it is empty.
@@ -102,86 +104,17 @@ DateRange tableRange(const sqlite::Connection &connection, const DateRange &othe
                            "(SELECT max(GoogleDate) FROM tblGoogleDays)");
     if (!statement.step() || statement.type(0) == sqlite::ValueType::Null)
         return otherwise;
-    return {dateOf(statement.utf8(0)), dateOf(statement.utf8(1))};
-}
-
-struct Filter {
-    QString sql; // begins with FROM
-    std::vector<QString> bindings;
-};
-
-/// A "+" in front of a column keeps the engine from serving the condition by an index.
-QString term(bool byIndex, const QString &column, const char *comparison) {
-    return (byIndex ? QStringLiteral(" AND ") : QStringLiteral(" AND +")) + column +
-           QLatin1String(comparison);
-}
-
-void addNode(Filter &filter, const NodeTag &tag, bool byIndex) {
-    for (const NodeCondition &condition : tag.conditions) {
-        filter.sql += term(byIndex, condition.column, " = ?");
-        filter.bindings.push_back(condition.value);
-    }
-}
-
-void addPeriod(Filter &filter, const BarFinder &finder, bool byIndex) {
-    filter.sql += term(byIndex, QStringLiteral("GoogleDate"), " >= ?") +
-                  term(byIndex, QStringLiteral("GoogleDate"), " <= ?");
-    filter.bindings.push_back(QString::fromStdString(finder.first()));
-    filter.bindings.push_back(QString::fromStdString(finder.last()));
-}
-
-const QString fromTable = QStringLiteral("FROM tblGoogleDays WHERE 1");
-
-/// Above this number, one pass over the whole table is faster than going to each record by way of
-/// an index.
-qint64 manyRecords(const sqlite::Connection &connection) {
-    sqlite::Statement statement =
-        connection.prepare("SELECT coalesce(max(GoogleDayId), 0) / 8 FROM tblGoogleDays");
-    statement.step();
-    return statement.int64(0);
-}
-
-/// Whether so few records meet a filter; an index alone answers this.
-bool areFewer(const sqlite::Connection &connection, const Filter &filter, qint64 many) {
-    sqlite::Statement statement = connection.prepare(
-        ("SELECT count(*) FROM (SELECT 1 " + filter.sql + " LIMIT ?)").toStdString());
-    int parameter = 0;
-    for (const QString &binding : filter.bindings)
-        statement.bind(++parameter, binding);
-    statement.bind(++parameter, many);
-    statement.step();
-    return statement.int64(0) < many;
-}
-
-/// The records that the bars count, by the road that reads least.
-Filter recordsOf(const sqlite::Connection &connection, const NodeTag &tag,
-                 const BarFinder &finder) {
-    NodeTag indexed = tag; // the type isn't part of the index of names
-    std::erase_if(indexed.conditions,
-                  [](const auto &each) { return each.column == u"adWordsTyp"; });
-    const qint64 many = manyRecords(connection);
-    Filter names{fromTable, {}};
-    addNode(names, indexed, true);
-    const bool byNames = !indexed.conditions.empty() && areFewer(connection, names, many);
-
-    Filter period{fromTable, {}};
-    addPeriod(period, finder, true);
-    const bool byPeriod = !byNames && areFewer(connection, period, many);
-
-    Filter filter{fromTable, {}};
-    addNode(filter, tag, byNames);
-    if (byNames || byPeriod) // the bars leave out what lies outside
-        addPeriod(filter, finder, byPeriod);
-    return filter;
+    return {dateOf(statement.utf8(0), connection.path()),
+            dateOf(statement.utf8(1), connection.path())};
 }
 
 std::vector<BarSum> sumUpBars(const sqlite::Connection &connection, const Metric &metric,
                               const NodeTag &tag, const std::vector<ChartBar> &bars) {
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
-    const Filter filter = recordsOf(connection, tag, finder);
+    const NodeRecords records = nodeRecords(connection, tag, finder.first(), finder.last());
     sqlite::scanRecords(connection, std::string("GoogleDate, ") + metric.column,
-                        filter.sql.toStdString() + metric.condition, filter.bindings,
+                        records.sql + metric.condition, records.bindings,
                         [&](std::span<const sqlite::RecordValue> record) {
                             const int bar = finder.find(record[0].utf8());
                             if (bar < 0)
