@@ -1,0 +1,115 @@
+// The import of the largest report, beside one prepared insert of the same rows in one transaction:
+// indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
+#include "benchProject.h"
+
+#include "database/dayTable.h"
+#include "database/projectFile.h"
+
+#include <QFile>
+#include <QXmlStreamReader>
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace veltrona::bench {
+
+namespace {
+
+constexpr int reportRows = 32'767;
+
+using Value = std::variant<qint64, double, std::string>;
+using Values = std::array<Value, dayColumns.size()>;
+
+/// The report's own name of a column of the table.
+QString reportColumn(const QByteArray &column) {
+    if (column == "GoogleDate")
+        return QStringLiteral("date");
+    if (column == "Impressions")
+        return QStringLiteral("imps");
+    if (column == "AdwordsTyp")
+        return QStringLiteral("adwordstype");
+    if (column == "ConvCost")
+        return QStringLiteral("convCost");
+    return QString::fromLatin1(column).toLower();
+}
+
+Value valueOf(const DayColumn &column, const QString &text) {
+    bool whole = false;
+    const qint64 integer = text.toLongLong(&whole);
+    if (column.kind != ColumnKind::Number)
+        return text.toStdString();
+    return whole ? Value(integer) : Value(text.toDouble());
+}
+
+/// All rows of the report, ready to be bound; read before the clock runs.
+const std::vector<Values> &rowsOfReport() {
+    static std::vector<Values> rows;
+    if (!rows.empty())
+        return rows;
+    QFile file(QStringLiteral(BENCH_REPORT));
+    if (!file.open(QIODevice::ReadOnly))
+        return rows;
+    for (QXmlStreamReader reader(&file); !reader.atEnd(); reader.readNext()) {
+        if (!reader.isStartElement() || reader.name() != u"row")
+            continue;
+        const QXmlStreamAttributes attributes = reader.attributes();
+        Values values;
+        for (std::size_t i = 0; i < dayColumns.size(); ++i) {
+            const QString name = reportColumn(dayColumns[i].name);
+            values[i] = valueOf(dayColumns[i], name.startsWith(u"google")
+                                                   ? QStringLiteral("2025 01") // month and week
+                                                   : attributes.value(name).toString());
+        }
+        rows.push_back(std::move(values));
+    }
+    return rows;
+}
+
+qint64 count(const sqlite::Connection &connection) {
+    sqlite::Statement statement = connection.prepare("SELECT count(*) FROM tblGoogleDays");
+    return statement.step() ? statement.int64(0) : 0;
+}
+
+void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) {
+    sqlite::Transaction transaction(connection);
+    sqlite::Statement insert = connection.prepare(dayInsertStatement());
+    for (const Values &values : rows) {
+        int parameter = 0;
+        for (const Value &value : values) {
+            ++parameter;
+            if (const auto *text = std::get_if<std::string>(&value))
+                insert.bind(parameter, std::string_view(*text));
+            else if (const auto *whole = std::get_if<qint64>(&value))
+                insert.bind(parameter, *whole);
+            else
+                insert.bind(parameter, std::get<double>(value));
+        }
+        insert.step();
+        insert.reset();
+    }
+    transaction.commit();
+}
+
+void baseline(benchmark::State &state) {
+    const std::vector<Values> &rows = rowsOfReport();
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        auto connection = openProject(emptyProject());
+        state.ResumeTiming();
+        insertAll(*connection, rows);
+        state.PauseTiming();
+        if (count(*connection) != reportRows)
+            state.SkipWithError("rows are missing");
+        connection.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(baseline)->Name("import/baseline")->UseRealTime();
+
+} // namespace
+
+} // namespace veltrona::bench
