@@ -34,6 +34,11 @@ ChartColors colorsOn(const QColor &paper, const QColor &text) {
     return {paper, text, mixed(paper, text, 0.18), barColor, mixed(barColor, text, 0.45)};
 }
 
+/// From the plot's bottom to the labels of the bars, which may stand under the lowest number.
+double labelDrop(const QFontMetricsF &metrics) {
+    return std::ceil(metrics.height() / 2) + 1;
+}
+
 double widestLabel(const QFontMetricsF &metrics, const Chart &chart) {
     double widest = 0;
     for (const ChartRow &row : chart.DataGrid().rows())
@@ -101,7 +106,8 @@ void paintLabels(QPainter &painter, const ChartLayout &layout, const Chart &char
         const QString &label = chart.DataGrid().rows()[static_cast<std::size_t>(bar)].label;
         const double width = metrics.horizontalAdvance(label) + 2;
         const double x = layout.column(bar).center().x();
-        painter.drawText(QRectF(x - width / 2, layout.plot.bottom() + gap, width, metrics.height()),
+        painter.drawText(QRectF(x - width / 2, layout.plot.bottom() + labelDrop(metrics), width,
+                                metrics.height()),
                          Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, label);
     }
 }
@@ -136,8 +142,8 @@ ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const 
     ChartLayout layout;
     layout.bars = chart.RowCount();
     const double title = chart.SeriesName().isEmpty() ? 0 : metrics.height() + gap;
-    QRectF plot =
-        area.adjusted(gap, gap + title + metrics.height() / 2, -gap, -(metrics.height() + 2 * gap));
+    QRectF plot = area.adjusted(gap, gap + title + metrics.height() / 2, -gap,
+                                -(metrics.height() + labelDrop(metrics) + gap));
     const int mostSteps =
         std::clamp(static_cast<int>(plot.height() / (2.5 * metrics.height())), 2, 10);
     layout.scale = scaleOf(chart, mostSteps);

@@ -17,13 +17,21 @@ public:
     /// The locale's short format, the year always with four digits.
     static QString formatOf(const QLocale &locale);
 
+    /// Takes the day shown as the user's: on Enter, when the focus goes, at a step, and when the
+    /// calendar closes. A command that leaves the focus where it is may call it before it reads.
+    void finishEdit();
+    void stepBy(int steps) override;
+
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void showValue();
 
     DatePicker &m_picker;
+    bool m_movedOn = false; // the last digit filled its section and moved on to the next
 };
 
 } // namespace veltrona

@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace veltrona {
 
@@ -17,12 +18,16 @@ const GridModel &modelOf(const QModelIndex &index) {
 
 GridDelegate::GridDelegate(GridView &view) : PlainTextDelegate(&view), m_view(view) {}
 
-QRect GridDelegate::lossMark(const QRect &cell, Qt::Alignment textAlignment, int lineHeight) {
-    // The padding of a column is 8 pixels for a line of 15, of which the text's margin takes 3.
-    const int size = std::max(4, lineHeight / 3);
-    const bool left = textAlignment.testFlag(Qt::AlignRight);
-    const int x = left ? cell.left() : cell.right() - size + 1;
-    return {x, cell.center().y() - size / 2, size, size};
+QRectF GridDelegate::lossMark(const QRectF &cell, bool textAtRight, double textWidth,
+                              double lineHeight) {
+    // The narrowest column has 8 pixels beside a text of 12, of which the text's margins take 6.
+    constexpr double margin = 3;
+    const double free = cell.width() - textWidth - margin;
+    const double size = std::clamp(free - 1, 4.0, std::round(lineHeight * 0.4));
+    const double x = textAtRight
+                         ? std::max(cell.left(), cell.right() - margin - textWidth - 3 - size)
+                         : std::min(cell.right() - size, cell.left() + margin + textWidth + 3);
+    return {x, std::round(cell.center().y() - size / 2 + 1), size, size};
 }
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const {
@@ -44,11 +49,13 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     }
     if (modelOf(index).isLoss(index)) {
         const Qt::Alignment alignment(index.data(Qt::TextAlignmentRole).toInt());
-        const QRect mark = lossMark(option.rect, alignment, option.fontMetrics.height());
+        const QString text = displayText(index.data(), option.locale);
+        const QRectF box =
+            lossMark(option.rect, alignment.testFlag(Qt::AlignRight),
+                     option.fontMetrics.horizontalAdvance(text), option.fontMetrics.height());
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(Qt::NoPen);
         painter->setBrush(m_view.textColor(index, option.state.testFlag(QStyle::State_Selected)));
-        const QRectF box(mark);
         painter->drawPolygon(
             QPolygonF({box.topLeft(), box.topRight(), QPointF(box.center().x(), box.bottom())}));
     }

@@ -14,8 +14,10 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
 
-    /// Where the mark stands in a cell: in the padding at the side that the text leaves free.
-    static QRect lossMark(const QRect &cell, Qt::Alignment textAlignment, int lineHeight);
+    /// Where the mark of a cell stands: beside the text, on the side that its alignment leaves
+    /// free.
+    static QRectF lossMark(const QRectF &cell, bool textAtRight, double textWidth,
+                           double lineHeight);
 
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;

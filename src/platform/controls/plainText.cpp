@@ -4,11 +4,14 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace veltrona {
 
 namespace {
 // Laying out a name of a megabyte at each repaint would freeze the window.
 constexpr int longestShown = 2000;
+constexpr int longestUnwrapped = 80; // characters of a line in a tooltip
 
 QString shortened(const QString &text) {
     return text.size() <= longestShown ? text : text.left(longestShown) + QChar(0x2026);
@@ -18,9 +21,13 @@ QString shortened(const QString &text) {
 QString plainToolTip(const QString &text) {
     if (text.isEmpty())
         return {};
-    QString html = shortened(text).toHtmlEscaped();
-    html.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
-    return QStringLiteral("<span>") + html + QStringLiteral("</span>");
+    const QStringList lines = shortened(text).split(QLatin1Char('\n'));
+    const bool wraps = std::any_of(lines.begin(), lines.end(), [](const QString &line) {
+        return line.size() > longestUnwrapped;
+    });
+    return QStringLiteral("<div style='white-space:%1'>%2</div>")
+        .arg(wraps ? QStringLiteral("pre-wrap") : QStringLiteral("pre"),
+             lines.join(QLatin1Char('\n')).toHtmlEscaped());
 }
 
 void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken) {

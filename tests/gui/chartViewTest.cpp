@@ -1,0 +1,318 @@
+// The chart: round axes, labels that have room, bars, tooltips, the picture, and its table for a
+// screen reader.
+#include "platform/controls/chartView.h"
+#include "platform/controls/chartAxis.h"
+#include "platform/controls/chartPainter.h"
+
+#include <QAccessible>
+#include <QDate>
+#include <QHelpEvent>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QTest>
+#include <QToolTip>
+
+#include <cmath>
+#include <limits>
+
+using namespace veltrona;
+
+namespace {
+
+void fill(Chart &chart, int bars, double factor = 10) {
+    chart.setRowCount(bars);
+    chart.setSeriesName(QStringLiteral("Clicks"));
+    for (int bar = 1; bar <= bars; ++bar) {
+        const QDate day = QDate(2007, 9, 27).addDays(bar - 1);
+        chart.DataGrid().setRowLabel(bar, 1, QLocale::c().toString(day, QStringLiteral("MMM dd")));
+        chart.DataGrid().SetData(bar, 1, bar * factor, 0);
+        chart.DataGrid().setRowDates(bar, day.toString(Qt::ISODate));
+    }
+    chart.changed();
+}
+
+QString plain(QString text) {
+    return text.replace(QChar(0x202F), QLatin1Char('_'));
+}
+
+/// The texts that a painter draws, each with its place.
+class Recorder : public QPaintDevice {
+public:
+    struct Text {
+        QString text;
+        QRectF place;
+    };
+    explicit Recorder(QSize size) : m_size(size), m_engine(*this) {}
+    QPaintEngine *paintEngine() const override { return &m_engine; }
+    std::vector<Text> texts;
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+        case PdmWidth:
+            return m_size.width();
+        case PdmHeight:
+            return m_size.height();
+        case PdmDpiX:
+        case PdmDpiY:
+        case PdmPhysicalDpiX:
+        case PdmPhysicalDpiY:
+            return 96;
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDevicePixelRatioScaled:
+            return static_cast<int>(devicePixelRatioFScale());
+        default:
+            return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    class Engine : public QPaintEngine {
+    public:
+        explicit Engine(Recorder &owner) : QPaintEngine(AllFeatures), m_owner(owner) {}
+        bool begin(QPaintDevice *) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState &) override {}
+        void drawPath(const QPainterPath &) override {}
+        void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
+        Type type() const override { return User; }
+        void drawTextItem(const QPointF &at, const QTextItem &item) override {
+            const QRectF place(at.x(), at.y() - item.ascent(), item.width(),
+                               item.ascent() + item.descent());
+            m_owner.texts.push_back({item.text(), place});
+        }
+
+    private:
+        Recorder &m_owner;
+    };
+    QSize m_size;
+    mutable Engine m_engine;
+};
+
+} // namespace
+
+class ChartViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QAccessible::setActive(true); }
+
+    void axesAreRound_data() {
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::addColumn<int>("most");
+        QTest::addColumn<QString>("lines");
+        QTest::newRow("nothing") << 0.0 << 0.0 << 5 << "0 1";
+        QTest::newRow("hundred") << 0.0 << 100.0 << 5 << "0 20 40 60 80 100";
+        QTest::newRow("just above") << 0.0 << 101.0 << 5 << "0 50 100 150";
+        QTest::newRow("thousands") << 0.0 << 1234567.0 << 4 << "0 500_000 1_000_000 1_500_000";
+        QTest::newRow("cents") << 0.0 << 0.3 << 3 << "0.0 0.1 0.2 0.3";
+        QTest::newRow("tenths of cents") << 0.0 << 0.01 << 2 << "0.000 0.005 0.010";
+        QTest::newRow("both sides")
+            << -120.0 << 80.0 << 5 << "\u2212150 \u2212100 \u221250 0 50 100";
+        QTest::newRow("below") << -7.0 << -3.0 << 4 << "\u22128 \u22126 \u22124 \u22122 0";
+        QTest::newRow("not finite")
+            << std::nan("") << std::numeric_limits<double>::infinity() << 5 << "0 1";
+        QTest::newRow("huge") << 0.0 << 2E20 << 2 << "0 1e+20 2e+20";
+    }
+    void axesAreRound() {
+        QFETCH(double, low);
+        QFETCH(double, high);
+        QFETCH(int, most);
+        QFETCH(QString, lines);
+        const AxisScale scale = axisScale(low, high, most);
+        QStringList texts;
+        for (int line = scale.first; line <= scale.last; ++line)
+            texts.append(plain(axisText(scale, line)));
+        QCOMPARE(texts.join(QLatin1Char(' ')), lines);
+    }
+
+    // Down to what counts as nothing beside 0.
+    void anAxisHoldsAnyValue() {
+        for (int exponent = -296; exponent <= 308; exponent += 4) {
+            for (const double digits : {1.0, 1.5, 9.99}) {
+                const double high = digits * std::pow(10.0, exponent);
+                if (!std::isfinite(high))
+                    continue;
+                for (const double low : {0.0, -high}) {
+                    const AxisScale scale = axisScale(low, high, 8);
+                    QVERIFY(scale.last - scale.first <= 8 && scale.last > scale.first);
+                    QVERIFY(scale.step * scale.last >= high * (1 - 1E-6));
+                    QVERIFY(scale.step * scale.first <= low * (1 - 1E-6));
+                }
+            }
+        }
+    }
+
+    void valuesReadAsTheyWereSet() {
+        QCOMPARE(plain(valueText(1234567)), QStringLiteral("1_234_567"));
+        QCOMPARE(plain(valueText(-1234.5)), QStringLiteral("\u22121_234.5"));
+        QCOMPARE(valueText(static_cast<double>(0.1F)), QStringLiteral("0.1"));
+        QCOMPARE(valueText(0.1), QStringLiteral("0.1"));
+        QCOMPARE(valueText(123.45), QStringLiteral("123.45"));
+        QCOMPARE(valueText(0), QStringLiteral("0"));
+        QCOMPARE(valueText(-999), QStringLiteral("\u2212999"));
+    }
+
+    void labelsHaveRoom_data() {
+        QTest::addColumn<int>("bars");
+        QTest::addColumn<int>("width");
+        for (const int bars : {1, 2, 31, 46, 90}) {
+            for (const int width : {200, 595, 900, 1600})
+                QTest::addRow("%d bars in %d", bars, width) << bars << width;
+        }
+    }
+    // Draws the chart for a device that notes every text: none is cut, none meets another, and the
+    // labels stand at even distances from the first bar on.
+    void labelsHaveRoom() {
+        QFETCH(int, bars);
+        QFETCH(int, width);
+        Chart chart;
+        fill(chart, bars, -12345);
+        Recorder recorder({width, 300});
+        QPainter painter(&recorder);
+        painter.setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+        paintChart(painter, {0, 0, width, 300}, chart, ChartColors::lightPaper());
+        painter.end();
+        std::vector<int> labelled;
+        for (std::size_t i = 0; i < recorder.texts.size(); ++i) {
+            const auto &one = recorder.texts[i];
+            QVERIFY2(QRectF(0, 0, width, 300).contains(one.place), qPrintable(one.text));
+            for (std::size_t j = i + 1; j < recorder.texts.size(); ++j)
+                QVERIFY2(!one.place.intersects(recorder.texts[j].place), qPrintable(one.text));
+            for (int bar = 1; bar <= bars; ++bar) {
+                if (chart.DataGrid().RowLabel(bar, 1) == one.text)
+                    labelled.push_back(bar);
+            }
+        }
+        QVERIFY(!labelled.empty());
+        QCOMPARE(labelled.front(), 1);
+        for (std::size_t i = 2; i < labelled.size(); ++i)
+            QCOMPARE(labelled[i] - labelled[i - 1], labelled[1] - labelled[0]);
+        QCOMPARE(labelled.size() > 1, bars > 1);
+    }
+
+    void barsStandOnTheirValues() {
+        Chart chart;
+        fill(chart, 3);
+        chart.DataGrid().SetData(1, 1, 100, 0);
+        chart.DataGrid().SetData(2, 1, -50, 0);
+        chart.DataGrid().SetData(3, 1, 0, 0);
+        QImage image(600, 300, QImage::Format_RGB32);
+        QPainter painter(&image);
+        const ChartColors colors = ChartColors::lightPaper();
+        paintChart(painter, image.rect(), chart, colors);
+        const ChartLayout layout =
+            layOutChart(QFontMetricsF(painter.font(), &image), image.rect(), chart);
+        painter.end();
+        const auto barAt = [&](int bar, double value) {
+            const QPoint at(qRound(layout.column(bar).center().x()), qRound(layout.y(value)));
+            return image.pixelColor(at) == colors.bar;
+        };
+        QVERIFY(barAt(0, 95) && barAt(0, 5) && !barAt(0, 105) && !barAt(0, -5));
+        QVERIFY(barAt(1, -5) && barAt(1, -45) && !barAt(1, -55) && !barAt(1, 5));
+        QVERIFY(!barAt(2, 5) && !barAt(2, -5));
+    }
+
+    void tellsABarAnywhereInItsColumn() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 31);
+        chart.DataGrid().setRowLabel(5, 1, QStringLiteral("<b>Oct 01"));
+        chart.DataGrid().SetData(5, 1, 1234.56, 0);
+        view.resize(800, 300);
+        view.show();
+        for (const int y : {2, 150, 298}) {
+            const QPoint at(view.columnRect(4).center().x(), y);
+            QHelpEvent event(QEvent::ToolTip, at, view.mapToGlobal(at));
+            QCoreApplication::sendEvent(&view, &event);
+            const QString text = plain(QToolTip::text());
+            QVERIFY(text.contains(QStringLiteral("&lt;b&gt;Oct 01\n2007-10-01\nClicks: 1_234.56")));
+        }
+    }
+
+    void thePictureIsLightAndUnscaled() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 12);
+        view.resize(593, 321);
+        const QImage light = view.picture();
+        QPalette dark;
+        dark.setColor(QPalette::Base, Qt::black);
+        dark.setColor(QPalette::Text, Qt::white);
+        view.setPalette(dark);
+        view.setFocus();
+        view.markBar(3);
+        const QImage picture = view.picture();
+        QCOMPARE(picture.size(), QSize(593, 321));
+        QCOMPARE(picture.devicePixelRatio(), 1.0);
+        QCOMPARE(picture.pixelColor(0, 0), QColor(Qt::white));
+        QCOMPARE(picture, light);
+        QCOMPARE(view.grab().toImage().pixelColor(3, 3), QColor(Qt::black));
+    }
+
+    void keysMoveAlongTheBars() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 4);
+        view.resize(500, 300);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowActive(&view));
+        view.setFocus();
+        const auto after = [&](Qt::Key key) {
+            QTest::keyClick(&view, key);
+            return view.markedBar();
+        };
+        QCOMPARE(after(Qt::Key_Right), 0);
+        QCOMPARE(after(Qt::Key_Right), 1);
+        QVERIFY(QToolTip::text().contains(QStringLiteral("Clicks: 20")));
+        QCOMPARE(after(Qt::Key_End), 3);
+        QCOMPARE(after(Qt::Key_Right), 3);
+        QCOMPARE(after(Qt::Key_Home), 0);
+        QCOMPARE(after(Qt::Key_Left), 0);
+        view.markBar(3);
+        fill(chart, 2); // the marked bar has gone
+        QCOMPARE(view.markedBar(), -1);
+        fill(chart, 0);
+        QCOMPARE(after(Qt::Key_Left), -1);
+        QCOMPARE(after(Qt::Key_Home), -1);
+        QVERIFY(!view.grab().isNull());
+    }
+
+    void isReadOut() {
+        Chart chart;
+        ChartView view(chart);
+        view.setObjectName(QStringLiteral("mscMain"));
+        fill(chart, 31);
+        chart.DataGrid().SetData(2, 1, 12345, 0);
+        view.show();
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&view);
+        QCOMPARE(face->role(), QAccessible::Chart);
+        QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Clicks"));
+        QCOMPARE(face->object()->objectName(), QStringLiteral("mscMain"));
+        QAccessibleTableInterface *table = face->tableInterface();
+        QVERIFY(table);
+        QCOMPARE(table->rowCount(), 31);
+        QCOMPARE(table->columnCount(), 2);
+        QCOMPARE(table->columnDescription(0), QStringLiteral("Label"));
+        QCOMPARE(table->columnDescription(1), QStringLiteral("Value"));
+        QCOMPARE(table->cellAt(1, 0)->text(QAccessible::Name), QStringLiteral("Sep 28"));
+        QCOMPARE(plain(table->cellAt(1, 1)->text(QAccessible::Name)), QStringLiteral("12_345"));
+        QCOMPARE(face->childCount(), 62);
+        for (int child = 0; child < face->childCount(); ++child) {
+            QAccessibleInterface *cell = face->child(child);
+            QCOMPARE(face->indexOfChild(cell), child);
+            QCOMPARE(cell->parent(), face);
+            QVERIFY(cell->isValid());
+        }
+        QAccessibleInterface *last = table->cellAt(30, 1);
+        fill(chart, 2);
+        QVERIFY(!last->isValid());
+        QCOMPARE(table->rowCount(), 2);
+        QVERIFY(!table->cellAt(2, 0));
+    }
+};
+
+QTEST_MAIN(ChartViewTest)
+#include "chartViewTest.moc"
