@@ -45,7 +45,7 @@ bool Statement::step() {
     if (code == SQLITE_DONE)
         return false;
     const Failure failure = m_connection->failure(code);
-    reset(); // lets go of the locks that a failed statement may still hold
+    reset(); // so that the caller can bind and try again
     throw failure;
 }
 

@@ -1,44 +1,18 @@
-#include "database/projectFile.h"
 #include "database/dayTable.h"
+#include "projectFolder.h"
 #include "support/anotherUser.h"
+#include "support/failureOf.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
 #include <functional>
-#include <optional>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 using namespace veltrona;
 using sqlite::Connection;
 
 namespace {
-
-template<typename Action>
-std::optional<Failure> failureOf(Action action) {
-    try {
-        action();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return std::nullopt;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
-void write(const QString &path, const QByteArray &bytes) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("can't write %s", qPrintable(path));
-}
 
 void change(const QString &path, std::string_view sql) {
     Connection connection;
@@ -74,54 +48,17 @@ int addRecords(const QString &path, int first, int last) {
     return failure ? 1 : 0;
 }
 
-/// No file grows beyond a size while this lives; the nearest thing to a full disk that needs no
-/// mount.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t size) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit small{size, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
-
-private:
-    rlimit m_before{};
-};
-
 using Spoil = std::function<void(const QString &path)>;
 
 } // namespace
 
 Q_DECLARE_METATYPE(Spoil)
 
-class ProjectFileTest : public QObject {
+class ProjectFileTest : public QObject, ProjectFolder {
     Q_OBJECT
 
-    std::optional<QTemporaryDir> m_folder;
-    QString m_template;
-
-    QString path(const QString &name) const { return m_folder->path() + QLatin1Char('/') + name; }
-
-    QString project(const QString &name = QStringLiteral("p.vlt")) const {
-        makeProject(m_template, path(name));
-        return path(name);
-    }
-
-    QStringList files() const {
-        return QDir(m_folder->path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-
 private slots:
-    void initTestCase() {
-        m_template = QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat");
-    }
-
-    void init() { m_folder.emplace(); }
+    void init() { renewFolder(); }
 
     void templateHoldsTheTable() {
         const auto connection = openProject(project());
@@ -231,11 +168,16 @@ private slots:
         row("view", damagedProject, "missing",
             sql("ALTER TABLE tblGoogleDays RENAME TO x; CREATE VIEW tblGoogleDays AS SELECT * "
                 "FROM x"));
-        row("overwritten page", damagedProject, "damaged", [](const QString &path) {
-            QByteArray content = contents(path);
-            content.replace(8192, 8192, QByteArray(8192, '\x55'));
-            write(path, content);
-        });
+        const auto overwritten = [](qsizetype page) {
+            return [page](const QString &path) {
+                QByteArray content = contents(path);
+                content.replace(page * 8192, 8192, QByteArray(8192, '\x55'));
+                write(path, content);
+            };
+        };
+        row("overwritten table", damagedProject, "damaged", overwritten(1));
+        row("overwritten index of records", damagedProject, "damaged", overwritten(2));
+        row("overwritten index of dates", damagedProject, "damaged", overwritten(3));
     }
 
     void badProjectIsRefused() {
@@ -269,7 +211,7 @@ private slots:
         const QString file = project();
         const QByteArray before = contents(file);
         QFile::setPermissions(file, QFile::Permissions(0x6666));
-        QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7755));
+        QFile::setPermissions(folder(), QFile::Permissions(0x7755));
         const AnotherUser user;
         if (!user.works())
             QSKIP("root's rights can't be laid down here");
@@ -301,6 +243,17 @@ private slots:
         QCOMPARE(records(*openProject(file)), 100);
     }
 
+    /// Another tool has split the project into several files.
+    void projectBecomesOneFileAgain() {
+        const QString file = project();
+        change(file, "PRAGMA journal_mode = WAL; INSERT INTO tblGoogleDays (Clicks) VALUES (1)");
+        const auto connection = openProject(file);
+        connection->execute("INSERT INTO tblGoogleDays (Clicks, CreativeId) VALUES (1, 1)");
+        QCOMPARE(files(), QStringList("p.vlt"));
+        QVERIFY(QFile::copy(file, path("mailed.vlt")));
+        QCOMPARE(records(*openProject(path("mailed.vlt"))), 2);
+    }
+
     void twoProgramsStoreTheUnion() {
         const QString file = project();
         const pid_t other = fork();
@@ -315,99 +268,6 @@ private slots:
         QCOMPARE(number(*connection, "SELECT count(DISTINCT CreativeId) FROM tblGoogleDays"), 4500);
     }
 
-    void newProjectReplacesWhole() {
-        const QString older = path("O'Neil ä #1.vlt");
-        write(older, "an older file");
-        QFile::setPermissions(older, QFile::Permissions(0x6600));
-        QVERIFY(QFile::link(older, path("link.vlt")));
-        // Left behind by a crash: played back, it would spoil the new project.
-        QFile::copy(m_template, path("x.vlt"));
-        write(older + "-journal", "journal");
-        write(older + "-wal", "log");
-        makeProject(m_template, path("link.vlt"));
-        QCOMPARE(contents(older), contents(m_template));
-        QCOMPARE(QFileInfo(path("link.vlt")).symLinkTarget(), older);
-        QCOMPARE(QFile::permissions(older), QFile::Permissions(0x6600));
-        QCOMPARE(files().size(), 3);
-        const QString longest = path(QString(243, 'n') + ".vlt");
-        makeProject(m_template, longest);
-        QVERIFY(openProject(longest)->isOpen());
-    }
-
-    void failedCopyLeavesTheOlderFile_data() {
-        QTest::addColumn<QString>("templateName");
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("no template") << "none.dat"
-                                     << "p.vlt"
-                                     << "none.dat\": No such file";
-        QTest::newRow("bad template") << "bad.dat"
-                                      << "p.vlt"
-                                      << "bad.dat\", is damaged";
-        QTest::newRow("no folder") << ""
-                                   << "none/p.vlt"
-                                   << "none/p.vlt\": No such file";
-        QTest::newRow("no room for a journal") << "" << QString(251, 'n') + ".vlt"
-                                               << "File name too long";
-        QTest::newRow("a folder") << ""
-                                  << "folder"
-                                  << "folder\": Is a directory";
-        QTest::newRow("write-protected") << ""
-                                         << "protected.vlt"
-                                         << "Permission denied";
-        QTest::newRow("protected folder") << ""
-                                          << "folder/p.vlt"
-                                          << "Permission denied";
-        QTest::newRow("full disk") << ""
-                                   << "p.vlt"
-                                   << "File too large";
-    }
-
-    void failedCopyLeavesTheOlderFile() {
-        QFETCH(QString, templateName);
-        QFETCH(QString, target);
-        QFETCH(QString, reason);
-        QDir(m_folder->path()).mkdir("folder");
-        QByteArray bad = contents(m_template);
-        bad.chop(8192);
-        write(path("bad.dat"), bad);
-        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
-            write(path(name), name);
-        QFile::setPermissions(path("protected.vlt"), QFile::Permissions(0x4444));
-        QFile::setPermissions(path("p.vlt"), QFile::Permissions(0x6666));
-        QFile::setPermissions(path("p.vlt-journal"), QFile::Permissions(0x6666));
-        QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777));
-        const QStringList before = files();
-        const AnotherUser user;
-        if (!user.works())
-            QSKIP("root's rights can't be laid down here");
-        const SmallDisk disk(reason == "File too large" ? 10000 : 10000000);
-        const QString source = templateName.isEmpty() ? m_template : path(templateName);
-        const auto failure = failureOf([&] { makeProject(source, path(target)); });
-        QVERIFY(failure);
-        QVERIFY(failure->number() != 0);
-        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
-        QCOMPARE(files(), before);
-        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
-            QCOMPARE(contents(path(name)), QByteArray(name));
-    }
-
-    void sameFileByAnyPath() {
-        const QString file = project();
-        const QString other = project("other.vlt");
-        QDir(m_folder->path()).mkdir("sub");
-        QVERIFY(QFile::link(file, path("soft.vlt")));
-        QVERIFY(::link(QFile::encodeName(file).constData(),
-                       QFile::encodeName(path("hard.vlt")).constData()) == 0);
-        for (const char *same : {"p.vlt", "soft.vlt", "hard.vlt", "sub/../p.vlt", "./p.vlt"})
-            QVERIFY2(isSameFile(path(same), file), same);
-        QVERIFY(isSameFile(QDir::current().relativeFilePath(file), file));
-        QVERIFY(!isSameFile(other, file));
-        QVERIFY(!isSameFile(path("P.vlt"), file));
-        QVERIFY(!isSameFile(path("none"), path("none")));
-        QVERIFY(!isSameFile(QString(QChar(0xD800)), file));
-    }
-
     void cleanGivesTheSpaceBack() {
         const QString file = project();
         QCOMPARE(addRecords(file, 0, 5000), 0);
@@ -415,7 +275,7 @@ private slots:
         const auto connection = openProject(file);
         cleanProject(*connection);
         QCOMPARE(records(*connection), 0);
-        QCOMPARE(QFileInfo(file).size(), QFileInfo(m_template).size());
+        QCOMPARE(QFileInfo(file).size(), QFileInfo(templatePath()).size());
         QCOMPARE(openProject(file)->isOpen(), true);
     }
 
@@ -442,40 +302,6 @@ private slots:
         QCOMPARE(failureOf([&] { cleanProject(*connection); })->number(), 5);
         running = {};
         QCOMPARE(records(*connection), 100);
-    }
-
-    void titles_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("title");
-        QTest::newRow("plain") << "C:\\data\\Garden.vlt"
-                               << "Garden";
-        QTest::newRow("dots") << "C:\\da.ta\\Garden.2007.05.vlt"
-                              << "Garden.2007.05";
-        QTest::newRow("no extension") << "C:\\da.ta\\Garden"
-                                      << "Garden";
-        QTest::newRow("leading dot") << "C:\\.vlt"
-                                     << "";
-        QTest::newRow("no folder") << "Garden.vlt"
-                                   << "Garden";
-        QTest::newRow("slashes stay") << "C:\\a/b.vlt"
-                                      << "a/b";
-        QTest::newRow("folder") << "C:\\Garden.vlt\\"
-                                << "";
-        QTest::newRow("nothing") << ""
-                                 << "";
-    }
-
-    void titles() {
-        QFETCH(QString, path);
-        QFETCH(QString, title);
-        QCOMPARE(projectTitle(path, QLatin1Char('\\')), title);
-        // The other separator, the other way round.
-        const auto swapped = [](QString text) {
-            for (QChar &c : text)
-                c = c == '\\' ? QChar('/') : c == '/' ? QChar('\\') : c;
-            return text;
-        };
-        QCOMPARE(projectTitle(swapped(path), QLatin1Char('/')), swapped(title));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "platform/sqlite/connection.h"
 #include "support/anotherUser.h"
+#include "support/failureOf.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -23,16 +24,6 @@ constexpr int cantOpen = 14;
 constexpr int misuse = 21;
 constexpr int movedFile = 1032;
 constexpr int notUnique = 2067;
-
-template<typename Action>
-std::optional<Failure> failureOf(Action action) {
-    try {
-        action();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return std::nullopt;
-}
 
 qint64 count(const Connection &connection) {
     Statement statement = connection.prepare("SELECT count(*) FROM t");
@@ -188,19 +179,22 @@ private slots:
         QVERIFY(!failure);
     }
 
-    void failedStatementLetsGoOfItsLock() {
+    void failedStatementCanBeTriedAgain() {
         const QString file = makeDatabase();
         Connection first;
         first.open(file);
         Connection second;
         second.open(file);
         first.execute("INSERT INTO t (n) VALUES (1)");
-        Statement insert = first.prepare("INSERT INTO t (n) VALUES (1)");
+        Statement insert = first.prepare("INSERT INTO t (n) VALUES (?)");
+        insert.bind(1, qint64(1));
         const auto failure = failureOf([&] { insert.step(); });
         QVERIFY(failure);
         QCOMPARE(failure->number(), notUnique);
         second.execute("INSERT INTO t (n) VALUES (2)");
-        QCOMPARE(count(first), 2);
+        insert.bind(1, qint64(3));
+        insert.step();
+        QCOMPARE(count(second), 3);
     }
 
     void movedFileSwallowsNothing_data() {
