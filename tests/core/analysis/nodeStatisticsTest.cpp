@@ -10,6 +10,9 @@ using namespace veltrona;
 
 namespace {
 
+/// Neither SQL nor the Tag's own words in a name mean anything.
+const QString hostileName = "O'Neil'; DELETE FROM tblGoogleDays; -- ORDER BY ?1";
+
 using Values = std::map<std::string, QVariant>;
 
 TreeNode nodeOf(const QString &key, const QString &tag) {
@@ -63,10 +66,8 @@ private slots:
     void period_data();
     void period();
     void namesAreTrimmedComparedExactlyAndSorted();
-    void hostileNames();
     void emptyFormAndBack();
     void moreRowsThanSixteenBits();
-    void failureLeavesNothing();
 
 private:
     NodeStatistics query(const TreeNode &node, const DateRange &range) {
@@ -149,7 +150,7 @@ void NodeStatisticsTest::levels_data() {
 void NodeStatisticsTest::levels() {
     QFETCH(QString, level);
     QFETCH(QString, rest);
-    const auto record = [this](const char *campaign, const char *group, const char *branch,
+    const auto record = [this](const QString &campaign, const char *group, const char *branch,
                                const char *keyword, const char *type) {
         insert({{"Campaign", campaign},
                 {"Adgroup", group},
@@ -157,14 +158,14 @@ void NodeStatisticsTest::levels() {
                 {"KeyWord", keyword},
                 {"kwType", type}});
     };
-    record("O'Neil", "g1", "Search Only", "k1", "Broad");
-    record("O'Neil", "g1", "Search Only", "k1", "Exact");
-    record("O'Neil", "g1", "Search Only", "k2", "Phrase");
-    record("O'Neil", "g1", "Content Only", "k3", "Broad");
-    record("O'Neil", "g2", "Search Only", "k4", "Broad");
+    record(hostileName, "g1", "Search Only", "k1", "Broad");
+    record(hostileName, "g1", "Search Only", "k1", "Exact");
+    record(hostileName, "g1", "Search Only", "k2", "Phrase");
+    record(hostileName, "g1", "Content Only", "k3", "Broad");
+    record(hostileName, "g2", "Search Only", "k4", "Broad");
     record("ONeil", "g9", "Other", "k9", "Other");
     const auto statistics =
-        query(inCampaign(level + "path", "O'Neil", rest + " ORDER BY kwType"), days(1, 31));
+        query(inCampaign(level + "path", hostileName, rest + " ORDER BY kwType"), days(1, 31));
     QCOMPARE(statistics.caption, QString("path"));
     QTEST(statistics.heading, "heading");
     QTEST(names(statistics), "expected");
@@ -211,19 +212,6 @@ void NodeStatisticsTest::namesAreTrimmedComparedExactlyAndSorted() {
         QCOMPARE(row.clicks, row.name == "apple" || row.name.isEmpty() ? 2. : 1.);
 }
 
-void NodeStatisticsTest::hostileNames() {
-    for (const char *name : {"'; DROP TABLE tblGoogleDays; --", "x' ORDER BY 1", "?1", "\" OR 1=1",
-                             "<img src=x> sale", "\xF0\x9F\x98\x80"}) {
-        const QString campaign = QString::fromUtf8(name);
-        insert({{"Campaign", campaign}, {"Adgroup", "g"}, {"Clicks", 1}});
-        const auto statistics =
-            query(inCampaign("1-x", campaign, " ORDER BY adGroup"), days(14, 14));
-        QCOMPARE(names(statistics), QStringList{"g"});
-        QCOMPARE(statistics.rows.front().clicks, 1.);
-        QVERIFY(names(query(root(), days(14, 14))).contains(campaign));
-    }
-}
-
 void NodeStatisticsTest::emptyFormAndBack() {
     insert({{"Adgroup", "g"}, {"cost", 2000000}});
     insert({{"Adgroup", "h"}});
@@ -235,7 +223,8 @@ void NodeStatisticsTest::emptyFormAndBack() {
 
     const QStringList empty = shown(query(campaign, days(1, 2)), grid);
     QCOMPARE(empty.size(), 3);
-    QVERIFY(empty.at(0).startsWith("Campaigns|Clicks|"));
+    QCOMPARE(empty.at(0), QString("Campaigns|Clicks|Impr.|CTR|Avg.CPC|Cost|Conv.|Conv.Rate|"
+                                  "Cost/Conv.|Avg.Pos|Conv. Val.|ROI|Transactions||"));
     QCOMPARE(empty.at(1), QString(14, '|'));
     QCOMPARE(empty.at(2), QString("Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0||"));
 
@@ -258,12 +247,6 @@ void NodeStatisticsTest::moreRowsThanSixteenBits() {
     QCOMPARE(grid.TextMatrix(count, 0), QString::number(count + 99'999));
     QCOMPARE(grid.TextMatrix(count + 2, gridColumn::Clicks), QString::number(count));
     QCOMPARE(grid.TextMatrix(count + 2, gridColumn::AveragePosition), QString("3"));
-}
-
-void NodeStatisticsTest::failureLeavesNothing() {
-    insert({{"Campaign", "A"}});
-    m_table->connection().execute("ALTER TABLE tblGoogleDays RENAME COLUMN Pos TO Place");
-    QVERIFY_EXCEPTION_THROWN(query(root(), days(14, 14)), Failure);
 }
 
 QTEST_GUILESS_MAIN(NodeStatisticsTest)

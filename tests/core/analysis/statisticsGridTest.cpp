@@ -4,6 +4,9 @@
 
 #include <QTest>
 
+#include <cmath>
+#include <numeric>
+
 using namespace veltrona;
 
 namespace {
@@ -44,11 +47,12 @@ const QString even = "c|1|1|0%|0|2|0|0%||0|2|0%|0||";
 class StatisticsGridTest : public QObject {
     Q_OBJECT
 private slots:
-    void emptyForm();
     void initLeavesNothingButTheSummaryColor();
     void columnWidths_data();
     void columnWidths();
     void sizesOneColumnOrAll();
+    void measuresTheShapesOfNumbers_data();
+    void measuresTheShapesOfNumbers();
     void summary_data();
     void summary();
     void colors_data();
@@ -56,20 +60,6 @@ private slots:
     void colorsSurviveUntilCleared();
     void viewSeesFinishedGridsOnly();
 };
-
-void StatisticsGridTest::emptyForm() {
-    Grid grid(gridColumn::Count);
-    initGrid(grid, true);
-    resetSummary(grid);
-    QCOMPARE(grid.Rows(), 3);
-    QCOMPARE(rowText(grid, 0), QString("Campaigns|Clicks|Impr.|CTR|Avg.CPC|Cost|Conv.|Conv.Rate|"
-                                       "Cost/Conv.|Avg.Pos|Conv. Val.|ROI|Transactions||"));
-    const QString zeros = "Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0||";
-    QCOMPARE(texts(grid), QStringList({spacer, zeros}));
-    QCOMPARE(grid.ForeColor(), green);
-    QCOMPARE(grid.ColAlignment(gridColumn::Name), 0);
-    QCOMPARE(grid.ColAlignment(gridColumn::Clicks), -1);
-}
 
 void StatisticsGridTest::initLeavesNothingButTheSummaryColor() {
     Grid grid(gridColumn::Count);
@@ -107,21 +97,55 @@ void StatisticsGridTest::columnWidths() {
 }
 
 void StatisticsGridTest::sizesOneColumnOrAll() {
-    const auto heading = [](const QString &text) { return text == "CTR" ? 2000.f : 900.f; };
     Grid grid(gridColumn::Count);
     initGrid(grid, false);
-    sizeColumns(grid, 3, heading);
-    QCOMPARE(grid.ColWidth(3), 2120);
+    sizeColumns(grid, 3, [](const QString &) { return 880.f; });
+    QCOMPARE(grid.ColWidth(3), 1000);
     QCOMPARE(grid.ColWidth(2), -1);
-    for (const int col : {-1, 15, -2, 32767}) {
-        Grid all(gridColumn::Count);
-        initGrid(all, false);
-        sizeColumns(all, col, heading);
-        QCOMPARE(all.ColWidth(3), 2120);
-        QCOMPARE(all.ColWidth(12), 1020);
-        QCOMPARE(all.ColWidth(13), 0);
-        QCOMPARE(all.ColWidth(14), 0);
+    for (const int col : {-1, 15, -2}) {
+        sizeColumns(grid, col, [=](const QString &) { return 1000.f + static_cast<float>(col); });
+        QCOMPARE(grid.ColWidth(0), 1120 + col);
+        QCOMPARE(grid.ColWidth(12), 1120 + col);
+        QCOMPARE(grid.ColWidth(13), 0);
+        QCOMPARE(grid.ColWidth(14), 0);
     }
+}
+
+void StatisticsGridTest::measuresTheShapesOfNumbers_data() {
+    QTest::addColumn<TextWidth>("textWidth");
+    QTest::addColumn<bool>("few"); // measurements
+    const auto advance = [](QChar character) { return character == '.' ? 500.f : 1100.f; };
+    QTest::newRow("digits alike") << TextWidth([=](const QString &text) {
+        return std::accumulate(text.begin(), text.end(), 0.f,
+                               [&](float sum, QChar each) { return sum + advance(each); });
+    }) << true;
+    QTest::newRow("a narrow 1") << TextWidth([](const QString &text) {
+        return 1100.f * static_cast<float>(text.size()) -
+               300.f * static_cast<float>(text.count('1'));
+    }) << false;
+    QTest::newRow("7. moves together") << TextWidth([](const QString &text) {
+        return 1100.f * static_cast<float>(text.size()) - (text.contains("7.") ? 400.f : 0.f);
+    }) << false;
+}
+
+void StatisticsGridTest::measuresTheShapesOfNumbers() {
+    QFETCH(TextWidth, textWidth);
+    QFETCH(bool, few);
+    Grid grid(gridColumn::Count);
+    initGrid(grid, false);
+    grid.setRows(3000);
+    float widest = 0;
+    for (int row = 1; row < grid.Rows(); ++row) {
+        grid.setTextMatrix(row, 1, QString::number(1117.117 + row * 1.01, 'f', row % 3));
+        widest = std::fmax(widest, textWidth(grid.TextMatrix(row, 1)));
+    }
+    int measured = 0;
+    sizeColumns(grid, 1, [&](const QString &text) {
+        ++measured;
+        return textWidth(text);
+    });
+    QCOMPARE(grid.ColWidth(1), static_cast<int>(std::nearbyint(widest + 120)));
+    QCOMPARE(measured < 1000, few);
 }
 
 void StatisticsGridTest::summary_data() {
@@ -147,14 +171,12 @@ void StatisticsGridTest::summary_data() {
         << QStringList{"x|0|0|0%|0|0|0|0%|0|0|0|0%|.004|1|", "y|0|0|0%|0|0|0|0%|0|0|0|0%|.004|1|",
                        spacer, "Summary|0|0|0.01%|0|0.01|0|0.01%|.01|0|0.01|0%|.008||"};
 
-    QTest::newRow("a quarter of a percent lost")
-        << QStringList{"x|0|0|0%|0|400|0|0%||0|399|-.25%|0||"}
-        << QStringList{"x|0|0|0%|0|400|0|0%|0|0|399|-.25%|0||", spacer,
-                       "Summary|0|0|0%|0|400|0|0%|0|0|399|-.25%|0||"};
-    QTest::newRow("a quarter of a percent won")
-        << QStringList{"x|0|0|0%|0|400|0|0%||0|401|.25%|0||"}
-        << QStringList{"x|0|0|0%|0|400|0|0%|0|0|401|0.25%|0||", spacer,
-                       "Summary|0|0|0%|0|400|0|0%|0|0|401|0.25%|0||"};
+    QTest::newRow("a quarter of a percent, lost and won")
+        << QStringList{"x|0|0|0%|0|400|0|0%||0|399|-.25%|0||",
+                       "y|0|0|0%|0|400|0|0%||0|403|.75%|0||"}
+        << QStringList{"x|0|0|0%|0|400|0|0%|0|0|399|-.25%|0||",
+                       "y|0|0|0%|0|400|0|0%|0|0|403|0.75%|0||", spacer,
+                       "Summary|0|0|0%|0|800|0|0%|0|0|802|0.25%|0||"};
 
     // Two signs meet, and such a text reads as 0.
     QTest::newRow("a cost below zero") << QStringList{"x|0|0|0%|0|-2|0|0%||0|-3|--50%|0||"}
