@@ -1,0 +1,70 @@
+// The nodes of a document, packed into one run of bytes: an element takes about the room of its
+// start tag, so that a document is never much larger in memory than in its file.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veltrona::xml {
+
+/// Name and value in UTF-8; the name is the qualified one, prefix and all.
+struct Attribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+/// Owns the packed nodes; grows in document order.
+class NodeStream {
+public:
+    /// `prefix` may be empty. `line` must not be smaller than that of the element before.
+    void addElement(std::string_view prefix, std::string_view name, int line,
+                    std::size_t attributeCount);
+    /// To be called `attributeCount` times after addElement.
+    void addAttribute(std::string_view prefix, std::string_view name, std::string_view value);
+    void addListEnd();
+    void reserve(std::size_t bytes) { m_bytes.reserve(bytes); }
+
+    std::size_t size() const { return m_bytes.size(); }
+
+private:
+    friend class Walk;
+    void putNumber(std::size_t number);
+    void putName(std::string_view prefix, std::string_view name);
+
+    std::string m_bytes;
+    int m_line = 0;
+};
+
+/// Goes through the nodes once, in document order.
+class Walk {
+public:
+    enum class Step {
+        Element, // name(), attributes() and line() tell of it; its children, if any, come next
+        ListEnd, // a child list that had at least one node is used up, the document's own last
+        End
+    };
+
+    explicit Walk(const NodeStream &nodes);
+    Step next();
+
+    std::string_view name() const { return m_name; }
+    std::span<const Attribute> attributes() const { return m_attributes; }
+    /// Null if the element has no attribute of exactly this name.
+    const Attribute *attribute(std::string_view name) const;
+    /// The line of the file in which the element's start tag begins, from 1.
+    int line() const { return m_line; }
+
+private:
+    std::size_t takeNumber();
+    std::string_view takeText();
+
+    const char *m_at;
+    const char *m_end;
+    std::string_view m_name;
+    std::vector<Attribute> m_attributes;
+    int m_line = 0;
+};
+
+} // namespace veltrona::xml
