@@ -39,6 +39,10 @@ bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+QString tooDeep() {
+    return QStringLiteral("Elements are nested more than %1 deep.").arg(xmlParserMaxDepth);
+}
+
 /// The state of one pass, and the parser's callbacks. libxml2 parses the text of an entity in a
 /// context of its own with the same callbacks, and `_private` leads back here from both.
 class Pass {
@@ -61,6 +65,7 @@ private:
     static void instruction(void *context, const xmlChar *target, const xmlChar *data);
     static void cdata(void *context, const xmlChar *text, int length);
     static xmlEntityPtr entity(void *context, const xmlChar *name);
+    static xmlEntityPtr parameterEntity(void *context, const xmlChar *name);
 
     bool isInEntity(void *context) const {
         return context != m_context.get() || m_context->inputNr > 1;
@@ -70,6 +75,7 @@ private:
     void addAttribute(const xmlChar **attribute);
     void addOtherNode(void *context);
     void refuseMarkup();
+    bool isAffordable(xmlEntityPtr entity);
     void passed() { m_lastLine = m_context->input->line; }
     void checkSize();
     void parserError(int code, const char *message);
@@ -82,6 +88,7 @@ private:
     std::vector<bool> m_hasChildren; // for each open element
     int m_lastLine = 0;              // where the node before the one at hand has ended
     std::size_t m_bytesRead = 0;
+    std::size_t m_entityBytes = 0; // drawn in by all references so far
     bool m_failed = false;
 };
 
@@ -98,6 +105,7 @@ Pass::Pass(QFile &file) : m_file(file), m_context(xmlNewParserCtxt(), &xmlFreePa
     sax.processingInstruction = &Pass::instruction;
     sax.cdataBlock = &Pass::cdata;
     sax.getEntity = &Pass::entity;
+    sax.getParameterEntity = &Pass::parameterEntity;
     sax.reference = nullptr;
     sax.externalSubset = nullptr;
     sax.resolveEntity = nullptr;
@@ -119,6 +127,9 @@ ParseResult Pass::run() {
         parserError(last != nullptr ? last->code : XML_ERR_DOCUMENT_EMPTY,
                     last != nullptr ? last->message : "Document is empty");
     }
+    // The parser takes a NUL behind the root element for the end of the file.
+    if (!m_failed && m_context->input != nullptr && m_context->input->cur < m_context->input->end)
+        parserError(XML_ERR_DOCUMENT_END, "Extra content at the end of the document");
     m_result.nodes.addListEnd();
     return std::move(m_result);
 }
@@ -145,6 +156,10 @@ void Pass::startElement(void *context, const xmlChar *name, const xmlChar *prefi
         return;
     if (self.isInEntity(context)) {
         self.refuseMarkup();
+        return;
+    }
+    if (self.m_hasChildren.size() >= xmlParserMaxDepth) {
+        self.fail(XML_ERR_INTERNAL_ERROR, tooDeep());
         return;
     }
     // An exception must not pass through the parser.
@@ -227,13 +242,29 @@ void Pass::cdata(void *context, const xmlChar *, int) {
 xmlEntityPtr Pass::entity(void *context, const xmlChar *name) {
     xmlEntityPtr entity = xmlSAX2GetEntity(context, name);
     // Declarations come by here, too; they do no harm until they are used.
-    const bool isUse = static_cast<xmlParserCtxtPtr>(context)->inSubset == 0;
-    if (isUse && entity != nullptr && entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY) {
-        of(context).m_result.refusal =
-            QStringLiteral("it takes content from another file (entity \"%1\")")
-                .arg(QString::fromUtf8(reinterpret_cast<const char *>(name)));
+    if (entity == nullptr || static_cast<xmlParserCtxtPtr>(context)->inSubset != 0)
+        return entity;
+    Pass &self = of(context);
+    if (!self.isAffordable(entity))
+        return nullptr;
+    if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY && self.m_result.refusal.isEmpty()) {
+        self.m_result.refusal = QStringLiteral("it takes content from another file (entity \"%1\")")
+                                    .arg(QString::fromUtf8(reinterpret_cast<const char *>(name)));
     }
     return entity;
+}
+
+xmlEntityPtr Pass::parameterEntity(void *context, const xmlChar *name) {
+    xmlEntityPtr entity = xmlSAX2GetParameterEntity(context, name);
+    return entity != nullptr && of(context).isAffordable(entity) ? entity : nullptr;
+}
+
+/// The parser's own guard against entities that grow without end lets some of them pass.
+bool Pass::isAffordable(xmlEntityPtr entity) {
+    m_entityBytes += static_cast<std::size_t>(std::max(entity->length, 0)) + 1;
+    if (m_entityBytes > mostGrowth * m_bytesRead + freeGrowth)
+        fail(XML_ERR_ENTITY_LOOP, QStringLiteral("Entities make the file too large."));
+    return !m_failed;
 }
 
 void Pass::refuseMarkup() {
@@ -250,10 +281,7 @@ void Pass::checkSize() {
 }
 
 void Pass::parserError(int code, const char *message) {
-    QString reason = QString::fromUtf8(message).trimmed();
-    if (reason.startsWith(QLatin1String("Excessive depth")))
-        reason = QStringLiteral("Elements are nested more than %1 deep").arg(xmlParserMaxDepth);
-    fail(code, reason);
+    fail(code, QString::fromUtf8(message).simplified());
 }
 
 void Pass::fail(int code, const QString &reason) {
