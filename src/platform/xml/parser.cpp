@@ -22,6 +22,9 @@ constexpr std::size_t mostBytes = std::size_t(1) << 30;
 // Entities may not make more of a file than another encoding could.
 constexpr std::size_t mostGrowth = 4;
 constexpr std::size_t freeGrowth = std::size_t(1) << 20;
+// The parser looks through these one by one, so that more of them would take it minutes.
+constexpr int mostNames = 50'000;
+constexpr int mostAttributes = 4'096; // of one element; namespaces likewise
 constexpr std::size_t mostReserved = std::size_t(64) << 20;
 
 using ContextPointer = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
@@ -138,6 +141,12 @@ int Pass::read(void *pass, char *buffer, int length) {
     Pass &self = *static_cast<Pass *>(pass);
     if (self.m_failed)
         return 0;
+    const xmlParserCtxt &context = *self.m_context;
+    if (xmlDictSize(context.dict) > mostNames || context.maxatts > 5 * mostAttributes ||
+        context.nsMax > 2 * mostAttributes) {
+        self.fail(XML_ERR_NAME_TOO_LONG, QStringLiteral("The file has too many different names."));
+        return 0;
+    }
     errno = 0;
     const qint64 count = self.m_file.read(buffer, length);
     if (count < 0) {
