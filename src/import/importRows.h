@@ -1,0 +1,20 @@
+// Stores the rows of a checked report in the open project, each row once.
+#pragma once
+
+#include "import/columnCheck.h"
+#include "platform/sqlite/connection.h"
+
+#include <functional>
+
+namespace veltrona {
+
+/// Walks the document and stores every row whose six key values the table doesn't hold yet.
+/// `inc` is called first for each row. Rows are stored in batches, and a batch is committed before
+/// the calls of `inc` that paint, so that events find nothing half done.
+///
+/// Throws Failure with one text that names file, row, line, column and value, or what the engine
+/// said; everything read before a value that can't be read is committed by then.
+void importRows(sqlite::Connection &connection, const xml::Document &document,
+                const ColumnCheck &check, const std::function<void()> &inc);
+
+} // namespace veltrona
