@@ -5,7 +5,9 @@
 #include "import/rowReader.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 
+#include <chrono>
 #include <optional>
 
 namespace veltrona {
@@ -14,6 +16,9 @@ namespace {
 
 constexpr int movedProject = 1032; // as SQLite numbers it
 constexpr qsizetype mostShown = 40;
+
+// A commit waits for the disk some four times; younger batches aren't worth it.
+constexpr std::chrono::milliseconds shortestBatch{100};
 
 constexpr int adgroup = reportColumn("adgroup");
 constexpr int campaign = reportColumn("campaign");
@@ -83,6 +88,7 @@ private:
     xml::Walk m_walk;
     RowReader m_reader;
     std::optional<sqlite::Transaction> m_batch;
+    QElapsedTimer m_batchAge;
     std::string_view m_dateText; // the report's text of m_date
     ReportDate m_date;
     int m_row = 0;
@@ -116,7 +122,8 @@ void RowLoader::importRows(const std::function<void()> &inc) {
     for (auto step = m_walk.next(); step != xml::Walk::Step::End; step = m_walk.next()) {
         if (step != xml::Walk::Step::Element || m_walk.name() != "row")
             continue;
-        if (progressRepaints(m_row, m_check.rowCount))
+        if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
+            m_batchAge.hasExpired(shortestBatch.count()))
             commitBatch();
         ++m_row;
         inc();
@@ -176,6 +183,7 @@ void RowLoader::beginBatch() {
                           .arg(QDir::toNativeSeparators(m_connection.path())));
     }
     m_batch.emplace(m_connection);
+    m_batchAge.start();
 }
 
 void RowLoader::commitBatch() {
@@ -211,15 +219,14 @@ void RowLoader::readRowDate() {
     m_dateText = text;
 }
 
+// All places of a text are filled at once: a name may hold "%1".
 Failure RowLoader::told(const UnreadableValue &value) const {
     return {unreadableReport,
             QStringLiteral("The import of \"%1\" has ended at row %2 (line %3 of the file): the "
                            "value \"%4\" of the column \"%5\" %6. The rows before it are kept in "
                            "the project; importing the mended file again skips them.")
-                .arg(QDir::toNativeSeparators(m_document.path()))
-                .arg(m_row)
-                .arg(m_walk.line())
-                .arg(shortened(m_reader.value(value.column)),
+                .arg(QDir::toNativeSeparators(m_document.path()), QString::number(m_row),
+                     QString::number(m_walk.line()), shortened(m_reader.value(value.column)),
                      m_check.names[static_cast<std::size_t>(value.column)],
                      QLatin1String(value.reason))};
 }
@@ -234,10 +241,9 @@ Failure RowLoader::told(const Failure &failure) {
     return {failure.number(),
             QStringLiteral("%1 The import of \"%2\" has ended at row %3 of %4. New records that it "
                            "has stored: %5. Importing the file again skips them.")
-                .arg(failure.text(), QDir::toNativeSeparators(m_document.path()))
-                .arg(m_row)
-                .arg(m_check.rowCount)
-                .arg(m_committed)};
+                .arg(failure.text(), QDir::toNativeSeparators(m_document.path()),
+                     QString::number(m_row), QString::number(m_check.rowCount),
+                     QString::number(m_committed))};
 }
 
 } // namespace

@@ -9,8 +9,9 @@
 namespace veltrona {
 
 /// Walks the document and stores every row whose six key values the table doesn't hold yet.
-/// `inc` is called first for each row. Rows are stored in batches, and a batch is committed before
-/// the calls of `inc` that paint, so that events find nothing half done.
+/// `inc` is called first for each row. Rows are stored in batches: where `inc` is about to paint,
+/// the batch at hand is committed unless it is a tenth of a second young. A program that is killed
+/// loses one batch, and another program never waits long for its turn.
 ///
 /// Throws Failure with one text that names file, row, line, column and value, or what the engine
 /// said; everything read before a value that can't be read is committed by then.
