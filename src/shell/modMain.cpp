@@ -1,13 +1,7 @@
 #include "shell/modMain.h"
 
 #include "platform/desktop/folders.h"
-#if __has_include("platform/xml/document.h")
 #include "platform/xml/document.h"
-#else
-namespace veltrona::xml {
-class Document {};
-} // namespace veltrona::xml
-#endif
 
 namespace veltrona::modMain {
 
@@ -31,8 +25,7 @@ void initDataFolder() {
 }
 
 QString getSpecialFolder(int csidl) {
-    constexpr int documents = 5;
-    return csidl == documents ? desktop::documentsFolder() : QString();
+    return csidl == documentsFolder ? desktop::documentsFolder() : QString();
 }
 
 } // namespace veltrona::modMain

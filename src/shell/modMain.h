@@ -46,8 +46,10 @@ extern bool PrintColor;
 /// Sets DataFolder.
 void initDataFolder();
 
-/// The path of a shell folder, or the empty text on any failure; 5 is the documents folder, the
-/// only one in use.
+/// The number of the documents folder, the only one in use.
+inline constexpr int documentsFolder = 5;
+
+/// The path of a shell folder, or the empty text on any failure.
 QString getSpecialFolder(int csidl);
 
 } // namespace veltrona::modMain
