@@ -164,4 +164,14 @@ std::string reportText(const ReportContent &content, const Grid &grid) {
     return lines.take();
 }
 
+QString textOfAnsi(const QByteArray &bytes) {
+    QString text = QString::fromLatin1(bytes);
+    for (QChar &c : text) {
+        const int place = c.unicode() - 0x80;
+        if (place >= 0 && place < 32 && upperPage[place] != 0)
+            c = QChar(upperPage[place]);
+    }
+    return text;
+}
+
 } // namespace veltrona

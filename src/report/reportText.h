@@ -35,5 +35,7 @@ std::string reportText(const ReportContent &content, const Grid &grid);
 
 /// Appends a text in windows-1252.
 void appendAnsi(std::string &out, QStringView text);
+/// The text of bytes in windows-1252.
+QString textOfAnsi(const QByteArray &bytes);
 
 } // namespace veltrona

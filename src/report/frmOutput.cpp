@@ -1,0 +1,179 @@
+#include "report/frmOutput.h"
+
+#include "platform/controls/commonDialog.h"
+#include "platform/desktop/browser.h"
+#include "platform/desktop/forms.h"
+#include "platform/desktop/hourglass.h"
+#include "platform/dialogs/dialogs.h"
+#include "platform/dialogs/errorFilter.h"
+#include "report/frmPrev.h"
+#include "report/reportNames.h"
+#include "shell/modMain.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace veltrona {
+
+namespace {
+
+constexpr TwipRect innerSize{0, 0, 7410, 2865};
+constexpr float printRoleRise = 510;
+constexpr int overwriteAndCreatePrompt = 8198;
+
+struct DesignedControl {
+    const char *name;
+    const char *caption;
+    TwipRect place;
+};
+
+// clang-format off
+constexpr DesignedControl filenameLabel{"lblFilename", "Export to:", {240, 450, 675, 195}};
+constexpr DesignedControl filenameBox  {"txtFilename", "", {1320, 390, 4695, 315}};
+constexpr DesignedControl browseButton {"comBrowse", "&Browse", {6120, 360, 1095, 375}};
+constexpr DesignedControl optionBoxes[] = {
+    {"chkOpts(0)", "Insert Graph",         { 240,  960, 1695, 255}},
+    {"chkOpts(1)", "Insert Details",       { 240, 1440, 1695, 255}},
+    {"chkOpts(2)", "Insert Date and Time", {3120,  960, 2295, 255}},
+    {"chkOpts(3)", "Insert Footer",        {3120, 1440, 1695, 255}},
+};
+constexpr DesignedControl runButton  {"cmdRun",   "&Run Export", {1294, 2160, 1575, 375}};
+constexpr DesignedControl closeButton{"cmdClose", "&Close",      {4541, 2160, 1575, 375}};
+// clang-format on
+
+const QString runExportCaption = QString::fromLatin1(runButton.caption);
+
+template<class Control>
+Control *make(const DesignedControl &design, QWidget *parent) {
+    auto *control = new Control(QString::fromLatin1(design.caption), parent);
+    control->setObjectName(QLatin1String(design.name));
+    return control;
+}
+
+TwipRect raised(TwipRect place, float by) {
+    place.top -= by;
+    return place;
+}
+
+} // namespace
+
+frmOutput::frmOutput(ReportSource source)
+    : m_source(std::move(source)), lblFilename(make<QLabel>(filenameLabel, this)),
+      txtFilename(make<QLineEdit>(filenameBox, this)),
+      comBrowse(make<QPushButton>(browseButton, this)),
+      chkOpts{make<QCheckBox>(optionBoxes[0], this), make<QCheckBox>(optionBoxes[1], this),
+              make<QCheckBox>(optionBoxes[2], this), make<QCheckBox>(optionBoxes[3], this)},
+      cmdRun(make<QPushButton>(runButton, this)), cmdClose(make<QPushButton>(closeButton, this)) {
+    setObjectName(QStringLiteral("frmOutput"));
+    setWindowTitle(QStringLiteral("Export the Report"));
+    setWindowFlags(desktop::fixedDialog);
+    lblFilename->setTextFormat(Qt::PlainText);
+    lblFilename->setBuddy(txtFilename);
+    for (QCheckBox *option : chkOpts)
+        option->setChecked(true);
+    cmdRun->setDefault(true);
+    comBrowse->setAutoDefault(false);
+    const auto onClick = [this](QPushButton *button, void (frmOutput::*handler)()) {
+        connect(button, &QPushButton::clicked, this,
+                [this, handler] { filtered([&] { (this->*handler)(); }); });
+    };
+    onClick(comBrowse, &frmOutput::comBrowse_Click);
+    onClick(cmdRun, &frmOutput::cmdRun_Click);
+    onClick(cmdClose, &frmOutput::cmdClose_Click);
+}
+
+void frmOutput::setPrintRole() {
+    setWindowTitle(QStringLiteral("Print the Report"));
+    cmdRun->setText(QStringLiteral("&Print Preview"));
+    for (QWidget *control :
+         {static_cast<QWidget *>(lblFilename), static_cast<QWidget *>(txtFilename),
+          static_cast<QWidget *>(comBrowse)})
+        control->hide();
+    m_raised = printRoleRise;
+}
+
+void frmOutput::Show() {
+    arrange();
+    desktop::placeOverOwner(*this);
+    exec();
+}
+
+void frmOutput::arrange() {
+    const TwipScale scale(font());
+    desktop::placeControl(*lblFilename, filenameLabel.place, scale);
+    desktop::placeControl(*txtFilename, filenameBox.place, scale);
+    desktop::placeControl(*comBrowse, browseButton.place, scale);
+    for (std::size_t i = 0; i < chkOpts.size(); ++i)
+        desktop::placeControl(*chkOpts[i], raised(optionBoxes[i].place, m_raised), scale);
+    desktop::placeControl(*cmdRun, raised(runButton.place, m_raised), scale);
+    desktop::placeControl(*cmdClose, raised(closeButton.place, m_raised), scale);
+    TwipRect inner = innerSize;
+    inner.height -= m_raised;
+    setFixedSize(scale.toPixels(inner).size());
+}
+
+void frmOutput::comBrowse_Click() {
+    CommonDialog dlgNew;
+    dlgNew.DialogTitle = QStringLiteral("Export the Report");
+    dlgNew.Filter = QStringLiteral("HTML file (*.html)|*.html");
+    dlgNew.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    dlgNew.Flags = overwriteAndCreatePrompt;
+    dlgNew.ShowSave();
+    if (!trimmedBlanks(dlgNew.FileName).isEmpty())
+        txtFilename->setText(reportFileName(dlgNew.FileName));
+}
+
+void frmOutput::cmdRun_Click() {
+    if (cmdRun->text() == runExportCaption)
+        runExport();
+    else
+        runPrint();
+}
+
+void frmOutput::runExport() {
+    if (trimmedBlanks(txtFilename->text()).isEmpty())
+        return;
+    txtFilename->setText(reportFileName(txtFilename->text()));
+    doExport(txtFilename->text(), modMain::ExportColor);
+    const Answer answer = dialogs().message(
+        MessageStyle::YesNoQuestion, QStringLiteral("Veltrona"),
+        QStringLiteral("Report created!\rDo you want to open the report in your browser?"));
+    if (answer == Answer::Yes)
+        showHtml(trimmedBlanks(txtFilename->text()).toString());
+    accept();
+}
+
+void frmOutput::runPrint() {
+    frmPrev &preview = frmPrev::instance();
+    preview.FileName = printReportPath(modMain::DataFolder);
+    doExport(preview.FileName, modMain::PrintColor);
+    preview.Show();
+    accept();
+}
+
+void frmOutput::cmdClose_Click() {
+    reject();
+}
+
+void frmOutput::doExport(const QString &strFilename, bool doColor) {
+    const Hourglass hourglass;
+    m_source.options = {chkOpts[0]->isChecked(), chkOpts[1]->isChecked(), chkOpts[2]->isChecked(),
+                        chkOpts[3]->isChecked()};
+    writeReport(strFilename, doColor, m_source);
+}
+
+void frmOutput::showHtml(const QString &FileName) {
+    QString program;
+    if (desktop::findExecutable(FileName, program) <= 32) {
+        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Browser Not Found"),
+                          QStringLiteral("Could not find associated Browser"));
+        return;
+    }
+    if (desktop::shellExecute(program, FileName) <= 32)
+        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("URL Failed"),
+                          QStringLiteral("Web Page not Opened"));
+}
+
+} // namespace veltrona
