@@ -1,0 +1,28 @@
+// A label of one line that elides in the middle where it lacks the width. The full text stays in
+// its tooltip and its accessible name. Plain text always.
+#pragma once
+
+#include <QLabel>
+
+namespace veltrona {
+
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+
+    void setFullText(const QString &text);
+    const QString &fullText() const { return m_fullText; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void elide();
+
+    QString m_fullText;
+};
+
+} // namespace veltrona

@@ -1,0 +1,73 @@
+// frmMain: the import of a report.
+#include "analysis/statisticsGrid.h"
+#include "import/columnCheck.h"
+#include "import/frmWait.h"
+#include "import/parserReport.h"
+#include "import/rowLoader.h"
+#include "platform/desktop/hourglass.h"
+#include "platform/dialogs/dialogs.h"
+#include "platform/xml/document.h"
+#include "shell/frmMain.h"
+#include "shell/modMain.h"
+
+namespace veltrona {
+
+void frmMain::impRep() {
+    cdMain = CommonDialog();
+    cdMain.CancelError = false;
+    cdMain.DefaultExt = QStringLiteral("xml");
+    cdMain.Filter = QStringLiteral("XML files (*.xml)|*.xml");
+    cdMain.DialogTitle = QStringLiteral("Import a Google Report XML file");
+    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain.ShowOpen();
+    if (cdMain.FileName.isEmpty())
+        return;
+    bool loaded = false;
+    {
+        const Hourglass hourglass;
+        loaded = modMain::ReportDoc->load(cdMain.FileName);
+    }
+    if (!loaded) {
+        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Veltrona"),
+                          parserReport(modMain::ReportDoc->parseError()));
+        return;
+    }
+    removeDataRows(flxStat);
+    modMain::ReportColumns = {};
+    std::exception_ptr failed;
+    try {
+        loadReport();
+    } catch (const Failure &) {
+        failed = std::current_exception();
+    }
+    // Whatever was stored before a failure is there, so the views show it before the message comes.
+    try {
+        loadTree();
+        selectRoot();
+        treeList_NodeClick(treeList.SelectedItem());
+    } catch (const Failure &) {
+        if (!failed)
+            throw;
+    }
+    if (failed)
+        std::rethrow_exception(failed);
+}
+
+void frmMain::loadReport() {
+    const ColumnCheck check = checkColumns(*modMain::ReportDoc);
+    modMain::ReportColumns = check.columns;
+    modMain::ReportRowCount = check.rowCount;
+    if (!check.passed) {
+        dialogs().message(
+            MessageStyle::OkExclamation, QStringLiteral("Error"),
+            QStringLiteral("Cannot load the XML file due to missing some report columns."));
+        return;
+    }
+    frmWait &wait = frmWait::instance();
+    wait.init(0, modMain::ReportRowCount);
+    wait.Show([&wait] {
+        importRows(*modMain::DbConn, *modMain::ReportDoc, modMain::ReportColumns, wait);
+    });
+}
+
+} // namespace veltrona

@@ -1,0 +1,45 @@
+// frmMain: the road to a report.
+#include "platform/controls/chartView.h"
+#include "report/frmOutput.h"
+#include "shell/frmMain.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+
+namespace veltrona {
+
+/// The chart goes to the clipboard and into `picChart`, as it was always taken from there; without
+/// a clipboard the report loses nothing.
+const drawing::Picture *frmMain::copyChart() {
+    const QImage image = m_chartView->picture().convertToFormat(QImage::Format_BGR888);
+    if (image.isNull())
+        return nullptr;
+    QGuiApplication::clipboard()->setImage(image);
+    picChart->setPixmap(QPixmap::fromImage(image));
+    m_picture = drawing::Picture(drawing::createBitmap(image.width(), image.height(),
+                                                       image.constBits(), image.bytesPerLine()));
+    return &m_picture;
+}
+
+ReportSource frmMain::reportSource() {
+    ReportSource source;
+    source.selected = treeList.SelectedItem();
+    source.range = dateRange();
+    source.grid = &flxStat;
+    source.metric = cboLeft.Text();
+    source.copyChart = [this] { return copyChart(); };
+    return source;
+}
+
+void frmMain::expRep() {
+    frmOutput(reportSource()).Show();
+}
+
+void frmMain::prnRep() {
+    frmOutput output(reportSource());
+    output.setPrintRole();
+    output.Show();
+}
+
+} // namespace veltrona

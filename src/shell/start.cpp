@@ -1,0 +1,45 @@
+#include "shell/start.h"
+
+#include "platform/controls/icons.h"
+#include "platform/dialogs/errorFilter.h"
+#include "shell/frmMain.h"
+#include "shell/modMain.h"
+#include "shell/version.h"
+
+namespace veltrona {
+
+Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
+    // No display name: the toolkit would append it to every caption.
+    setApplicationName(QStringLiteral("Veltrona"));
+    setApplicationVersion(programVersion());
+    setDesktopFileName(QStringLiteral("veltrona"));
+    setWindowIcon(icon(QStringLiteral("veltrona")));
+    // The main window decides when the run ends; a message box at a bad start doesn't.
+    setQuitOnLastWindowClosed(false);
+}
+
+bool Application::notify(QObject *receiver, QEvent *event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (...) {
+        filterCurrentException();
+        return true;
+    }
+}
+
+int modMain::Main() {
+    ExitFlag = false;
+    int status = 1;
+    filtered([&status] {
+        frmMain window;
+        if (!window.Form_Load()) {
+            status = 0;
+            return;
+        }
+        window.show();
+        status = QApplication::exec();
+    });
+    return status;
+}
+
+} // namespace veltrona

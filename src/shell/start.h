@@ -1,0 +1,25 @@
+// The start routine and the application object.
+#pragma once
+
+#include <QApplication>
+
+namespace veltrona {
+
+/// Catches what a handler let through and hands it to the error filter.
+class Application : public QApplication {
+    Q_OBJECT
+
+public:
+    Application(int &argc, char **argv);
+    bool notify(QObject *receiver, QEvent *event) override;
+};
+
+namespace modMain {
+
+/// Shows the main window until it has unloaded; gives the exit status of the process. Needs an
+/// Application and installed dialogs.
+int Main();
+
+} // namespace modMain
+
+} // namespace veltrona
