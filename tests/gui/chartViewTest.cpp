@@ -1,14 +1,17 @@
-// The chart: round axes, labels that have room, bars, tooltips, the picture, and its table for a
-// screen reader.
+// The chart: round axes, labels that have room, bars, tooltips, the picture at any scale, and its
+// table for a screen reader.
 #include "platform/controls/chartView.h"
 #include "platform/controls/chartAxis.h"
 #include "platform/controls/chartPainter.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QDate>
 #include <QHelpEvent>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolTip>
 
@@ -33,6 +36,10 @@ void fill(Chart &chart, int bars, double factor = 10) {
 
 QString plain(QString text) {
     return text.replace(QChar(0x202F), QLatin1Char('_'));
+}
+
+QString pictureSwitch() {
+    return QStringLiteral("--picture");
 }
 
 /// The texts that a painter draws, each with its place.
@@ -151,7 +158,7 @@ private slots:
         QCOMPARE(valueText(static_cast<double>(0.1F)), QStringLiteral("0.1"));
         QCOMPARE(valueText(0.1), QStringLiteral("0.1"));
         QCOMPARE(valueText(123.45), QStringLiteral("123.45"));
-        QCOMPARE(valueText(0), QStringLiteral("0"));
+        QCOMPARE(valueText(-0.0), QStringLiteral("0"));
         QCOMPARE(valueText(-999), QStringLiteral("\u2212999"));
     }
 
@@ -252,6 +259,25 @@ private slots:
         QCOMPARE(view.grab().toImage().pixelColor(3, 3), QColor(Qt::black));
     }
 
+    // Another process each, since a screen's scale is read once.
+    void thePictureIsTheSameAtAnyScale() {
+        QImage pictures[2];
+        for (const int scale : {1, 2}) {
+            const QTemporaryDir folder;
+            const QString file = folder.filePath(QStringLiteral("chart.png"));
+            QProcess process;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
+            process.setProcessEnvironment(environment);
+            process.start(QCoreApplication::applicationFilePath(), {pictureSwitch(), file});
+            QVERIFY(process.waitForFinished());
+            QCOMPARE(process.exitCode(), scale);
+            pictures[scale - 1] = QImage(file);
+        }
+        QCOMPARE(pictures[0].size(), QSize(593, 321));
+        QCOMPARE(pictures[0], pictures[1]);
+    }
+
     void keysMoveAlongTheBars() {
         Chart chart;
         ChartView view(chart);
@@ -314,5 +340,24 @@ private slots:
     }
 };
 
-QTEST_MAIN(ChartViewTest)
+/// Saves a chart's picture for the test that starts this program again; the exit code is the scale.
+int savePicture(const QString &file) {
+    Chart chart;
+    ChartView view(chart);
+    fill(chart, 46);
+    view.resize(593, 321);
+    view.show();
+    view.picture().save(file);
+    return qRound(view.devicePixelRatioF());
+}
+
+int main(int argc, char *argv[]) {
+    QApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments[1] == pictureSwitch())
+        return savePicture(arguments[2]);
+    ChartViewTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "chartViewTest.moc"

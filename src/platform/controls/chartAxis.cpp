@@ -71,6 +71,7 @@ QString axisText(const AxisScale &scale, int line) {
 }
 
 QString valueText(double value) {
+    value += 0.0; // a negative zero is a zero
     if (!std::isfinite(value) || std::fabs(value) >= largestPlain)
         return QString::number(value, 'g', 15);
     // A value that was worked out in single precision has no more digits than that.

@@ -56,6 +56,7 @@ QImage ChartView::picture() const {
     QFont unscaled = font();
     if (unscaled.pointSizeF() > 0)
         unscaled.setPixelSize(static_cast<int>(std::lround(unscaled.pointSizeF() * 96 / 72)));
+    unscaled.setHintingPreference(QFont::PreferNoHinting); // which depends on the scale, too
     QPainter painter(&image);
     painter.setFont(unscaled);
     paintChart(painter, image.rect(), m_chart, ChartColors::lightPaper());
