@@ -1,5 +1,6 @@
 #include "platform/controls/chartPainter.h"
 
+#include "platform/controls/colorMixing.h"
 #include "platform/controls/readableColor.h"
 
 #include <QFontMetricsF>
@@ -16,22 +17,11 @@ namespace {
 constexpr double gap = 6;        // between texts and what stands beside them
 constexpr double widestBar = 96; // a single bar as wide as the chart would look like a background
 
-Rgb toRgb(const QColor &color) {
-    return {color.red(), color.green(), color.blue()};
-}
-
-QColor mixed(const QColor &from, const QColor &to, double part) {
-    return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * part,
-                            from.greenF() + (to.greenF() - from.greenF()) * part,
-                            from.blueF() + (to.blueF() - from.blueF()) * part);
-}
-
 ChartColors colorsOn(const QColor &paper, const QColor &text) {
     constexpr Rgb blue{47, 109, 181};
     constexpr double visible = 3; // what a graphical object needs, less than a text
-    const Rgb bar = readableColor(blue, toRgb(paper), visible);
-    const QColor barColor(bar.red, bar.green, bar.blue);
-    return {paper, text, mixed(paper, text, 0.18), barColor, mixed(barColor, text, 0.45)};
+    const QColor bar = toColor(readableColor(blue, toRgb(paper), visible));
+    return {paper, text, mixed(paper, text, 0.18), bar, mixed(bar, text, 0.45)};
 }
 
 /// From the plot's bottom to the labels of the bars, which may stand under the lowest number.

@@ -1,5 +1,6 @@
 #include "platform/controls/gridDelegate.h"
 
+#include "platform/controls/colorMixing.h"
 #include "platform/controls/gridModel.h"
 #include "platform/controls/gridView.h"
 
@@ -44,8 +45,9 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->save();
     if (modelOf(index).isSummary(index.row())) {
         const QRect cell = option.rect;
-        painter->fillRect(QRect(cell.left(), cell.top(), cell.width() + 1, 2),
-                          option.palette.color(QPalette::Mid));
+        painter->fillRect(
+            QRect(cell.left(), cell.top(), cell.width() + 1, 2),
+            mixed(m_view.baseColor(index), option.palette.color(QPalette::Text), 0.4));
     }
     if (modelOf(index).isLoss(index)) {
         const Qt::Alignment alignment(index.data(Qt::TextAlignmentRole).toInt());

@@ -1,5 +1,6 @@
 #include "platform/controls/gridView.h"
 
+#include "platform/controls/colorMixing.h"
 #include "platform/controls/gridDelegate.h"
 #include "platform/controls/gridModel.h"
 #include "platform/controls/readableColor.h"
@@ -19,14 +20,6 @@ namespace {
 
 constexpr int rowPadding = 6; // pixels above and below a line together
 constexpr int textMargins = 6;
-
-Rgb toRgb(const QColor &color) {
-    return {color.red(), color.green(), color.blue()};
-}
-
-QColor toColor(Rgb color) {
-    return {color.red, color.green, color.blue};
-}
 
 /// A cell's text for a table of tabs and lines, which none of its own may break.
 QString tableText(QString text) {
@@ -98,13 +91,8 @@ void GridView::changeEvent(QEvent *event) {
 
 QColor GridView::baseColor(const QModelIndex &index) const {
     const QColor base = palette().color(QPalette::Base);
-    if (!m_model->isSummary(index.row()))
-        return base;
-    const QColor tint = palette().color(QPalette::Text);
-    constexpr double part = 0.07;
-    return QColor::fromRgbF(base.redF() + (tint.redF() - base.redF()) * part,
-                            base.greenF() + (tint.greenF() - base.greenF()) * part,
-                            base.blueF() + (tint.blueF() - base.blueF()) * part);
+    return m_model->isSummary(index.row()) ? mixed(base, palette().color(QPalette::Text), 0.07)
+                                           : base;
 }
 
 QColor GridView::textColor(const QModelIndex &index, bool selected) const {
