@@ -111,7 +111,7 @@ void cJPEG::RandomiseBits(bool bGray) {
     if (bGray) {
         for (std::int32_t y = 0; y < Height(); ++y) {
             std::uint8_t *row = m_bits + y * stride;
-            for (std::int32_t x = 0; x < Width(); ++x)
+            for (std::ptrdiff_t x = 0; x < Width(); ++x)
                 row[x * 3] = row[x * 3 + 1] = row[x * 3 + 2] = draw();
         }
         return;

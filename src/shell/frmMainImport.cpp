@@ -2,8 +2,8 @@
 #include "analysis/statisticsGrid.h"
 #include "import/columnCheck.h"
 #include "import/frmWait.h"
+#include "import/importRows.h"
 #include "import/parserReport.h"
-#include "import/rowLoader.h"
 #include "platform/desktop/hourglass.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/xml/document.h"
@@ -55,7 +55,7 @@ void frmMain::impRep() {
 
 void frmMain::loadReport() {
     const ColumnCheck check = checkColumns(*modMain::ReportDoc);
-    modMain::ReportColumns = check.columns;
+    modMain::ReportColumns = check.names;
     modMain::ReportRowCount = check.rowCount;
     if (!check.passed) {
         dialogs().message(
@@ -65,9 +65,8 @@ void frmMain::loadReport() {
     }
     frmWait &wait = frmWait::instance();
     wait.init(0, modMain::ReportRowCount);
-    wait.Show([&wait] {
-        importRows(*modMain::DbConn, *modMain::ReportDoc, modMain::ReportColumns, wait);
-    });
+    wait.Show(
+        [&] { importRows(*modMain::DbConn, *modMain::ReportDoc, check, [&wait] { wait.inc(); }); });
 }
 
 } // namespace veltrona

@@ -31,7 +31,7 @@ QString fileOfId(const QString &folder, const QString &id) {
     if (QFileInfo(folder + u'/' + id).isFile())
         return folder + u'/' + id;
     for (qsizetype at = id.indexOf(u'-'); at > 0; at = id.indexOf(u'-', at + 1)) {
-        const QString found = fileOfId(folder + u'/' + id.first(at), id.sliced(at + 1));
+        QString found = fileOfId(folder + u'/' + id.first(at), id.sliced(at + 1));
         if (!found.isEmpty())
             return found;
     }
@@ -41,7 +41,7 @@ QString fileOfId(const QString &folder, const QString &id) {
 /// The desktop entry of an ID if its program can be used. The first folder that has the ID decides.
 QString usableEntry(const QString &id) {
     for (const QString &folder : programFolders()) {
-        const QString file = id.contains(u'/') ? QString() : fileOfId(folder, id);
+        QString file = id.contains(u'/') ? QString() : fileOfId(folder, id);
         if (!file.isEmpty())
             return DesktopEntry::read(file) ? file : QString();
     }
@@ -56,7 +56,7 @@ QStringList idsOf(const QString &list, const char *group, const QString &mimeTyp
 
 QString firstUsable(const QStringList &ids, const QStringList &removed) {
     for (const QString &id : ids) {
-        const QString file = removed.contains(id) ? QString() : usableEntry(id);
+        QString file = removed.contains(id) ? QString() : usableEntry(id);
         if (!file.isEmpty())
             return file;
     }
@@ -86,19 +86,19 @@ QString handlerOf(const QString &mimeType) {
     for (const QString &folder : folders)
         lists << associationLists(folder);
     for (const QString &list : lists) {
-        const QString file = firstUsable(idsOf(list, "Default Applications", mimeType), {});
+        QString file = firstUsable(idsOf(list, "Default Applications", mimeType), {});
         if (!file.isEmpty())
             return file;
     }
     QStringList removed;
     for (const QString &list : lists) {
-        const QString file = firstUsable(idsOf(list, "Added Associations", mimeType), removed);
+        QString file = firstUsable(idsOf(list, "Added Associations", mimeType), removed);
         if (!file.isEmpty())
             return file;
         removed << idsOf(list, "Removed Associations", mimeType);
     }
     for (const QString &folder : programFolders()) {
-        const QString file = firstUsable(idsThatOpen(folder, mimeType), removed);
+        QString file = firstUsable(idsThatOpen(folder, mimeType), removed);
         if (!file.isEmpty())
             return file;
     }

@@ -158,7 +158,9 @@ Handle createCompatibleBitmap(std::int32_t width, std::int32_t height) {
 
 Handle createBitmap(std::int32_t width, std::int32_t height, const std::uint8_t *topRow,
                     std::ptrdiff_t rowStride) {
-    const Handle handle = topRow ? makeBitmap(width, height) : 0;
+    if (topRow == nullptr)
+        return 0;
+    const Handle handle = makeBitmap(width, height);
     if (Bitmap *bitmap = find(table().bitmaps, handle)) {
         for (std::int32_t y = 0; y < height; ++y)
             std::memcpy(bitmap->pixel(0, y), topRow + y * rowStride, std::size_t(width) * 3);

@@ -27,7 +27,7 @@ int open(QFile &file) {
     if (info.exists() && !info.isFile())
         return EINVAL;
     errno = 0;
-    if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (file.open(QIODevice::ReadOnly))
         return 0;
     return errno != 0 ? errno : ENOENT;
 }

@@ -2,7 +2,7 @@
 
 #include "platform/jpeg/ijl.h"
 #include "support/dialogRecorder.h"
-#include "support/obstacles.h"
+#include "support/fileSizeLimit.h"
 
 #include <QFile>
 #include <QImage>

@@ -2,8 +2,9 @@
 
 #include "platform/desktop/clock.h"
 #include "platform/failure.h"
+#include "support/anotherUser.h"
 #include "support/dialogRecorder.h"
-#include "support/obstacles.h"
+#include "support/fileSizeLimit.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -14,7 +15,6 @@
 #include <sys/stat.h>
 
 using namespace veltrona;
-using test::AnotherUser;
 using test::DialogRecorder;
 using test::FileSizeLimit;
 
@@ -201,6 +201,7 @@ private slots:
         QString text;
         {
             const AnotherUser user;
+            QVERIFY(user.works());
             text = failureOf(m_page);
         }
         QVERIFY2(text.contains(QStringLiteral("Permission denied")), qPrintable(text));
