@@ -21,6 +21,8 @@ ParseError systemError(int errorNumber) {
 
 /// 0 if the path leads to a plain file that is open now. A pipe or a device would be read forever.
 int open(QFile &file) {
+    if (file.fileName().isEmpty())
+        return ENOENT;
     const QFileInfo info(file.fileName());
     if (info.isDir())
         return EISDIR;

@@ -1,0 +1,307 @@
+#include "import/importRows.h"
+#include "import/parserReport.h"
+#include "import/progress.h"
+#include "support/failureOf.h"
+#include "support/recordTable.h"
+
+#include <QtTest>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace veltrona;
+
+namespace {
+
+QByteArray columns(std::initializer_list<const char *> names) {
+    QByteArray text = "<columns>";
+    for (const char *name : names)
+        text += QByteArray("<column name='") + name + "'/>";
+    return text + "</columns>";
+}
+
+QByteArray report(std::initializer_list<const char *> names, const QByteArray &rows) {
+    return "<report>\n" + columns(names) + rows + "</report>";
+}
+
+const std::initializer_list<const char *> keyColumns = {
+    "campaign", "adgroup", "keyword", "kwtype", "creativeid", "date", "clicks"};
+
+QByteArray row(const QByteArray &keyword, const QByteArray &clicks = "1") {
+    return "\n<row campaign='C' adgroup='A' keyword='" + keyword +
+           "' kwtype='Broad' creativeid='7' date='2007-05-14' clicks='" + clicks + "'/>";
+}
+
+} // namespace
+
+class ImportTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<test::RecordTable> m_table;
+    xml::Document m_document;
+
+    const xml::Document &load(const QByteArray &content) {
+        const QString path = m_folder.filePath(QStringLiteral("week %1 O'Neil.xml"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("can't write the report");
+        file.close();
+        if (!m_document.load(path))
+            qFatal("%s", qPrintable(m_document.parseError().reason));
+        return m_document;
+    }
+
+    int import(const QByteArray &content) {
+        const ColumnCheck check = checkColumns(load(content));
+        if (!check.passed)
+            qFatal("the report should pass");
+        int steps = 0;
+        importRows(m_table->connection(), m_document, check, [&] { ++steps; });
+        return steps;
+    }
+
+    QString importFailure(const QByteArray &content) {
+        const std::optional<Failure> failure = failureOf([&] { import(content); });
+        return failure ? failure->text() : QString();
+    }
+
+    /// All records in the order of their storing, columns parted by "|".
+    QStringList records(const QByteArray &names = "KeyWord, Clicks") {
+        sqlite::Statement statement = m_table->connection().prepare(
+            ("SELECT concat FROM (SELECT " + QByteArray(names).replace(", ", " || '|' || ") +
+             " AS concat, GoogleDayId FROM tblGoogleDays) ORDER BY GoogleDayId")
+                .toStdString());
+        QStringList result;
+        while (statement.step())
+            result += statement.text(0);
+        return result;
+    }
+
+private slots:
+    void init() { m_table = std::make_unique<test::RecordTable>(); }
+
+    void checksTheColumns_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("passes");
+        const auto add = [](const char *name, const QByteArray &content, bool passes) {
+            QTest::newRow(name) << content << passes;
+        };
+        const QByteArray both = "<column name='campaign'/><column name='date'/>";
+        add("both", "<r>" + both + "<row/></r>", true);
+        add("in any case", "<r><column name='CAMPAIGN'/><column name='Date'/></r>", true);
+        add("rows in front, childless", "<r><row/><row/>" + both + "</r>", true);
+        add("behind elements without children", "<r><a> </a><b/>" + both + "</r>", true);
+        add("a list behind", "<r>" + both + "<a>text</a></r>", true);
+        add("one missing", "<r><column name='campaign'/></r>", false);
+        add("a text element in front", "<r><title>Report</title>" + both + "</r>", false);
+        add("a comment's list in front", "<r><a><!-- --></a>" + both + "</r>", false);
+        add("rows with children in front", "<r><row><x/></row>" + both + "</r>", false);
+        add("a column with content",
+            "<r><column name='campaign'>x</column><column name='date'/></r>", false);
+        add("the second with content",
+            "<r><column name='campaign'/><column name='date'>x</column></r>", true);
+        add("white space in a column",
+            "<r><column name='campaign'> \n</column><column name='date'/></r>", true);
+        add("two lists", "<r><a><column name='campaign'/></a><column name='date'/></r>", false);
+        add("blanks in the name", "<r><column name=' campaign'/><column name='date'/></r>", false);
+        add("other elements", "<r><Column name='campaign'/><g:column name='date'/></r>", false);
+        add("none at all", "<r/>", false);
+        // The walk stops before it comes to the column that has no name.
+        add("stopped early", "<r><title>x</title><column/></r>", false);
+    }
+    void checksTheColumns() {
+        QFETCH(QByteArray, content);
+        QTEST(checkColumns(load(content)).passed, "passes");
+    }
+
+    void learnsNamesAndCountsRows() {
+        const ColumnCheck check = checkColumns(
+            load("<r><column name='campaign'/><column name='Campaign'/><column name='DATE'/>"
+                 "<column name='CONVCOST'/><column name='other'/><row><row/></row><ROW/></r>"));
+        QCOMPARE(check.names[std::size_t(reportColumn("campaign"))], QStringLiteral("Campaign"));
+        QCOMPARE(check.names[std::size_t(reportColumn("date"))], QStringLiteral("DATE"));
+        QCOMPARE(check.names[std::size_t(reportColumn("convCost"))], QStringLiteral("CONVCOST"));
+        QCOMPARE(std::count(check.names.begin(), check.names.end(), QString()), 31);
+        QCOMPARE(check.rowCount, 2);
+    }
+
+    void refusesWhatItCannotTake_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("parts");
+        QTest::newRow("a column without name")
+            << QByteArray("<r>\n<column/></r>") << QStringList{"line 2", "no name"};
+        QTest::newRow("too many rows")
+            << report({"campaign", "date"}, QByteArray("<row/>").repeated(32768))
+            << QStringList{"32768", "32767"};
+        QTest::newRow("markup in an entity")
+            << "<!DOCTYPE r [<!ENTITY x '<row/>'>]><r>" + columns({"campaign", "date"}) + "&x;</r>"
+            << QStringList{"entity"};
+    }
+    void refusesWhatItCannotTake() {
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, parts);
+        load(content);
+        const std::optional<Failure> failure = failureOf([&] { checkColumns(m_document); });
+        QVERIFY(failure);
+        for (const QString &part : parts + QStringList{m_document.path()})
+            QVERIFY2(failure->text().contains(part), qPrintable(failure->text()));
+        QCOMPARE(
+            checkColumns(load(report({"campaign", "date"}, QByteArray("<row/>").repeated(32767))))
+                .rowCount,
+            32767);
+    }
+
+    void storesEachColumnInItsPlace() {
+        QByteArray names;
+        QByteArray values;
+        std::initializer_list<const char *> none;
+        for (int i = 0; i < reportColumnCount; ++i) {
+            const std::string name(reportColumns[std::size_t(i)].name);
+            names += "<column name='" + QByteArray::fromStdString(name) + "'/>";
+            const bool isDate = name == "date";
+            values += QByteArray::fromStdString(name) + "=' " +
+                      (isDate ? QByteArray("May 14, 2007") : QByteArray::number(i + 1)) + "  ' ";
+        }
+        import("<r>" + names + "<row " + values + "/>" + report(none, "") + "</r>");
+        QByteArray all;
+        for (const DayColumn &column : dayColumns)
+            all += (all.isEmpty() ? "" : ", ") + QByteArray(column.name);
+        QCOMPARE(records(all),
+                 QStringList{"1|2|3|4|5|6|7|8|10|9|11|12|13|14|15|16|17|18|19|2007-05-14|21|22|23|"
+                             "24|25|26|27|28|29|30|31|32|33|34|2007 05|2007 20"});
+    }
+
+    void storesAbsentAndBlankValues() {
+        const QByteArray rows = "<row campaign='  ' date='2007-05-14' clicks=' ' pos='+1.50'/>"
+                                "<row date='2007-05-15'/>";
+        import(report({"campaign", "date", "clicks", "pos", "headline"}, rows));
+        QCOMPARE(records("Campaign, Clicks, Pos, headline, CreativeId, typeof(Clicks)"),
+                 (QStringList{"|0|1.5||0|integer", "|0|0||0|integer"}));
+    }
+
+    void storesHostileNames() {
+        const QString name = QStringLiteral("O'Neil's \"); DROP TABLE tblGoogleDays;-- <b>&amp; "
+                                            "\u00E4\u65E5\U0001F600 %1 ORDER BY");
+        const QByteArray content =
+            report(keyColumns, row(name.toHtmlEscaped().toUtf8().replace("'", "&#39;")));
+        import(content);
+        import(content);
+        QCOMPARE(records("KeyWord"), QStringList{name});
+    }
+
+    void storesARecordOnce() {
+        // Only the six key values count, exactly; the first figures stand, and nothing else of a
+        // known row is looked at.
+        QCOMPARE(import(report(keyColumns, row("a", "1") + row("a", "x") + row(" a ", "3") +
+                                               row("A", "4") + row("\xC3\xA4", "5"))),
+                 5);
+        QCOMPARE(import(report(keyColumns, row("\xC3\xA4", "-") + row("b", "6") + row("a", "7"))),
+                 3);
+        QCOMPARE(records(), (QStringList{"a|1", "A|4", "\u00E4|5", "b|6"}));
+        // Another form of the same date and number is the same record; a missing column isn't.
+        import(report(keyColumns, row("b")
+                                      .replace("2007-05-14", "5/14/2007 0:00")
+                                      .replace("creativeid='7'", "creativeid='7.0'")));
+        QCOMPARE(records().size(), 4);
+        import(report({"campaign", "adgroup", "keyword", "kwtype", "date"}, row("b")));
+        QCOMPARE(records("KeyWord, CreativeId").last(), QStringLiteral("b|0"));
+    }
+
+    void takesNestedRowsAfterTheOuter() {
+        const QByteArray outer = row("outer").replace("/>", ">");
+        import(report(keyColumns, outer + "<x>" + row("inner") + "</x></row>" + row("last")));
+        QCOMPARE(records("KeyWord"), (QStringList{"outer", "inner", "last"}));
+    }
+
+    void endsAtAValueThatCannotBeRead_data() {
+        QTest::addColumn<QByteArray>("bad");
+        QTest::addColumn<QStringList>("parts");
+        QTest::newRow("number") << row("b", "12%") << QStringList{"\"12%\"", "\"clicks\""};
+        QTest::newRow("key") << row("b").replace("'7'", "'7; x'")
+                             << QStringList{"\"7; x\"", "\"creativeid\""};
+        QTest::newRow("date") << row("b").replace("05-14", "02-30")
+                              << QStringList{"\"2007-02-30\"", "\"date\""};
+        QTest::newRow("no date") << row("b").replace("date=", "day=")
+                                 << QStringList{"\"date\"", "missing"};
+        QTest::newRow("long") << row("b", QByteArray(1000000, '9'))
+                              << QStringList{"\"" + QString(40, '9') + "...\""};
+        // The key's fault is told, the other one not looked at.
+        QTest::newRow("two faults")
+            << row("b", "x").replace("2007", "07") << QStringList{"\"07-05-14\""};
+    }
+    void endsAtAValueThatCannotBeRead() {
+        QFETCH(QByteArray, bad);
+        QFETCH(QStringList, parts);
+        const QByteArray good = row("a") + row("a2");
+        const QString text = importFailure(report(keyColumns, good + bad + row("c")));
+        for (const QString &part :
+             parts + QStringList{m_document.path(), "row 3 ", "line 5 ", "kept"})
+            QVERIFY2(text.contains(part), qPrintable(text));
+        QCOMPARE(records("KeyWord"), (QStringList{"a", "a2"}));
+        QCOMPARE(import(report(keyColumns, good + row("b") + row("c"))), 4);
+        QCOMPARE(records("KeyWord"), (QStringList{"a", "a2", "b", "c"}));
+    }
+
+    void countsOnlyWhatIsCommitted() {
+        // The disk is full after twelve pages.
+        m_table->connection().execute("PRAGMA max_page_count = 12");
+        QByteArray rows;
+        for (int i = 1; i <= 1000; ++i)
+            rows += row("k" + QByteArray::number(i));
+        const QString text = importFailure(report(keyColumns, rows));
+        QVERIFY2(text.contains(QStringLiteral("full")), qPrintable(text));
+        QVERIFY2(text.contains(QStringLiteral("stored: %1.").arg(records().size())),
+                 qPrintable(text));
+        m_table->connection().execute("PRAGMA max_page_count = 100000");
+        import(report(keyColumns, rows));
+        QCOMPARE(records().size(), 1000);
+    }
+
+    void noticesThatTheProjectHasGone() {
+        QVERIFY(QFile::remove(m_table->connection().path()));
+        const QString text = importFailure(report(keyColumns, row("a")));
+        QVERIFY2(text.contains(m_table->connection().path()), qPrintable(text));
+        QVERIFY(text.contains(QStringLiteral("stored: 0.")));
+    }
+
+    void sharesTheProjectWithAnotherProgram() {
+        const QString path = m_table->connection().path();
+        const auto rows = [](int from, int to) {
+            QByteArray text;
+            for (int i = from; i <= to; ++i)
+                text += row("k" + QByteArray::number(i), QByteArray::number(i));
+            return report(keyColumns, text);
+        };
+        const ColumnCheck check = checkColumns(load(rows(1, 3000)));
+        const pid_t child = fork();
+        if (child == 0) {
+            int status = 1;
+            try {
+                sqlite::Connection connection;
+                connection.open(path);
+                importRows(connection, m_document, check, [] {});
+                status = 0;
+            } catch (const Failure &) {
+            }
+            _exit(status);
+        }
+        import(rows(1001, 4000));
+        int status = -1;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        QCOMPARE(status, 0);
+        QCOMPARE(records().size(), 4000);
+    }
+
+    void showsTheParsersReport() {
+        const xml::ParseError error{76, "Tags differ\r\n", 3, 5, 40, "<a></b>", "/tmp/x.xml"};
+        QCOMPARE(parserReport(error),
+                 QStringLiteral("Your XML Document failed to loaddue the following error.\r\n"
+                                "Error #: 76: Tags differ\r\nLine #: 3\r\nLine Position: 5\r\n"
+                                "Position In File: 40\r\nSource Text: <a></b>\r\n"
+                                "Document URL: /tmp/x.xml"));
+    }
+};
+
+QTEST_GUILESS_MAIN(ImportTest)
+#include "importTest.moc"

@@ -1,0 +1,276 @@
+#include "platform/xml/document.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using namespace veltrona;
+using xml::Document;
+using xml::Walk;
+
+namespace {
+
+/// "<name a=[value]" for each element with its line in front, ")" for each end of a child list.
+QString dump(const Document &document) {
+    QStringList steps;
+    Walk walk = document.walk();
+    for (auto step = walk.next(); step != Walk::Step::End; step = walk.next()) {
+        if (step == Walk::Step::ListEnd) {
+            steps += QStringLiteral(")");
+            continue;
+        }
+        QString text = QStringLiteral("%1<").arg(walk.line()) +
+                       QString::fromUtf8(walk.name().data(), qsizetype(walk.name().size()));
+        for (const xml::Attribute &attribute : walk.attributes()) {
+            text += QLatin1Char(' ') + QString::fromStdString(std::string(attribute.name)) +
+                    QStringLiteral("=[") + QString::fromStdString(std::string(attribute.value)) +
+                    QLatin1Char(']');
+        }
+        steps += text;
+    }
+    return steps.join(QLatin1Char(' '));
+}
+
+QByteArray repeated(const QByteArray &text, int times) {
+    return text.repeated(times);
+}
+
+QByteArray utf16(const QString &text) {
+    return QByteArray("\xFF\xFE") +
+           QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+}
+
+/// Ten references to the entity before, nine times over.
+QByteArray bomb(const QByteArray &kind, const QByteArray &sign) {
+    QByteArray text = "<!DOCTYPE r [<!ENTITY " + kind + "e0 \"<!-- x -->\">";
+    for (int i = 1; i < 10; ++i) {
+        const QByteArray name = "e" + QByteArray::number(i);
+        const QByteArray before = sign + "e" + QByteArray::number(i - 1) + ";";
+        text += "<!ENTITY " + kind + name + " \"" + repeated(before, 10) + "\">";
+    }
+    return text;
+}
+
+} // namespace
+
+class XmlDocumentTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString write(const QByteArray &content, const QString &name = QStringLiteral("r.xml")) {
+        const QString path = m_folder.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("can't write the test's file");
+        return path;
+    }
+
+private slots:
+    void walksInDocumentOrder_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("steps");
+        const auto row = [](const char *name, const QByteArray &content, const char *steps) {
+            QTest::newRow(name) << content << QString::fromUtf8(steps);
+        };
+        row("children", "<r><a><b/></a><c/></r><!-- behind -->", "1<r 1<a 1<b ) 1<c ) )");
+        row("white space is no child", "<r><a> \r\n\t</a></r>", "1<r 1<a ) )");
+        row("other nodes are",
+            "<r><a>x</a><a><!-- --></a><a><?p?></a><a><![CDATA[]]></a><a>&#65;</a></r>",
+            "1<r 1<a ) 1<a ) 1<a ) 1<a ) 1<a ) ) )");
+        row("qualified names", "<g:r xmlns:g='u' g:a='1' a='2'><h:row/></g:r>",
+            "1<g:r g:a=[1] a=[2] 1<h:row ) )");
+        row("values", "<r><x a='&lt;b&gt; &amp;amp; &#x20AC;&#10;' b='\t\n'/></r>",
+            "1<r 1<x a=[<b> &amp; \u20AC\n] b=[  ] ) )");
+        row("entities of text",
+            "<!DOCTYPE r [<!ENTITY x 'Tom &amp; Jo'>]><r a='[&x;]'><b>&x;</b></r>",
+            "1<r a=[[Tom & Jo]] 1<b ) ) )");
+        row("a blank entity is no child", "<!DOCTYPE r [<!ENTITY x ' '>]><r><b>&x;</b></r>",
+            "1<r 1<b ) )");
+        row("default values", "<!DOCTYPE r [<!ATTLIST c name CDATA 'campaign'>]><r><c/></r>",
+            "1<r 1<c name=[campaign] ) )");
+        row("an unread document type", "<!DOCTYPE r SYSTEM 'secret.dtd'><r/>", "1<r )");
+        row("a line where a tag begins",
+            "<?xml version='1.0'?>\n<r>\n <row\n a='1'\n b='2'/>\n<!-- \n--><row/>x\n<row\n/></r>",
+            "2<r 3<row a=[1] b=[2] 7<row 8<row ) )");
+        row("lines beyond 16 bits", "<r>" + repeated("\n", 70000) + "<row/></r>",
+            "1<r 70001<row ) )");
+        row("UTF-8 with a mark", "\xEF\xBB\xBF<r a='\xC3\xA4'/>", "1<r a=[\u00E4] )");
+        row("windows-1252", "<?xml version='1.0' encoding='windows-1252'?><r a='\x80\xE4'/>",
+            "1<r a=[\u20AC\u00E4] )");
+        QTest::newRow("UTF-16") << utf16(QStringLiteral("<r a='\u20AC\U0001F600'/>"))
+                                << QStringLiteral("1<r a=[\u20AC\U0001F600] )");
+        const QByteArray deep = repeated("<a>", 256) + repeated("</a>", 256);
+        QTest::newRow("256 deep") << deep
+                                  << (QStringLiteral("1<a ").repeated(256) +
+                                      QStringLiteral(") ").repeated(256))
+                                         .trimmed();
+    }
+    void walksInDocumentOrder() {
+        QFETCH(QByteArray, content);
+        Document document;
+        QVERIFY2(document.load(write(content)), qPrintable(document.parseError().reason));
+        QTEST(dump(document), "steps");
+        QCOMPARE(document.parseError().errorCode, 0);
+        QVERIFY(document.refusal().isEmpty());
+    }
+
+    void tellsWhereAFileBreaks_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("line");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<QString>("source");
+        const QString text = QStringLiteral("<?xml version='1.0' encoding='%1'?>\n<r>\n"
+                                            "<a n='\u00C4 5 \u20AC'></c>\n</r>");
+        const QString source = QStringLiteral("<a n='\u00C4 5 \u20AC'></c>");
+        const auto row = [&](const char *name, const QByteArray &content, int offset) {
+            QTest::newRow(name) << content << 3 << 18 << offset << source;
+        };
+        const QByteArray ascii =
+            QStringLiteral("<?xml version='1.0' encoding='%1'?>\n<r>\n").toLatin1();
+        const auto start = [&](const char *encoding) {
+            return ascii.size() - 2 + int(qstrlen(encoding));
+        };
+        row("UTF-8", text.arg(QStringLiteral("UTF-8")).toUtf8(), start("UTF-8") + 17 + 3);
+        row("UTF-16", utf16(text.arg(QStringLiteral("UTF-16"))), 2 + 2 * (start("UTF-16") + 17));
+        QByteArray western = text.arg(QStringLiteral("windows-1252")).toUtf8();
+        western.replace("\xE2\x82\xAC", "\x80").replace("\xC3\x84", "\xC4");
+        row("windows-1252", western, start("windows-1252") + 17);
+        QTest::newRow("a long line is cut")
+            << QByteArray("<r>" + repeated("<a b='1'/>", 1000) + "</x>") << 1 << 10008 << 10007
+            << QStringLiteral("...") + QStringLiteral("<a b='1'/>").repeated(16).right(156) +
+                   QStringLiteral("</x>");
+    }
+    void tellsWhereAFileBreaks() {
+        QFETCH(QByteArray, content);
+        Document document;
+        const QString path = write(content);
+        QVERIFY(!document.load(path));
+        const xml::ParseError &error = document.parseError();
+        QCOMPARE(error.errorCode, 76); // tags that don't match
+        QVERIFY(error.reason.startsWith(QStringLiteral("Opening and ending tag mismatch")));
+        QVERIFY(error.reason.endsWith(QStringLiteral("\r\n")));
+        QTEST(error.line, "line");
+        QTEST(error.linepos, "position");
+        QTEST(int(error.filepos), "offset");
+        QTEST(error.srcText, "source");
+        QCOMPARE(error.url, path);
+    }
+
+    void refusesBrokenAndHostileFiles_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("reason"); // a part of it
+        const auto row = [](const char *name, const QByteArray &content, const char *reason) {
+            QTest::newRow(name) << content << QString::fromLatin1(reason);
+        };
+        row("empty", "", "empty");
+        row("blank", " \n ", "Start tag expected");
+        row("no XML", "Date,Campaign\n", "Start tag expected");
+        row("cut off", "<r><row a='1'/><row a='", "AttValue");
+        row("two roots", "<r/><r/>", "Extra content");
+        row("NUL behind the root", QByteArray("<r/>\0<r/>", 9), "Extra content");
+        row("NUL inside", QByteArray("<r>\0</r>", 8), "Premature end");
+        row("NUL in a value", QByteArray("<r a='\0'/>", 10), "0x0");
+        row("an attribute twice", "<r a='1' a='2'/>", "redefined");
+        row("bad UTF-8", "<r a='\xE4'/>", "not proper UTF-8");
+        row("an unknown encoding", "<?xml version='1.0' encoding='x-none'?><r/>", "encoding");
+        row("an undeclared entity", "<r>&x;</r>", "not defined");
+        row("an entity declared elsewhere", "<!DOCTYPE r SYSTEM 'x.dtd'><r a='&x;'/>",
+            "not defined");
+        row("an external entity in a value",
+            "<!DOCTYPE r [<!ENTITY x SYSTEM 'secret.txt'>]><r a='&x;'/>", "external entity");
+        row("257 deep", repeated("<a>", 257) + repeated("</a>", 257), "256 deep");
+        row("a million deep", repeated("<a>", 1000000), "256 deep");
+        row("an entity in itself", "<!DOCTYPE r [<!ENTITY x '&y;'><!ENTITY y '&x;'>]><r>&x;</r>",
+            "loop");
+        row("a bomb in a value", bomb("", "&").replace("<!-- x -->", "lol") + "]><r a='&e9;'/>",
+            "loop");
+        row("a bomb of declarations", bomb("% ", "&#37;") + "%e9;]><r/>", "");
+        row("a large entity many times in content",
+            "<!DOCTYPE r [<!ENTITY x '" + repeated("x", 100000) + "'>]><r>" +
+                repeated("&x;", 30000) + "</r>",
+            "Entities");
+        row("a small one many times in values",
+            "<!DOCTYPE r [<!ENTITY x '" + repeated("x", 900) + "'>]><r>" +
+                repeated("<a b='&x;'/>", 10000) + "</r>",
+            "Entities");
+        QByteArray names = "<r ";
+        for (int i = 0; i < 200000; ++i)
+            names += "a" + QByteArray::number(i) + "='' ";
+        row("a multitude of names", names + "/>", "too many different names");
+    }
+    void refusesBrokenAndHostileFiles() {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, reason);
+        Document document;
+        QVERIFY(!document.load(write(content)));
+        QVERIFY(document.parseError().errorCode != 0);
+        QVERIFY2(document.parseError().reason.contains(reason),
+                 qPrintable(document.parseError().reason));
+    }
+
+    void refusesWhatItCannotWalk_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("refused");
+        const QByteArray start = "<!DOCTYPE r [<!ENTITY y '<row/>'><!ENTITY x '&y;'>"
+                                 "<!ENTITY n '<!-- -->'><!ENTITY f SYSTEM 'secret.txt'>]>";
+        QTest::newRow("declared alone") << start + "<r/>" << false;
+        QTest::newRow("element") << start + "<r>&y;</r>" << true;
+        QTest::newRow("element inside another") << start + "<r><a>&x;</a></r>" << true;
+        QTest::newRow("comment") << start + "<r>&n;</r>" << true;
+        QTest::newRow("another file") << start + "<r>&f;</r>" << true;
+    }
+    void refusesWhatItCannotWalk() {
+        QFETCH(QByteArray, content);
+        write("<row secret='1'/>", QStringLiteral("secret.txt"));
+        Document document;
+        QVERIFY(document.load(write(content)));
+        QTEST(!document.refusal().isEmpty(), "refused");
+        QVERIFY(!dump(document).contains(QStringLiteral("row")));
+        // A broken file is told as such, whatever else it holds.
+        QVERIFY(!document.load(write(content + "<r/>")));
+    }
+
+    void readsPlainFilesOnly() {
+        const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        const QString missing = m_folder.filePath(QStringLiteral("missing.xml"));
+        for (const QString &path :
+             {missing, m_folder.path(), pipe, QStringLiteral("/dev/zero"), QString()}) {
+            Document document;
+            QVERIFY(!document.load(path));
+            QVERIFY(document.parseError().errorCode != 0);
+            QCOMPARE(document.parseError().line, 0);
+            QCOMPARE(document.parseError().url, path);
+        }
+        const QString odd = QStringLiteral("O'Neil & M\u00FCller %1 <b>.xml");
+        Document document;
+        QVERIFY(document.load(write("<r/>", odd)));
+    }
+
+    void keepsTheDocumentWhenALoadFails() {
+        Document document;
+        const QString path = write("<r><row a='1'/></r>", QStringLiteral("good.xml"));
+        QVERIFY(document.load(path));
+        const QString before = dump(document);
+        QVERIFY(!document.load(write("<r><row a='2'/>")));
+        QCOMPARE(dump(document), before);
+        QCOMPARE(document.path(), path);
+        QVERIFY(document.load(path));
+        QCOMPARE(document.parseError().errorCode, 0);
+    }
+
+    void staysAboutAsSmallAsTheFile() {
+        Document document;
+        for (const char *piece : {"<a/>", "<row a='' b='12345'/>", "<a>x</a>"}) {
+            const QByteArray content = "<r>" + repeated(piece, 100000) + "</r>";
+            QVERIFY(document.load(write(content)));
+            QVERIFY(document.byteCount() < 2 * std::size_t(content.size()));
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(XmlDocumentTest)
+#include "xmlDocumentTest.moc"
