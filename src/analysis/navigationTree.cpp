@@ -2,6 +2,7 @@
 
 #include "analysis/nodeTag.h"
 #include "analysis/readingOrder.h"
+#include "platform/blanks.h"
 
 #include <QScopeGuard>
 
@@ -24,12 +25,9 @@ struct Name {
     std::vector<Name> below;
 };
 
-QString withoutOuterBlanks(std::string_view utf8) {
-    const std::size_t first = utf8.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return QString();
-    utf8 = utf8.substr(first, utf8.find_last_not_of(' ') + 1 - first);
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+QString nameOf(std::string_view utf8) {
+    const std::string_view name = withoutBlanks(utf8);
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 using Columns = std::array<std::string, levels>;
@@ -95,7 +93,7 @@ std::vector<Name> readNames(const sqlite::Connection &connection) {
         std::vector<Name> *siblings = &campaigns;
         for (std::size_t level = 0; level < levels; ++level) {
             if (level >= first)
-                siblings->emplace_back(withoutOuterBlanks(rows.row()[level]));
+                siblings->emplace_back(nameOf(rows.row()[level]));
             siblings = &siblings->back().below;
         }
     }

@@ -1,10 +1,11 @@
 #include "analysis/nodeStatistics.h"
 
 #include "analysis/cellText.h"
-#include "analysis/nodeTag.h"
+#include "analysis/nodeRecords.h"
 #include "analysis/readingOrder.h"
 #include "analysis/statisticsGrid.h"
 #include "analysis/summary.h"
+#include "platform/blanks.h"
 #include "platform/sqlite/recordScan.h"
 
 #include <algorithm>
@@ -97,14 +98,6 @@ void addRecord(StatisticsRow &row, Record record) {
     add(row.transactions, numberOf(record[Transactions]));
 }
 
-std::string_view withoutBlanks(std::string_view name) {
-    while (name.starts_with(' '))
-        name.remove_prefix(1);
-    while (name.ends_with(' '))
-        name.remove_suffix(1);
-    return name;
-}
-
 /// One row for each name, names compared byte by byte.
 class RowsByName {
 public:
@@ -148,66 +141,6 @@ private:
     Map::value_type *m_last = nullptr;
 };
 
-/// A condition on the records and the texts of its ?s.
-struct Condition {
-    std::string sql;
-    std::vector<QString> bindings;
-};
-
-/// A plus sign in front of a column keeps the indexes out that it leads.
-Condition dateCondition(const DateRange &range, const char *plus) {
-    return {std::string(plus) + "googleDate >= ? AND " + plus + "googleDate <= ?",
-            {isoText(dayNumber(range.start)),
-             isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59")}};
-}
-
-Condition nodeCondition(const std::vector<NodeCondition> &conditions, const char *plus) {
-    Condition all{"1", {}};
-    for (const NodeCondition &condition : conditions) {
-        all.sql += " AND " + (plus + condition.column.toStdString()) + " = ?";
-        all.bindings.push_back(condition.value);
-    }
-    return all;
-}
-
-/// How many records meet the condition; at most `limit`.
-qint64 countRecords(const Connection &connection, const Condition &condition, qint64 limit) {
-    auto statement = connection.prepare("SELECT count(*) FROM (SELECT 1 FROM tblGoogleDays WHERE " +
-                                        condition.sql + " LIMIT ?)");
-    int parameter = 0;
-    for (const QString &text : condition.bindings)
-        statement.bind(++parameter, text);
-    statement.bind(++parameter, limit);
-    statement.step();
-    return statement.int64(0);
-}
-
-/// The records of a node in a period, by the cheapest road: through the dates' index, through the
-/// names' index, or in one plain scan. A record costs several times as much by way of an index, so
-/// that an index pays for a small share of the table only.
-Condition recordsOf(const Connection &connection, const TreeNode &node, const DateRange &range) {
-    constexpr qint64 smallShare = 8;
-    auto newest = connection.prepare("SELECT max(GoogleDayId) FROM tblGoogleDays");
-    newest.step();
-    const qint64 tooMany = newest.int64(0) / smallShare + 1;
-
-    const std::vector<NodeCondition> conditions = readNodeTag(node.Tag).conditions;
-    std::vector<NodeCondition> indexed; // the names' index has no adWordsTyp
-    std::copy_if(conditions.begin(), conditions.end(), std::back_inserter(indexed),
-                 [](const NodeCondition &each) { return each.column != u"adWordsTyp"; });
-    const qint64 named =
-        indexed.empty() ? tooMany : countRecords(connection, nodeCondition(indexed, ""), tooMany);
-    const qint64 dated = countRecords(connection, dateCondition(range, ""), named);
-
-    const bool byDate = dated < named;
-    const bool byName = !byDate && named < tooMany;
-    Condition records = dateCondition(range, byDate ? "" : "+");
-    const Condition ofNode = nodeCondition(conditions, byName ? "" : "+");
-    records.sql = "FROM tblGoogleDays WHERE " + records.sql + " AND " + ofNode.sql;
-    records.bindings.insert(records.bindings.end(), ofNode.bindings.begin(), ofNode.bindings.end());
-    return records;
-}
-
 /// Empty for none.
 QString countText(int count) {
     return count == 0 ? QString() : QString::number(count);
@@ -241,7 +174,9 @@ void writeRow(Grid &grid, int row, const StatisticsRow &sums) {
 NodeStatistics queryNodeStatistics(const Connection &connection, const TreeNode &node,
                                    const DateRange &range) {
     const Level &level = levelOf(node);
-    const Condition records = recordsOf(connection, node, range);
+    const NodeRecords records =
+        nodeRecords(connection, readNodeTag(node.Tag), isoText(dayNumber(range.start)),
+                    isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"));
     RowsByName rows;
     sqlite::scanRecords(connection, std::string(level.groupingColumn) + numberColumns, records.sql,
                         records.bindings, [&](Record record) {

@@ -1,5 +1,6 @@
 #include "report/frmOutput.h"
 
+#include "platform/blanks.h"
 #include "platform/controls/commonDialog.h"
 #include "platform/desktop/browser.h"
 #include "platform/desktop/forms.h"
@@ -121,7 +122,7 @@ void frmOutput::comBrowse_Click() {
     dlgNew.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
     dlgNew.Flags = overwriteAndCreatePrompt;
     dlgNew.ShowSave();
-    if (!trimmedBlanks(dlgNew.FileName).isEmpty())
+    if (!withoutBlanks(dlgNew.FileName).isEmpty())
         txtFilename->setText(reportFileName(dlgNew.FileName));
 }
 
@@ -133,7 +134,7 @@ void frmOutput::cmdRun_Click() {
 }
 
 void frmOutput::runExport() {
-    if (trimmedBlanks(txtFilename->text()).isEmpty())
+    if (withoutBlanks(txtFilename->text()).isEmpty())
         return;
     txtFilename->setText(reportFileName(txtFilename->text()));
     doExport(txtFilename->text(), modMain::ExportColor);
@@ -141,7 +142,7 @@ void frmOutput::runExport() {
         MessageStyle::YesNoQuestion, QStringLiteral("Veltrona"),
         QStringLiteral("Report created!\rDo you want to open the report in your browser?"));
     if (answer == Answer::Yes)
-        showHtml(trimmedBlanks(txtFilename->text()).toString());
+        showHtml(withoutBlanks(txtFilename->text()).toString());
     accept();
 }
 

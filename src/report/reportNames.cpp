@@ -1,17 +1,11 @@
 #include "report/reportNames.h"
 
+#include "platform/blanks.h"
+
 namespace veltrona {
 
-QStringView trimmedBlanks(QStringView text) {
-    while (text.startsWith(u' '))
-        text = text.sliced(1);
-    while (text.endsWith(u' '))
-        text.chop(1);
-    return text;
-}
-
 QString reportFileName(const QString &name) {
-    const QString trimmed = trimmedBlanks(name).toString();
+    const QString trimmed = withoutBlanks(name).toString();
     const bool isHtml = trimmed.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive) ||
                         trimmed.endsWith(QLatin1String(".html"), Qt::CaseInsensitive);
     return isHtml ? trimmed : trimmed + QStringLiteral(".html");
@@ -23,7 +17,7 @@ QString printReportPath(const QString &dataFolder, QChar separator) {
 }
 
 QString graphPath(const QString &reportFile, QChar separator) {
-    const QStringView trimmed = trimmedBlanks(reportFile);
+    const QStringView trimmed = withoutBlanks(reportFile);
     return trimmed.first(trimmed.lastIndexOf(separator) + 1).toString() +
            QStringLiteral("graph.jpg");
 }

@@ -6,9 +6,6 @@
 
 namespace veltrona {
 
-/// Cuts leading and trailing blanks (U+0020), nothing else.
-QStringView trimmedBlanks(QStringView text);
-
 /// The name without blanks around it, with ".html" behind it unless it ends in ".htm" or ".html" in
 /// any case.
 QString reportFileName(const QString &name);

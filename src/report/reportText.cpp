@@ -1,6 +1,7 @@
 #include "report/reportText.h"
 
 #include "analysis/statisticsGrid.h"
+#include "platform/blanks.h"
 #include "report/reportNames.h"
 
 #include <algorithm>
@@ -96,14 +97,14 @@ void writeStatistics(Lines &lines, const Grid &grid, bool doColor) {
     lines.write("<tr>");
     for (int col = 0; col < columns; ++col)
         lines.write(R"(<th class="Stil5"><div align="left">)",
-                    trimmedBlanks(grid.TextMatrix(0, col)), "</div></th>");
+                    withoutBlanks(grid.TextMatrix(0, col)), "</div></th>");
     lines.write("</tr>");
     for (int row = 1; row < grid.Rows(); ++row) {
         lines.write(rowHead);
         for (int col = 0; col < columns; ++col) {
             const std::string_view open =
                 col == 0 ? R"(<td><div align="left">)" : R"(<td><div align="right">)";
-            const QStringView text = trimmedBlanks(grid.TextMatrix(row, col));
+            const QStringView text = withoutBlanks(grid.TextMatrix(row, col));
             if (doColor && grid.cellColor(row, col) == red)
                 lines.write(open, redOpen, text, "</span></div></td>");
             else

@@ -1,6 +1,7 @@
 #include "report/reportWriter.h"
 
 #include "picture/modJPEG.h"
+#include "platform/blanks.h"
 #include "platform/desktop/clock.h"
 #include "platform/desktop/replacementFile.h"
 #include "platform/dialogs/dialogs.h"
@@ -51,7 +52,7 @@ bool savePicture(const ReportSource &source, const QString &path) {
 } // namespace
 
 void writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
-    const QString fileName = trimmedBlanks(strFilename).toString();
+    const QString fileName = withoutBlanks(strFilename).toString();
     desktop::ReplacementFile page(fileName);
     page.write(reportText(contentOf(source, doColor), *source.grid));
     if (source.options.details) {

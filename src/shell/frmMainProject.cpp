@@ -1,5 +1,6 @@
 // frmMain: the project commands and the start on a project that can't be opened.
 #include "database/projectFile.h"
+#include "platform/blanks.h"
 #include "platform/desktop/clock.h"
 #include "platform/desktop/folders.h"
 #include "platform/dialogs/dialogs.h"
@@ -31,17 +32,6 @@ QString defaultProjectPath() {
 
 QString templatePath() {
     return desktop::programFolder() + QDir::separator() + QStringLiteral("data.dat");
-}
-
-/// Without leading and trailing blanks; other white space is part of a name.
-QString withoutBlanks(const QString &text) {
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text[from] == u' ')
-        ++from;
-    while (to > from && text[to - 1] == u' ')
-        --to;
-    return text.mid(from, to - from);
 }
 
 void rememberProject(const QString &path) {
@@ -104,7 +94,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
     switch (choice) {
     case 0:
         if (chooseProjectFile()) {
-            const QString path = withoutBlanks(cdMain.FileName);
+            const QString path = withoutBlanks(cdMain.FileName).toString();
             rememberProject(path);
             setProject(path);
         }
@@ -145,7 +135,7 @@ bool frmMain::chooseProjectFile() {
 
 void frmMain::mnuOpen_Click() {
     if (chooseProjectFile())
-        switchProject(withoutBlanks(cdMain.FileName), QString());
+        switchProject(withoutBlanks(cdMain.FileName).toString(), QString());
 }
 
 void frmMain::mnuNew_Click() {
@@ -158,7 +148,7 @@ void frmMain::mnuNew_Click() {
     cdMain.ShowSave();
     if (cdMain.FileName.isEmpty())
         return;
-    QString path = withoutBlanks(cdMain.FileName);
+    QString path = withoutBlanks(cdMain.FileName).toString();
     if (!path.endsWith(projectExtension, Qt::CaseInsensitive))
         path += projectExtension;
     if (isSameFile(path, modMain::DbFileName)) {
