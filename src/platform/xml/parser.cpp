@@ -121,9 +121,14 @@ Pass::Pass(QFile &file) : m_file(file), m_context(xmlNewParserCtxt(), &xmlFreePa
 ParseResult Pass::run() {
     m_result.nodes.reserve(
         std::min(static_cast<std::size_t>(std::max<qint64>(0, m_file.size())), mostReserved));
+    // What the decoder of an encoding says comes by no context.
+    xmlSetStructuredErrorFunc(this, [](void *pass, auto *error) {
+        static_cast<Pass *>(pass)->parserError(error->code, error->message);
+    });
     // No NOENT, DTDLOAD or HUGE: entities of other files stay unread, and the limits hold.
     xmlDocPtr document = xmlCtxtReadIO(m_context.get(), &Pass::read, nullptr, this, nullptr,
                                        nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES);
+    xmlSetStructuredErrorFunc(nullptr, nullptr);
     xmlFreeDoc(document);
     if (document == nullptr && !m_failed) {
         const xmlError *last = xmlCtxtGetLastError(m_context.get());

@@ -175,6 +175,8 @@ private slots:
         row("NUL in a value", QByteArray("<r a='\0'/>", 10), "0x0");
         row("an attribute twice", "<r a='1' a='2'/>", "redefined");
         row("bad UTF-8", "<r a='\xE4'/>", "not proper UTF-8");
+        row("half a UTF-16 pair behind the root",
+            utf16(QStringLiteral("<r/>")) + QByteArray("\0\xD8 \0", 4), "conversion failed");
         row("an unknown encoding", "<?xml version='1.0' encoding='x-none'?><r/>", "encoding");
         row("an undeclared entity", "<r>&x;</r>", "not defined");
         row("an entity declared elsewhere", "<!DOCTYPE r SYSTEM 'x.dtd'><r a='&x;'/>",
