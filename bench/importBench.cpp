@@ -2,8 +2,14 @@
 // indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
 #include "benchProject.h"
 
+#include "analysis/chartSeries.h"
+#include "analysis/navigationTree.h"
+#include "analysis/nodeStatistics.h"
+#include "analysis/statisticsGrid.h"
 #include "database/dayTable.h"
 #include "database/projectFile.h"
+#include "import/frmWait.h"
+#include "import/importRows.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
@@ -93,6 +99,50 @@ void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) 
     }
     transaction.commit();
 }
+
+/// From the chosen file to the rebuilt views, with the window of the import on the screen.
+void importReport(sqlite::Connection &connection) {
+    xml::Document document;
+    if (!document.load(QStringLiteral(BENCH_REPORT)))
+        return;
+    const ColumnCheck check = checkColumns(document);
+    frmWait &wait = frmWait::instance();
+    wait.init(0, check.rowCount);
+    wait.Show([&] { importRows(connection, document, check, [&wait] { wait.inc(); }); });
+
+    Tree tree;
+    buildNavigationTree(connection, QStringLiteral("empty"), tree);
+    const TreeNode &root = *tree.Nodes().Item(1);
+    Grid grid(gridColumn::Count);
+    initGrid(grid, true);
+    resetSummary(grid);
+    const DateRange year = daysOf(largeRecords);
+    showStatistics(queryNodeStatistics(connection, root, year), grid, true);
+    ChartRequest request;
+    request.range = year;
+    request.tag = root.Tag;
+    Chart chart;
+    showSeries(queryChartSeries(connection, request), chart);
+}
+
+/// Imports into an empty project, or once more into the same one.
+void importOnce(benchmark::State &state, bool again) {
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        auto connection = openProject(emptyProject());
+        if (again)
+            importReport(*connection);
+        state.ResumeTiming();
+        importReport(*connection);
+        state.PauseTiming();
+        if (count(*connection) != reportRows)
+            state.SkipWithError("rows are missing");
+        connection.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK_CAPTURE(importOnce, _, false)->Name("import/ours")->UseRealTime();
+BENCHMARK_CAPTURE(importOnce, _, true)->Name("import/again")->UseRealTime();
 
 void baseline(benchmark::State &state) {
     const std::vector<Values> &rows = rowsOfReport();
