@@ -27,7 +27,7 @@ constexpr int date = reportColumn("date");
 constexpr int keyword = reportColumn("keyword");
 constexpr int kwType = reportColumn("kwtype");
 
-constexpr const char *duplicateTest =
+constexpr const char *duplicateTestSql =
     "SELECT 1 FROM tblGoogleDays WHERE Adgroup = ? AND Campaign = ? AND CreativeId = ? "
     "AND GoogleDate = ? AND KeyWord = ? AND kwType = ?";
 
@@ -64,8 +64,8 @@ struct UnreadableValue {
 
 class RowLoader {
 public:
-    RowLoader(sqlite::Connection &connection, const xml::Document &document,
-              const ColumnCheck &check);
+    RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+              const xml::Document &document, const ColumnCheck &check);
     void run(const std::function<void()> &inc);
 
 private:
@@ -83,7 +83,7 @@ private:
     sqlite::Connection &m_connection;
     const xml::Document &m_document;
     const ColumnCheck &m_check;
-    sqlite::Statement m_test;
+    sqlite::Statement &m_test;
     sqlite::Statement m_insert;
     xml::Walk m_walk;
     RowReader m_reader;
@@ -96,11 +96,13 @@ private:
     qint64 m_committed = 0;
 };
 
-RowLoader::RowLoader(sqlite::Connection &connection, const xml::Document &document,
-                     const ColumnCheck &check)
-    : m_connection(connection), m_document(document), m_check(check),
-      m_test(connection.prepare(duplicateTest)), m_insert(connection.prepare(dayInsertStatement())),
-      m_walk(document.walk()), m_reader(check.names) {}
+RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+                     const xml::Document &document, const ColumnCheck &check)
+    : m_connection(connection), m_document(document), m_check(check), m_test(duplicateTest),
+      m_insert(connection.prepare(dayInsertStatement())), m_walk(document.walk()),
+      m_reader(check.names) {
+    m_test = connection.prepare(duplicateTestSql);
+}
 
 void RowLoader::run(const std::function<void()> &inc) {
     try {
@@ -248,9 +250,10 @@ Failure RowLoader::told(const Failure &failure) {
 
 } // namespace
 
-void importRows(sqlite::Connection &connection, const xml::Document &document,
-                const ColumnCheck &check, const std::function<void()> &inc) {
-    RowLoader(connection, document, check).run(inc);
+void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+                const xml::Document &document, const ColumnCheck &check,
+                const std::function<void()> &inc) {
+    RowLoader(connection, duplicateTest, document, check).run(inc);
 }
 
 } // namespace veltrona

@@ -15,7 +15,10 @@ namespace veltrona {
 ///
 /// Throws Failure with one text that names file, row, line, column and value, or what the engine
 /// said; everything read before a value that can't be read is committed by then.
-void importRows(sqlite::Connection &connection, const xml::Document &document,
-                const ColumnCheck &check, const std::function<void()> &inc);
+/// `duplicateTest` takes the look-up that each row begins with; it stays prepared on the
+/// connection.
+void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+                const xml::Document &document, const ColumnCheck &check,
+                const std::function<void()> &inc);
 
 } // namespace veltrona

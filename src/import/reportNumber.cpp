@@ -75,13 +75,6 @@ bool isTiny(const Parts &parts) {
 
 } // namespace
 
-std::string_view withoutBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 std::optional<ReportNumber> readNumber(std::string_view text) {
     const bool isSigned = !text.empty() && (text.front() == '+' || text.front() == '-');
     const std::optional<Parts> parts = split(text.substr(isSigned));

@@ -10,9 +10,6 @@
 
 namespace veltrona {
 
-/// Cuts off U+0020 on both sides; tabs and line ends stay.
-std::string_view withoutBlanks(std::string_view text);
-
 /// A whole number is kept exactly, any other as the nearest 64-bit float.
 using ReportNumber = std::variant<qint64, double>;
 

@@ -1,6 +1,7 @@
 #include "import/rowReader.h"
 
 #include "import/reportValues.h"
+#include "platform/blanks.h"
 
 namespace veltrona {
 

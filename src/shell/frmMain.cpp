@@ -43,13 +43,15 @@ void frmMain::initApp(bool first) {
     modMain::ConnectionText = modMain::DbFileName;
     auto connection = openProject(modMain::ConnectionText);
     auto reportDocument = std::make_unique<xml::Document>();
-    modMain::RowSet.reset();
+    auto rowSet = std::make_unique<sqlite::Statement>();
     std::swap(modMain::DbConn, connection);
+    std::swap(modMain::RowSet, rowSet);
     std::swap(modMain::ReportDoc, reportDocument);
     try {
         loadDefaults();
     } catch (...) {
         std::swap(modMain::DbConn, connection);
+        std::swap(modMain::RowSet, rowSet);
         std::swap(modMain::ReportDoc, reportDocument);
         m_viewStale = true;
         throw;

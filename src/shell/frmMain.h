@@ -90,6 +90,7 @@ private:
     // Construction.
     void buildCommands();
     void addMenu(const char *name, const QString &title, std::initializer_list<MenuEntry> entries);
+    void finishEdits();
     void buildToolBar();
     void buildStatusBar();
     void buildFrames();

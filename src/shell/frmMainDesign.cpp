@@ -80,8 +80,10 @@ void frmMain::addMenu(const char *name, const QString &title,
         action->setObjectName(QLatin1String(entry.name));
         // The platform must not move an entry elsewhere because of its caption.
         action->setMenuRole(QAction::NoRole);
-        connect(action, &QAction::triggered, this,
-                [this, handler = entry.handler] { filtered([&] { (this->*handler)(); }); });
+        connect(action, &QAction::triggered, this, [this, handler = entry.handler] {
+            finishEdits();
+            filtered([&] { (this->*handler)(); });
+        });
     }
 }
 
@@ -106,6 +108,12 @@ void frmMain::buildCommands() {
             });
 }
 
+/// A date that is typed but not yet confirmed counts for the command that the user gives next.
+void frmMain::finishEdits() {
+    m_startView->finishEdit();
+    m_endView->finishEdit();
+}
+
 void frmMain::buildToolBar() {
     Toolbar1 = addToolBar(QStringLiteral("Toolbar"));
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
@@ -119,6 +127,7 @@ void frmMain::buildToolBar() {
         action->setObjectName(QLatin1String(button.key));
         action->setToolTip(action->text().trimmed());
         connect(action, &QAction::triggered, this, [this, key = QString::fromLatin1(button.key)] {
+            finishEdits();
             filtered([&] { Toolbar1_ButtonClick(key); });
         });
     }

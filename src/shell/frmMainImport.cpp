@@ -65,8 +65,10 @@ void frmMain::loadReport() {
     }
     frmWait &wait = frmWait::instance();
     wait.init(0, modMain::ReportRowCount);
-    wait.Show(
-        [&] { importRows(*modMain::DbConn, *modMain::ReportDoc, check, [&wait] { wait.inc(); }); });
+    wait.Show([&] {
+        importRows(*modMain::DbConn, *modMain::RowSet, *modMain::ReportDoc, check,
+                   [&wait] { wait.inc(); });
+    });
 }
 
 } // namespace veltrona

@@ -57,7 +57,8 @@ class ImportTest : public QObject {
         if (!check.passed)
             qFatal("the report should pass");
         int steps = 0;
-        importRows(m_table->connection(), m_document, check, [&] { ++steps; });
+        sqlite::Statement duplicateTest;
+        importRows(m_table->connection(), duplicateTest, m_document, check, [&] { ++steps; });
         return steps;
     }
 
@@ -280,7 +281,8 @@ private slots:
             try {
                 sqlite::Connection connection;
                 connection.open(path);
-                importRows(connection, m_document, check, [] {});
+                sqlite::Statement duplicateTest;
+                importRows(connection, duplicateTest, m_document, check, [] {});
                 status = 0;
             } catch (const Failure &) {
             }

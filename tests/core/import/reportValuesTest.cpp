@@ -1,4 +1,5 @@
 #include "import/reportValues.h"
+#include "platform/blanks.h"
 
 #include <QtTest>
 
