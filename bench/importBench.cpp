@@ -2,15 +2,14 @@
 // indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
 #include "benchProject.h"
 
-#include "analysis/chartSeries.h"
-#include "analysis/navigationTree.h"
-#include "analysis/nodeStatistics.h"
-#include "analysis/statisticsGrid.h"
+#include "analysis/dateRanges.h"
 #include "database/dayTable.h"
 #include "database/projectFile.h"
-#include "import/frmWait.h"
-#include "import/importRows.h"
+#include "platform/dialogs/dialogs.h"
+#include "shell/frmMain.h"
+#include "shell/modMain.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QXmlStreamReader>
 
@@ -100,44 +99,56 @@ void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) 
     transaction.commit();
 }
 
-/// From the chosen file to the rebuilt views, with the window of the import on the screen.
-void importReport(sqlite::Connection &connection) {
-    xml::Document document;
-    if (!document.load(QStringLiteral(BENCH_REPORT)))
-        return;
-    const ColumnCheck check = checkColumns(document);
-    frmWait &wait = frmWait::instance();
-    wait.init(0, check.rowCount);
-    wait.Show([&] { importRows(connection, document, check, [&wait] { wait.inc(); }); });
+/// Chooses the report; nothing else may be asked.
+class ChoosesReport : public Dialogs {
+public:
+    ChoosesReport() { setDialogs(this); }
+    ~ChoosesReport() override { setDialogs(nullptr); }
+    Answer message(MessageStyle, const QString &, const QString &text) override {
+        qFatal("%s", qPrintable(text));
+    }
+    int choose(const QString &, const QString &text, const QStringList &) override {
+        qFatal("%s", qPrintable(text));
+    }
+    QString openFile(const FileDialogSetup &) override { return QStringLiteral(BENCH_REPORT); }
+    QString saveFile(const FileDialogSetup &) override { return {}; }
+};
 
-    Tree tree;
-    buildNavigationTree(connection, QStringLiteral("empty"), tree);
-    const TreeNode &root = *tree.Nodes().Item(1);
-    Grid grid(gridColumn::Count);
-    initGrid(grid, true);
-    resetSummary(grid);
-    const DateRange year = daysOf(largeRecords);
-    showStatistics(queryNodeStatistics(connection, root, year), grid, true);
-    ChartRequest request;
-    request.range = year;
-    request.tag = root.Tag;
-    Chart chart;
-    showSeries(queryChartSeries(connection, request), chart);
-}
+/// The real main window on an empty project, showing all dates.
+class Window {
+public:
+    Window() {
+        modMain::DbFileName = emptyProject();
+        m_window.initApp(true);
+        m_window.show();
+        m_window.cboRange.setListIndex(static_cast<int>(RangePreset::All));
+        QCoreApplication::processEvents();
+    }
+    ~Window() { m_window.close(); }
+
+    /// From the chosen file to the rebuilt views on the screen.
+    void import() {
+        m_window.impRep();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    ChoosesReport m_dialogs;
+    frmMain m_window;
+};
 
 /// Imports into an empty project, or once more into the same one.
 void importOnce(benchmark::State &state, bool again) {
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
-        auto connection = openProject(emptyProject());
+        Window window;
         if (again)
-            importReport(*connection);
+            window.import();
         state.ResumeTiming();
-        importReport(*connection);
+        window.import();
         state.PauseTiming();
-        if (count(*connection) != reportRows)
+        if (count(*modMain::DbConn) != reportRows)
             state.SkipWithError("rows are missing");
-        connection.reset();
         state.ResumeTiming();
     }
 }

@@ -12,7 +12,7 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // No display name: the toolkit would append it to every caption.
     setApplicationName(QStringLiteral("Veltrona"));
     setApplicationVersion(programVersion());
-    setDesktopFileName(QStringLiteral("veltrona"));
+    setDesktopFileName(QStringLiteral("org.veltrona.Veltrona"));
     setWindowIcon(icon(QStringLiteral("veltrona")));
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
