@@ -1,4 +1,5 @@
 // frmMain: the import of a report.
+#include "analysis/nodeStatistics.h"
 #include "analysis/statisticsGrid.h"
 #include "import/columnCheck.h"
 #include "import/frmWait.h"
@@ -46,6 +47,8 @@ void frmMain::impRep() {
         selectRoot();
         treeList_NodeClick(treeList.SelectedItem());
     } catch (const Failure &) {
+        // The summary of the rows that are gone must not stand there as if it were of what is.
+        showStatistics({}, flxStat, modMain::GridColor);
         if (!failed)
             throw;
     }

@@ -84,9 +84,8 @@ bool frmMain::openFirstProject() {
 bool frmMain::askAboutBadProject(const Failure &failure) {
     const bool isDefault = modMain::DbFileName == defaultProjectPath();
     const QString text = QStringLiteral("The project \"%1\" can't be opened.\r\rError %2: %3")
-                             .arg(QDir::toNativeSeparators(modMain::DbFileName))
-                             .arg(failure.number())
-                             .arg(failure.text());
+                             .arg(QDir::toNativeSeparators(modMain::DbFileName),
+                                  QString::number(failure.number()), failure.text());
     const QString second = isDefault ? QStringLiteral("&Set it aside and make a new one")
                                      : QStringLiteral("&Use the default project");
     const int choice = dialogs().choose(
@@ -119,8 +118,10 @@ void frmMain::setAsideDefaultProject() {
     for (int copy = 1; aside.isEmpty() || QFileInfo::exists(aside); ++copy)
         aside = projectFolder() + QDir::separator() + productName + QStringLiteral(" set aside ") +
                 stamp + (copy > 1 ? QStringLiteral(" %1").arg(copy) : QString()) + projectExtension;
-    // A failure shows in the next try to open, with its reason.
-    QFile::rename(path, aside);
+    // A failure shows in the next try to open, with its reason. The journal of a crashed program
+    // goes along: it belongs to this file, and to no new one.
+    for (const char *part : {"", "-journal", "-wal"})
+        QFile::rename(path + QLatin1String(part), aside + QLatin1String(part));
 }
 
 bool frmMain::chooseProjectFile() {
@@ -174,6 +175,7 @@ void frmMain::switchProject(const QString &path, const QString &newFromTemplate)
         initApp(false);
     } catch (...) {
         modMain::DbFileName = fileBefore;
+        modMain::ConnectionText = fileBefore;
         modMain::ProjectTitle = titleBefore;
         if (std::exchange(m_viewStale, false))
             filtered([this] { loadDefaults(); });

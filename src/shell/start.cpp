@@ -38,6 +38,8 @@ int modMain::Main() {
         }
         window.show();
         status = QApplication::exec();
+        // After a failure that ends the run the window still has its project open.
+        window.close();
     });
     return status;
 }
