@@ -61,6 +61,10 @@ void MainWindow::importReport(const QString &path) {
     command(QStringLiteral("mnuImport"));
 }
 
+void MainWindow::importRows(const QStringList &lines, const QStringList &columns) {
+    importReport(writeFile(QStringLiteral("rows.xml"), smallReport(lines, columns)));
+}
+
 TreeNode *MainWindow::node(const QStringList &texts) {
     TreeNode *node = m_window->treeList.Nodes().Item(1);
     for (const QString &text : texts) {
@@ -125,6 +129,10 @@ QStringList MainWindow::chartDump() const {
 
 QString MainWindow::caption() const {
     return m_window->findChild<ElidedLabel *>(QStringLiteral("lblSum"))->fullText();
+}
+
+QStringList MainWindow::viewDump() const {
+    return treeDump() + gridDump() + chartDump() + QStringList{caption()};
 }
 
 } // namespace veltrona::test

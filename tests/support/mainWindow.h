@@ -4,6 +4,7 @@
 
 #include "shell/frmMain.h"
 #include "support/dialogRecorder.h"
+#include "support/smallReport.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
@@ -34,6 +35,8 @@ public:
     void command(const QString &action);
     /// Answers the file dialog with the path and runs the import.
     void importReport(const QString &path);
+    /// The same for a small report made of these lines.
+    void importRows(const QStringList &lines, const QStringList &columns = smallReportColumns);
     /// The control's view, by the control's name.
     template<class View = QWidget>
     View *view(const QString &name) {
@@ -50,6 +53,8 @@ public:
     /// "label=value" for each bar.
     QStringList chartDump() const;
     QString caption() const;
+    /// All four of the above.
+    QStringList viewDump() const;
 
     DialogRecorder dialogs;
 

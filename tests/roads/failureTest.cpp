@@ -1,0 +1,223 @@
+// Failures of the engine, the parser and the file system inside the window's handlers: each is told
+// once, and leaves a window that shows one node and goes on.
+#include "import/frmWait.h"
+#include "shell/modMain.h"
+#include "support/mainWindow.h"
+
+#include <QApplication>
+#include <QDateEdit>
+#include <QTest>
+
+using namespace veltrona;
+
+namespace {
+
+const QStringList rows = {"One|g|k|Exact|Search Only|2007-05-07|1",
+                          "One|g|l|Exact|Search Only|2007-05-08|2",
+                          "Two|h|m|Broad|Search Only|2007-05-09|4"};
+
+/// The table is out of the way of the program while one lives.
+class HiddenTable {
+public:
+    HiddenTable() {
+        m_other.open(modMain::DbFileName);
+        m_other.execute("ALTER TABLE tblGoogleDays RENAME TO hidden");
+    }
+    ~HiddenTable() { m_other.execute("ALTER TABLE hidden RENAME TO tblGoogleDays"); }
+
+private:
+    sqlite::Connection m_other;
+};
+
+} // namespace
+
+class FailureTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        m_home = std::make_unique<test::MainWindow>();
+        QVERIFY(m_home->start());
+        m_home->importRows(rows);
+        m_home->selectNode({"One"});
+    }
+
+    void cleanup() { m_home.reset(); }
+
+    void handlers_data() {
+        QTest::addColumn<QString>("handler");
+        for (const char *handler : {"click", "picker", "metric", "grouping", "clean", "reopen"})
+            QTest::newRow(handler) << handler;
+    }
+
+    void handlers() {
+        QFETCH(QString, handler);
+        const QStringList before = m_home->viewDump();
+        frmMain &window = m_home->window();
+        {
+            const HiddenTable hidden;
+            if (handler == "clean")
+                m_home->dialogs.expectAnswer(Answer::Yes);
+            m_home->dialogs.expectAnswer(Answer::Ok);
+            m_home->dialogs.whileOpen = [] { QVERIFY(!QApplication::overrideCursor()); };
+            if (handler == "click") {
+                m_home->selectNode({"Two"});
+            } else if (handler == "picker") {
+                m_home->view<QDateEdit>("dtpEnd")->stepBy(-1);
+            } else if (handler == "metric") {
+                window.cboLeft.setListIndex(3);
+            } else if (handler == "grouping") {
+                window.cboGroup.setListIndex(1);
+            } else if (handler == "clean") {
+                m_home->command("mnuClean");
+            } else {
+                m_home->dialogs.expectFile(modMain::DbFileName);
+                m_home->command("mnuOpen");
+            }
+            const test::ShownBox box = m_home->dialogs.boxes().last();
+            QCOMPARE(box.style, 48);
+            QCOMPARE(box.title, QString("Veltrona"));
+            QVERIFY2(box.text.startsWith("Error ") && box.text.contains(modMain::DbFileName),
+                     qPrintable(box.text));
+            QCOMPARE(m_home->viewDump(), before);
+        }
+        window.cboRange.setListIndex(1);
+        verifyUsable();
+    }
+
+    void ignoredPreset() {
+        const QStringList before = m_home->viewDump();
+        {
+            const HiddenTable hidden;
+            m_home->window().cboRange.setListIndex(0);
+            QCOMPARE(isoText(m_home->window().dtpStart.Value()), QString("2007-05-13 12:00:00"));
+            QCOMPARE(m_home->viewDump(), before);
+            m_home->window().cboRange.setListIndex(1);
+        }
+        verifyUsable();
+    }
+
+    void lockedDuringImport() {
+        const QString more = m_home->writeFile(
+            "more.xml", test::smallReport({"Three|g|k|Exact|Search Only|2007-05-07|8"}));
+        sqlite::Connection other;
+        other.open(modMain::DbFileName);
+        other.execute("BEGIN EXCLUSIVE");
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->dialogs.whileOpen = [] { QVERIFY(!frmWait::instance().isVisible()); };
+        m_home->importReport(more);
+        const QString text = m_home->dialogs.boxes().value(0).text;
+        QVERIFY2(text.contains("locked by another program") && text.contains("has stored: 0."),
+                 qPrintable(text));
+        // The views couldn't be rebuilt: no summary may stand over rows that are gone.
+        QCOMPARE(m_home->gridDump().size(), 3);
+        QVERIFY(m_home->gridDump().last().startsWith("Summary|0|0|"));
+        other.execute("COMMIT");
+        verifyUsable();
+        m_home->importReport(more);
+        QVERIFY(m_home->node({"Three"}));
+    }
+
+    void badRow() {
+        QStringList bad = {"Kept|g|k|Exact|Search Only|2007-05-10|8",
+                           "Lost|g|k|Exact|Search Only|31.02.2007|16",
+                           "Behind|g|k|Exact|Search Only|2007-05-10|32"};
+        const QString path = m_home->writeFile("bad.xml", test::smallReport(bad));
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->dialogs.whileOpen = [&] {
+            QVERIFY(!frmWait::instance().isVisible());
+            QVERIFY(m_home->node({"Kept"}));
+            QVERIFY(m_home->gridDump().value(1).startsWith("Kept|8|"));
+            QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        };
+        m_home->importReport(path);
+        QCOMPARE(m_home->dialogs.boxes().value(0).text.section(": ", 1),
+                 QString("The import of \"%1\" has ended at row 2 (line 3 of the file): the value "
+                         "\"31.02.2007\" of the column \"date\" is no date. The rows before it are "
+                         "kept in the project; importing the mended file again skips them.")
+                     .arg(path));
+        QVERIFY(!m_home->node({"Lost"}) && !m_home->node({"Behind"}));
+        bad[1].replace("31.02.2007", "28.02.2007");
+        m_home->importRows(bad);
+        QVERIFY(m_home->node({"Lost"}) && m_home->node({"Behind"}));
+        QVERIFY(m_home->gridDump().value(2).startsWith("Kept|8|"));
+    }
+
+    void refusedReport() {
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->importRows({"Three|g"}, {"campaign", "adgroup"});
+        const test::ShownBox box = m_home->dialogs.boxes().value(0);
+        QCOMPARE(box.title, QString("Error"));
+        QCOMPARE(box.text, QString("Cannot load the XML file due to missing some report columns."));
+        QVERIFY(!m_home->node({"Three"}));
+        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        QVERIFY(m_home->gridDump().value(1).startsWith("One|3|"));
+
+        m_home->selectNode({"One"});
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->importReport(m_home->writeFile("nameless.xml", "<r><column/></r>"));
+        QVERIFY(m_home->dialogs.boxes().value(1).text.startsWith("Error "));
+        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        verifyUsable();
+    }
+
+    void brokenReport() {
+        const QStringList before = m_home->viewDump();
+        const QString path = m_home->writeFile("100%1.xml", "<r>\n  <row></r>\n");
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->importReport(path);
+        const test::ShownBox box = m_home->dialogs.boxes().value(0);
+        QCOMPARE(box.title, QString("Veltrona"));
+        QCOMPARE(box.style, 48);
+        QCOMPARE(
+            box.text,
+            "Your XML Document failed to loaddue the following error.\r\nError #: 76: Opening and "
+            "ending tag mismatch: row line 2 and r\r\nLine #: 2\r\nLine Position: 12\r\nPosition "
+            "In File: 15\r\nSource Text: <row></r>\r\nDocument URL: " +
+                path);
+        QCOMPARE(m_home->viewDump(), before);
+
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->importReport(m_home->file("gone.xml"));
+        QVERIFY(m_home->dialogs.boxes().value(1).text.contains(m_home->file("gone.xml")));
+        QCOMPARE(m_home->viewDump(), before);
+        verifyUsable();
+    }
+
+    void cancelledDialogs() {
+        const QStringList before = m_home->viewDump();
+        const QString file = modMain::DbFileName;
+        const sqlite::Connection *connection = modMain::DbConn.get();
+        for (const char *command : {"mnuImport", "Imp", "mnuNew", "mnuOpen"}) {
+            m_home->dialogs.expectFile("");
+            m_home->command(command);
+            QCOMPARE(m_home->viewDump(), before);
+        }
+        for (const Answer answer : {Answer::No, Answer::Cancel}) {
+            m_home->dialogs.expectAnswer(answer);
+            m_home->command("mnuClean");
+            QCOMPARE(m_home->viewDump(), before);
+        }
+        QCOMPARE(modMain::DbFileName, file);
+        QCOMPARE(modMain::DbConn.get(), connection);
+        verifyUsable();
+    }
+
+private:
+    /// No trace of the failure, and a click brings the figures of its node.
+    void verifyUsable() {
+        QVERIFY(!QApplication::overrideCursor());
+        QVERIFY(m_home->window().flxStat.Redraw());
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(m_home->dialogs.allUsed());
+        m_home->selectNode({"Two"});
+        QCOMPARE(m_home->caption(), QString("Campain: 'Two'"));
+        QVERIFY(m_home->gridDump().value(1).startsWith("h|4|"));
+        m_home->selectNode({});
+        QVERIFY(m_home->gridDump().value(1).startsWith("One|3|"));
+    }
+
+    std::unique_ptr<test::MainWindow> m_home;
+};
+
+QTEST_MAIN(FailureTest)
+#include "failureTest.moc"
