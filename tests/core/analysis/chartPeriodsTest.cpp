@@ -1,6 +1,8 @@
 // How a date range is divided into bars, worked out by hand.
 #include "analysis/chartPeriods.h"
 
+#include "support/dataTable.h"
+
 #include <QTest>
 
 using namespace veltrona;
@@ -27,135 +29,97 @@ Q_DECLARE_METATYPE(veltrona::ChartPeriods)
 class ChartPeriodsTest : public QObject {
     Q_OBJECT
 private slots:
-    void choice_data();
-    void choice();
-    void timesOfDay();
-    void bars_data();
-    void bars();
-    void longestRange();
+    void choice_data() {
+        const test::DataTable<int, DateRange, ChartPeriods> row("grouping", "range", "expected");
+        using enum ChartUnit;
+        const auto days = [&](const char *name, int grouping, int count, ChartPeriods expected) {
+            row(name, grouping, {36526.0, 36526.0 + count - 1}, expected);
+        };
+        days("1 day", 0, 1, {Day, 1, 1});
+        days("90 days", 0, 90, {Day, 90, 1});
+        days("91 days: 45.5 is 46", 0, 91, {Day, 46, 2});
+        days("93 days: 46.5 is 46", 0, 93, {Day, 46, 2});
+        days("183 days: 91.5 is 92", 0, 183, {Day, 61, 3});
+        days("724 days", 0, 724, {Day, 90, 8});
+        days("725 days go by weeks", 0, 725, {Week, 52, 2});
+        days("13 days by weeks", 1, 13, {Week, 1, 1});
+        days("14 days by weeks", 1, 14, {Week, 2, 1});
+        days("90 weeks and 6 days", 1, 636, {Week, 90, 1});
+        days("91 weeks", 1, 637, {Week, 46, 2});
+        days("724 weeks", 1, 5068, {Week, 90, 8});
+        days("725 weeks go by months", 1, 5075, {Month, 84, 2});
+
+        const auto range = [](const char *start, const char *end) {
+            return DateRange{date(start), date(end)};
+        };
+        row("within a month", 2, range("2007-01-05", "2007-01-31"), {Month, 1, 1});
+        row("over the year's end", 2, range("2006-12-31", "2007-01-01"), {Month, 2, 1});
+        row("724 months", 2, range("1950-01-01", "2010-04-30"), {Month, 90, 8});
+        row("725 months go by years", 2, range("1950-01-01", "2010-05-01"), {Year, 60, 1});
+        row("years count one on at the year's end alone", 2, range("1950-01-01", "2010-12-31"),
+            {Year, 61, 1});
+        row("a century by days", 0, range("1900-01-01", "1999-12-31"), {Year, 50, 2});
+        row("reversed by days", 0, range("2007-05-14", "2007-05-13"), {Day, 1, 1});
+        row("reversed by months", 2, range("2007-05-14", "1907-05-13"), {Month, 1, 1});
+    }
+    void choice() {
+        QFETCH(const int, grouping);
+        QFETCH(const DateRange, range);
+        QFETCH(const ChartPeriods, expected);
+        const ChartPeriods chosen = choosePeriods(grouping, range);
+        QCOMPARE(chosen.unit, expected.unit);
+        QCOMPARE(chosen.count, expected.count);
+        QCOMPARE(chosen.step, expected.step);
+        const auto bars = emptyBars(chosen, range.start);
+        QCOMPARE(static_cast<int>(bars.size()), expected.count);
+        QCOMPARE(bars.front().fromDay, dayNumber(range.start));
+    }
+
+    void timesOfDay() {
+        const auto count = [](int grouping, double start, double end) {
+            return choosePeriods(grouping, {39083 + start, 39083 + end}).count;
+        };
+        // Boundaries of days and months are crossed whatever the time; seven days have to be whole.
+        QCOMPARE(count(0, 0.9, 6.1), 7);
+        QCOMPARE(count(1, 0.6, 13.6), 2);
+        QCOMPARE(count(1, 0.6, 13.5), 1);
+        QCOMPARE(count(2, 0.9, 31.1), 2);
+        QCOMPARE(choosePeriods(2, {date("1950-01-01") + 0.9, date("2010-12-31") + 0.1}),
+                 (ChartPeriods{ChartUnit::Year, 61, 1}));
+    }
+
+    void bars_data() {
+        const test::DataTable<ChartPeriods, QString, QStringList> row("periods", "start",
+                                                                      "expected");
+        using enum ChartUnit;
+        row("days over the leap day", {Day, 4, 2}, "2008-02-25",
+            {"Feb 25: 2008-02-25..2008-02-25", "Feb 27: 2008-02-26..2008-02-27",
+             "Feb 29: 2008-02-28..2008-02-29", "Mar 02: 2008-03-01..2008-03-02"});
+        row("weeks over the year's end", {Week, 3, 1}, "2006-12-24",
+            {"2006 52: 2006-12-24..2006-12-24", "2006 53: 2006-12-25..2006-12-31",
+             "2007 02: 2007-01-01..2007-01-07"});
+        row("weeks with two digits, seven at a time", {Week, 2, 7}, "2007-01-28",
+            {"2007 05: 2007-01-28..2007-01-28", "2007 12: 2007-01-29..2007-03-18"});
+        row("a month's last day falls back for good", {Month, 4, 1}, "2008-12-31",
+            {"2008 Dec: 2008-12-31..2008-12-31", "2009 Jan: 2009-01-01..2009-01-31",
+             "2009 Feb: 2009-02-01..2009-02-28", "2009 Mar: 2009-03-01..2009-03-28"});
+        row("years from a leap day", {Year, 3, 4}, "2008-02-29",
+            {"2008: 2008-02-29..2008-02-29", "2012: 2008-03-01..2012-02-29",
+             "2016: 2012-03-01..2016-02-29"});
+    }
+    void bars() {
+        QFETCH(const ChartPeriods, periods);
+        QFETCH(const QString, start);
+        QTEST(described(emptyBars(periods, date(qPrintable(start)))), "expected");
+    }
+
+    void longestRange() {
+        const ChartPeriods periods = choosePeriods(0, {date("1752-01-01"), date("9999-12-31")});
+        QCOMPARE(periods, (ChartPeriods{ChartUnit::Year, 1031, 8}));
+        QCOMPARE(described(emptyBars(periods, date("1752-01-01"))).last(),
+                 "9992: 9984-01-02..9992-01-01");
+    }
 };
-
-void ChartPeriodsTest::choice_data() {
-    QTest::addColumn<int>("grouping");
-    QTest::addColumn<DateRange>("range");
-    QTest::addColumn<ChartPeriods>("expected");
-    const auto row = [](const char *name, int grouping, const char *start, const char *end,
-                        ChartPeriods expected) {
-        QTest::newRow(name) << grouping << DateRange{date(start), date(end)} << expected;
-    };
-    using enum ChartUnit;
-    const auto days = [](const char *name, int count, ChartPeriods expected) {
-        QTest::newRow(name) << 0 << DateRange{39083.0, 39083.0 + count - 1} << expected;
-    };
-    days("1 day", 1, {Day, 1, 1});
-    days("90 days", 90, {Day, 90, 1});
-    days("91 days: 45.5 is 46", 91, {Day, 46, 2});
-    days("93 days: 46.5 is 46", 93, {Day, 46, 2});
-    days("100 days", 100, {Day, 50, 2});
-    days("181 days: 90.5 is 90", 181, {Day, 90, 2});
-    days("183 days: 91.5 is 92", 183, {Day, 61, 3});
-    days("365 days", 365, {Day, 73, 5});
-    days("724 days", 724, {Day, 90, 8});
-    days("725 days go by weeks", 725, {Week, 52, 2});
-
-    const auto weeks = [](const char *name, int days, ChartPeriods expected) {
-        QTest::newRow(name) << 1 << DateRange{36526.0, 36526.0 + days - 1} << expected;
-    };
-    weeks("3 days by weeks", 3, {Week, 1, 1});
-    weeks("6 days by weeks", 6, {Week, 1, 1});
-    weeks("13 days by weeks", 13, {Week, 1, 1});
-    weeks("14 days by weeks", 14, {Week, 2, 1});
-    weeks("90 weeks and 6 days", 636, {Week, 90, 1});
-    weeks("91 weeks", 637, {Week, 46, 2});
-    weeks("724 weeks", 5068, {Week, 90, 8});
-    weeks("725 weeks go by months", 5075, {Month, 84, 2});
-
-    row("within a month", 2, "2007-01-05", "2007-01-31", {Month, 1, 1});
-    row("January 5 to February 20", 2, "2007-01-05", "2007-02-20", {Month, 2, 1});
-    row("over the year's end", 2, "2006-12-31", "2007-01-01", {Month, 2, 1});
-    row("a leap day's month", 2, "2008-02-29", "2008-02-29", {Month, 1, 1});
-    row("724 months", 2, "1950-01-01", "2010-04-30", {Month, 90, 8});
-    row("725 months go by years", 2, "1950-01-01", "2010-05-01", {Year, 60, 1});
-    row("years count one on at the year's end alone", 2, "1950-01-01", "2010-12-31", {Year, 61, 1});
-    row("a century by days", 0, "1900-01-01", "1999-12-31", {Year, 50, 2});
-
-    row("reversed by days", 0, "2007-05-14", "2007-05-13", {Day, 1, 1});
-    row("reversed by weeks", 1, "2007-05-14", "2006-05-13", {Week, 1, 1});
-    row("reversed by months", 2, "2007-05-14", "1907-05-13", {Month, 1, 1});
-}
-
-void ChartPeriodsTest::choice() {
-    QFETCH(const int, grouping);
-    QFETCH(const DateRange, range);
-    QFETCH(const ChartPeriods, expected);
-    const ChartPeriods chosen = choosePeriods(grouping, range);
-    QCOMPARE(chosen.unit, expected.unit);
-    QCOMPARE(chosen.count, expected.count);
-    QCOMPARE(chosen.step, expected.step);
-    const auto bars = emptyBars(chosen, range.start);
-    QCOMPARE(static_cast<int>(bars.size()), expected.count);
-    QCOMPARE(bars.front().fromDay, dayNumber(range.start));
-    QCOMPARE(bars.front().toDay, dayNumber(range.start));
-}
-
-void ChartPeriodsTest::timesOfDay() {
-    const auto count = [](int grouping, double start, double end) {
-        return choosePeriods(grouping, {39083 + start, 39083 + end}).count;
-    };
-    // Boundaries of days and months are crossed whatever the time; seven days have to be whole.
-    QCOMPARE(count(0, 0.9, 6.1), 7);
-    QCOMPARE(count(0, 0.1, 6.9), 7);
-    QCOMPARE(count(1, 0.6, 13.6), 2);
-    QCOMPARE(count(1, 0.6, 13.5), 1);
-    QCOMPARE(count(1, 0.5, 13.6), 2);
-    QCOMPARE(count(2, 0.9, 31.1), 2);
-    QCOMPARE(choosePeriods(2, {date("1950-01-01") + 0.9, date("2010-12-31") + 0.1}),
-             (ChartPeriods{ChartUnit::Year, 61, 1}));
-    QCOMPARE(described(emptyBars({ChartUnit::Day, 2, 1}, date("2007-05-14 23:59:59"))),
-             (QStringList{"May 14: 2007-05-14..2007-05-14", "May 15: 2007-05-15..2007-05-15"}));
-}
-
-void ChartPeriodsTest::bars_data() {
-    QTest::addColumn<ChartPeriods>("periods");
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QStringList>("expected");
-    using enum ChartUnit;
-    QTest::newRow("days over the leap day")
-        << ChartPeriods{Day, 4, 2} << "2008-02-25"
-        << QStringList{"Feb 25: 2008-02-25..2008-02-25", "Feb 27: 2008-02-26..2008-02-27",
-                       "Feb 29: 2008-02-28..2008-02-29", "Mar 02: 2008-03-01..2008-03-02"};
-    QTest::newRow("weeks over the year's end")
-        << ChartPeriods{Week, 4, 1} << "2006-12-24"
-        << QStringList{"2006 52: 2006-12-24..2006-12-24", "2006 53: 2006-12-25..2006-12-31",
-                       "2007 02: 2007-01-01..2007-01-07", "2007 03: 2007-01-08..2007-01-14"};
-    QTest::newRow("weeks with two digits, seven at a time")
-        << ChartPeriods{Week, 2, 7} << "2007-01-28"
-        << QStringList{"2007 05: 2007-01-28..2007-01-28", "2007 12: 2007-01-29..2007-03-18"};
-    QTest::newRow("January 5 to February 20")
-        << ChartPeriods{Month, 2, 1} << "2007-01-05"
-        << QStringList{"2007 Jan: 2007-01-05..2007-01-05", "2007 Feb: 2007-01-06..2007-02-05"};
-    QTest::newRow("a month's last day falls back for good")
-        << ChartPeriods{Month, 4, 1} << "2008-12-31"
-        << QStringList{"2008 Dec: 2008-12-31..2008-12-31", "2009 Jan: 2009-01-01..2009-01-31",
-                       "2009 Feb: 2009-02-01..2009-02-28", "2009 Mar: 2009-03-01..2009-03-28"};
-    QTest::newRow("years from a leap day")
-        << ChartPeriods{Year, 3, 4} << "2008-02-29"
-        << QStringList{"2008: 2008-02-29..2008-02-29", "2012: 2008-03-01..2012-02-29",
-                       "2016: 2012-03-01..2016-02-29"};
-}
-
-void ChartPeriodsTest::bars() {
-    QFETCH(const ChartPeriods, periods);
-    QFETCH(const QString, start);
-    QTEST(described(emptyBars(periods, date(qPrintable(start)))), "expected");
-}
-
-void ChartPeriodsTest::longestRange() {
-    const ChartPeriods periods = choosePeriods(0, {date("1752-01-01"), date("9999-12-31")});
-    QCOMPARE(periods, (ChartPeriods{ChartUnit::Year, 1031, 8}));
-    QCOMPARE(described(emptyBars(periods, date("1752-01-01"))).last(),
-             "9992: 9984-01-02..9992-01-01");
-}
 
 QTEST_APPLESS_MAIN(ChartPeriodsTest)
 #include "chartPeriodsTest.moc"

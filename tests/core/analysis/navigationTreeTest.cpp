@@ -44,185 +44,138 @@ TreeNode *find(const Tree &tree, const QStringList &path) {
 class NavigationTreeTest : public QObject {
     Q_OBJECT
 private slots:
-    void emptyTable();
-    void textsToTheLetter();
-    void branchesWhateverTheTableHolds();
-    void namesInReadingOrder();
-    void manyRecordsOfAName();
-    void equalNamesUnderDifferentParents();
-    void onlyBlanksAreTrimmed();
-    void rebuildReplacesAndIsBracketed();
-    void failureLeavesTheTree();
+    void emptyTable() {
+        test::RecordTable table;
+        Tree tree;
+        buildNavigationTree(table.connection(), "My <b>project</b>", tree);
+        QCOMPARE(tree.Nodes().Count(), 1);
+        const TreeNode *root = tree.Nodes().Item(1);
+        QCOMPARE(root->Key, "0-Campaign Summary");
+        QCOMPARE(root->Text, "My <b>project</b>");
+        QCOMPARE(root->Tag, " ORDER BY campaign");
+        QVERIFY(root->Expanded);
+        QVERIFY(!tree.SelectedItem());
+    }
+
+    void textsToTheLetter() {
+        test::RecordTable table;
+        add(table, "O'Neil", "it's", "'70s shoes", "Broad");
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        const auto check = [&](const QStringList &path, const QString &key, const QString &tag) {
+            const TreeNode *node = find(tree, path);
+            QCOMPARE(node->Key, key);
+            QCOMPARE(node->Tag, tag);
+            QCOMPARE(node->Image, 1);
+            QVERIFY(!node->Expanded);
+        };
+        check({"O'Neil"}, "1-Campain: 'O'Neil'", " AND campaign='O''Neil' ORDER BY adGroup");
+        check({"O'Neil", "it's"}, "2-Campain: 'O'Neil' > Adgroup: 'it's'",
+              " AND campaign='O''Neil' AND adGroup='it''s' ORDER BY adWordsTyp");
+        check({"O'Neil", "it's", "Search keywords"},
+              "3-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords",
+              " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Search Only' ORDER BY "
+              "Keyword");
+        check({"O'Neil", "it's", "Content"}, "3-Campain: 'O'Neil' > Adgroup: 'it's' > Content",
+              " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Content Only' ORDER BY "
+              "Keyword");
+        const QString keywordTag =
+            " AND campaign='O''Neil' AND adGroup='it''s' AND "
+            "adWordsTyp='Search Only' AND Keyword='''70s shoes' ORDER BY kwType";
+        check({"O'Neil", "it's", "Search keywords", "'70s shoes"},
+              "4-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords > Keyword: ''70s shoes'",
+              keywordTag);
+        check({"O'Neil", "it's", "Search keywords", "'70s shoes", "Broad"},
+              "5-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords > Keyword: ''70s shoes' > "
+              "KeywordType: 'Broad'",
+              keywordTag);
+        QCOMPARE(tree.Nodes().Count(), 7);
+    }
+
+    void branchesWhateverTheTableHolds() {
+        test::RecordTable table;
+        add(table, "c", "g", "content word", "Broad", "Content Only");
+        add(table, "c", " h  ", "  ", "\tt\u00A0", "something else"); // blanks alone are trimmed
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        for (const TreeNode *adGroup : find(tree, {"c"})->Children) {
+            QCOMPARE(texts(adGroup->Children), (QStringList{"Search keywords", "Content"}));
+            QVERIFY(adGroup->Children[1]->Children.empty());
+        }
+        QCOMPARE(texts(find(tree, {"c", "g", "Search keywords"})->Children),
+                 QStringList{"content word"});
+        QVERIFY(find(tree, {"c", "h", "Search keywords", "", "\tt\u00A0"}));
+    }
+
+    void namesInReadingOrder() {
+        test::RecordTable table;
+        const QStringList expected = {"Apfel", "apfel", "Äpfel", "k", "Zoo"};
+        for (const int i : {4, 2, 3, 0, 1}) {
+            const QString &name = expected[i];
+            add(table, name, "k", "k", "k");
+            add(table, "Apfel", name, "k", "k");
+            add(table, "Apfel", "k", name, "k");
+            add(table, "Apfel", "k", "k", name);
+        }
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        const QStringList path = {"Apfel", "k", "Search keywords", "k"};
+        for (const int level : {0, 1, 3, 4})
+            QCOMPARE(texts(find(tree, path.first(level))->Children), expected);
+    }
+
+    void manyRecordsOfAName() {
+        test::RecordTable table;
+        const QStringList path = {"", "a", "b"};
+        QStringList expected;
+        int records = 0;
+        table.connection().execute("BEGIN");
+        for (const QString &campaign : path)
+            for (const QString &adGroup : path)
+                for (const QString &keyword : path)
+                    for (const QString &type : path) {
+                        // Runs of 1 to 81 records, so that some are stepped through and some
+                        // skipped.
+                        for (int i = records++; i >= 0; --i)
+                            add(table, campaign, adGroup, keyword, type);
+                        expected += (QStringList{campaign, adGroup, keyword, type}).join('/');
+                    }
+        table.connection().execute("COMMIT");
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        QStringList leaves;
+        for (int i = 1; i <= tree.Nodes().Count(); ++i) {
+            const TreeNode *node = tree.Nodes().Item(i);
+            if (!node->Key.startsWith("5-"))
+                continue;
+            const TreeNode *keyword = node->Parent;
+            const TreeNode *adGroup = keyword->Parent->Parent;
+            leaves += (QStringList{adGroup->Parent->Text, adGroup->Text, keyword->Text, node->Text})
+                          .join('/');
+        }
+        QCOMPARE(leaves, expected);
+    }
+
+    void rebuildReplacesAndAFailureLeavesTheTree() {
+        test::RecordTable table;
+        add(table, "c", "g", "k", "t");
+        Tree tree;
+        QStringList steps;
+        tree.onBeginRebuild = [&] { steps += QString("begin %1").arg(tree.Nodes().Count()); };
+        tree.onEndRebuild = [&] { steps += QString("end %1").arg(tree.Nodes().Count()); };
+        buildNavigationTree(table.connection(), "p", tree);
+        tree.setSelectedItem(tree.Nodes().Item(3));
+        table.connection().execute("ALTER TABLE tblGoogleDays RENAME TO other");
+        QVERIFY_EXCEPTION_THROWN(buildNavigationTree(table.connection(), "p", tree), Failure);
+        QCOMPARE(tree.SelectedItem()->Text, "g");
+        QCOMPARE(steps, (QStringList{"begin 0", "end 7"})); // the view wasn't told to let go
+        table.connection().execute("ALTER TABLE other RENAME TO tblGoogleDays");
+        table.connection().execute("DELETE FROM tblGoogleDays");
+        buildNavigationTree(table.connection(), "p", tree);
+        QCOMPARE(steps.mid(2), (QStringList{"begin 7", "end 1"}));
+        QVERIFY(!tree.SelectedItem());
+    }
 };
-
-void NavigationTreeTest::emptyTable() {
-    test::RecordTable table;
-    Tree tree;
-    buildNavigationTree(table.connection(), "My <b>project</b>", tree);
-    QCOMPARE(tree.Nodes().Count(), 1);
-    const TreeNode *root = tree.Nodes().Item(1);
-    QCOMPARE(root->Key, "0-Campaign Summary");
-    QCOMPARE(root->Text, "My <b>project</b>");
-    QCOMPARE(root->Tag, " ORDER BY campaign");
-    QVERIFY(root->Expanded);
-    QVERIFY(!tree.SelectedItem());
-}
-
-void NavigationTreeTest::textsToTheLetter() {
-    test::RecordTable table;
-    add(table, "O'Neil", "it's", "'70s shoes", "Broad");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    const auto check = [&](const QStringList &path, const QString &key, const QString &tag) {
-        const TreeNode *node = find(tree, path);
-        QCOMPARE(node->Key, key);
-        QCOMPARE(node->Tag, tag);
-        QCOMPARE(node->Image, 1);
-        QVERIFY(!node->Expanded);
-    };
-    check({"O'Neil"}, "1-Campain: 'O'Neil'", " AND campaign='O''Neil' ORDER BY adGroup");
-    check({"O'Neil", "it's"}, "2-Campain: 'O'Neil' > Adgroup: 'it's'",
-          " AND campaign='O''Neil' AND adGroup='it''s' ORDER BY adWordsTyp");
-    check({"O'Neil", "it's", "Search keywords"},
-          "3-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords",
-          " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Search Only' ORDER BY "
-          "Keyword");
-    check({"O'Neil", "it's", "Content"}, "3-Campain: 'O'Neil' > Adgroup: 'it's' > Content",
-          " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Content Only' ORDER BY "
-          "Keyword");
-    const QString keywordTag = " AND campaign='O''Neil' AND adGroup='it''s' AND "
-                               "adWordsTyp='Search Only' AND Keyword='''70s shoes' ORDER BY kwType";
-    check({"O'Neil", "it's", "Search keywords", "'70s shoes"},
-          "4-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords > Keyword: ''70s shoes'",
-          keywordTag);
-    check({"O'Neil", "it's", "Search keywords", "'70s shoes", "Broad"},
-          "5-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords > Keyword: ''70s shoes' > "
-          "KeywordType: 'Broad'",
-          keywordTag);
-    QCOMPARE(tree.Nodes().Count(), 7);
-}
-
-void NavigationTreeTest::branchesWhateverTheTableHolds() {
-    test::RecordTable table;
-    add(table, "c", "g", "content word", "Broad", "Content Only");
-    add(table, "c", "h", "", "", "something else");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    for (const TreeNode *adGroup : find(tree, {"c"})->Children) {
-        QCOMPARE(texts(adGroup->Children), (QStringList{"Search keywords", "Content"}));
-        QVERIFY(adGroup->Children[1]->Children.empty());
-    }
-    QCOMPARE(texts(find(tree, {"c", "g", "Search keywords"})->Children),
-             QStringList{"content word"});
-    QCOMPARE(find(tree, {"c", "h", "Search keywords", "", ""})->Key,
-             "5-Campain: 'c' > Adgroup: 'h' > Search keywords > Keyword: '' > KeywordType: ''");
-}
-
-void NavigationTreeTest::namesInReadingOrder() {
-    test::RecordTable table;
-    const QStringList expected = {"Apfel", "apfel", "Äpfel", "Zoo", "zoom"};
-    for (const int i : {3, 2, 4, 0, 1}) {
-        const QString &name = expected[i];
-        add(table, name, "g", "k", "t");
-        add(table, "Apfel", name, "k", "t");
-        add(table, "Apfel", "g", name, "t");
-        add(table, "Apfel", "g", "k", name);
-        add(table, "Apfel", "g", "k", name); // of another ad
-    }
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    QCOMPARE(texts(tree.Nodes().Item(1)->Children), expected);
-    const auto with = [](QStringList names, int at, const QString &name) {
-        names.insert(at, name);
-        return names;
-    };
-    QCOMPARE(texts(find(tree, {"Apfel"})->Children), with(expected, 3, "g"));
-    QCOMPARE(texts(find(tree, {"Apfel", "g", "Search keywords"})->Children),
-             with(expected, 3, "k"));
-    QCOMPARE(texts(find(tree, {"Apfel", "g", "Search keywords", "k"})->Children),
-             with(expected, 3, "t"));
-}
-
-void NavigationTreeTest::manyRecordsOfAName() {
-    test::RecordTable table;
-    const QStringList path = {"", "a", "b"};
-    QStringList expected;
-    int records = 0;
-    table.connection().execute("BEGIN");
-    for (const QString &campaign : path)
-        for (const QString &adGroup : path)
-            for (const QString &keyword : path)
-                for (const QString &type : path) {
-                    // Runs of 1 to 81 records, so that some are stepped through and some skipped.
-                    for (int i = records++; i >= 0; --i)
-                        add(table, campaign, adGroup, keyword, type);
-                    expected += (QStringList{campaign, adGroup, keyword, type}).join('/');
-                }
-    table.connection().execute("COMMIT");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    QStringList leaves;
-    for (int i = 1; i <= tree.Nodes().Count(); ++i) {
-        const TreeNode *node = tree.Nodes().Item(i);
-        if (!node->Key.startsWith("5-"))
-            continue;
-        const TreeNode *keyword = node->Parent;
-        const TreeNode *adGroup = keyword->Parent->Parent;
-        leaves += (QStringList{adGroup->Parent->Text, adGroup->Text, keyword->Text, node->Text})
-                      .join('/');
-    }
-    QCOMPARE(leaves, expected);
-}
-
-void NavigationTreeTest::equalNamesUnderDifferentParents() {
-    test::RecordTable table;
-    for (const QString campaign : {"a", "b"})
-        for (const QString adGroup : {"same", "x ORDER BY y"})
-            add(table, campaign, adGroup, "word", "Exact");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    QSet<QString> keys;
-    for (int i = 1; i <= tree.Nodes().Count(); ++i)
-        keys += tree.Nodes().Item(i)->Key;
-    QCOMPARE(keys.size(), 1 + 2 + 4 * 5);
-    QCOMPARE(tree.Nodes().Count(), 1 + 2 + 4 * 5);
-}
-
-void NavigationTreeTest::onlyBlanksAreTrimmed() {
-    test::RecordTable table;
-    add(table, "  a b  ", "\tg\u00A0", "  ", "t");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    QCOMPARE(find(tree, {"a b", "\tg\u00A0", "Search keywords"})->Children[0]->Text, QString());
-}
-
-void NavigationTreeTest::rebuildReplacesAndIsBracketed() {
-    test::RecordTable table;
-    add(table, "c", "g", "k", "t");
-    Tree tree;
-    QStringList steps;
-    tree.onBeginRebuild = [&] { steps += QStringLiteral("begin %1").arg(tree.Nodes().Count()); };
-    tree.onEndRebuild = [&] { steps += QStringLiteral("end %1").arg(tree.Nodes().Count()); };
-    buildNavigationTree(table.connection(), "p", tree);
-    tree.setSelectedItem(tree.Nodes().Item(2));
-    table.connection().execute("DELETE FROM tblGoogleDays");
-    buildNavigationTree(table.connection(), "p", tree);
-    QCOMPARE(steps, (QStringList{"begin 0", "end 7", "begin 7", "end 1"}));
-    QVERIFY(!tree.SelectedItem());
-}
-
-void NavigationTreeTest::failureLeavesTheTree() {
-    test::RecordTable table;
-    add(table, "c", "g", "k", "t");
-    Tree tree;
-    buildNavigationTree(table.connection(), "p", tree);
-    tree.setSelectedItem(tree.Nodes().Item(3));
-    tree.onBeginRebuild = [] { QFAIL("the view was told to let go"); };
-    table.connection().execute("ALTER TABLE tblGoogleDays RENAME TO other");
-    QVERIFY_EXCEPTION_THROWN(buildNavigationTree(table.connection(), "p", tree), Failure);
-    QCOMPARE(tree.Nodes().Count(), 7);
-    QCOMPARE(tree.SelectedItem()->Text, "g");
-}
 
 QTEST_GUILESS_MAIN(NavigationTreeTest)
 #include "navigationTreeTest.moc"

@@ -16,72 +16,54 @@ QString tagOf(const QString &campaign, const QString &adGroup, const QString &ke
 class NodeTagTest : public QObject {
     Q_OBJECT
 private slots:
-    void valuesSurvive_data();
-    void valuesSurvive();
-    void sqlHoldsNoValue();
-    void rootAsksForNothing();
-    void otherTexts();
-};
-
-void NodeTagTest::valuesSurvive_data() {
-    QTest::addColumn<QString>("name");
-    const QStringList names = {
-        "",
-        "O'Neil",
-        "'",
-        "''",
-        "'quoted'",
-        "ends with '",
-        "shoes ORDER BY campaign",
-        "' ORDER BY kwType",
-        "' AND adGroup='",
-        "campaign='x' AND adGroup='y",
-        "'; DROP TABLE tblGoogleDays; --",
-        "two\nlines\r\n",
-        "<img src=x> & \"sale\"",
-        QString::fromUtf8("Äpfel 靴 \U0001F45F e\u0301"),
-        QString(1, QChar(0xD800)) + "'lone",
-    };
-    for (const QString &name : names)
-        QTest::addRow("%s", qPrintable(name)) << name;
-}
-
-void NodeTagTest::valuesSurvive() {
-    QFETCH(const QString, name);
-    const NodeTag tag = readNodeTag(tagOf(name, name + "g", "k" + name));
-    QCOMPARE(tag.value(u"campaign"), name);
-    QCOMPARE(tag.value(u"adGroup"), name + "g");
-    QCOMPARE(tag.value(u"adWordsTyp"), "Search Only");
-    QCOMPARE(tag.value(u"Keyword"), "k" + name);
-    QCOMPARE(tag.orderBy, "kwType");
-    QCOMPARE(tag.bindings(), (std::vector<QString>{name, name + "g", "Search Only", "k" + name}));
-}
-
-void NodeTagTest::sqlHoldsNoValue() {
-    const QString sql = " AND campaign = ? AND adGroup = ? AND adWordsTyp = ? AND Keyword = ?";
-    QCOMPARE(readNodeTag(tagOf("a", "b", "c")).filterSql(), sql);
-    QCOMPARE(readNodeTag(tagOf("' OR 1=1", "?", "'")).filterSql(), sql);
-}
-
-void NodeTagTest::rootAsksForNothing() {
-    const NodeTag root = readNodeTag(" ORDER BY campaign");
-    QCOMPARE(root.filterSql(), QString());
-    QVERIFY(root.bindings().empty());
-    QCOMPARE(root.orderBy, "campaign");
-    QCOMPARE(root.value(u"campaign"), QString());
-}
-
-void NodeTagTest::otherTexts() {
-    for (const char *text :
-         {"", "anything", "ORDER BY campaign", " ORDER BY campaign; DROP TABLE tblGoogleDays",
-          " ORDER BY clicks", " AND campaign='x'", " AND campaign='x ORDER BY adGroup",
-          " AND campaign='it's' ORDER BY adGroup", " AND Campaign='x' ORDER BY adGroup",
-          " AND campaign=x ORDER BY adGroup", " AND kwType='x' ORDER BY adGroup",
-          " AND campaign='x'  ORDER BY adGroup", " AND campaign='x' OR 1=1 ORDER BY adGroup"}) {
-        const NodeTag tag = readNodeTag(text);
-        QVERIFY2(tag.conditions.empty() && tag.orderBy.isEmpty(), text);
+    void valuesSurvive_data() {
+        QTest::addColumn<QString>("name");
+        const QStringList names = {
+            "",
+            "O'Neil",
+            "''quoted'",
+            "' ORDER BY kwType",
+            "' AND adGroup='",
+            "campaign='x' AND adGroup='y",
+            "'; DROP TABLE tblGoogleDays; --",
+            "two\nlines\r\n",
+            QString::fromUtf8("Äpfel 靴 \U0001F45F e\u0301"),
+            QString(1, QChar(0xD800)) + "'lone",
+        };
+        for (const QString &name : names)
+            QTest::addRow("%s", qPrintable(name)) << name;
     }
-}
+    void valuesSurvive() {
+        QFETCH(const QString, name);
+        const NodeTag tag = readNodeTag(tagOf(name, name + "g", "k" + name));
+        QCOMPARE(tag.value(u"campaign"), name);
+        QCOMPARE(tag.value(u"adGroup"), name + "g");
+        QCOMPARE(tag.value(u"adWordsTyp"), "Search Only");
+        QCOMPARE(tag.value(u"Keyword"), "k" + name);
+        QCOMPARE(tag.orderBy, "kwType");
+        QCOMPARE(tag.bindings(),
+                 (std::vector<QString>{name, name + "g", "Search Only", "k" + name}));
+    }
+
+    void sqlHoldsNoValue() {
+        QCOMPARE(readNodeTag(" ORDER BY campaign").filterSql(), QString());
+        const QString sql = " AND campaign = ? AND adGroup = ? AND adWordsTyp = ? AND Keyword = ?";
+        QCOMPARE(readNodeTag(tagOf("a", "b", "c")).filterSql(), sql);
+        QCOMPARE(readNodeTag(tagOf("' OR 1=1", "?", "'")).filterSql(), sql);
+    }
+
+    void otherTexts() {
+        for (const char *text :
+             {"", "anything", "ORDER BY campaign", " ORDER BY campaign; DROP TABLE tblGoogleDays",
+              " ORDER BY clicks", " AND campaign='x'", " AND campaign='x ORDER BY adGroup",
+              " AND campaign='it's' ORDER BY adGroup", " AND Campaign='x' ORDER BY adGroup",
+              " AND campaign=x ORDER BY adGroup", " AND kwType='x' ORDER BY adGroup",
+              " AND campaign='x'  ORDER BY adGroup", " AND campaign='x' OR 1=1 ORDER BY adGroup"}) {
+            const NodeTag tag = readNodeTag(text);
+            QVERIFY2(tag.conditions.empty() && tag.orderBy.isEmpty(), text);
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(NodeTagTest)
 #include "nodeTagTest.moc"

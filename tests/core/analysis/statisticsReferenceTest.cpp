@@ -3,6 +3,7 @@
 #include "analysis/nodeStatistics.h"
 #include "analysis/nodeTag.h"
 #include "analysis/statisticsGrid.h"
+#include "support/dataTable.h"
 #include "support/recordTable.h"
 
 #include <QJsonArray>
@@ -63,92 +64,76 @@ private:
 class StatisticsReferenceTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void agrees_data();
-    void agrees();
+    void initTestCase() {
+        m_table = std::make_unique<test::RecordTable>();
+        sqlite::Transaction transaction(m_table->connection());
+        RandomRecords random;
+        for (int i = 0; i < records; ++i)
+            m_table->insert(random.record(i));
+        transaction.commit();
+    }
+
+    void agrees_data() {
+        const test::DataTable<QString, QString, QStringList, int, int> row(
+            "level", "grouping", "conditions", "from", "to");
+        const QStringList campaign = {"campaign=O'Neil ORDER BY x"};
+        const QStringList adGroup = campaign + QStringList{"adGroup=group 2"};
+        const QStringList search = adGroup + QStringList{"adWordsTyp=Search Only"};
+        const QStringList keyword = search + QStringList{"Keyword=key 7"};
+        row("root", "0-", "campaign", {}, 0, days);
+        row("root, three days", "0-", "campaign", {}, 20, 22);
+        row("campaign", "1-", "adGroup", campaign, 0, days);
+        row("campaign, one day", "1-", "adGroup", campaign, 9, 9);
+        row("ad group", "2-", "adWordsTyp", adGroup, 10, 50);
+        row("search", "3-", "Keyword", search, 0, days);
+        row("keyword", "4-", "kwType", keyword, 0, days);
+    }
+    void agrees() {
+        QFETCH(QString, level);
+        QFETCH(QString, grouping);
+        QFETCH(QStringList, conditions);
+        QFETCH(int, from);
+        QFETCH(int, to);
+        TreeNode node;
+        node.Key = level + "path";
+        for (const QString &condition : conditions)
+            node.Tag += " AND " + condition.section('=', 0, 0) + "='" +
+                        doubledApostrophes(condition.section('=', 1)) + "'";
+        node.Tag += " ORDER BY " + grouping;
+
+        const double first = firstDay + from;
+        const double last = firstDay + to;
+        Grid grid(gridColumn::Count);
+        showStatistics(queryNodeStatistics(m_table->connection(), node, {first, last}), grid, true);
+
+        const QJsonObject expected = reference(
+            QStringList{m_table->connection().path(), isoText(first), isoText(last), grouping} +
+            conditions);
+        const QJsonArray rows = expected["rows"].toArray();
+        QVERIFY(rows.size() > 1);
+        QCOMPARE(grid.Rows() - 2, rows.size());
+        for (int i = 0; i < rows.size(); ++i) {
+            const int row = i + 1 < rows.size() ? i + 1 : grid.Rows() - 1;
+            for (int col = 0; col < grid.Cols(); ++col)
+                QCOMPARE(grid.TextMatrix(row, col), rows[i].toArray()[col].toString());
+            const bool isRed = grid.cellColor(row, 0) == red;
+            QCOMPARE(isRed, expected["red"].toArray().contains(i));
+        }
+    }
 
 private:
-    QJsonObject reference(const QStringList &arguments) const;
+    QJsonObject reference(const QStringList &arguments) const {
+        QProcess python;
+        python.start(VELTRONA_PYTHON, QStringList{VELTRONA_REFERENCE} + arguments);
+        python.waitForFinished(120'000);
+        const QByteArray errors = python.readAllStandardError();
+        if (!errors.isEmpty())
+            qWarning("%s", errors.constData());
+        return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+    }
+
     std::unique_ptr<test::RecordTable> m_table;
 };
-
-void StatisticsReferenceTest::initTestCase() {
-    m_table = std::make_unique<test::RecordTable>();
-    sqlite::Transaction transaction(m_table->connection());
-    RandomRecords random;
-    for (int i = 0; i < records; ++i)
-        m_table->insert(random.record(i));
-    transaction.commit();
-}
-
-QJsonObject StatisticsReferenceTest::reference(const QStringList &arguments) const {
-    QProcess python;
-    python.start(VELTRONA_PYTHON, QStringList{VELTRONA_REFERENCE} + arguments);
-    python.waitForFinished(120'000);
-    const QByteArray errors = python.readAllStandardError();
-    if (!errors.isEmpty())
-        qWarning("%s", errors.constData());
-    return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
-}
-
-void StatisticsReferenceTest::agrees_data() {
-    QTest::addColumn<QString>("level");
-    QTest::addColumn<QString>("grouping");
-    QTest::addColumn<QStringList>("conditions");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("to");
-    const QStringList campaign = {"campaign=O'Neil ORDER BY x"};
-    const QStringList adGroup = campaign + QStringList{"adGroup=group 2"};
-    const QStringList search = adGroup + QStringList{"adWordsTyp=Search Only"};
-    const QStringList keyword = search + QStringList{"Keyword=key 7"};
-    QTest::newRow("root") << "0-"
-                          << "campaign" << QStringList() << 0 << days;
-    QTest::newRow("root, three days") << "0-"
-                                      << "campaign" << QStringList() << 20 << 22;
-    QTest::newRow("campaign") << "1-"
-                              << "adGroup" << campaign << 0 << days;
-    QTest::newRow("campaign, one day") << "1-"
-                                       << "adGroup" << campaign << 9 << 9;
-    QTest::newRow("ad group") << "2-"
-                              << "adWordsTyp" << adGroup << 10 << 50;
-    QTest::newRow("search") << "3-"
-                            << "Keyword" << search << 0 << days;
-    QTest::newRow("keyword") << "4-"
-                             << "kwType" << keyword << 0 << days;
-}
-
-void StatisticsReferenceTest::agrees() {
-    QFETCH(QString, level);
-    QFETCH(QString, grouping);
-    QFETCH(QStringList, conditions);
-    QFETCH(int, from);
-    QFETCH(int, to);
-    TreeNode node;
-    node.Key = level + "path";
-    for (const QString &condition : conditions)
-        node.Tag += " AND " + condition.section('=', 0, 0) + "='" +
-                    doubledApostrophes(condition.section('=', 1)) + "'";
-    node.Tag += " ORDER BY " + grouping;
-
-    const double first = firstDay + from;
-    const double last = firstDay + to;
-    Grid grid(gridColumn::Count);
-    showStatistics(queryNodeStatistics(m_table->connection(), node, {first, last}), grid, true);
-
-    const QJsonObject expected = reference(
-        QStringList{m_table->connection().path(), isoText(first), isoText(last), grouping} +
-        conditions);
-    const QJsonArray rows = expected["rows"].toArray();
-    QVERIFY(rows.size() > 1);
-    QCOMPARE(grid.Rows() - 2, rows.size());
-    for (int i = 0; i < rows.size(); ++i) {
-        const int row = i + 1 < rows.size() ? i + 1 : grid.Rows() - 1;
-        for (int col = 0; col < grid.Cols(); ++col)
-            QCOMPARE(grid.TextMatrix(row, col), rows[i].toArray()[col].toString());
-        const bool isRed = grid.cellColor(row, 0) == red;
-        QCOMPARE(isRed, expected["red"].toArray().contains(i));
-    }
-}
 
 QTEST_GUILESS_MAIN(StatisticsReferenceTest)
 #include "statisticsReferenceTest.moc"

@@ -18,12 +18,74 @@ const QString withNul = QString("a") + QChar(0) + "b";
 class RecordScanTest : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void values();
-    void bindings();
-    void exceptionEndsTheScan();
-    void scansInsideScansAndStatements();
-    void failures();
+    void init() {
+        m_table = std::make_unique<test::RecordTable>();
+        m_table->insert({{"Campaign", withNul}, {"Clicks", 1}, {"Pos", 1.5}});
+        m_table->insert({{"Campaign", QString(50'000, QChar(0xC4))}, {"Clicks", 2}});
+        m_table->insert({{"Campaign", "it's ?1"}, {"Clicks", 4}, {"Pos", "x"}});
+    }
+
+    void values() {
+        QStringList names;
+        std::vector<ValueType> types;
+        scanRecords(m_table->connection(), "campaign, pos, NULL", "FROM tblGoogleDays", {},
+                    [&](Record record) {
+                        QCOMPARE(record.size(), std::size_t(3));
+                        const std::string_view name = record[0].utf8();
+                        names +=
+                            QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+                        types.push_back(record[1].type());
+                        QCOMPARE(record[2].type(), ValueType::Null);
+                        QVERIFY(record[2].utf8().empty());
+                        if (types.back() == ValueType::Real)
+                            QCOMPARE(record[1].real(), 1.5);
+                    });
+        QCOMPARE(names, QStringList({withNul, QString(50'000, QChar(0xC4)), "it's ?1"}));
+        QVERIFY(types == std::vector({ValueType::Real, ValueType::Integer, ValueType::Text}));
+    }
+
+    void bindings() {
+        QStringList found;
+        scanRecords(m_table->connection(), "Clicks",
+                    "FROM tblGoogleDays WHERE Campaign = ? AND Pos = ?", {"it's ?1", "x"},
+                    [&](Record record) { found += QString::number(record[0].int64()); });
+        QCOMPARE(found, QStringList{"4"});
+        QCOMPARE(sumOfClicks("FROM tblGoogleDays WHERE Clicks > 9"), 0);
+    }
+
+    void exceptionEndsTheScan() {
+        int visits = 0;
+        const auto scan = [&] {
+            scanRecords(m_table->connection(), "Clicks", "FROM tblGoogleDays", {}, [&](Record) {
+                if (++visits == 2)
+                    throw Failure(7, "enough");
+            });
+        };
+        QVERIFY_EXCEPTION_THROWN(scan(), Failure);
+        QCOMPARE(visits, 2);
+        QCOMPARE(sumOfClicks(), 7); // and nothing stays locked or half done
+        m_table->connection().execute("DELETE FROM tblGoogleDays");
+    }
+
+    void scansInsideScansAndStatements() {
+        auto statement = m_table->connection().prepare("SELECT Clicks FROM tblGoogleDays");
+        QVERIFY(statement.step());
+        qint64 sum = 0;
+        scanRecords(m_table->connection(), "Clicks", "FROM tblGoogleDays", {},
+                    [&](Record record) { sum += record[0].int64() * sumOfClicks(); });
+        QCOMPARE(sum, 49);
+        QVERIFY(statement.step());
+        QCOMPARE(statement.int64(0), 2);
+    }
+
+    void failures() {
+        QVERIFY_EXCEPTION_THROWN(sumOfClicks("FROM noSuchTable"), Failure);
+        // Without its visitor the function does nothing.
+        for (const char *visit : {"SELECT veltrona_visit() FROM tblGoogleDays",
+                                  "SELECT veltrona_visit(1) FROM tblGoogleDays"})
+            QVERIFY_EXCEPTION_THROWN(m_table->connection().execute(visit), Failure);
+        QCOMPARE(sumOfClicks(), 7);
+    }
 
 private:
     qint64 sumOfClicks(const std::string &rest = "FROM tblGoogleDays") {
@@ -35,74 +97,6 @@ private:
 
     std::unique_ptr<test::RecordTable> m_table;
 };
-
-void RecordScanTest::init() {
-    m_table = std::make_unique<test::RecordTable>();
-    m_table->insert({{"Campaign", withNul}, {"Clicks", 1}, {"Pos", 1.5}});
-    m_table->insert({{"Campaign", QString(50'000, QChar(0xC4))}, {"Clicks", 2}});
-    m_table->insert({{"Campaign", "it's ?1"}, {"Clicks", 4}, {"Pos", "x"}});
-}
-
-void RecordScanTest::values() {
-    QStringList names;
-    std::vector<ValueType> types;
-    scanRecords(m_table->connection(), "campaign, pos, NULL", "FROM tblGoogleDays", {},
-                [&](Record record) {
-                    QCOMPARE(record.size(), std::size_t(3));
-                    const std::string_view name = record[0].utf8();
-                    names += QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-                    types.push_back(record[1].type());
-                    QCOMPARE(record[2].type(), ValueType::Null);
-                    QVERIFY(record[2].utf8().empty());
-                    if (types.back() == ValueType::Real)
-                        QCOMPARE(record[1].real(), 1.5);
-                });
-    QCOMPARE(names, QStringList({withNul, QString(50'000, QChar(0xC4)), "it's ?1"}));
-    QVERIFY(types == std::vector({ValueType::Real, ValueType::Integer, ValueType::Text}));
-}
-
-void RecordScanTest::bindings() {
-    QStringList found;
-    scanRecords(m_table->connection(), "Clicks",
-                "FROM tblGoogleDays WHERE Campaign = ? AND Pos = ?", {"it's ?1", "x"},
-                [&](Record record) { found += QString::number(record[0].int64()); });
-    QCOMPARE(found, QStringList{"4"});
-    QCOMPARE(sumOfClicks("FROM tblGoogleDays WHERE Clicks > 9"), 0);
-}
-
-void RecordScanTest::exceptionEndsTheScan() {
-    int visits = 0;
-    const auto scan = [&] {
-        scanRecords(m_table->connection(), "Clicks", "FROM tblGoogleDays", {}, [&](Record) {
-            if (++visits == 2)
-                throw Failure(7, "enough");
-        });
-    };
-    QVERIFY_EXCEPTION_THROWN(scan(), Failure);
-    QCOMPARE(visits, 2);
-    QCOMPARE(sumOfClicks(), 7); // and nothing stays locked or half done
-    m_table->connection().execute("DELETE FROM tblGoogleDays");
-}
-
-void RecordScanTest::scansInsideScansAndStatements() {
-    auto statement = m_table->connection().prepare("SELECT Clicks FROM tblGoogleDays");
-    QVERIFY(statement.step());
-    qint64 sum = 0;
-    scanRecords(m_table->connection(), "Clicks", "FROM tblGoogleDays", {},
-                [&](Record record) { sum += record[0].int64() * sumOfClicks(); });
-    QCOMPARE(sum, 49);
-    QVERIFY(statement.step());
-    QCOMPARE(statement.int64(0), 2);
-}
-
-void RecordScanTest::failures() {
-    QVERIFY_EXCEPTION_THROWN(sumOfClicks("FROM noSuchTable"), Failure);
-    // Without its visitor the function does nothing.
-    for (const char *visit : {"SELECT veltrona_visit() FROM tblGoogleDays",
-                              "SELECT veltrona_visit(1) FROM tblGoogleDays"})
-        QVERIFY_EXCEPTION_THROWN(m_table->connection().execute(visit), Failure);
-    QCOMPARE(sumOfClicks(), 7);
-}
 
 QTEST_GUILESS_MAIN(RecordScanTest)
 #include "recordScanTest.moc"
