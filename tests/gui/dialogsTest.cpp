@@ -55,7 +55,7 @@ const FileDialogSetup newProject{"Create a new database", "Veltrona Data files (
                                  "vlt", true};
 } // namespace
 
-class TestDialogs : public QObject {
+class DialogsTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -225,5 +225,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestDialogs)
-#include "testDialogs.moc"
+QTEST_MAIN(DialogsTest)
+#include "dialogsTest.moc"

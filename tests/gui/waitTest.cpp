@@ -34,7 +34,7 @@ QProgressBar &bar() {
 }
 } // namespace
 
-class TestWait : public QObject {
+class WaitTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -196,5 +196,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestWait)
-#include "testWait.moc"
+QTEST_MAIN(WaitTest)
+#include "waitTest.moc"

@@ -80,7 +80,7 @@ void key(QWidget &form, Qt::Key key) {
 }
 } // namespace
 
-class TestForms : public QObject {
+class FormsTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -299,5 +299,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_config;
 };
 
-QTEST_MAIN(TestForms)
-#include "testForms.moc"
+QTEST_MAIN(FormsTest)
+#include "formsTest.moc"

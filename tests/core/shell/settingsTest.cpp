@@ -29,7 +29,7 @@ void save(const QString &name, const QString &text) {
 }
 } // namespace
 
-class TestSettings : public QObject {
+class SettingsTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -160,5 +160,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(TestSettings)
-#include "testSettings.moc"
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "settingsTest.moc"

@@ -5,7 +5,7 @@
 
 using namespace veltrona;
 
-class TestLayout : public QObject {
+class LayoutTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -85,5 +85,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestLayout)
-#include "testLayout.moc"
+QTEST_APPLESS_MAIN(LayoutTest)
+#include "layoutTest.moc"
