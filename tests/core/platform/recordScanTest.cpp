@@ -44,15 +44,6 @@ private slots:
         QVERIFY(types == std::vector({ValueType::Real, ValueType::Integer, ValueType::Text}));
     }
 
-    void bindings() {
-        QStringList found;
-        scanRecords(m_table->connection(), "Clicks",
-                    "FROM tblGoogleDays WHERE Campaign = ? AND Pos = ?", {"it's ?1", "x"},
-                    [&](Record record) { found += QString::number(record[0].int64()); });
-        QCOMPARE(found, QStringList{"4"});
-        QCOMPARE(sumOfClicks("FROM tblGoogleDays WHERE Clicks > 9"), 0);
-    }
-
     void exceptionEndsTheScan() {
         int visits = 0;
         const auto scan = [&] {
