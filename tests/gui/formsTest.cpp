@@ -5,12 +5,13 @@
 #include "shell/modMain.h"
 #include "shell/settings.h"
 #include "shell/version.h"
+#include "support/dataTable.h"
+#include "support/testFolder.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -78,38 +79,38 @@ void key(QWidget &form, Qt::Key key) {
     QWidget *target = form.focusWidget() ? form.focusWidget() : &form;
     QTest::keyClick(target, key);
 }
+
+// The boxes of the options dialog as it opens next; Escape closes it.
+QString boxesOnShow() {
+    QString shown;
+    during(frmOptions::instance(), [&] {
+        shown = boxes();
+        key(frmOptions::instance(), Qt::Key_Escape);
+    });
+    return shown;
+}
 } // namespace
 
-class FormsTest : public QObject {
+class FormsTest : public QObject, test::TestFolder {
     Q_OBJECT
 
 private slots:
     void init() {
-        m_config = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config->path()));
+        renewFolder();
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder()));
         modMain::GridColor = modMain::ExportColor = modMain::PrintColor = true;
         if (frmOptions::instance().isLoaded())
             frmOptions::instance().done(0);
     }
 
     void loading_data() {
-        QTest::addColumn<QStringList>("settings");
-        QTest::addColumn<QString>("boxesThen");
-        QTest::addColumn<QString>("flagsThen");
-        QTest::newRow("nothing stored") << QStringList{} << "0 (0) (0)"
-                                        << "0 0 0";
-        QTest::newRow("all on") << QStringList{"1", "1", "1"} << "1 1 1"
-                                << "1 1 1";
-        QTest::newRow("print alone") << QStringList{"1", "0", "1"} << "1 0 1"
-                                     << "1 0 1";
-        QTest::newRow("grid alone") << QStringList{"1", "0", "0"} << "1 0 0"
-                                    << "1 0 0";
-        QTest::newRow("contradicting") << QStringList{"0", "1", "1"} << "0 (0) (0)"
-                                       << "0 1 1";
-        QTest::newRow("like on") << QStringList{"11", "true", " 1"} << "0 (0) (0)"
-                                 << "0 0 0";
+        const test::DataTable<QStringList, QString, QString> row("settings", "boxesThen",
+                                                                 "flagsThen");
+        row("nothing stored", {}, "0 (0) (0)", "0 0 0");
+        row("print alone", {"1", "0", "1"}, "1 0 1", "1 0 1");
+        row("contradicting", {"0", "1", "1"}, "0 (0) (0)", "0 1 1");
+        row("like on", {"11", "true", " 1"}, "0 (0) (0)", "0 0 0");
     }
-
     void loading() {
         QFETCH(QStringList, settings);
         if (!settings.isEmpty())
@@ -121,24 +122,14 @@ private slots:
     }
 
     void theFirstShowFindsTheFormAsLoadedAtStart() {
-        frmOptions &form = frmOptions::instance();
         store("1", "1", "1");
-        form.load();
+        frmOptions::instance().load();
         store("0", "0", "0");
-        during(form, [&] {
-            QCOMPARE(boxes(), QString("1 1 1"));
-            key(form, Qt::Key_Escape);
-        });
+        QCOMPARE(boxesOnShow(), QString("1 1 1"));
         QCOMPARE(stored(), QString("0 0 0"));
-        during(form, [&] {
-            QCOMPARE(boxes(), QString("0 (0) (0)"));
-            form.close();
-        });
+        QCOMPARE(boxesOnShow(), QString("0 (0) (0)"));
         store("1", "0", "0");
-        during(form, [&] {
-            QCOMPARE(boxes(), QString("1 0 0"));
-            key(form, Qt::Key_Escape);
-        });
+        QCOMPARE(boxesOnShow(), QString("1 0 0"));
     }
 
     void theMasterSwitch() {
@@ -168,10 +159,7 @@ private slots:
         });
         QCOMPARE(stored(), QString("1 0 1"));
         QCOMPARE(flags(), QString("1 0 1"));
-        during(form, [&] {
-            QCOMPARE(boxes(), QString("1 0 1"));
-            key(form, Qt::Key_Escape);
-        });
+        QCOMPARE(boxesOnShow(), QString("1 0 1"));
     }
 
     void okWritesAllThree() {
@@ -188,9 +176,7 @@ private slots:
     }
 
     void aLostWriteStillSetsTheFlagInMemory() {
-        QFile file(m_config->filePath("file"));
-        QVERIFY(file.open(QFile::WriteOnly));
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(file.fileName()));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(test::write(path("file"), {})));
         frmOptions &form = frmOptions::instance();
         during(form, [&] {
             key(form, Qt::Key_Space);
@@ -229,13 +215,11 @@ private slots:
     }
 
     void nothingIsCut_data() {
-        QTest::addColumn<double>("points");
-        QTest::addColumn<QString>("family");
-        for (const double points : {8.0, 9.0, 11.0, 14.0, 20.0})
-            for (const char *family : {"Sans", "Monospace"})
-                QTest::addRow("%g points of %s", points, family) << points << QString(family);
+        const test::DataTable<double, QString> row("points", "family");
+        row("small", 8, "Sans");
+        row("usual", 11, "Monospace");
+        row("large", 20, "Monospace");
     }
-
     void nothingIsCut() {
         QFETCH(double, points);
         QFETCH(QString, family);
@@ -243,32 +227,23 @@ private slots:
         QFont font(family);
         font.setPointSizeF(points);
         QApplication::setFont(font);
-        const auto check = [](QWidget &form) {
-            QList<QRect> taken;
-            QCOMPARE(form.font().pointSizeF(), QApplication::font().pointSizeF());
-            for (QWidget *control :
-                 form.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
-                const QSize wanted = control->sizeHint();
-                QVERIFY2(control->width() >= wanted.width() && control->height() >= wanted.height(),
-                         qPrintable(control->objectName()));
-                QVERIFY2(form.rect().contains(control->geometry()),
-                         qPrintable(control->objectName()));
-                for (const QRect &other : taken)
-                    QVERIFY2(!other.intersects(control->geometry()),
-                             qPrintable(control->objectName()));
-                taken += control->geometry();
-            }
+        const auto check = [](auto &form) {
+            during(form, [&] {
+                QRegion taken;
+                QCOMPARE(form.font().pointSizeF(), QApplication::font().pointSizeF());
+                for (QWidget *control :
+                     form.template findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+                    const QByteArray name = control->objectName().toUtf8();
+                    const QRect at = control->geometry();
+                    QVERIFY2(at.size().expandedTo(control->sizeHint()) == at.size(), name);
+                    QVERIFY2(form.rect().contains(at) && !taken.intersects(at), name);
+                    taken += at;
+                }
+                key(form, Qt::Key_Escape);
+            });
         };
-        frmOptions &options = frmOptions::instance();
-        during(options, [&] {
-            check(options);
-            key(options, Qt::Key_Escape);
-        });
-        frmAbout &about = frmAbout::instance();
-        during(about, [&] {
-            check(about);
-            key(about, Qt::Key_Escape);
-        });
+        check(frmOptions::instance());
+        check(frmAbout::instance());
         QApplication::setFont(before);
         QCoreApplication::processEvents();
     }
@@ -281,8 +256,7 @@ private slots:
         frmAbout &form = frmAbout::instance();
         during(form, [&] {
             const QPoint off = form.frameGeometry().center() - owner.frameGeometry().center();
-            QVERIFY2(off.manhattanLength() <= 40,
-                     qPrintable(QStringLiteral("%1 %2").arg(off.x()).arg(off.y())));
+            QVERIFY(off.manhattanLength() <= 40);
             QCOMPARE(form.windowHandle()->transientParent(), owner.windowHandle());
             QCOMPARE(form.minimumSize(), form.maximumSize());
             key(form, Qt::Key_Escape);
@@ -294,9 +268,6 @@ private slots:
             key(form, Qt::Key_Escape);
         });
     }
-
-private:
-    std::unique_ptr<QTemporaryDir> m_config;
 };
 
 QTEST_MAIN(FormsTest)

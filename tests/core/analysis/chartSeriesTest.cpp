@@ -124,7 +124,6 @@ class ChartSeriesTest : public QObject {
     Q_OBJECT
 private slots:
     void metrics() {
-        // An empty bar, one of all columns, one whose amounts cancel each other out.
         test::RecordTable table;
         for (const int factor : {1, 0, 3}) {
             table.insert({{"GoogleDate", "2007-05-14"},
@@ -141,17 +140,21 @@ private slots:
                           {"Pos", factor * 1.5},
                           {"Transactions", factor * 2}});
         }
-        for (const int value : {-20'000'000, 500'000, -500'000})
+        // A maximum below zero doesn't count; an average counts all that aren't zero.
+        for (const int value : {-20'000'000, 0, 30'000'000})
             table.insert({{"GoogleDate", "2007-05-15"},
-                          {"cpc", value == -20'000'000 ? 0 : value},
+                          {"cpc", value},
                           {"MaxCpc", value},
                           {"MaxContentCpc", value}});
         const double expected[] = {2.5, 240, 10, 28, 12, 19, 38, 3200, 160'000, .2, 3, 8};
         for (int metric = 0; metric < 12; ++metric) {
             const auto series =
                 queryChartSeries(table.connection(), days(metric, "2007-05-13", "2007-05-15"));
-            const double maximum = metric == MaxContentCpc ? 500'000 : metric == MaxCpc ? .05 : 0;
-            QCOMPARE(values(series), (std::vector<double>{0, expected[metric], maximum}));
+            const double second = metric == AverageCpc      ? 5
+                                  : metric == MaxContentCpc ? 30'000'000
+                                  : metric == MaxCpc        ? 3
+                                                            : 0;
+            QCOMPARE(values(series), (std::vector<double>{0, expected[metric], second}));
             QCOMPARE(series.metric, chartMetrics()[metric]);
         }
     }
