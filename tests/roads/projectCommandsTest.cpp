@@ -89,32 +89,23 @@ private slots:
         QCOMPARE(remembered(), QString());
     }
 
-    void failedNew() {
-        const QStringList before = view();
-        const QString path = m_home->file("no folder/x.vlt");
-        m_home->dialogs.expectAnswer(Answer::Ok);
-        runDialog("mnuNew", path);
-        QVERIFY(m_home->dialogs.boxes().last().text.contains(path));
-        QCOMPARE(view(), before);
-        QCOMPARE(remembered(), path); // written first
-        m_home->selectNode({"One", "g"});
-        QVERIFY(m_home->gridDump().value(1).startsWith("Search Only|1|"));
-    }
-
-    void failedOpen() {
+    void failures() {
         const QStringList before = view();
         const sqlite::Connection *connection = modMain::DbConn.get();
-        const QString bad = m_home->writeFile("bad %1.vlt", "junk");
-        for (const QString &path : {bad, m_home->file("gone.vlt")}) {
+        const std::pair<const char *, QString> commands[] = {
+            {"mnuNew", m_home->file("no folder/x.vlt")},
+            {"mnuOpen", m_home->writeFile("bad %1.vlt", "junk")},
+            {"mnuOpen", m_home->file("gone.vlt")}};
+        for (const auto &[command, path] : commands) {
             m_home->dialogs.expectAnswer(Answer::Ok);
-            runDialog("mnuOpen", path);
-            QVERIFY2(m_home->dialogs.boxes().last().text.contains(path),
-                     qPrintable(m_home->dialogs.boxes().last().text));
+            runDialog(command, path);
+            QVERIFY(m_home->dialogs.boxes().last().text.contains(path));
             QCOMPARE(view(), before);
             QCOMPARE(modMain::DbConn.get(), connection);
-            QCOMPARE(remembered(), path);
+            QCOMPARE(remembered(), path); // written first
         }
-        QCOMPARE(recordCount(), 1);
+        m_home->selectNode({"One", "g"});
+        QVERIFY(m_home->gridDump().value(1).startsWith("Search Only|1|"));
         // The next start finds the bad path.
         m_home->dialogs.expectChoice(1);
         QVERIFY(m_home->restart());
@@ -122,24 +113,24 @@ private slots:
         QVERIFY(m_home->node({"One"}));
     }
 
-    void openAndReopen() {
-        m_home->window().cboRange.setListIndex(4);
-        m_home->window().cboGroup.setListIndex(2);
-        runDialog("mnuOpen", modMain::DbFileName);
-        QCOMPARE(m_home->window().cboRange.ListIndex(), 1);
-        QCOMPARE(m_home->window().cboGroup.ListIndex(), 0);
-        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
-        QVERIFY(m_home->gridDump().value(1).startsWith("One|1|"));
-        QCOMPARE(m_home->chartDump().size(), 7);
-        m_home->importRows(otherRows);
-        QCOMPARE(recordCount(), 2);
-    }
-
-    void clean() {
-        m_home->window().cboRange.setListIndex(4);
-        m_home->window().cboLeft.setListIndex(3);
-        m_home->dialogs.expectAnswer(Answer::Yes);
-        m_home->command("mnuClean");
+    void reopenAndClean() {
+        frmMain &window = m_home->window();
+        for (const char *command : {"mnuOpen", "mnuClean"}) {
+            window.cboRange.setListIndex(4);
+            window.cboLeft.setListIndex(3);
+            window.cboGroup.setListIndex(2);
+            if (command == QLatin1String("mnuOpen"))
+                m_home->dialogs.expectFile(modMain::DbFileName);
+            else
+                m_home->dialogs.expectAnswer(Answer::Yes);
+            m_home->command(command);
+            QCOMPARE(window.cboRange.ListIndex(), 1);
+            QCOMPARE(window.cboLeft.ListIndex(), 0);
+            QCOMPARE(window.cboGroup.ListIndex(), 0);
+            QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+            QCOMPARE(m_home->chartDump().size(), 7);
+            QCOMPARE(recordCount(), command == QLatin1String("mnuOpen") ? 1 : 0);
+        }
         const test::ShownBox box = m_home->dialogs.boxes().value(0);
         QCOMPARE(box.style, 275);
         QCOMPARE(box.title, QString("Delete all the data"));
@@ -147,9 +138,6 @@ private slots:
         QCOMPARE(m_home->treeDump(), QStringList{"Veltrona"});
         QCOMPARE(m_home->gridDump().last(),
                  QString("Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0"));
-        QCOMPARE(m_home->window().cboRange.ListIndex(), 1);
-        QCOMPARE(m_home->chartDump().size(), 7);
-        QCOMPARE(recordCount(), 0);
         m_home->importRows(firstRows);
         QVERIFY(m_home->node({"One"}));
     }
