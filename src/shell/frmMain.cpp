@@ -40,6 +40,7 @@ void frmMain::Form_Unload() {
 
 void frmMain::initApp(bool first) {
     Q_ASSERT(first == !modMain::DbConn);
+    m_viewStale = false;
     modMain::ConnectionText = modMain::DbFileName;
     auto connection = openProject(modMain::ConnectionText);
     auto reportDocument = std::make_unique<xml::Document>();
