@@ -212,6 +212,10 @@ private slots:
             QCoreApplication::processEvents();
             QCOMPARE(window.size(), size.expandedTo(minimum));
             QVERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
+            // The place of the frames counts from below the menu bar.
+            const int top = inWindow(*m_home->view("Frame1")).top() - window.menuBar()->height();
+            QCOMPARE(top, qMax(TwipScale(font).toPixels(600.F),
+                               m_home->view("Toolbar1")->height()));
         }
         // A font that changes under the open window.
         font.setPointSize(points == 9 ? 14 : 9);

@@ -113,6 +113,36 @@ private slots:
         QVERIFY(m_home->node({"One"}));
     }
 
+    /// It opens, and fails only when the view reads it.
+    void damagedInside() {
+        const QString first = modMain::DbFileName;
+        const QString bad = m_home->file("b.vlt");
+        runDialog("mnuNew", bad);
+        QStringList rows;
+        for (int i = 0; i < 3000; ++i)
+            rows << QString("B%1|g|k|Exact|Search Only|2007-05-07|1").arg(i % 7 + i);
+        m_home->importRows(rows);
+        runDialog("mnuOpen", first);
+        QFile file(bad);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
+        file.write(QByteArray(static_cast<int>(file.size() / 2), '\xff'));
+        file.close();
+        const QStringList before = view();
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        runDialog("mnuOpen", bad);
+        QVERIFY(m_home->dialogs.boxes().last().text.contains("damaged"));
+        QCOMPARE(view(), before);
+        QCOMPARE(recordCount(), 1);
+        // At the start, too; a later failure leaves the view alone.
+        m_home->dialogs.expectChoice(1);
+        QVERIFY(m_home->restart());
+        m_home->selectNode({"One"});
+        const QStringList selected = view();
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        runDialog("mnuOpen", m_home->file("gone.vlt"));
+        QCOMPARE(view(), selected);
+    }
+
     void reopenAndClean() {
         frmMain &window = m_home->window();
         for (const char *command : {"mnuOpen", "mnuClean"}) {
