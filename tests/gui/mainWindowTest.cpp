@@ -126,6 +126,9 @@ private slots:
 
     void commandsByKeyboard() {
         frmMain &window = m_home->window();
+        m_home->importRows({"One|g|k|Exact|Search Only|2007-05-07|1"});
+        m_home->selectNode({"One"});
+        const QStringList before = m_home->viewDump();
         DialogCloser closer;
         const auto menu = [&](Qt::Key title, Qt::Key entry) {
             // This platform gives the focus back to nobody when a dialog has closed.
@@ -143,7 +146,7 @@ private slots:
         menu(Qt::Key_F, Qt::Key_I);
         m_home->command("Imp");
         QStringList titles;
-        for (const FileDialogSetup &dialog : m_home->dialogs.fileDialogs())
+        for (const FileDialogSetup &dialog : m_home->dialogs.fileDialogs().mid(1))
             titles << dialog.title + ' ' + dialog.filter;
         const QString import = "Import a Google Report XML file XML files (*.xml)|*.xml";
         const QString projects = " Veltrona Data files (*.vlt)|*.vlt";
@@ -162,9 +165,12 @@ private slots:
         QVERIFY(closer.seen[0] != closer.seen[2] && closer.seen[2].startsWith("frmOutput "));
         QCOMPARE(closer.seen.mid(4), QStringList({"frmOptions", "frmAbout"}));
 
-        m_home->dialogs.expectAnswer(Answer::No);
-        menu(Qt::Key_T, Qt::Key_C);
+        for (const Answer answer : {Answer::No, Answer::Cancel}) {
+            m_home->dialogs.expectAnswer(answer);
+            menu(Qt::Key_T, Qt::Key_C);
+        }
         QVERIFY(m_home->dialogs.allUsed());
+        QCOMPARE(m_home->viewDump(), before); // nothing of all that was confirmed
         menu(Qt::Key_F, Qt::Key_X);
         QVERIFY(modMain::ExitFlag);
         QVERIFY(!window.isVisible());
@@ -214,8 +220,8 @@ private slots:
             QVERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
             // The place of the frames counts from below the menu bar.
             const int top = inWindow(*m_home->view("Frame1")).top() - window.menuBar()->height();
-            QCOMPARE(top, qMax(TwipScale(font).toPixels(600.F),
-                               m_home->view("Toolbar1")->height()));
+            QCOMPARE(top,
+                     qMax(TwipScale(font).toPixels(600.F), m_home->view("Toolbar1")->height()));
         }
         // A font that changes under the open window.
         font.setPointSize(points == 9 ? 14 : 9);
@@ -265,8 +271,6 @@ private slots:
         QCOMPARE(names,
                  QStringList({"Account", "Start Date:", "End Date:", "Date Range:", "Statistics",
                               "Clicks", "Shown Values (bar):", "Group by:", "Campaign Summary"}));
-        QCOMPARE(m_home->view<QLabel>("lblSum")->textFormat(), Qt::PlainText);
-
         QAccessibleInterface *tree =
             QAccessible::queryAccessibleInterface(m_home->view("treeList"));
         QStringList nodes;

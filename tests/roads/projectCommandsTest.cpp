@@ -1,8 +1,9 @@
 // New, open and clean through the real window, and projects that other programs work on.
 #include "database/projectFile.h"
 #include "shell/modMain.h"
-#include "shell/settings.h"
+#include "support/dataTable.h"
 #include "support/mainWindow.h"
+#include "support/testFolder.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -14,17 +15,6 @@ namespace {
 
 const QStringList firstRows = {"One|g|k|Exact|Search Only|2007-05-07|1"};
 const QStringList otherRows = {"Two|g|k|Exact|Search Only|2007-05-07|2"};
-
-QString remembered() {
-    QString value;
-    loadSetting(settingsKey, "dbfname", value);
-    return value;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
-}
 
 qint64 recordCount() {
     sqlite::Statement count = modMain::DbConn->prepare("SELECT count(*) FROM tblGoogleDays");
@@ -50,32 +40,25 @@ private slots:
     }
 
     void newProject() {
-        m_home->window().cboRange.setListIndex(4);
-        m_home->window().cboLeft.setListIndex(3);
         runDialog("mnuNew", "  " + m_home->file("Client A.b") + " ");
         QCOMPARE(m_home->dialogs.fileDialogs().last().title, QString("Create a new database"));
         QVERIFY(m_home->dialogs.fileDialogs().last().confirmsOverwrite);
         QCOMPARE(modMain::DbFileName, m_home->file("Client A.b.vlt"));
-        QCOMPARE(remembered(), m_home->file("Client A.b.vlt"));
+        QCOMPARE(m_home->remembered(), m_home->file("Client A.b.vlt"));
         QCOMPARE(m_home->treeDump(), QStringList{"Client A.b"});
-        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
         QCOMPARE(m_home->gridDump().size(), 3);
-        QCOMPARE(m_home->window().cboRange.ListIndex(), 1);
-        QCOMPARE(m_home->window().cboLeft.ListIndex(), 0);
         // Any case of the extension will do; another file of the name gives way.
         const QString other = m_home->writeFile("Other.VLT", "something else");
         runDialog("mnuNew", other);
         QCOMPARE(modMain::DbFileName, other);
         QCOMPARE(m_home->treeDump(), QStringList{"Other"});
-        m_home->importRows(firstRows);
-        QVERIFY(m_home->node({"One", "g"}));
         runDialog("mnuOpen", m_home->file("Client A.b.vlt"));
         QCOMPARE(m_home->treeDump(), QStringList{"Client A.b"});
     }
 
     void newOverTheOpenProject() {
         const QStringList before = view();
-        const QByteArray bytes = contents(modMain::DbFileName);
+        const QByteArray bytes = test::contents(modMain::DbFileName);
         const QString link = m_home->file("link.vlt");
         QVERIFY(QFile::link(modMain::DbFileName, link));
         const QString detour = m_home->file("data/../data/Veltrona/./Veltrona");
@@ -85,8 +68,8 @@ private slots:
             QVERIFY(m_home->dialogs.boxes().last().text.contains("is the project that is open"));
             QCOMPARE(view(), before);
         }
-        QCOMPARE(contents(modMain::DbFileName), bytes);
-        QCOMPARE(remembered(), QString());
+        QCOMPARE(test::contents(modMain::DbFileName), bytes);
+        QCOMPARE(m_home->remembered(), QString("(none)"));
     }
 
     void failures() {
@@ -102,7 +85,7 @@ private slots:
             QVERIFY(m_home->dialogs.boxes().last().text.contains(path));
             QCOMPARE(view(), before);
             QCOMPARE(modMain::DbConn.get(), connection);
-            QCOMPARE(remembered(), path); // written first
+            QCOMPARE(m_home->remembered(), path); // written first
         }
         m_home->selectNode({"One", "g"});
         QVERIFY(m_home->gridDump().value(1).startsWith("Search Only|1|"));
@@ -173,9 +156,9 @@ private slots:
     }
 
     void movedWhileOpen_data() {
-        QTest::addColumn<QString>("how");
+        const test::DataTable<QString> row("how");
         for (const char *how : {"deleted", "renamed", "replaced"})
-            QTest::newRow(how) << how;
+            row(how, how);
     }
 
     void movedWhileOpen() {
@@ -186,7 +169,7 @@ private slots:
         if (how == "replaced")
             makeProject(QApplication::applicationDirPath() + "/data.dat", path);
         const QString left = how == "renamed" ? aside : path;
-        const QByteArray bytes = contents(left);
+        const QByteArray bytes = test::contents(left);
         m_home->dialogs.expectAnswer(Answer::Ok);
         m_home->importRows(otherRows);
         QVERIFY(m_home->dialogs.boxes().last().text.contains("while it was open"));
@@ -194,7 +177,7 @@ private slots:
         m_home->dialogs.expectAnswer(Answer::Ok);
         m_home->command("mnuClean");
         QVERIFY(m_home->dialogs.boxes().last().text.contains("while it was open"));
-        QCOMPARE(contents(left), bytes);
+        QCOMPARE(test::contents(left), bytes);
         // What was stored is still shown, and the way out is another project.
         m_home->selectNode({});
         QVERIFY(m_home->gridDump().value(1).startsWith("One|1|"));

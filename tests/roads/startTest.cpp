@@ -4,9 +4,10 @@
 #include "database/projectFile.h"
 #include "platform/desktop/folders.h"
 #include "shell/modMain.h"
-#include "shell/settings.h"
 #include "support/anotherUser.h"
+#include "support/dataTable.h"
 #include "support/mainWindow.h"
+#include "support/testFolder.h"
 
 #include <QDir>
 #include <QMenu>
@@ -18,16 +19,6 @@ using namespace veltrona;
 namespace {
 
 enum Choice { OpenAnother, SecondWay, Quit };
-
-QString remembered() {
-    QString value = "(none)";
-    loadSetting(settingsKey, "dbfname", value);
-    return value;
-}
-
-void remember(const QString &path) {
-    saveSetting(settingsKey, "dbfname", path, textValue);
-}
 
 QString projectTemplate() {
     return desktop::programFolder() + "/data.dat";
@@ -42,12 +33,14 @@ QString defaultProject(const test::MainWindow &home) {
 class StartTest : public QObject {
     Q_OBJECT
 private slots:
+    void initTestCase() { sqlite::lockWait = 100; }
+
     void firstAndSecond() {
         test::MainWindow home;
         QVERIFY(home.start());
         QCOMPARE(modMain::DbFileName, defaultProject(home));
         QVERIFY(QFile::exists(defaultProject(home)));
-        QCOMPARE(remembered(), QString("(none)"));
+        QCOMPARE(home.remembered(), QString("(none)"));
         QCOMPARE(home.treeDump(), QStringList{"Veltrona"});
         QCOMPARE(home.window().windowTitle(), QString("Veltrona"));
         home.importRows({"C|G|K|T|Search Only|2007-05-08|4"});
@@ -58,12 +51,12 @@ private slots:
         QVERIFY(home.restart());
         QCOMPARE(modMain::DbFileName, home.file("client.2007.vlt"));
         QCOMPARE(home.treeDump(), QStringList{"client.2007"});
-        remember("  ");
+        home.remember("  ");
         QVERIFY(home.restart());
         QCOMPARE(home.treeDump().value(1), QString("  C"));
         QVERIFY(home.gridDump().value(1).startsWith("C|4|"));
         // The folder comes back at any start; it also takes the printed report.
-        remember(home.file("client.2007.vlt"));
+        home.remember(home.file("client.2007.vlt"));
         home.close();
         QVERIFY(QDir(home.file("data/Veltrona")).removeRecursively());
         QVERIFY(home.start());
@@ -71,20 +64,19 @@ private slots:
     }
 
     void badProject_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("reason");
-        QFile file(projectTemplate());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray good = file.readAll();
+        const QByteArray good = test::contents(projectTemplate());
         QByteArray newer = good;
         newer[63] = 9; // the schema version's last byte
         QByteArray foreign = good;
         foreign[70] = 0; // in the application id
-        QTest::newRow("missing") << QByteArray() << "there is no such file";
-        QTest::newRow("junk") << QByteArray(5000, 'x') << "isn't a database";
-        QTest::newRow("foreign") << foreign << "not one of Veltrona";
-        QTest::newRow("newer") << newer << "newer";
-        QTest::newRow("cut off") << good.first(good.size() / 2) << "damaged";
+        const test::DataTable<QByteArray, QString> row("content", "reason");
+        row("missing", "(none)", "there is no such file");
+        row("junk", QByteArray(5000, 'x'), "isn't a database");
+        row("foreign", foreign, "not one of Veltrona");
+        row("newer", newer, "newer");
+        row("cut off", good.first(good.size() / 2), "damaged");
+        row("locked", good, "locked by another program");
+        row("read-only", good, "read-only");
     }
 
     void badProject() {
@@ -93,9 +85,21 @@ private slots:
         test::MainWindow home;
         // A name that no text may take for a place to fill.
         const QString path = home.file("<b>%2 %3's.vlt");
-        if (!content.isEmpty())
+        if (content != "(none)")
             home.writeFile("<b>%2 %3's.vlt", content);
-        remember(path);
+        std::optional<AnotherUser> user;
+        sqlite::Connection other;
+        if (reason == "read-only") {
+            // All but the project belongs to the user without root's rights.
+            test::allow(path, 0444);
+            test::allow(home.home(), 0777);
+            if (!user.emplace().works())
+                QSKIP("root's rights can't be laid down here");
+        } else if (reason.startsWith("locked")) {
+            other.open(path);
+            other.execute("BEGIN EXCLUSIVE");
+        }
+        home.remember(path);
 
         home.dialogs.expectChoice(Quit);
         QVERIFY(!home.start());
@@ -104,62 +108,22 @@ private slots:
         QVERIFY(box.text.startsWith("The project \"" + path + "\" can't be opened.\r\rError "));
         QCOMPARE(box.text.count(path), 2);
         QVERIFY2(box.text.contains(reason), qPrintable(box.text));
-        QCOMPARE(box.buttons,
-                 QStringList({"&Open another...", "&Use the default project", "&Quit"}));
-        QCOMPARE(remembered(), path);
-        QVERIFY(!modMain::DbConn);
+        QCOMPARE(box.buttons.join(u'/'), "&Open another.../&Use the default project/&Quit");
+        QCOMPARE(home.remembered(), path);
 
         home.close();
         home.dialogs.expectChoice(SecondWay);
         QVERIFY(home.start());
-        QCOMPARE(modMain::DbFileName, defaultProject(home));
         QCOMPARE(home.treeDump(), QStringList{"Veltrona"});
-        QCOMPARE(remembered(), QString());
+        QCOMPARE(home.remembered(), QString());
         // The bad file is left as it was, and no file was made by opening.
-        QFile file(path);
-        QCOMPARE(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(), content);
-        QVERIFY(home.dialogs.allUsed());
-    }
-
-    void lockedProject() {
-        test::MainWindow home;
-        makeProject(projectTemplate(), home.file("locked.vlt"));
-        remember(home.file("locked.vlt"));
-        sqlite::Connection other;
-        other.open(home.file("locked.vlt"));
-        other.execute("BEGIN EXCLUSIVE");
-        // Free by the time the user tries the same file again.
-        home.dialogs.whileOpen = [&] { other.execute("COMMIT"); };
-        home.dialogs.expectChoice(OpenAnother);
-        home.dialogs.expectFile(home.file("locked.vlt"));
-        QVERIFY(home.start());
-        QVERIFY(home.dialogs.boxes().value(0).text.contains("locked by another program"));
-        QCOMPARE(home.treeDump(), QStringList{"locked"});
-    }
-
-    void readOnlyProject() {
-        test::MainWindow home;
-        const QString path = home.file("readonly.vlt");
-        makeProject(projectTemplate(), path);
-        // All but the project belongs to the user without root's rights.
-        QVERIFY(QDir().mkpath(home.file("data")) && QDir().mkpath(home.file("config")));
-        for (const QString &folder : {home.home(), home.file("data"), home.file("config")})
-            QFile::setPermissions(folder, QFile::Permissions(0x7777));
-        QFile::setPermissions(path, QFile::Permissions(0x4444));
-        const AnotherUser user;
-        if (!user.works())
-            QSKIP("root's rights can't be laid down here");
-        remember(path);
-        home.dialogs.expectChoice(SecondWay);
-        QVERIFY(home.start());
-        QVERIFY(home.dialogs.boxes().value(0).text.contains("read-only"));
-        QCOMPARE(home.treeDump(), QStringList{"Veltrona"});
+        QCOMPARE(test::contents(path), content);
         home.close();
     }
 
     void openAnother() {
         test::MainWindow home;
-        remember(home.file("gone.vlt"));
+        home.remember(home.file("gone.vlt"));
         makeProject(projectTemplate(), home.file("good.vlt"));
         home.writeFile("bad.vlt", "junk");
         // A cancelled file dialog asks again, and so does another bad file, which is remembered.
@@ -169,13 +133,13 @@ private slots:
         home.dialogs.expectFile(home.file("bad.vlt"));
         home.dialogs.expectFile("  " + home.file("good.vlt") + " ");
         QStringList settings;
-        home.dialogs.whileOpen = [&] { settings << remembered(); };
+        home.dialogs.whileOpen = [&] { settings << home.remembered(); };
         QVERIFY(home.start());
         QCOMPARE(settings,
                  QStringList({home.file("gone.vlt"), home.file("gone.vlt"), home.file("bad.vlt")}));
         QVERIFY(home.dialogs.boxes().value(2).text.contains(home.file("bad.vlt")));
         QCOMPARE(home.dialogs.fileDialogs().value(0).title, QString("Open database"));
-        QCOMPARE(remembered(), home.file("good.vlt"));
+        QCOMPARE(home.remembered(), home.file("good.vlt"));
         QCOMPARE(home.treeDump(), QStringList{"good"});
         QVERIFY(home.dialogs.allUsed());
     }
@@ -187,21 +151,13 @@ private slots:
         QVERIFY(QDir().mkpath(home.file("data/Veltrona/Veltrona.vlt-journal")));
         home.dialogs.expectChoice(SecondWay);
         QVERIFY(home.start());
-        QCOMPARE(home.dialogs.boxes().value(0).buttons,
-                 QStringList({"&Open another...", "&Set it aside and make a new one", "&Quit"}));
+        QCOMPARE(home.dialogs.boxes().value(0).buttons.join(u'/'),
+                 "&Open another.../&Set it aside and make a new one/&Quit");
         QCOMPARE(home.treeDump(), QStringList{"Veltrona"});
-        QCOMPARE(remembered(), QString("(none)"));
-        const QString aside = home.file("data/Veltrona/Veltrona set aside 2007-05-16 120000");
-        QFile file(aside + ".vlt");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("damaged"));
-        QVERIFY(QFile::exists(aside + ".vlt-journal"));
-        home.close();
-        // Within the same second a name of its own.
-        home.writeFile("data/Veltrona/Veltrona.vlt", "damaged again");
-        home.dialogs.expectChoice(SecondWay);
-        QVERIFY(home.start());
-        QVERIFY(QFile::exists(aside + " 2.vlt"));
+        QCOMPARE(home.remembered(), QString("(none)"));
+        const QString aside = home.file("data/Veltrona/Veltrona set aside 2007-05-16 120000.vlt");
+        QCOMPARE(test::contents(aside), QByteArray("damaged"));
+        QVERIFY(QFile::exists(aside + "-journal"));
     }
 
     void endOfTheRun() {
@@ -217,7 +173,7 @@ private slots:
         duringTheRun([](frmMain &form) { form.findChild<QAction *>("mnuExit")->trigger(); });
         QCOMPARE(modMain::Main(), 0);
         QVERIFY(modMain::ExitFlag && !modMain::DbConn && !modMain::ReportDoc);
-        QCOMPARE(remembered(), QString("(none)"));
+        QCOMPARE(home.remembered(), QString("(none)"));
 
         // What is no failure of engine, parser or files ends the run.
         duringTheRun([](frmMain &form) {
@@ -229,7 +185,7 @@ private slots:
         QVERIFY(home.dialogs.boxes().value(0).text.contains("out of paper"));
         QVERIFY(modMain::ExitFlag && !modMain::DbConn && !QApplication::overrideCursor());
 
-        remember(home.file("gone.vlt"));
+        home.remember(home.file("gone.vlt"));
         home.dialogs.expectChoice(Quit);
         QCOMPARE(modMain::Main(), 0);
     }

@@ -3,9 +3,10 @@
 #include "platform/desktop/clock.h"
 #include "shell/elidedLabel.h"
 #include "shell/frmOptions.h"
+#include "shell/settings.h"
+#include "support/testFolder.h"
 
 #include <QAction>
-#include <QFile>
 #include <QTest>
 #include <QTreeView>
 
@@ -45,11 +46,18 @@ bool MainWindow::restart() {
     return start();
 }
 
+QString MainWindow::remembered() {
+    QString value = QStringLiteral("(none)");
+    loadSetting(settingsKey, QStringLiteral("dbfname"), value);
+    return value;
+}
+
+void MainWindow::remember(const QString &path) {
+    saveSetting(settingsKey, QStringLiteral("dbfname"), path, textValue);
+}
+
 QString MainWindow::writeFile(const QString &name, const QByteArray &content) const {
-    QFile out(file(name));
-    if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
-        qFatal("can't write %s", qPrintable(out.fileName()));
-    return out.fileName();
+    return write(file(name), content);
 }
 
 void MainWindow::command(const QString &action) {

@@ -28,6 +28,9 @@ public:
     frmMain &window() { return *m_window; }
     QString home() const { return m_home.path(); }
     QString file(const QString &name) const { return m_home.filePath(name); }
+    /// The setting that names the project; "(none)" if there is none.
+    static QString remembered();
+    static void remember(const QString &path);
     /// Writes a file into the home folder and gives its path.
     QString writeFile(const QString &name, const QByteArray &content) const;
 
