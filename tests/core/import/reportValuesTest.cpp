@@ -1,5 +1,6 @@
 #include "import/reportValues.h"
 #include "platform/blanks.h"
+#include "support/dataTable.h"
 
 #include <QtTest>
 
@@ -12,11 +13,8 @@ class ReportValuesTest : public QObject {
 
 private slots:
     void readsDates_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("date");
-        const auto row = [](const char *text, const char *date) {
-            QTest::newRow(text) << QString::fromLatin1(text) << QString::fromLatin1(date);
-        };
+        const test::DataTable<QString, QString> table("text", "date");
+        const auto row = [&](const QByteArray &text, const char *date) { table(text, text, date); };
         for (const char *text : {"2007-05-14", "2007/05/14", "5/14/2007", "05/14/2007",
                                  "14.05.2007", "May 14, 2007", "14 May 2007", "14 MAY 2007"})
             row(text, "2007-05-14");
@@ -31,40 +29,17 @@ private slots:
         row("1752-09-14", "1752-09-14");
         row("2008-02-29", "2008-02-29");
         row("9999-12-31", "9999-12-31");
-        for (const char *text : {"",
-                                 "x",
-                                 "2007-02-29",
-                                 "1900-02-29",
-                                 "1752-09-13",
-                                 "0000-01-01",
-                                 "2007-13-01",
-                                 "14/5/2007",
-                                 "2007-05",
-                                 "07-05-14",
-                                 "5/14/07",
-                                 "14-05-2007",
-                                 "2007.05.14",
-                                 "2007-05/14",
-                                 "20070514",
-                                 "12007-05-14",
-                                 "May 2007",
-                                 "Mai 14, 2007",
-                                 "May 14 2007",
-                                 "14 M 2007",
-                                 "2007-05-14 24:00",
-                                 "2007-05-14 12:60",
-                                 "2007-05-14 12:00:60",
-                                 "2007-05-14 13:00 PM",
-                                 "2007-05-14 0:30 AM",
-                                 "2007-05-14 12:00:00.5",
-                                 "2007-05-14T12:00Z",
-                                 "2007-05-14 12:00+01",
-                                 "2007-05-14 12",
-                                 "2007-05-14 12:00 x",
-                                 "2007-05-14x",
-                                 "2007-05-14 ",
-                                 "99999999999999999999-01-01",
-                                 "2007-05-14'; DROP TABLE tblGoogleDays;--"})
+        const QByteArrayList refused =
+            QByteArray("|x|2007-02-29|1900-02-29|1752-09-13|0000-01-01|2007-13-01|14/5/2007|"
+                       "2007-05|07-05-14|5/14/07|14-05-2007|2007.05.14|2007-05/14|20070514|"
+                       "12007-05-14|May 2007|Mai 14, 2007|May 14 2007|14 M 2007|"
+                       "2007-05-14 24:00|2007-05-14 12:60|2007-05-14 12:00:60|"
+                       "2007-05-14 13:00 PM|2007-05-14 0:30 AM|2007-05-14 12:00:00.5|"
+                       "2007-05-14T12:00Z|2007-05-14 12:00+01|2007-05-14 12|2007-05-14 12:00 x|"
+                       "2007-05-14x|2007-05-14 |99999999999999999999-01-01|"
+                       "2007-05-14'; DROP TABLE tblGoogleDays;--")
+                .split('|');
+        for (const QByteArray &text : refused)
             row(text, "");
     }
     void readsDates() {
@@ -74,11 +49,7 @@ private slots:
     }
 
     void worksOutMonthAndWeek_data() {
-        QTest::addColumn<QString>("month");
-        QTest::addColumn<QString>("week");
-        const auto row = [](const char *date, const char *month, const char *week) {
-            QTest::newRow(date) << QString::fromLatin1(month) << QString::fromLatin1(week);
-        };
+        const test::DataTable<QString, QString> row("month", "week");
         row("2007-05-02", "2007 05", "2007 18");
         row("2006-01-01", "2006 01", "2006 01"); // a Sunday
         row("2005-01-01", "2005 01", "2005 01"); // a Saturday
@@ -134,20 +105,13 @@ private slots:
     }
 
     void refusesOtherTexts() {
-        for (const char *text : {"",         "+",
-                                 "-",        ".",
-                                 "e5",       "1e",
-                                 "1e+",      "--1",
-                                 "+-1",      "1 000",
-                                 "1,5",      "1.2.3",
-                                 "5%",       "0x10",
-                                 "inf",      "nan",
-                                 "-inf",     "1e309",
-                                 "-1e309",   "1e99999999999999999999",
-                                 "10.e308",  "9223372036854775808",
-                                 "1f",       "5\n",
-                                 "\xD9\xA3", "0); DELETE FROM tblGoogleDays;--"})
-            QVERIFY2(!readNumber(text), text);
+        const QByteArrayList refused =
+            QByteArray("|+|-|.|e5|1e|1e+|--1|+-1|1 000|1,5|1.2.3|5%|0x10|inf|nan|-inf|1e309|"
+                       "-1e309|1e99999999999999999999|10.e308|9223372036854775808|1f|5\n|"
+                       "\xD9\xA3|0); DELETE FROM tblGoogleDays;--")
+                .split('|');
+        for (const QByteArray &text : refused)
+            QVERIFY2(!readNumber(text.toStdString()), text);
     }
 
     void cutsBlanksOnly() {

@@ -65,7 +65,9 @@ private slots:
         QVERIFY(!drawing::describeBitmap(dib));
         QCOMPARE(picture.BytesPerScanLine(), 16); // padded to four bytes
         dib = picture.hDib();
+        const drawing::Handle dc = picture.hDC();
         picture.ClearUp();
+        QVERIFY(!drawing::deleteDC(dc)); // gone already
         QVERIFY(!picture.PictureLoaded());
         QVERIFY(!drawing::describeBitmap(dib));
         QCOMPARE(picture.DIBSectionBitsPtr(), nullptr);
