@@ -192,12 +192,6 @@ private slots:
         whenUp({pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.openFile(setup), QString());
     }
-
-    void filters() {
-        QCOMPARE(toolkitFilter("Pages (*.htm;*.html)|*.htm;*.html|All|*"),
-                 QString("Pages (*.htm *.html);;All (*)"));
-        QCOMPARE(toolkitFilter(""), QString());
-    }
 };
 
 QTEST_MAIN(DialogsTest)

@@ -89,24 +89,6 @@ private slots:
         QTEST(percentNumberOfText(view), "percent");
     }
 
-    void texts_data() {
-        const test::DataTable<double, QString> table("number", "text");
-        const auto row = [&](double number, const char *text) { table(text, number, text); };
-        row(.25, ".25");
-        row(0, "0");
-        row(-0.0, "0");
-        row(.1 + .2, ".3");
-        row(.00001, "1E-05");
-        row(-1.5E-7, "-1.5E-07");
-        row(999999999999999, "999999999999999");
-        row(999999999999999.5, "1E+15");
-        row(123456789012345678, "1.23456789012346E+17");
-    }
-    void texts() {
-        QFETCH(double, number);
-        QTEST(numberText(number), "text");
-    }
-
     void rounding_data() {
         const test::DataTable<double, int, QString> table("number", "decimals", "text");
         const auto row = [&](double number, int decimals, const char *text) {
@@ -128,11 +110,6 @@ private slots:
         QFETCH(double, number);
         QFETCH(int, decimals);
         QTEST(numberText(roundHalfToEven(number, decimals)), "text");
-    }
-
-    void leadingZero() {
-        QCOMPARE(withLeadingZero(".5%"), QString("0.5%"));
-        QCOMPARE(withLeadingZero("-.5%"), QString("-.5%"));
     }
 
     void fifteenDigits_data() {

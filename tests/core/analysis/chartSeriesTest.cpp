@@ -196,22 +196,6 @@ private slots:
             (std::vector<double>{1.25, largest, -largest, std::ldexp(1.0, 64)}));
     }
 
-    void timesOfDayBelongToTheNextBar() {
-        test::RecordTable table;
-        int clicks = 1;
-        for (const char *text :
-             {"2007-05-13 23:59:59", "2007-05-14", "2007-05-14 00:00:01", "2007-05-15",
-              "2007-05-15 10:00:00", "2007-05-16", "2007-05-16 08:00:00"}) {
-            table.insert({{"GoogleDate", text}, {"Clicks", clicks}});
-            clicks *= 10;
-        }
-        ChartRequest request = days(Clicks, "2007-05-14", "2007-05-16");
-        request.range.start += 0.9; // the boundaries have no time of day
-        request.range.end += 0.1;
-        QCOMPARE(values(queryChartSeries(table.connection(), request)),
-                 (std::vector<double>{10, 1100, 110'000}));
-    }
-
     void allDates() {
         test::RecordTable table;
         ChartRequest request = days(Clicks, "1989-01-01", "2032-01-01");

@@ -46,19 +46,6 @@ const QString lost = "b|1|1|0%|0|2|0|0%||0|1|-50%|0||";
 class StatisticsGridTest : public QObject {
     Q_OBJECT
 private slots:
-    void initLeavesNothingButTheSummaryColor() {
-        Grid grid(gridColumn::Count);
-        initGrid(grid, true);
-        pour(grid, {lost, lost, earned, earned, earned, earned});
-        sumUp(grid, true);
-        QCOMPARE(grid.cellColor(2, 0), red);
-        initGrid(grid, false);
-        QCOMPARE(texts(grid), QStringList({spacer, spacer}));
-        QCOMPARE(grid.ForeColor(), black);
-        QCOMPARE(grid.cellColor(1, 0), black);
-        QCOMPARE(grid.cellColor(2, 0), green);
-    }
-
     void columnWidths_data() {
         const test::DataTable<float, int> row("widest", "width");
         row("just narrow", 779.75f, 890);

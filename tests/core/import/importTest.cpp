@@ -8,9 +8,6 @@
 
 #include <QtTest>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 using namespace veltrona;
 
 namespace {
@@ -240,40 +237,6 @@ private slots:
         m_table->connection().execute("PRAGMA max_page_count = 100000");
         import(report(keyColumns, rows));
         QCOMPARE(records().size(), 1000);
-    }
-
-    void noticesThatTheProjectHasGone() {
-        QVERIFY(QFile::remove(m_table->connection().path()));
-        const QString text = importFailure(report(keyColumns, row("a")));
-        QVERIFY2(text.contains(m_table->connection().path()), qPrintable(text));
-        QVERIFY(text.contains(QStringLiteral("stored: 0.")));
-    }
-
-    void sharesTheProjectWithAnotherProgram() {
-        const QString path = m_table->connection().path();
-        const auto rows = [](int from, int to) {
-            QByteArray text;
-            for (int i = from; i <= to; ++i)
-                text += row("k" + QByteArray::number(i), QByteArray::number(i));
-            return report(keyColumns, text);
-        };
-        const ColumnCheck check = checkColumns(load(rows(1, 3000)));
-        const pid_t child = fork();
-        if (child == 0) {
-            _exit(failureOf([&] {
-                sqlite::Connection connection;
-                connection.open(path);
-                sqlite::Statement duplicateTest;
-                importRows(connection, duplicateTest, m_document, check, [] {});
-            })
-                      ? 1
-                      : 0);
-        }
-        import(rows(1001, 4000));
-        int status = -1;
-        QCOMPARE(waitpid(child, &status, 0), child);
-        QCOMPARE(status, 0);
-        QCOMPARE(records().size(), 4000);
     }
 
     void showsTheParsersReport() {

@@ -110,24 +110,6 @@ private slots:
         QCOMPARE(source.DIBSectionBitsPtr()[3 * 3 + 1], 2); // green: came from row 2
     }
 
-    void rasterOperations_data() {
-        const test::DataTable<quint32, int> row("operation", "result");
-        row("or", drawing::SRCPAINT, 0b1110);
-        row("and", drawing::SRCAND, 0b1000);
-        row("xor", drawing::SRCINVERT, 0b0110);
-        row("not", drawing::DSTINVERT, 0b11110101);
-        row("black", drawing::BLACKNESS, 0);
-        row("white pattern", 0x00F00021, 0xFF);
-        row("source and not target", 0x00440328, 0b0100);
-    }
-    void rasterOperations() {
-        QFETCH(quint32, operation);
-        const auto source = grayPicture(1, {0b1100});
-        const auto target = grayPicture(1, {0b1010});
-        target->LoadPictureBlt(source->hDC(), 0, 0, -1, -1, operation);
-        QTEST(blue(*target, 0, 0), "result");
-    }
-
     void clipboardOwnsWhatItTakes() {
         cJPEG picture;
         picture.CreateFromPicture(markedBitmap(3, 2));

@@ -151,31 +151,6 @@ private slots:
         QCOMPARE(m_text, "ijlWrite Error - Invalid JPEG properties specified");
         QVERIFY(files().isEmpty());
     }
-
-    void codecReadsTopDownRowsToo() {
-        const QImage image = colouredBlocks(64, 48);
-        const QByteArray name = QFile::encodeName(path("g.jpg"));
-        ijl::JPEG_CORE_PROPERTIES record;
-        QCOMPARE(ijl::ijlInit(&record), 0);
-        record.DIBBytes = image.constBits();
-        record.DIBWidth = record.JPGWidth = 64;
-        record.DIBHeight = record.JPGHeight = 48;
-        record.JPGFile = name.constData();
-        QCOMPARE(ijl::ijlWrite(&record, 7), -8);
-        QCOMPARE(ijl::ijlWrite(&record, ijl::IJL_JFILE_WRITEWHOLEIMAGE), 0);
-        QVERIFY(nearly(QImage(path("g.jpg")).pixelColor(0, 0), Qt::red));
-        record.JPGHeight = 47; // nothing is scaled here
-        QCOMPARE(ijl::ijlWrite(&record, ijl::IJL_JFILE_WRITEWHOLEIMAGE), -8);
-        QCOMPARE(ijl::ijlFree(&record), 0);
-    }
-
-    void errorTexts() {
-        QCOMPARE(modJPEG::ijlErrorText(2), QString());
-        QCOMPARE(modJPEG::ijlErrorText(-27), "Thumbnail - DIB Wrong Color");
-        QCOMPARE(modJPEG::ijlErrorText(-99), "Reserved");
-        for (int code : {3, -28, -98, -100})
-            QCOMPARE(modJPEG::ijlErrorText(code), "Unknown Error");
-    }
 };
 
 QTEST_GUILESS_MAIN(SaveJpegTest)

@@ -18,7 +18,6 @@ namespace {
 // SQLite's result codes, as a user would report them.
 constexpr int busy = 5;
 constexpr int readOnly = 8;
-constexpr int diskFull = 13;
 constexpr int cantOpen = 14;
 constexpr int misuse = 21;
 constexpr int movedFile = 1032;
@@ -202,30 +201,6 @@ private slots:
         QCOMPARE(failure->number(), movedFile);
         QVERIFY(failure->text().contains("renamed, deleted or replaced"));
         QCOMPARE(count(connection), 1);
-    }
-
-    void fullDiskEndsTheTransactionAlone() {
-        Connection connection;
-        connection.open(makeDatabase());
-        connection.execute("INSERT INTO t (n) VALUES (0); PRAGMA max_page_count = 10");
-        const auto failure = failureOf([&] {
-            Transaction transaction(connection);
-            Statement insert = connection.prepare("INSERT INTO t VALUES (?, hex(zeroblob(999)))");
-            for (qint64 i = 1; i < 1000; ++i) {
-                insert.bind(1, i);
-                insert.step();
-                insert.reset();
-            }
-            transaction.commit();
-        });
-        QVERIFY(failure);
-        QCOMPARE(failure->number(), diskFull);
-        QVERIFY(failure->text().contains("disk is full"));
-        QCOMPARE(count(connection), 1);
-        Transaction next(connection);
-        connection.execute("INSERT INTO t (n) VALUES (1)");
-        next.commit();
-        QCOMPARE(count(connection), 2);
     }
 
     /// Text cut at a NUL, or a second statement, would run less than was written.

@@ -69,15 +69,6 @@ private slots:
         QCOMPARE(statement.int64(0), 2);
     }
 
-    void failures() {
-        QVERIFY_EXCEPTION_THROWN(sumOfClicks("FROM noSuchTable"), Failure);
-        // Without its visitor the function does nothing.
-        for (const char *visit : {"SELECT veltrona_visit() FROM tblGoogleDays",
-                                  "SELECT veltrona_visit(1) FROM tblGoogleDays"})
-            QVERIFY_EXCEPTION_THROWN(m_table->connection().execute(visit), Failure);
-        QCOMPARE(sumOfClicks(), 7);
-    }
-
 private:
     qint64 sumOfClicks(const std::string &rest = "FROM tblGoogleDays") {
         qint64 sum = 0;

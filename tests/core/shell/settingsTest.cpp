@@ -66,19 +66,6 @@ private slots:
         QCOMPARE(loaded("expcolor"), QString("before"));
     }
 
-    void typesOfValues() {
-        saveSetting(key, "number", 4000000, numberValue);
-        QCOMPARE(loaded("number"), QString("4000000"));
-        saveSetting(key, "number", "lost", 3);
-        QCOMPARE(loaded("number"), QString("4000000"));
-        QSettings store(settingsFile(), QSettings::IniFormat);
-        store.setValue("list", QStringList{"a", "b"});
-        QString value = "before";
-        QCOMPARE(readValue(store, "list", value), -1);
-        QVERIFY(readValue(store, "missing", value) > 0);
-        QCOMPARE(value, QString("before"));
-    }
-
     void aStoreThatCannotBeMadeStopsNothing() {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(test::write(path("file"), {})));
         save("grdcolor", "1");
@@ -115,16 +102,6 @@ private slots:
         qputenv("XDG_DATA_HOME", "relative/folder");
         modMain::initDataFolder();
         QVERIFY(QDir(modMain::DataFolder).isAbsolute());
-    }
-
-    void onlyTheDocumentsFolderIsKnown() {
-        const QByteArray home = qgetenv("HOME");
-        qputenv("HOME", QFile::encodeName(folder()));
-        QCOMPARE(modMain::getSpecialFolder(5), QString());
-        QVERIFY(QDir(folder()).mkdir("Documents"));
-        QCOMPARE(modMain::getSpecialFolder(5), QDir::toNativeSeparators(path("Documents")));
-        QCOMPARE(modMain::getSpecialFolder(7), QString());
-        qputenv("HOME", home);
     }
 };
 
