@@ -303,6 +303,12 @@ void frmMain::resizeEvent(QResizeEvent *event) {
     Form_Resize();
 }
 
+/// The first sign that the window manager has put its frame around the window, whose size counts.
+void frmMain::moveEvent(QMoveEvent *event) {
+    QMainWindow::moveEvent(event);
+    Form_Resize();
+}
+
 void frmMain::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
     Form_Resize();
