@@ -9,7 +9,6 @@
 #include "platform/sqlite/recordScan.h"
 
 #include <algorithm>
-#include <numeric>
 #include <string>
 #include <unordered_map>
 

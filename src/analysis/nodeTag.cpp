@@ -54,21 +54,6 @@ QString NodeTag::value(QStringView column) const {
     return found == conditions.end() ? QString() : found->value;
 }
 
-QString NodeTag::filterSql() const {
-    QString sql;
-    for (const NodeCondition &condition : conditions)
-        sql += QStringLiteral(" AND ") + condition.column + QStringLiteral(" = ?");
-    return sql;
-}
-
-std::vector<QString> NodeTag::bindings() const {
-    std::vector<QString> values;
-    values.reserve(conditions.size());
-    for (const NodeCondition &condition : conditions)
-        values.push_back(condition.value);
-    return values;
-}
-
 NodeTag readNodeTag(const QString &tag) {
     NodeTag read;
     QStringView rest = tag;

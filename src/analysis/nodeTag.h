@@ -20,9 +20,6 @@ struct NodeTag {
 
     /// The value of a condition by the column's exact spelling, or the empty text.
     QString value(QStringView column) const;
-    /// " AND campaign = ? AND adGroup = ?", for values bound in the order of `conditions`.
-    QString filterSql() const;
-    std::vector<QString> bindings() const;
 };
 
 /// The column names come from a fixed list of the tree's own; another text gives an empty NodeTag.

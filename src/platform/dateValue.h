@@ -45,7 +45,7 @@ DateValue dateValue(const CalendarDay &day, int secondOfDay = 0);
 /// The form of dates in the table: "2007-05-14", or "2007-05-14 13:05:09" where the time isn't
 /// midnight. Such texts compare like the dates they stand for.
 QString isoText(DateValue value);
-/// Reads exactly the two forms of isoText; anything else gives none.
+/// Reads the two forms of isoText, a midnight written out too; anything else gives none.
 std::optional<DateValue> dateOfIsoText(std::string_view text);
 
 /// Sunday is 1, Saturday is 7.
