@@ -79,6 +79,12 @@ void distrustSchema(sqlite3 *handle) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
 }
 
+/// A full disk and the like may have ended the transaction already.
+void rollBack(sqlite3 *handle) {
+    if (!sqlite3_get_autocommit(handle))
+        sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 bool isBlank(std::string_view sql) {
     return sql.find_first_not_of(" \t\r\n;") == std::string_view::npos;
 }
@@ -184,14 +190,24 @@ Transaction::Transaction(Connection &connection) : m_connection(connection) {
 }
 
 Transaction::~Transaction() {
-    // A full disk and the like have ended it already.
-    if (m_open && !sqlite3_get_autocommit(m_connection.handle()))
-        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    if (m_open)
+        rollBack(m_connection.handle());
 }
 
 void Transaction::commit() {
     m_connection.execute("COMMIT");
     m_open = false;
+}
+
+ReadTransaction::ReadTransaction(Connection &connection)
+    : m_connection(connection), m_begun(sqlite3_get_autocommit(connection.handle()) != 0) {
+    if (m_begun)
+        m_connection.execute("BEGIN");
+}
+
+ReadTransaction::~ReadTransaction() {
+    if (m_begun)
+        rollBack(m_connection.handle());
 }
 
 } // namespace veltrona::sqlite

@@ -116,4 +116,19 @@ private:
     bool m_open = true;
 };
 
+/// While one lives, all statements read one and the same state of the file: other programs wait
+/// with their commits. The file is waited for at the first statement alone. Inside a transaction
+/// that is open already it does nothing.
+class ReadTransaction {
+public:
+    explicit ReadTransaction(Connection &connection);
+    ~ReadTransaction();
+    ReadTransaction(const ReadTransaction &) = delete;
+    ReadTransaction &operator=(const ReadTransaction &) = delete;
+
+private:
+    Connection &m_connection;
+    bool m_begun;
+};
+
 } // namespace veltrona::sqlite

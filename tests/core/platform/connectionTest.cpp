@@ -5,6 +5,7 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <limits>
 #include <thread>
 
@@ -166,6 +167,37 @@ private slots:
         const auto failure = failureOf([&] { Transaction transaction(second); });
         release.join();
         QVERIFY(!failure);
+    }
+
+    void readsOneStateWhileAnotherCommits() {
+        const QString file = makeDatabase();
+        Connection first;
+        first.open(file);
+        Connection second;
+        second.open(file);
+        std::optional<ReadTransaction> reading(first);
+        QCOMPARE(count(first), 0);
+        std::atomic<bool> done = false;
+        std::thread writer([&] {
+            second.execute("INSERT INTO t (n) VALUES (1)");
+            done = true;
+        });
+        // The journal shows that the writer waits with nothing left but its commit.
+        while (!done && !QFile::exists(file + "-journal"))
+            QThread::msleep(1);
+        const qint64 between = count(first);
+        const bool tooEarly = done;
+        reading.reset();
+        writer.join();
+        QCOMPARE(between, 0);
+        QVERIFY(!tooEarly);
+        QCOMPARE(count(first), 1);
+
+        Transaction outer(first);
+        first.execute("INSERT INTO t (n) VALUES (2)");
+        { const ReadTransaction inner(first); }
+        outer.commit();
+        QCOMPARE(count(second), 2);
     }
 
     void failedStatementCanBeTriedAgain() {
