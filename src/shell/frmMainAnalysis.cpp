@@ -10,6 +10,8 @@
 #include "shell/frmMain.h"
 #include "shell/modMain.h"
 
+#include <utility>
+
 namespace veltrona {
 
 namespace {
@@ -23,6 +25,7 @@ DateValue currentDate() {
 } // namespace
 
 void frmMain::loadTree() {
+    m_viewBehind = true; // until the refresh that follows
     buildNavigationTree(*modMain::DbConn, modMain::ProjectTitle, treeList);
 }
 
@@ -40,8 +43,15 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
     if (m_refreshPauses > 0 || !node)
         return;
     const Hourglass hourglass;
-    const NodeStatistics statistics = queryNodeStatistics(*modMain::DbConn, *node, dateRange());
-    const ChartSeries series = queryChartSeries(*modMain::DbConn, chartRequest());
+    m_viewBehind = true;
+    NodeStatistics statistics;
+    ChartSeries series;
+    {
+        // Another program's import in between would part the grid from the chart.
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        statistics = queryNodeStatistics(*modMain::DbConn, *node, dateRange());
+        series = queryChartSeries(*modMain::DbConn, chartRequest());
+    }
     lblSum->setFullText(statistics.caption);
     {
         const RedrawPause pause(flxStat);
@@ -49,6 +59,7 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
         sizeColumns(flxStat, -1, [this](const QString &text) { return textWidth(text); });
     }
     showChart(series);
+    m_viewBehind = false;
 }
 
 ChartRequest frmMain::chartRequest() const {
@@ -62,7 +73,14 @@ void frmMain::fillChart() {
     if (m_refreshPauses > 0 || !treeList.SelectedItem())
         return;
     const Hourglass hourglass;
-    showChart(queryChartSeries(*modMain::DbConn, chartRequest()));
+    const bool behind = std::exchange(m_viewBehind, true);
+    ChartSeries series;
+    {
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        series = queryChartSeries(*modMain::DbConn, chartRequest());
+    }
+    showChart(series);
+    m_viewBehind = behind;
 }
 
 void frmMain::showChart(const ChartSeries &series) {

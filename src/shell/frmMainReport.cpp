@@ -22,7 +22,11 @@ const drawing::Picture *frmMain::copyChart() {
     return &m_picture;
 }
 
+/// A report takes node and dates from the controls and the figures from the view, which a failed
+/// refresh has parted: then it is made up for first, or there is no report.
 ReportSource frmMain::reportSource() {
+    if (m_viewBehind)
+        treeList_NodeClick(treeList.SelectedItem());
     ReportSource source;
     source.selected = treeList.SelectedItem();
     source.range = dateRange();
