@@ -2,6 +2,7 @@
 
 #include <QVarLengthArray>
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -91,10 +92,15 @@ View<char16_t> viewOf(QStringView text) {
     return {text.utf16(), static_cast<std::size_t>(text.size())};
 }
 
-/// The number as "%.15g" writes it.
+/// The largest number whose text of 15 digits is no overflow when it is read.
+constexpr double largest = 1.79769313486231E308;
+
+/// The number as "%.15g" writes it. A sum that grows beyond all numbers stays at the largest: read
+/// as an overflow it would go on from 0.
 std::string_view writeFifteenDigits(double number, char (&buffer)[32]) {
     const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15);
+        std::to_chars(buffer, buffer + sizeof buffer, std::clamp(number, -largest, largest),
+                      std::chars_format::general, 15);
     return {buffer, static_cast<std::size_t>(result.ptr - buffer)};
 }
 

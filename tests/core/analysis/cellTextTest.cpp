@@ -89,6 +89,14 @@ private slots:
         QTEST(percentNumberOfText(view), "percent");
     }
 
+    /// The text of the largest float would be an overflow when it is read.
+    void sumBeyondAllNumbers() {
+        QCOMPARE(numberText(-infinity), "-1.79769313486231E+308");
+        const double largest = toFifteenDigits(1.7E308 + 1.7E308);
+        QCOMPARE(largest, 1.79769313486231E+308);
+        QCOMPARE(toFifteenDigits(std::numeric_limits<double>::max()), largest);
+    }
+
     void rounding_data() {
         const test::DataTable<double, int, QString> table("number", "decimals", "text");
         const auto row = [&](double number, int decimals, const char *text) {
