@@ -5,7 +5,6 @@
 #include "support/dataTable.h"
 
 #include <QAbstractItemModelTester>
-#include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -65,8 +64,6 @@ class TreeViewTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QAccessible::setActive(true); }
-
     void showsTheNodes() {
         Shown shown;
         QAbstractItemModelTester tester(shown.view.model(),
@@ -164,18 +161,6 @@ private slots:
         shown.rebuild({"Other"});
         QCOMPARE(shown.told(), QStringList());
         QCOMPARE(shown.tree.SelectedItem(), shown.root);
-    }
-
-    void isReadOut() {
-        Shown shown;
-        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&shown.view);
-        QCOMPARE(face->role(), QAccessible::Tree);
-        QStringList read;
-        for (int child = 0; child < face->childCount(); ++child)
-            read.append(face->child(child)->text(QAccessible::Name));
-        QVERIFY(read.contains("<img src=x> sale"));
-        QCOMPARE(read.count("(no name)"), 1);
-        QVERIFY(read.contains("Delta"));
     }
 };
 

@@ -37,22 +37,12 @@ private slots:
         QVERIFY(!isValid({2007, 0, 1}));
     }
 
-    void weeksOfAllYears() {
+    void weeks() {
         QCOMPARE(weekOfYear(day(2006, 1, 1)), 1); // a Sunday
         QCOMPARE(weekOfYear(day(2006, 12, 31)), 53);
         QCOMPARE(weekOfYear(day(2000, 1, 1)), 1); // a Saturday, of a leap year
         QCOMPARE(weekOfYear(day(2000, 1, 2)), 2);
         QCOMPARE(weekOfYear(day(2000, 12, 31)), 54);
-        for (int year = 1752; year <= 9999; ++year) {
-            const int first = day(year, 1, 1);
-            int week = 1;
-            for (int number = first; number <= day(year, 12, 31); ++number) {
-                if (number != first && weekday(number) == 1)
-                    ++week;
-                if (weekOfYear(number) != week)
-                    QFAIL(qPrintable(isoText(number)));
-            }
-        }
     }
 
     void months_data() {
