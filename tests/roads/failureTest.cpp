@@ -32,19 +32,16 @@ private:
 
 } // namespace
 
-class FailureTest : public QObject {
+class FailureTest : public test::WindowTest {
     Q_OBJECT
-private slots:
-    void initTestCase() { sqlite::lockWait = 100; }
-
-    void init() {
-        m_home = std::make_unique<test::MainWindow>();
-        QVERIFY(m_home->start());
+protected:
+    void prepare() override {
         m_home->importRows(rows);
         m_home->selectNode({"One"});
     }
 
-    void cleanup() { m_home.reset(); }
+private slots:
+    void initTestCase() { sqlite::lockWait = 100; }
 
     void handlers_data() {
         QTest::addColumn<QString>("handler");
@@ -197,8 +194,6 @@ private:
         m_home->selectNode({});
         QVERIFY(m_home->gridDump().value(1).startsWith("One|3|"));
     }
-
-    std::unique_ptr<test::MainWindow> m_home;
 };
 
 QTEST_MAIN(FailureTest)

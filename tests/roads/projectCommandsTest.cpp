@@ -24,21 +24,15 @@ qint64 recordCount() {
 
 } // namespace
 
-class ProjectCommandsTest : public QObject {
+class ProjectCommandsTest : public test::WindowTest {
     Q_OBJECT
-private slots:
-    void init() {
-        m_home = std::make_unique<test::MainWindow>();
-        QVERIFY(m_home->start());
+protected:
+    void prepare() override {
         m_home->importRows(firstRows);
         m_home->selectNode({"One"});
     }
 
-    void cleanup() {
-        QVERIFY(m_home->dialogs.allUsed());
-        m_home.reset();
-    }
-
+private slots:
     void newProject() {
         runDialog("mnuNew", "  " + m_home->file("Client A.b") + " ");
         QCOMPARE(m_home->dialogs.fileDialogs().last().title, QString("Create a new database"));
@@ -222,8 +216,6 @@ private:
         m_home->dialogs.expectFile(path);
         m_home->command(command);
     }
-
-    std::unique_ptr<test::MainWindow> m_home;
 };
 
 QTEST_MAIN(ProjectCommandsTest)

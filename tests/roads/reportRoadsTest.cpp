@@ -47,18 +47,12 @@ QString isoPeriod(const frmMain &window) {
 
 } // namespace
 
-class ReportRoadsTest : public QObject {
+class ReportRoadsTest : public test::WindowTest {
     Q_OBJECT
+protected:
+    void prepare() override { m_home->importRows(mixedRows); }
+
 private slots:
-    void init() {
-        m_road = std::make_unique<test::MainWindow>();
-        saveSetting(settingsKey, "grdcolor", "1", textValue);
-        QVERIFY(m_road->start());
-        m_road->importRows(mixedRows);
-    }
-
-    void cleanup() { m_road.reset(); }
-
     void mixedReport() {
         const QString tree =
             "Veltrona;  <img src=x> sale;    Gr\u00FC\u00DFe;      Search keywords;        kauf "
@@ -66,92 +60,95 @@ private slots:
             "Search keywords;        ;          ;      Content;  O'Neil's;    it's;      Search "
             "keywords;        o'clock;          Broad;          Exact;      Content;    zwei;      "
             "Search keywords;        x;          Exact;      Content";
-        QCOMPARE(m_road->treeDump().join(u';'), tree);
-        QCOMPARE(m_road->caption(), QString("Campaign Summary"));
-        QCOMPARE(m_road->gridDump(), lastWeekRows);
-        const Grid &grid = m_road->window().flxStat;
+        QCOMPARE(m_home->treeDump().join(u';'), tree);
+        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        QCOMPARE(m_home->gridDump(), lastWeekRows);
+        saveSetting(settingsKey, "grdcolor", "1", textValue);
+        QVERIFY(m_home->restart());
+        QCOMPARE(m_home->gridDump(), lastWeekRows);
+        const Grid &grid = m_home->window().flxStat;
         QCOMPARE(grid.cellColor(1, 0), veltrona::red); // the cost of 4.5 against 2.25
         QCOMPARE(grid.cellColor(2, 0), veltrona::green);
         QCOMPARE(grid.cellColor(3, 0), veltrona::green);
         QCOMPARE(grid.cellColor(5, 12), veltrona::green);
         // A time of day falls behind its day's midnight: half past eight on the 7th into the bar of
         // the 8th, the last second of the 12th behind the last bar.
-        QCOMPARE(m_road->chartDump(),
+        QCOMPARE(m_home->chartDump(),
                  QStringList({"May 06=0", "May 07=0", "May 08=0.2", "May 09=1.5", "May 10=0",
                               "May 11=0", "May 12=0"}));
 
         // The same report again: nothing is stored twice.
-        m_road->importRows(mixedRows);
-        QCOMPARE(m_road->treeDump().join(u';'), tree);
-        QCOMPARE(m_road->gridDump(), lastWeekRows);
-        QVERIFY(m_road->dialogs.allUsed());
+        m_home->importRows(mixedRows);
+        QCOMPARE(m_home->treeDump().join(u';'), tree);
+        QCOMPARE(m_home->gridDump(), lastWeekRows);
+        QVERIFY(m_home->dialogs.allUsed());
     }
 
     void branches() {
 
-        m_road->selectNode({"O'Neil's", "it's"});
-        QCOMPARE(m_road->caption(), QString("Campain: 'O'Neil's' > Adgroup: 'it's'"));
+        m_home->selectNode({"O'Neil's", "it's"});
+        QCOMPARE(m_home->caption(), QString("Campain: 'O'Neil's' > Adgroup: 'it's'"));
         QCOMPARE(
-            m_road->gridDump().mid(1),
+            m_home->gridDump().mid(1),
             QStringList({"Content Only|1|10|10%|0|0|1|1%|0|0|1|0%|0",
                          "Search Only|15|150|20.5%|0.3|4|2|2%|1000000|2|5|25%|1", "||||||||||||",
                          "Summary|16|160|30.5%|0.15|4|3|3%|1000000|1|6|50%|1"}));
-        QVERIFY(m_road->gridDump().first().startsWith("Search and Content|"));
+        QVERIFY(m_home->gridDump().first().startsWith("Search and Content|"));
 
         // A type node counts its keyword's search rows, whatever their type.
         const QStringList keyword = {"O'Neil's", "it's", "Search keywords", "o'clock"};
-        m_road->selectNode(keyword);
-        const QStringList keywordRows = m_road->gridDump();
+        m_home->selectNode(keyword);
+        const QStringList keywordRows = m_home->gridDump();
         QCOMPARE(keywordRows.value(1), QString("Broad|15|150|20.5%|0.3|4|2|2%|1000000|2|5|25%|1"));
-        m_road->selectNode(keyword + QStringList{"Exact"});
-        QCOMPARE(m_road->gridDump(), keywordRows);
-        QVERIFY(m_road->caption().endsWith(" > Keyword: 'o'clock' > KeywordType: 'Exact'"));
+        m_home->selectNode(keyword + QStringList{"Exact"});
+        QCOMPARE(m_home->gridDump(), keywordRows);
+        QVERIFY(m_home->caption().endsWith(" > Keyword: 'o'clock' > KeywordType: 'Exact'"));
 
-        m_road->selectNode({"O'Neil's", "it's", "Content"});
-        QCOMPARE(m_road->gridDump().value(1), QString("o'clock|1|10|10%|0|0|1|1%|0|0|1|0%|0"));
-        m_road->selectNode({"\u00C4pfel \U0001F34F", "", "Search keywords", ""});
-        QCOMPARE(m_road->gridDump().value(1), QString("|0|7|0%|0|0|0|0%|0|0|0.5|0%|0"));
-        m_road->selectNode({"<img src=x> sale", "Gr\u00FC\u00DFe", "Search keywords"});
-        QCOMPARE(m_road->gridDump().value(1),
+        m_home->selectNode({"O'Neil's", "it's", "Content"});
+        QCOMPARE(m_home->gridDump().value(1), QString("o'clock|1|10|10%|0|0|1|1%|0|0|1|0%|0"));
+        m_home->selectNode({"\u00C4pfel \U0001F34F", "", "Search keywords", ""});
+        QCOMPARE(m_home->gridDump().value(1), QString("|0|7|0%|0|0|0|0%|0|0|0.5|0%|0"));
+        m_home->selectNode({"<img src=x> sale", "Gr\u00FC\u00DFe", "Search keywords"});
+        QCOMPARE(m_home->gridDump().value(1),
                  QString("kauf \"jetzt\" & spare|3|30|0.25%|1.5|4.5|1|1%|4500000|3|2.25|-50%|2"));
 
         // Out of its period a node shows the empty form, with the heading of the root.
-        m_road->selectNode({"O'Neil's", "zwei"});
-        QCOMPARE(m_road->gridDump().size(), 3);
-        QVERIFY(m_road->gridDump().first().startsWith("Campaigns|"));
-        QVERIFY(m_road->caption().endsWith("Adgroup: 'zwei'"));
+        m_home->selectNode({"O'Neil's", "zwei"});
+        QCOMPARE(m_home->gridDump().size(), 3);
+        QVERIFY(m_home->gridDump().first().startsWith("Campaigns|"));
+        QVERIFY(m_home->caption().endsWith("Adgroup: 'zwei'"));
     }
 
     void allDates() {
-        frmMain &window = m_road->window();
-        auto *range = m_road->view<QComboBox>("cboRange");
+        frmMain &window = m_home->window();
+        auto *range = m_home->view<QComboBox>("cboRange");
         range->setFocus();
         QTest::keyClick(range, Qt::Key_A);
         QCOMPARE(window.cboRange.ListIndex(), all);
         QCOMPARE(isoPeriod(window), QString("2007-04-30 2007-05-12 23:59:59"));
-        QCOMPARE(m_road->view<QDateEdit>("dtpStart")->date(), QDate(2007, 4, 30));
-        QCOMPARE(m_road->gridDump().value(3),
+        QCOMPARE(m_home->view<QDateEdit>("dtpStart")->date(), QDate(2007, 4, 30));
+        QCOMPARE(m_home->gridDump().value(3),
                  QString("O'Neil's|17|161|30.5%|0.3|5|3|3%|1000000|1.7|10|100%|1"));
-        QCOMPARE(m_road->chartDump().size(), 13);
+        QCOMPARE(m_home->chartDump().size(), 13);
 
         // Other days come in: the query of this refresh still asks for the pickers' dates, and the
         // chart of the same refresh finds the new ones.
-        const QStringList before = m_road->gridDump();
-        m_road->importRows({"New|n|k|Exact|Search Only|1985-03-01|1|1|1",
+        const QStringList before = m_home->gridDump();
+        m_home->importRows({"New|n|k|Exact|Search Only|1985-03-01|1|1|1",
                             "New|n|k|Exact|Search Only|2007-06-01|2|2|2"});
-        QVERIFY(m_road->node({"New", "n"}));
-        QCOMPARE(m_road->gridDump(), before);
+        QVERIFY(m_home->node({"New", "n"}));
+        QCOMPARE(m_home->gridDump(), before);
         QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
-        m_road->selectNode({});
-        QVERIFY(m_road->gridDump().contains("New|3|3|3%|0|0|0|0%|0|0|0|0%|0"));
+        m_home->selectNode({});
+        QVERIFY(m_home->gridDump().contains("New|3|3|3%|0|0|0|0%|0|0|0|0%|0"));
         // Chosen again, "All" begins at its fixed date once more.
         window.cboRange.setListIndex(all);
-        QVERIFY(m_road->gridDump().contains("New|2|2|2%|0|0|0|0%|0|0|0|0%|0"));
+        QVERIFY(m_home->gridDump().contains("New|2|2|2%|0|0|0|0%|0|0|0|0%|0"));
         QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
     }
 
     void presetsAndPickers() {
-        frmMain &window = m_road->window();
+        frmMain &window = m_home->window();
         int refreshes = 0; // every refresh ends in the chart
         window.mscMain.onChange = [&refreshes] { ++refreshes; };
         for (int preset = 0; preset <= custom; ++preset) {
@@ -161,12 +158,12 @@ private slots:
         QCOMPARE(isoPeriod(window), QString("2007-04-30 2007-05-12 23:59:59")); // as "All" left it
         window.cboRange.setListIndex(3);
         QCOMPARE(isoPeriod(window), QString("2007-04-01 12:00:00 2007-04-30 12:00:00"));
-        QCOMPARE(m_road->gridDump().value(1), QString("O'Neil's|1|1|0%|0|1|0|0%|0|1|4|300%|0"));
+        QCOMPARE(m_home->gridDump().value(1), QString("O'Neil's|1|1|0%|0|1|0|0%|0|1|4|300%|0"));
 
         // One edit, one refresh, when it is finished; the time of day stays.
         window.cboRange.setListIndex(1);
         refreshes = 0;
-        auto *start = m_road->view<QDateEdit>("dtpStart");
+        auto *start = m_home->view<QDateEdit>("dtpStart");
         start->setFocus();
         start->setSelectedSection(QDateTimeEdit::DaySection);
         QTest::keyClicks(start, "09");
@@ -175,26 +172,26 @@ private slots:
         QTest::keyClick(start, Qt::Key_Return);
         QCOMPARE(std::exchange(refreshes, 0), 1);
         QCOMPARE(window.cboRange.ListIndex(), custom);
-        QCOMPARE(m_road->view<QComboBox>("cboRange")->currentText(), QString("Custom"));
+        QCOMPARE(m_home->view<QComboBox>("cboRange")->currentText(), QString("Custom"));
         QCOMPARE(isoPeriod(window), QString("2007-05-09 12:00:00 2007-05-12 12:00:00"));
-        QVERIFY(m_road->gridDump().value(2).startsWith("O'Neil's|5|50|"));
+        QVERIFY(m_home->gridDump().value(2).startsWith("O'Neil's|5|50|"));
         // A start behind the end is taken as it is.
-        auto *end = m_road->view<QDateEdit>("dtpEnd");
+        auto *end = m_home->view<QDateEdit>("dtpEnd");
         end->setFocus();
         end->setSelectedSection(QDateTimeEdit::DaySection);
         for (int i = 0; i < 4; ++i)
             QTest::keyClick(end, Qt::Key_Down);
         QCOMPARE(std::exchange(refreshes, 0), 4);
-        QCOMPARE(m_road->gridDump().size(), 3);
-        QCOMPARE(m_road->chartDump(), QStringList{"May 09=1.5"});
+        QCOMPARE(m_home->gridDump().size(), 3);
+        QCOMPARE(m_home->chartDump(), QStringList{"May 09=1.5"});
 
         window.mscMain.onChange = nullptr;
         window.cboRange.setListIndex(1);
         window.cboLeft.setListIndex(3);
         window.cboGroup.setListIndex(2);
-        QCOMPARE(m_road->chartDump(), QStringList{"2007 May=0"});
+        QCOMPARE(m_home->chartDump(), QStringList{"2007 May=0"});
         window.cboGroup.setListIndex(0);
-        QCOMPARE(m_road->chartDump().mid(2, 2), QStringList({"May 08=11", "May 09=3"}));
+        QCOMPARE(m_home->chartDump().mid(2, 2), QStringList({"May 08=11", "May 09=3"}));
     }
 
     void largeReport() {
@@ -231,9 +228,6 @@ private slots:
             QCOMPARE(shown, expected);
         }
     }
-
-private:
-    std::unique_ptr<test::MainWindow> m_road;
 };
 
 QTEST_MAIN(ReportRoadsTest)

@@ -143,4 +143,15 @@ QStringList MainWindow::viewDump() const {
     return treeDump() + gridDump() + chartDump() + QStringList{caption()};
 }
 
+void WindowTest::init() {
+    m_home = std::make_unique<MainWindow>();
+    QVERIFY(m_home->start());
+    prepare();
+}
+
+void WindowTest::cleanup() {
+    QVERIFY(m_home->dialogs.allUsed());
+    m_home.reset();
+}
+
 } // namespace veltrona::test

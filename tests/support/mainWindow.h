@@ -66,4 +66,17 @@ private:
     std::unique_ptr<frmMain> m_window;
 };
 
+/// A test whose functions each have a started window on a home of their own; all answers that were
+/// prepared must have been used.
+class WindowTest : public QObject {
+    Q_OBJECT
+protected:
+    virtual void prepare() {}
+    std::unique_ptr<MainWindow> m_home;
+
+private slots:
+    void init();
+    void cleanup();
+};
+
 } // namespace veltrona::test
