@@ -36,14 +36,18 @@ ReportSource frmMain::reportSource() {
     return source;
 }
 
+// A window manager may lose the focus where a dialog closes together with the one above it, so the
+// main window asks for the keys.
 void frmMain::expRep() {
     frmOutput(reportSource()).Show();
+    activateWindow();
 }
 
 void frmMain::prnRep() {
     frmOutput output(reportSource());
     output.setPrintRole();
     output.Show();
+    activateWindow();
 }
 
 } // namespace veltrona

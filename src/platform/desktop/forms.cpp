@@ -51,7 +51,7 @@ void placeOverOwner(QWidget &form, QWidget *owner) {
 
 QSize frameExtent(const QWidget &window) {
     const QSize known = window.frameGeometry().size() - window.size();
-    if (!known.isEmpty())
+    if (!known.isNull()) // a maximised window may have a title alone
         return known;
     constexpr int border = 4;
     const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), 24);

@@ -1,0 +1,74 @@
+"""The guided tour on a screen of its own: what it leaves, at both scales, and that it can fail.
+Usage: testTour.py PROGRAM"""
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+PROGRAM = pathlib.Path(sys.argv.pop()).resolve()
+
+
+def tour(report, folder, scale=1):
+    environment = dict(os.environ, QT_SCALE_FACTOR=str(scale),
+                       SCREEN=f"{1600 * scale}x{1000 * scale}")
+    return subprocess.run([ROOT / "scripts/with-screen", PROGRAM, report, folder], check=False,
+                          env=environment, capture_output=True, text=True, timeout=90)
+
+
+def size_of_jpeg(path):
+    """Width and height as the start of the frame gives them."""
+    data = path.read_bytes()
+    at = 2
+    while data[at + 1] not in (0xC0, 0xC1, 0xC2):
+        at += 2 + int.from_bytes(data[at + 2:at + 4], "big")
+    height, width = (int.from_bytes(data[at + i:at + i + 2], "big") for i in (5, 7))
+    return width, height
+
+
+def size_of_png(path):
+    data = path.read_bytes()
+    return int.from_bytes(data[16:20], "big"), int.from_bytes(data[20:24], "big")
+
+
+class Tour(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.folder = pathlib.Path(scratch.name)
+
+    def testBothScales(self):
+        graphs = []
+        for scale in (1, 2):
+            folder = self.folder / str(scale)
+            done = tour(ROOT / "samples/report.xml", folder, scale)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            for file in folder.iterdir():
+                self.assertIn(str(file), done.stdout)
+            grid = (folder / "grid.txt").read_text()
+            self.assertIn(grid, done.stdout)
+            self.assertRegex(grid, r"(?m)^Café Corner +\d+ ")
+            self.assertGreater(len(list(folder.glob("*.png"))), 10)
+            # The pictures of the screen are as fine as the screen.
+            self.assertGreater(size_of_png(folder / "04-all.png")[0], 1500 * scale)
+            graphs.append(size_of_jpeg(folder / "graph.jpg"))
+        self.assertEqual(graphs[0], graphs[1])
+
+    def testMessageThatNobodyExpectedFails(self):
+        done = tour(self.folder / "missing.xml", self.folder)
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("Your XML Document failed to load", done.stderr)
+
+    def testReportWithoutRowsFails(self):
+        report = self.folder / "empty.xml"
+        report.write_text("<report><table><columns><column name='campaign'/><column name='date'/>"
+                          "</columns><rows/></table></report>")
+        done = tour(report, self.folder)
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("given up", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
