@@ -103,6 +103,7 @@ private slots:
         const test::DataTable<QString> row("text");
         row("one word", QString(100'000, 'W'));
         row("lines", QString("line\r\n").repeated(5000));
+        row("a file name", "/" + QString(250, 'W') + ".xml");
         row("a path", QString("/a-folder-of-the-path").repeated(190));
     }
     void longTextsStayOnTheScreen() {
@@ -115,6 +116,8 @@ private slots:
             QVERIFY(box->height() <= screen.height());
             const QString whole = box->detailedText().isEmpty() ? box->text() : box->detailedText();
             QCOMPARE(whole, withLineBreaks(text));
+            const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
+            QVERIFY(label->minimumSizeHint().width() <= label->width());
             for (const QAbstractButton *button : box->buttons())
                 QVERIFY(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())));
             box->button(QMessageBox::Ok)->click();
@@ -171,6 +174,15 @@ private slots:
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
         whenUp({choosing("a"), declining, pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.saveFile(setup), QString());
+        setup.confirmsCreation = true;
+        whenUp({choosing("new"),
+                [](QWidget *window) {
+                    auto *box = qobject_cast<QMessageBox *>(window);
+                    QVERIFY(box && box->text().contains("new.vlt doesn't exist"));
+                    pressing(Qt::Key_Escape)(window);
+                },
+                choosing("new"), pressing(Qt::Key_Return)}); // Yes is the default
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("new.vlt"));
         setup.confirmsOverwrite = false;
         whenUp({choosing("a")});
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));

@@ -37,6 +37,7 @@ private slots:
         runDialog("mnuNew", "  " + m_home->file("Client A.b") + " ");
         QCOMPARE(m_home->dialogs.fileDialogs().last().title, QString("Create a new database"));
         QVERIFY(m_home->dialogs.fileDialogs().last().confirmsOverwrite);
+        QVERIFY(m_home->dialogs.fileDialogs().last().confirmsCreation);
         QCOMPARE(modMain::DbFileName, m_home->file("Client A.b.vlt"));
         QCOMPARE(m_home->remembered(), m_home->file("Client A.b.vlt"));
         QCOMPARE(m_home->treeDump(), QStringList{"Client A.b"});

@@ -6,10 +6,15 @@ namespace veltrona {
 
 namespace {
 constexpr int overwritePrompt = 2;
+constexpr int createPrompt = 8192;
 
 FileDialogSetup setupOf(const CommonDialog &dialog) {
-    return {dialog.DialogTitle, dialog.Filter, dialog.InitDir, dialog.DefaultExt,
-            (dialog.Flags & overwritePrompt) != 0};
+    return {dialog.DialogTitle,
+            dialog.Filter,
+            dialog.InitDir,
+            dialog.DefaultExt,
+            (dialog.Flags & overwritePrompt) != 0,
+            (dialog.Flags & createPrompt) != 0};
 }
 } // namespace
 

@@ -24,8 +24,10 @@ struct FileDialogSetup {
     QString title;
     QString filter;
     QString initialFolder;
-    QString defaultExtension;      // without the dot; empty: none is added
-    bool confirmsOverwrite = true; // of a save dialog
+    QString defaultExtension; // without the dot; empty: none is added
+    // Of a save dialog: whether it asks before a file is overwritten, and before one is made.
+    bool confirmsOverwrite = true;
+    bool confirmsCreation = false;
 };
 
 class Dialogs {

@@ -66,21 +66,45 @@ QString headOf(const QString &text, const QMessageBox &box) {
     return text.left(end) + QChar(0x2026);
 }
 
+// Lets long names break: the box would cut them off.
+QString breakable(const QString &text, const QMessageBox &box) {
+    constexpr int widest = 450; // pixels without a place to break at
+    const QString places = QStringLiteral(" /-\n\t");
+    QString broken;
+    int width = 0;
+    for (const QChar c : text) {
+        width = places.contains(c) ? 0 : width + box.fontMetrics().horizontalAdvance(c);
+        if (width > widest && !c.isLowSurrogate()) {
+            broken += QChar(0x200B); // takes no room
+            width = 0;
+        }
+        broken += c;
+    }
+    return broken;
+}
+
 void setUp(QMessageBox &box, const QString &title, const QString &text) {
     const QString whole = withLineBreaks(text);
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
-    box.setText(headOf(whole, box));
+    box.setText(breakable(headOf(whole, box), box));
     if (box.text() != whole)
         box.setDetailedText(whole);
 }
 
-bool mayReplace(const QString &file, const QString &title) {
+/// Asks what the setup wants asked about the name that is really written.
+bool mayWrite(const QString &file, const FileDialogSetup &setup) {
+    const bool exists = QFileInfo::exists(file);
+    if (exists ? !setup.confirmsOverwrite : !setup.confirmsCreation)
+        return true;
     QMessageBox box(desktop::owningWindow());
-    box.setIcon(QMessageBox::Warning);
+    box.setIcon(exists ? QMessageBox::Warning : QMessageBox::Question);
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    box.setDefaultButton(QMessageBox::No);
-    setUp(box, title, QStringLiteral("%1 already exists.\nDo you want to replace it?").arg(file));
+    box.setDefaultButton(exists ? QMessageBox::No : QMessageBox::Yes);
+    setUp(box, setup.title,
+          (exists ? QStringLiteral("%1 already exists.\nDo you want to replace it?")
+                  : QStringLiteral("%1 doesn't exist.\nDo you want to create it?"))
+              .arg(QDir::toNativeSeparators(file)));
     return box.exec() == QMessageBox::Yes;
 }
 
@@ -167,9 +191,8 @@ QString QtDialogs::saveFile(const FileDialogSetup &setup) {
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     while (const std::optional<QString> chosen = runFileDialog(dialog)) {
         const QString name = withExtension(*chosen, setup.defaultExtension);
-        const QString shown = QDir::toNativeSeparators(name);
-        if (!setup.confirmsOverwrite || !QFileInfo::exists(name) || mayReplace(shown, setup.title))
-            return shown;
+        if (mayWrite(name, setup))
+            return QDir::toNativeSeparators(name);
         dialog.selectFile(name);
     }
     return {};
