@@ -15,6 +15,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 class QFrame;
 class QLabel;
 class QToolBar;
@@ -91,7 +93,8 @@ private:
     // Construction.
     void buildCommands();
     void addMenu(const char *name, const QString &title, std::initializer_list<MenuEntry> entries);
-    void finishEdits();
+    /// Every command of menu and tool bar starts here.
+    void runCommand(const std::function<void()> &command);
     void buildToolBar();
     void buildStatusBar();
     void buildFrames();

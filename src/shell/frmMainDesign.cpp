@@ -80,10 +80,8 @@ void frmMain::addMenu(const char *name, const QString &title,
         action->setObjectName(QLatin1String(entry.name));
         // The platform must not move an entry elsewhere because of its caption.
         action->setMenuRole(QAction::NoRole);
-        connect(action, &QAction::triggered, this, [this, handler = entry.handler] {
-            finishEdits();
-            filtered([&] { (this->*handler)(); });
-        });
+        connect(action, &QAction::triggered, this,
+                [this, handler = entry.handler] { runCommand([&] { (this->*handler)(); }); });
     }
 }
 
@@ -108,17 +106,22 @@ void frmMain::buildCommands() {
             });
 }
 
-/// A date that is typed but not yet confirmed counts for the command that the user gives next.
-void frmMain::finishEdits() {
+void frmMain::runCommand(const std::function<void()> &command) {
+    // Assistive software presses buttons and entries also behind a modal window.
+    if (QApplication::activeModalWidget())
+        return;
+    // A date that is typed but not yet confirmed counts for the command that follows.
     m_startView->finishEdit();
     m_endView->finishEdit();
+    filtered(command);
 }
 
 void frmMain::buildToolBar() {
     Toolbar1 = addToolBar(QStringLiteral("Toolbar"));
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
     Toolbar1->setMovable(false);
-    Toolbar1->setContextMenuPolicy(Qt::PreventContextMenu);
+    // The toolkit's own context menu, on the menu bar too, could take the tool bar away.
+    setContextMenuPolicy(Qt::NoContextMenu);
     Toolbar1->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     Toolbar1->setIconSize({32, 32});
     for (const ToolButton &button : toolButtons) {
@@ -127,8 +130,7 @@ void frmMain::buildToolBar() {
         action->setObjectName(QLatin1String(button.key));
         action->setToolTip(action->text().trimmed());
         connect(action, &QAction::triggered, this, [this, key = QString::fromLatin1(button.key)] {
-            finishEdits();
-            filtered([&] { Toolbar1_ButtonClick(key); });
+            runCommand([&] { Toolbar1_ButtonClick(key); });
         });
     }
 }
@@ -250,7 +252,8 @@ void frmMain::applyDesignSize() {
     resize(wanted.boundedTo(available.size() - frame));
     QRect outer(QPoint(), size() + frame);
     outer.moveCenter(available.center());
-    move(outer.topLeft());
+    // On a screen too small for the window, title bar and menu stay in reach.
+    move(qMax(outer.left(), available.left()), qMax(outer.top(), available.top()));
 }
 
 void frmMain::Form_Resize() {

@@ -41,6 +41,9 @@ void frmMain::impRep() {
     } catch (const Failure &) {
         failed = std::current_exception();
     }
+    // The end of the session closes a message box and then this window, project and all.
+    if (m_unloaded)
+        return;
     // Whatever was stored before a failure is there, so the views show it before the message comes.
     try {
         loadTree();

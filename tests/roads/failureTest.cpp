@@ -158,6 +158,27 @@ private slots:
         verifyUsable();
     }
 
+    /// As at the end of a session: the message goes, then the window with the project.
+    void closedUnderAMessage() {
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->dialogs.whileOpen = [this] { m_home->window().close(); };
+        m_home->importRows({"Three|g"}, {"campaign", "adgroup"});
+        QVERIFY(!modMain::DbConn);
+    }
+
+    void noCommandBehindADialog() {
+        QTimer::singleShot(0, qApp, [this] {
+            QWidget *options = QApplication::activeModalWidget();
+            m_home->command("Imp");
+            m_home->command("mnuClean");
+            m_home->command("mnuAbout");
+            QCOMPARE(QApplication::activeModalWidget(), options);
+            options->close();
+        });
+        m_home->command("mnuOptions");
+        QVERIFY(m_home->dialogs.fileDialogs().size() == 1); // the import of init()
+    }
+
     void brokenReport() {
         const QStringList before = m_home->viewDump();
         const QString path = m_home->writeFile("100%1.xml", "<r>\n  <row></r>\n");
