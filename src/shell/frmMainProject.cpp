@@ -13,6 +13,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace veltrona {
 
 namespace {
@@ -100,7 +102,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
         return true;
     case 1:
         if (isDefault) {
-            setAsideDefaultProject();
+            filtered([this] { setAsideDefaultProject(); });
         } else {
             rememberProject(QString());
             useDefaultProject();
@@ -118,9 +120,12 @@ void frmMain::setAsideDefaultProject() {
     for (int copy = 1; aside.isEmpty() || QFileInfo::exists(aside); ++copy)
         aside = projectFolder() + QDir::separator() + productName + QStringLiteral(" set aside ") +
                 stamp + (copy > 1 ? QStringLiteral(" %1").arg(copy) : QString()) + projectExtension;
-    // A failure shows in the next try to open, with its reason. The journal of a crashed program
-    // goes along: it belongs to this file, and to no new one.
-    for (const char *part : {"", "-journal", "-wal"})
+    QFile project(path);
+    if (project.exists() && !project.rename(aside))
+        throw Failure(EIO, QStringLiteral("The file \"%1\" can't be set aside: %2.")
+                               .arg(path, project.errorString()));
+    // The journal of a crashed program goes along: it belongs to this file, and to no new one.
+    for (const char *part : {"-journal", "-wal"})
         QFile::rename(path + QLatin1String(part), aside + QLatin1String(part));
 }
 
