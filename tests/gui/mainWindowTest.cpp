@@ -250,6 +250,7 @@ private slots:
 
     void accessible() {
         QAccessible::setActive(true);
+        m_home->importRows({"|g|k|||2007-05-08|7", "<img src=x> & b|||||2007-05-07|3"});
         m_home->window().cboLeft.setListIndex(3);
         QStringList names;
         for (const char *name : {"treeList", "dtpStart", "dtpEnd", "cboRange", "flxStat", "mscMain",
@@ -263,6 +264,14 @@ private slots:
         QCOMPARE(names,
                  QStringList({"Account", "Start Date:", "End Date:", "Date Range:", "Statistics",
                               "Clicks", "Shown Values (bar):", "Group by:", "Campaign Summary"}));
+
+        QAccessibleInterface *tree =
+            QAccessible::queryAccessibleInterface(m_home->view("treeList"));
+        QCOMPARE(tree->role(), QAccessible::Tree);
+        QStringList nodes;
+        for (int child = 1; child < tree->childCount(); ++child) // behind the hidden heading
+            nodes << tree->child(child)->text(QAccessible::Name);
+        QCOMPARE(nodes, QStringList({"Veltrona", "(no name)", "<img src=x> & b"}));
     }
 };
 
