@@ -75,7 +75,6 @@ frmOutput::frmOutput(ReportSource source)
     for (QCheckBox *option : chkOpts)
         option->setChecked(true);
     cmdRun->setDefault(true);
-    comBrowse->setAutoDefault(false);
     const auto onClick = [this](QPushButton *button, void (frmOutput::*handler)()) {
         connect(button, &QPushButton::clicked, this,
                 [this, handler] { filtered([&] { (this->*handler)(); }); });
@@ -101,6 +100,12 @@ void frmOutput::Show() {
     exec();
 }
 
+void frmOutput::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
 void frmOutput::arrange() {
     const TwipScale scale(font());
     desktop::placeControl(*lblFilename, filenameLabel.place, scale);
@@ -121,6 +126,7 @@ void frmOutput::comBrowse_Click() {
     dlgNew.Filter = QStringLiteral("HTML file (*.html)|*.html");
     dlgNew.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
     dlgNew.Flags = overwriteAndCreatePrompt;
+    dlgNew.FinalName = reportFileName;
     dlgNew.ShowSave();
     if (!withoutBlanks(dlgNew.FileName).isEmpty())
         txtFilename->setText(reportFileName(dlgNew.FileName));

@@ -33,6 +33,9 @@ public:
     /// Writes the report with the options ticked; throws Failure.
     void doExport(const QString &strFilename, bool doColor);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     void cmdRun_Click();
     void cmdClose_Click();

@@ -7,14 +7,12 @@
 #include "platform/failure.h"
 #include "report/printing.h"
 
-#include <QAbstractTextDocumentLayout>
-#include <QFileInfo>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextBrowser>
-#include <QThreadPool>
-
-#include <atomic>
 
 namespace veltrona {
 
@@ -24,41 +22,28 @@ constexpr TwipRect innerSize{0, 0, 10020, 8250};
 constexpr TwipRect printPlace{480, 120, 1815, 375};
 constexpr TwipRect closePlace{2640, 120, 1935, 375};
 constexpr TwipRect browserPlace{120, 600, 9735, 7335};
+constexpr TwipRect progressPlace{4800, 120, 5055, 375};
 constexpr float widthReserve = 300;
 constexpr float heightReserve = 1200;
 
-// Some 2,000 rows of statistics; up to here a page comes up at once.
-constexpr qint64 longReport = 1'600'000;
-
+/// The paper is light on a dark desktop too.
 QPalette paperPalette() {
     QPalette palette;
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Text, Qt::black);
-    palette.setColor(QPalette::Link, QColor(0, 0, 238));
     return palette;
 }
 
-std::unique_ptr<ReportDocument> laidOutPage(const QString &fileName) {
-    auto page = std::make_unique<ReportDocument>();
-    page->load(fileName);
-    page->setTextWidth(ReportDocument::pageWidth);
-    page->size(); // lays it out
-    return page;
+void tell(const QString &text) {
+    dialogs().message(MessageStyle::OkCancelExclamation, QStringLiteral("Veltrona"), text);
 }
 
 } // namespace
 
-/// What a thread that lays a page out shares with the preview, which may be closed before it ends.
-struct frmPrev::Loading {
-    std::atomic<bool> dropped = false;
-    std::unique_ptr<ReportDocument> page;
-    QString failure;
-};
-
 frmPrev::frmPrev()
     : cmdPrint(new QPushButton(QStringLiteral("&Print"), this)),
       cmdClose(new QPushButton(QStringLiteral("&Close"), this)), wbPP(new QTextBrowser(this)),
-      m_notice(new QLabel(wbPP)) {
+      m_progress(new QLabel(this)) {
     setObjectName(QStringLiteral("frmPrev"));
     setWindowTitle(QStringLiteral("Print Preview"));
     setWindowFlags(desktop::fixedDialog);
@@ -71,19 +56,16 @@ frmPrev::frmPrev()
     // The page keeps its width, as on paper, however wide the window is.
     wbPP->setLineWrapMode(QTextEdit::FixedPixelWidth);
     wbPP->setLineWrapColumnOrWidth(ReportDocument::pageWidth);
-    m_notice->setTextFormat(Qt::PlainText);
-    m_notice->setAlignment(Qt::AlignCenter);
-    m_notice->setWordWrap(true);
-    m_notice->setPalette(paperPalette());
+    m_progress->setTextFormat(Qt::PlainText);
     cmdPrint->setAutoDefault(false);
     cmdClose->setAutoDefault(false);
     connect(cmdPrint, &QPushButton::clicked, this, [this] { filtered([&] { cmdPrint_Click(); }); });
     connect(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
+    connect(&m_loading, &QTimer::timeout, this, [this] { filtered([&] { loadMore(); }); });
 }
 
 frmPrev::~frmPrev() {
-    if (m_loading)
-        m_loading->dropped = true;
+    Form_Unload();
 }
 
 frmPrev &frmPrev::instance() {
@@ -94,28 +76,29 @@ void frmPrev::Show() {
     arrange();
     fillScreen();
     Form_Load();
+    cmdPrint->setFocus();
     exec();
-    if (m_loading)
-        m_loading->dropped = true;
-    m_loading = nullptr;
-    showNotice(QString());
+    Form_Unload();
 }
 
 void frmPrev::arrange() {
     const TwipScale scale(font());
     desktop::placeControl(*cmdPrint, printPlace, scale);
     desktop::placeControl(*cmdClose, closePlace, scale);
+    m_progress->setGeometry(scale.toPixels(progressPlace));
     wbPP->setGeometry(scale.toPixels(browserPlace));
-    resize(scale.toPixels(innerSize).size());
+    if (!isVisible())
+        resize(scale.toPixels(innerSize).size());
+    Form_Resize();
 }
 
 /// A window of a fixed size is never maximised by a window manager, so it takes that size itself.
 void frmPrev::fillScreen() {
     const QWidget *owner = desktop::owningWindow();
-    const QRect available = (owner ? owner : this)->screen()->availableGeometry();
-    setFixedSize(available.size() - desktop::frameExtent(*this));
+    m_screen = (owner ? owner : this)->screen()->availableGeometry();
+    setFixedSize(m_screen.size() - desktop::frameExtent(*this));
     desktop::placeOverOwner(*this);
-    move(available.topLeft());
+    move(m_screen.topLeft());
 }
 
 void frmPrev::Form_Load() {
@@ -128,7 +111,13 @@ void frmPrev::Form_Resize() {
     const TwipScale scale(font());
     const QSize outer = size() + desktop::frameExtent(*this);
     wbPP->resize(outer - QSize(scale.toPixels(widthReserve), scale.toPixels(heightReserve)));
-    m_notice->setGeometry(wbPP->rect());
+}
+
+void frmPrev::Form_Unload() {
+    m_loading.stop();
+    m_progress->clear();
+    wbPP->setDocument(nullptr);
+    m_page = nullptr;
 }
 
 void frmPrev::resizeEvent(QResizeEvent *event) {
@@ -136,70 +125,72 @@ void frmPrev::resizeEvent(QResizeEvent *event) {
     Form_Resize();
 }
 
+/// The frame is known when the window manager has put it around the window.
+void frmPrev::moveEvent(QMoveEvent *event) {
+    QDialog::moveEvent(event);
+    const QSize inner = m_screen.size() - desktop::frameExtent(*this);
+    if (isVisible() && size() != inner) {
+        setFixedSize(inner);
+        move(m_screen.topLeft());
+    }
+}
+
+void frmPrev::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
+/// Enter presses the button that has the focus; there is no default button.
+void frmPrev::keyPressEvent(QKeyEvent *event) {
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        QDialog::keyPressEvent(event);
+}
+
 /// A page that can't be loaded leaves its reason in the browser's place, and nothing to print.
 void frmPrev::Navigate(const QString &fileName) {
-    if (QFileInfo(fileName).size() > longReport) {
-        loadInBackground(fileName);
+    const Hourglass hourglass;
+    auto page = std::make_unique<ReportDocument>();
+    try {
+        page->load(fileName);
+    } catch (const Failure &failure) {
+        wbPP->setPlainText(failure.text());
         return;
     }
-    const Hourglass hourglass;
-    try {
-        showPage(laidOutPage(fileName));
-    } catch (const Failure &failure) {
-        showNotice(failure.text());
+    m_page = std::move(page);
+    wbPP->setDocument(m_page.get());
+    if (!m_page->isComplete())
+        m_loading.start(0);
+}
+
+void frmPrev::loadMore() {
+    if (m_page->isComplete()) {
+        m_loading.stop();
+        m_progress->clear();
+        return;
     }
-}
-
-void frmPrev::loadInBackground(const QString &fileName) {
-    showNotice(QStringLiteral("The report is long. Its page is being laid out..."));
-    m_loading = std::make_shared<Loading>();
-    QThreadPool::globalInstance()->start([loading = m_loading, fileName, this] {
-        try {
-            if (!loading->dropped)
-                loading->page = laidOutPage(fileName);
-        } catch (const Failure &failure) {
-            loading->failure = failure.text();
-        }
-        if (loading->page)
-            loading->page->moveToThread(qApp->thread());
-        QMetaObject::invokeMethod(qApp, [loading, this] {
-            if (loading->dropped)
-                return;
-            if (loading->page)
-                showPage(std::move(loading->page));
-            else
-                showNotice(loading->failure);
-        });
-    });
-}
-
-void frmPrev::showPage(std::unique_ptr<ReportDocument> page) {
-    wbPP->setDocument(page.get());
-    m_page = std::move(page); // the page before goes when no view shows it any more
-    m_notice->hide();
-}
-
-void frmPrev::showNotice(const QString &text) {
-    wbPP->setDocument(nullptr);
-    m_page = nullptr;
-    m_notice->setText(text);
-    m_notice->show();
+    m_page->loadMore();
+    const QLocale locale;
+    m_progress->setText(
+        QStringLiteral("Laying out the page: %1 of %2 rows")
+            .arg(locale.toString(m_page->loadedRows()), locale.toString(m_page->rows())));
 }
 
 void frmPrev::cmdPrint_Click() {
-    QString failure;
+    QString noted;
     try {
-        if (m_page && printing().isEnabled())
+        if (printing().isEnabled() && isComplete())
             printing().print(*m_page, this);
         else
-            dialogs().message(MessageStyle::OkCancelExclamation, QStringLiteral("Veltrona"),
-                              QStringLiteral("The Print command is currently disabled."));
-    } catch (const Failure &noted) {
-        failure = noted.text();
+            tell(QStringLiteral("The Print command is currently disabled."));
+    } catch (const Failure &failure) {
+        noted = failure.text();
     }
-    if (!failure.isEmpty())
-        dialogs().message(MessageStyle::OkCancelExclamation, QStringLiteral("Veltrona"),
-                          QStringLiteral("Print command Error: ") + failure);
+    if (!noted.isEmpty())
+        tell(QStringLiteral("Print command Error: ") + noted);
 }
 
 void frmPrev::cmdClose_Click() {

@@ -1,15 +1,18 @@
 #include "report/printing.h"
 
 #include "platform/desktop/hourglass.h"
+#include "platform/desktop/replacementFile.h"
 #include "platform/failure.h"
+#include "report/pagination.h"
 #include "report/reportDocument.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QFile>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 
-#include <memory>
+#include <algorithm>
 
 namespace veltrona {
 
@@ -20,7 +23,7 @@ public:
     // Without any printer the dialog still prints to a file.
     bool isEnabled() override { return true; }
 
-    void print(const QTextDocument &page, QWidget *owner) override {
+    void print(ReportDocument &report, QWidget *owner) override {
         QPrinter printer(QPrinter::HighResolution);
         printer.setDocName(QStringLiteral("Veltrona Report"));
         printer.setCreator(QStringLiteral("Veltrona"));
@@ -28,39 +31,121 @@ public:
         if (dialog.exec() != QDialog::Accepted)
             return;
         const Hourglass hourglass;
-        printPage(page, printer);
+        printReport(report, printer);
     }
 };
 
 Printing *installed = nullptr;
 
-Failure printFailure(const QPrinter &printer) {
-    return {
-        static_cast<int>(printer.printerState()),
-        printer.outputFileName().isEmpty()
-            ? QStringLiteral("the printer \"%1\" doesn't take the report.")
-                  .arg(printer.printerName())
-            : QStringLiteral("the file \"%1\" can't be written.").arg(printer.outputFileName())};
-}
-
-void drawPage(QPainter &painter, const QTextDocument &document, int page) {
-    const QSizeF size = document.pageSize();
-    const QRectF part(0, page * size.height(), size.width(), size.height());
+void drawPiece(QPainter &painter, const ReportDocument &report, const QRectF &piece) {
     QAbstractTextDocumentLayout::PaintContext context;
-    context.clip = part;
+    context.clip = piece;
     context.palette.setColor(QPalette::Text, Qt::black);
     painter.save();
-    painter.translate(0, -part.top());
-    painter.setClipRect(part);
-    document.documentLayout()->draw(&painter, context);
+    painter.translate(0, -piece.top());
+    painter.setClipRect(piece);
+    report.documentLayout()->draw(&painter, context);
+    painter.restore();
+    painter.translate(0, piece.height());
+}
+
+void drawPage(QPainter &painter, const ReportDocument &report, const ReportPage &page,
+              double width) {
+    painter.save();
+    if (page.repeatsHeadings) {
+        const ReportDocument::Statistics statistics = report.statistics();
+        drawPiece(painter, report,
+                  {0, statistics.top, width, statistics.headingsEnd - statistics.top});
+    }
+    drawPiece(painter, report, {0, page.top, width, page.bottom - page.top});
     painter.restore();
 }
 
-/// The pages that the user has asked for, from 1.
-std::pair<int, int> pagesToPrint(const QPrinter &printer, int pages) {
-    if (printer.printRange() != QPrinter::PageRange || printer.fromPage() == 0)
-        return {1, pages};
-    return {printer.fromPage(), qMin(qMax(printer.toPage(), printer.fromPage()), pages)};
+/// The numbers of the pages that the user asked for, in the order of printing.
+std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
+    std::vector<int> numbers;
+    for (int number = 1; number <= pages; ++number) {
+        if (printer.printRange() != QPrinter::PageRange || printer.pageRanges().isEmpty() ||
+            printer.pageRanges().contains(number))
+            numbers.push_back(number);
+    }
+    if (printer.pageOrder() == QPrinter::LastPageFirst)
+        std::reverse(numbers.begin(), numbers.end());
+    const int copies = printer.supportsMultipleCopies() ? 1 : printer.copyCount();
+    std::vector<int> all;
+    if (printer.collateCopies()) {
+        for (int copy = 0; copy < copies; ++copy)
+            all.insert(all.end(), numbers.begin(), numbers.end());
+    } else {
+        for (const int number : numbers)
+            all.insert(all.end(), std::size_t(copies), number);
+    }
+    return all;
+}
+
+/// The page is as wide as the paper, unless a picture would then be higher than the paper is.
+double scaleFor(const ReportDocument &report, const QSizeF &paper, double width) {
+    constexpr double bearable = 3; // smaller still, nothing could be read
+    const double scale = paper.width() / width;
+    const double picture = highestPicture(report) * scale;
+    return picture > paper.height() && picture < bearable * paper.height()
+               ? scale * paper.height() / picture
+               : scale;
+}
+
+class PaperGraph {
+public:
+    explicit PaperGraph(ReportDocument &report) : m_report(report) { report.showGraphFor(true); }
+    ~PaperGraph() { m_report.showGraphFor(false); }
+    PaperGraph(const PaperGraph &) = delete;
+    PaperGraph &operator=(const PaperGraph &) = delete;
+
+private:
+    ReportDocument &m_report;
+};
+
+bool drawPages(ReportDocument &report, QPrinter &printer) {
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double width = qMax<double>(ReportDocument::pageWidth, report.size().width());
+    const double scale = scaleFor(report, paper.size(), width);
+    painter.scale(scale, scale);
+    const PaperGraph graph(report);
+    const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
+    bool isFirst = true;
+    for (const int number : pagesToPrint(printer, static_cast<int>(pages.size()))) {
+        if (!isFirst && !printer.newPage())
+            return false;
+        isFirst = false;
+        drawPage(painter, report, pages[std::size_t(number - 1)], width);
+    }
+    return painter.end() && printer.printerState() != QPrinter::Error &&
+           printer.printerState() != QPrinter::Aborted;
+}
+
+/// The engine that writes the file doesn't tell that the disk was full.
+bool isWhole(const QString &pdf) {
+    QFile file(pdf);
+    return file.open(QIODevice::ReadOnly) && file.seek(qMax<qint64>(0, file.size() - 16)) &&
+           file.readAll().contains("%%EOF");
+}
+
+void printToFile(ReportDocument &report, QPrinter &printer) {
+    const QString target = printer.outputFileName();
+    desktop::ReplacementFile file(target);
+    printer.setOutputFileName(file.path());
+    const bool drawn = drawPages(report, printer);
+    printer.setOutputFileName(target);
+    const bool isDevice = file.path() == target; // nothing can be read back from it
+    if (!drawn || !(isDevice || isWhole(file.path())))
+        throw Failure(static_cast<int>(printer.printerState()),
+                      QStringLiteral("The file \"%1\" can't be written. Its folder may be missing "
+                                     "or closed, or the disk full.")
+                          .arg(target));
+    file.commit();
 }
 
 } // namespace
@@ -74,24 +159,13 @@ void setPrinting(Printing *printing) {
     installed = printing;
 }
 
-void printPage(const QTextDocument &page, QPrinter &printer) {
-    QPainter painter;
-    if (!painter.begin(&printer))
-        throw printFailure(printer);
-    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
-    const double scale = paper.width() / ReportDocument::pageWidth;
-    painter.scale(scale, scale);
-
-    const std::unique_ptr<QTextDocument> document(page.clone());
-    document->setPageSize(QSizeF(ReportDocument::pageWidth, paper.height() / scale));
-    const auto [first, last] = pagesToPrint(printer, document->pageCount());
-    for (int number = first; number <= last; ++number) {
-        if (number > first && !printer.newPage())
-            throw printFailure(printer);
-        drawPage(painter, *document, number - 1);
-    }
-    if (!painter.end() || printer.printerState() == QPrinter::Error)
-        throw printFailure(printer);
+void printReport(ReportDocument &report, QPrinter &printer) {
+    if (!printer.outputFileName().isEmpty())
+        printToFile(report, printer);
+    else if (!drawPages(report, printer))
+        throw Failure(static_cast<int>(printer.printerState()),
+                      QStringLiteral("The printer \"%1\" doesn't take the report.")
+                          .arg(printer.printerName()));
 }
 
 } // namespace veltrona

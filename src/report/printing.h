@@ -1,13 +1,13 @@
-// How a report's page gets to a printer. It stands behind a seam, so that a system on which nothing
-// can be printed, and one on which printing fails, can both be had at will.
+// How a report gets to a printer. It stands behind a seam, so that a system on which nothing can be
+// printed, and one on which printing fails, can both be had at will.
 #pragma once
-
-#include <QTextDocument>
 
 class QPrinter;
 class QWidget;
 
 namespace veltrona {
+
+class ReportDocument;
 
 class Printing {
 public:
@@ -16,7 +16,7 @@ public:
     /// Whether something can be printed at this moment; throws Failure if that can't be told.
     virtual bool isEnabled() = 0;
     /// Asks the user by the system's print dialog and prints; throws Failure.
-    virtual void print(const QTextDocument &page, QWidget *owner) = 0;
+    virtual void print(ReportDocument &report, QWidget *owner) = 0;
 };
 
 /// The printing in force: the system's unless another one has been installed.
@@ -25,8 +25,8 @@ Printing &printing();
 /// Installs a printing that the caller keeps alive; null brings the system's back.
 void setPrinting(Printing *printing);
 
-/// Prints a page that was laid out for ReportDocument::pageWidth: what fits the width of the
-/// preview fits the width of the paper. Throws Failure if the printer or the file refuses.
-void printPage(const QTextDocument &page, QPrinter &printer);
+/// Prints what the preview shows, as wide as the paper. Throws Failure if printer or file refuses;
+/// a file that stood there before is unharmed then.
+void printReport(ReportDocument &report, QPrinter &printer);
 
 } // namespace veltrona

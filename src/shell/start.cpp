@@ -2,6 +2,7 @@
 
 #include "platform/controls/icons.h"
 #include "platform/dialogs/errorFilter.h"
+#include "platform/drawing/clipboard.h"
 #include "shell/frmMain.h"
 #include "shell/modMain.h"
 #include "shell/version.h"
@@ -16,6 +17,7 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     setWindowIcon(icon(QStringLiteral("veltrona")));
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
+    drawing::useSystemClipboard();
 }
 
 bool Application::notify(QObject *receiver, QEvent *event) {

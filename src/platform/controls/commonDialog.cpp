@@ -14,7 +14,8 @@ FileDialogSetup setupOf(const CommonDialog &dialog) {
             dialog.InitDir,
             dialog.DefaultExt,
             (dialog.Flags & overwritePrompt) != 0,
-            (dialog.Flags & createPrompt) != 0};
+            (dialog.Flags & createPrompt) != 0,
+            dialog.FinalName};
 }
 } // namespace
 

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace veltrona {
 
 class CommonDialog {
@@ -17,6 +19,9 @@ public:
     /// 2 asks before a file is overwritten, 4 hides the read-only box, 8192 asks before one is
     /// made.
     int Flags = 0;
+    /// The rule that a name to save gets its last shape by, so that the question is asked for the
+    /// file that is really written; if empty, DefaultExt counts.
+    std::function<QString(const QString &)> FinalName;
 
     void ShowOpen();
     void ShowSave();

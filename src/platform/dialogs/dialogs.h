@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace veltrona {
 
 /// The message boxes in use, by their style number.
@@ -28,6 +30,9 @@ struct FileDialogSetup {
     // Of a save dialog: whether it asks before a file is overwritten, and before one is made.
     bool confirmsOverwrite = true;
     bool confirmsCreation = false;
+    /// What a save dialog makes of the name chosen before it asks; if empty, the default extension
+    /// is added.
+    std::function<QString(const QString &)> finalName = {};
 };
 
 class Dialogs {

@@ -190,7 +190,8 @@ QString QtDialogs::saveFile(const FileDialogSetup &setup) {
     // The question is asked here, for the name that is really written.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     while (const std::optional<QString> chosen = runFileDialog(dialog)) {
-        const QString name = withExtension(*chosen, setup.defaultExtension);
+        const QString name = setup.finalName ? setup.finalName(*chosen)
+                                             : withExtension(*chosen, setup.defaultExtension);
         if (mayWrite(name, setup))
             return QDir::toNativeSeparators(name);
         dialog.selectFile(name);

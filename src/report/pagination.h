@@ -1,0 +1,24 @@
+// Where a laid-out report is cut into pages: between its lines, never through a row or a picture.
+#pragma once
+
+#include <vector>
+
+namespace veltrona {
+
+class ReportDocument;
+
+/// A piece of the document, in pixels from its top.
+struct ReportPage {
+    double top = 0;
+    double bottom = 0;
+    /// The headings of the statistics stand above the piece once more.
+    bool repeatsHeadings = false;
+};
+
+/// The pages for paper of that height. Only what is higher than a whole page is cut.
+std::vector<ReportPage> paginate(const ReportDocument &document, double height);
+
+/// The height of the highest picture with the line above it; 0 if there is no picture.
+double highestPicture(const ReportDocument &document);
+
+} // namespace veltrona
