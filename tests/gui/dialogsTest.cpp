@@ -183,6 +183,11 @@ private slots:
                 },
                 choosing("new"), pressing(Qt::Key_Return)}); // Yes is the default
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("new.vlt"));
+        setup.confirmsCreation = false;
+        // A rule of the caller's in the place of the default extension.
+        setup.finalName = [](const QString &name) { return name + QStringLiteral(".vlt"); };
+        whenUp({choosing("a"), accepting});
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
         setup.confirmsOverwrite = false;
         whenUp({choosing("a")});
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));

@@ -44,11 +44,11 @@ public:
 
     bool isEnabled() override { return true; }
 
-    void print(const QTextDocument &page, QWidget *) override {
+    void print(ReportDocument &report, QWidget *) override {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file);
-        printPage(page, printer);
+        printReport(report, printer);
     }
 };
 

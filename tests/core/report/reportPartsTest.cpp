@@ -1,0 +1,74 @@
+#include "report/reportParts.h"
+#include "report/reportText.h"
+
+#include "analysis/statisticsGrid.h"
+
+#include <QTest>
+
+using namespace veltrona;
+
+namespace {
+
+QString report(const QStringList &names, ReportOptions options = {}) {
+    Grid grid(gridColumn::Count);
+    initGrid(grid, true);
+    grid.setRows(static_cast<int>(names.size()) + 3);
+    for (int row = 1; row <= names.size(); ++row) {
+        grid.setTextMatrix(row, 0, names[row - 1]);
+        grid.setTextMatrix(row, 1, QStringLiteral("12.5"));
+        grid.setRow(row);
+        grid.setCol(1);
+        grid.setCellForeColor(red);
+    }
+    ReportContent content;
+    content.options = options;
+    content.doColor = true;
+    return textOfAnsi(QByteArray::fromStdString(reportText(content, grid)));
+}
+
+} // namespace
+
+class TestReportParts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void partsMakeTheWhole_data() {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"plain", "", "</table>", "</tr>", "\r\n</tr>\r\n<tr>", "<tr><td>",
+                                 "<th class=\"Stil5\">", "<table", "<!-- <body>"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+    void partsMakeTheWhole() {
+        QFETCH(QString, name);
+        const QString html = report({QStringLiteral("first"), name, QStringLiteral("last")});
+        const ReportParts parts = reportParts(html);
+        QCOMPARE(parts.before + parts.rows.join(QString()) + parts.after, html);
+        QVERIFY(parts.before.endsWith(parts.tableHead + parts.headings));
+        QVERIFY(parts.after.startsWith(QStringLiteral("</table>")));
+        QVERIFY(parts.rows.size() >= 5); // the spacer and the summary are rows too
+        QVERIFY(parts.styles.startsWith(QStringLiteral(".Stil5")));
+        QVERIFY(!parts.styles.contains(u'>'));
+    }
+
+    void withoutStatistics() {
+        const QString html = report({}, {false, false, false, false});
+        const ReportParts parts = reportParts(html);
+        QCOMPARE(parts.before, html);
+        QVERIFY(parts.rows.isEmpty() && parts.after.isEmpty());
+        for (const QString &broken : {QString(), QStringLiteral("<th class=\"Stil5\">"),
+                                      QStringLiteral("</table><table><tr><th class=\"Stil5\">")})
+            QCOMPARE(reportParts(broken).before, broken);
+    }
+
+    void cells() {
+        const QStringList texts = cellTexts(reportParts(report({QStringLiteral("a > b")})).rows[0]);
+        QCOMPARE(texts.size(), gridColumn::Count - 2);
+        QCOMPARE(texts[0], QStringLiteral("a > b"));
+        QCOMPARE(texts[1], QStringLiteral("12.5"));
+        QCOMPARE(cellTexts(QStringLiteral("<td><div >\r\n<td><div ")),
+                 QStringList({QString(), QString()}));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestReportParts)
+#include "reportPartsTest.moc"

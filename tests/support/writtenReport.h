@@ -1,0 +1,59 @@
+// Reports for tests of preview and print: written as the program writes them, of rows given by name
+// only.
+#pragma once
+
+#include "analysis/statisticsGrid.h"
+#include "report/reportWriter.h"
+
+#include <QImage>
+#include <QStringList>
+
+namespace veltrona::test {
+
+struct WrittenReport {
+    QStringList names = {};
+    /// Every row of these is red.
+    QStringList redNames = {};
+    ReportOptions options{.graph = false};
+    /// The graph; asked for by the options.
+    QSize graphSize{600, 200};
+    QColor graphColor{200, 0, 200};
+
+    void write(const QString &path) const {
+        Grid grid(gridColumn::Count);
+        initGrid(grid, true);
+        grid.setRows(static_cast<int>(names.size()) + 3);
+        for (int row = 1; row <= names.size(); ++row) {
+            grid.setTextMatrix(row, gridColumn::Name, names[row - 1]);
+            for (int col = 1; col < gridColumn::Count; ++col)
+                grid.setTextMatrix(row, col, QString::number(row * col % 977 / 7.0, 'f', 2));
+            grid.setRow(row);
+            for (int col = 0; redNames.contains(names[row - 1]) && col < grid.Cols(); ++col) {
+                grid.setCol(col);
+                grid.setCellForeColor(red);
+            }
+        }
+        grid.setTextMatrix(grid.Rows() - 1, 0, QStringLiteral("Summary"));
+        QImage graph(graphSize, QImage::Format_BGR888);
+        graph.fill(graphColor);
+        const drawing::Picture picture(drawing::createBitmap(
+            graph.width(), graph.height(), graph.constBits(), graph.bytesPerLine()));
+        ReportSource source;
+        source.grid = &grid;
+        source.metric = QStringLiteral("Clicks");
+        source.options = options;
+        source.copyChart = [&] { return &picture; };
+        source.locale = QLocale::c();
+        writeReport(path, true, source);
+    }
+};
+
+/// "row 1", "row 2" and so on.
+inline QStringList numberedNames(int count) {
+    QStringList names = {};
+    for (int i = 1; i <= count; ++i)
+        names << QStringLiteral("row %1").arg(i);
+    return names;
+}
+
+} // namespace veltrona::test
