@@ -3,7 +3,6 @@
 #include "analysis/chartSeries.h"
 
 #include "analysis/nodeTag.h"
-#include "support/dataTable.h"
 #include "support/recordTable.h"
 
 #include <QTest>
@@ -21,7 +20,7 @@ DateValue date(const char *isoText) {
     return dateOfIsoText(isoText).value();
 }
 
-enum Metric { AverageCpc, Clicks = 3, Costs = 6, MaxContentCpc = 8, MaxCpc, Position };
+enum Metric { AverageCpc, Clicks = 3, MaxContentCpc = 8, MaxCpc, Position };
 
 std::vector<double> values(const ChartSeries &series) {
     std::vector<double> list;
@@ -159,28 +158,6 @@ private slots:
         }
     }
 
-    void rounding_data() {
-        const test::DataTable<qint64, double> row("cost", "value");
-        // As 32-bit floats, so that 1.135 lies below its tie.
-        row("tie to even below", 1'125'000, 1.12);
-        row("tie to even above", 1'375'000, 1.38);
-        row("just above a tie", 1'115'000, 1.12);
-        row("just below a tie", 1'135'000, 1.13);
-        row("beyond 24 bits", 16'777'217'000'000, 16777216.0);
-        row("no negative zero", -1, 0.0);
-    }
-    void rounding() {
-        QFETCH(const qint64, cost);
-        QFETCH(const double, value);
-        test::RecordTable table;
-        table.insert({{"GoogleDate", "2007-05-14"}, {"cost", cost}});
-        const double shown =
-            values(queryChartSeries(table.connection(), days(Costs, "2007-05-14", "2007-05-14")))
-                .front();
-        QCOMPARE(shown, value);
-        QCOMPARE(std::signbit(shown), std::signbit(value));
-    }
-
     void hugeNumbersInAnyOrder() {
         constexpr qint64 huge = std::numeric_limits<qint64>::max();
         const std::pair<const char *, QVariant> records[] = {
@@ -194,31 +171,6 @@ private slots:
         QCOMPARE(
             values(queryChartSeries(table.connection(), days(Clicks, "2007-05-13", "2007-05-16"))),
             (std::vector<double>{1.25, largest, -largest, std::ldexp(1.0, 64)}));
-    }
-
-    void allDates() {
-        test::RecordTable table;
-        ChartRequest request = days(Clicks, "1989-01-01", "2032-01-01");
-        request.allDates = true;
-        QCOMPARE(queryChartSeries(table.connection(), request).range, request.range);
-
-        table.insert({{"GoogleDate", "2007-05-14 10:00:00"}, {"Campaign", "a"}, {"Clicks", 1}});
-        table.insert({{"GoogleDate", "2007-05-16"}, {"Campaign", "b"}, {"Clicks", 2}});
-        table.insert({{"GoogleDate", "2007-05-18"}, {"Campaign", "a"}, {"Clicks", 4}});
-        request.tag = " AND campaign='b' ORDER BY adGroup";
-        const ChartSeries series = queryChartSeries(table.connection(), request);
-        QCOMPARE(series.range, (DateRange{date("2007-05-14 10:00:00"), date("2007-05-18")}));
-        QCOMPARE(values(series), (std::vector<double>{0, 0, 2, 0, 0}));
-    }
-
-    void unreadableDate() {
-        test::RecordTable table;
-        table.insert({{"GoogleDate", "yesterday"}, {"Clicks", 1}});
-        ChartRequest request = days(Clicks, "2007-05-14", "2007-05-15");
-        QCOMPARE(values(queryChartSeries(table.connection(), request)),
-                 (std::vector<double>{0, 0}));
-        request.allDates = true;
-        QVERIFY_EXCEPTION_THROWN(queryChartSeries(table.connection(), request), Failure);
     }
 
     void randomRecords() {
@@ -248,24 +200,6 @@ private slots:
                 QCOMPARE(series.bars[i].value, reference.value(series, i));
         }
         QVERIFY(bars > 2500);
-    }
-
-    void shown() {
-        Chart chart;
-        chart.setRowCount(50);
-        int changes = 0;
-        chart.onChange = [&] { ++changes; };
-        ChartSeries series;
-        series.bars = emptyBars({ChartUnit::Week, 2, 1}, date("2006-12-31"));
-        series.bars[1].value = 12.5;
-        showSeries(series, chart);
-        QCOMPARE(changes, 1);
-        QCOMPARE(chart.RowCount(), 2);
-        const std::vector<ChartRow> &rows = chart.DataGrid().rows();
-        QCOMPARE(rows[0].dates, "31 Dec 2006");
-        QCOMPARE(rows[1].dates, QString::fromUtf8("1 Jan 2007 – 7 Jan 2007"));
-        QCOMPARE(rows[1].value, 12.5);
-        QVERIFY(!rows[0].isNull && !rows[1].isNull);
     }
 };
 

@@ -98,23 +98,6 @@ private slots:
         QVERIFY(find(tree, {"c", "h", "Search keywords", "", "\tt\u00A0"}));
     }
 
-    void namesInReadingOrder() {
-        test::RecordTable table;
-        const QStringList expected = {"Apfel", "apfel", "Äpfel", "k", "Zoo"};
-        for (const int i : {4, 2, 3, 0, 1}) {
-            const QString &name = expected[i];
-            add(table, name, "k", "k", "k");
-            add(table, "Apfel", name, "k", "k");
-            add(table, "Apfel", "k", name, "k");
-            add(table, "Apfel", "k", "k", name);
-        }
-        Tree tree;
-        buildNavigationTree(table.connection(), "p", tree);
-        const QStringList path = {"Apfel", "k", "Search keywords", "k"};
-        for (const int level : {0, 1, 3, 4})
-            QCOMPARE(texts(find(tree, path.first(level))->Children), expected);
-    }
-
     void manyRecordsOfAName() {
         test::RecordTable table;
         const QStringList path = {"", "a", "b"};
@@ -145,26 +128,6 @@ private slots:
                           .join('/');
         }
         QCOMPARE(leaves, expected);
-    }
-
-    void rebuildReplacesAndAFailureLeavesTheTree() {
-        test::RecordTable table;
-        add(table, "c", "g", "k", "t");
-        Tree tree;
-        QStringList steps;
-        tree.onBeginRebuild = [&] { steps += QString("begin %1").arg(tree.Nodes().Count()); };
-        tree.onEndRebuild = [&] { steps += QString("end %1").arg(tree.Nodes().Count()); };
-        buildNavigationTree(table.connection(), "p", tree);
-        tree.setSelectedItem(tree.Nodes().Item(3));
-        table.connection().execute("ALTER TABLE tblGoogleDays RENAME TO other");
-        QVERIFY_EXCEPTION_THROWN(buildNavigationTree(table.connection(), "p", tree), Failure);
-        QCOMPARE(tree.SelectedItem()->Text, "g");
-        QCOMPARE(steps, (QStringList{"begin 0", "end 7"})); // the view wasn't told to let go
-        table.connection().execute("ALTER TABLE other RENAME TO tblGoogleDays");
-        table.connection().execute("DELETE FROM tblGoogleDays");
-        buildNavigationTree(table.connection(), "p", tree);
-        QCOMPARE(steps.mid(2), (QStringList{"begin 7", "end 1"}));
-        QVERIFY(!tree.SelectedItem());
     }
 };
 

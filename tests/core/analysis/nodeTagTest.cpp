@@ -44,12 +44,6 @@ private slots:
         QCOMPARE(tag.conditions.size(), std::size_t(4));
     }
 
-    void rootAsksForNothing() {
-        const NodeTag root = readNodeTag(" ORDER BY campaign");
-        QVERIFY(root.conditions.empty());
-        QCOMPARE(root.orderBy, "campaign");
-    }
-
     void otherTexts() {
         for (const char *text :
              {"", "anything", "ORDER BY campaign", " ORDER BY campaign; DROP TABLE tblGoogleDays",
