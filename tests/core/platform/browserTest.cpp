@@ -87,37 +87,6 @@ private slots:
         }
     }
 
-    void relativeNamesBecomeAbsolute() {
-        installEntry("stub.desktop", QString("Exec=%1 %f\nPath=/").arg(path("stub")));
-        const QString before = QDir::currentPath();
-        QDir::setCurrent(folder());
-        const int result = shellExecute(path("data/applications/stub.desktop"), "report.html");
-        QDir::setCurrent(before);
-        QVERIFY(result > 32);
-        QCOMPARE(record(), QStringList{QFileInfo(m_page).canonicalFilePath()});
-    }
-
-    void commandLines_data() {
-        const test::DataTable<QString, QStringList> row("arguments", "given");
-        row("quotes", R"("a b" "c \\"d\\" \\$e" %f)", {"a b", "c \"d\" $e", "FILE"});
-        row("escapes of the file", R"(a\sb\\\\c %f)", {"a", "b\\\\c", "FILE"});
-        row("codes", "%i %c %k 100%% %d%D%m %f",
-            {"--icon", "sign", "A Stub", "ENTRY", "100%", "FILE"});
-        row("empty argument", "\"\" %f", {"", "FILE"});
-    }
-    void commandLines() {
-        QFETCH(QString, arguments);
-        QFETCH(QStringList, given);
-        installEntry(
-            "stub.desktop",
-            QString("Name = A Stub\nIcon=sign\nExec=\"%1\" %2").arg(path("stub"), arguments));
-        const QString entry = path("data/applications/stub.desktop");
-        QVERIFY(shellExecute(entry, m_page) > 32);
-        given.replaceInStrings("FILE", m_page);
-        given.replaceInStrings("ENTRY", entry);
-        QCOMPARE(record(), given);
-    }
-
     void theRightProgramIsFound() {
         const QString exec = QString("Exec=%1 %f").arg(path("stub"));
         QCOMPARE(found(), QString());

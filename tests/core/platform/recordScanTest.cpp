@@ -58,17 +58,6 @@ private slots:
         m_table->connection().execute("DELETE FROM tblGoogleDays");
     }
 
-    void scansInsideScansAndStatements() {
-        auto statement = m_table->connection().prepare("SELECT Clicks FROM tblGoogleDays");
-        QVERIFY(statement.step());
-        qint64 sum = 0;
-        scanRecords(m_table->connection(), "Clicks", "FROM tblGoogleDays", {},
-                    [&](Record record) { sum += record[0].int64() * sumOfClicks(); });
-        QCOMPARE(sum, 49);
-        QVERIFY(statement.step());
-        QCOMPARE(statement.int64(0), 2);
-    }
-
 private:
     qint64 sumOfClicks(const std::string &rest = "FROM tblGoogleDays") {
         qint64 sum = 0;
