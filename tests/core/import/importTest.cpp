@@ -1,5 +1,4 @@
 #include "import/importRows.h"
-#include "import/parserReport.h"
 #include "import/progress.h"
 #include "support/dataTable.h"
 #include "support/failureOf.h"
@@ -85,21 +84,13 @@ private slots:
         const test::DataTable<QByteArray, bool> add("content", "passes");
         const QByteArray both = "<column name='campaign'/><column name='date'/>";
         add("in any case", "<r><column name='CAMPAIGN'/><column name='Date'/></r>", true);
-        add("rows in front, childless", "<r><row/><row/>" + both + "</r>", true);
-        add("a list behind", "<r>" + both + "<a>text</a></r>", true);
         add("one missing", "<r><column name='campaign'/></r>", false);
         add("a text element in front", "<r><title>Report</title>" + both + "</r>", false);
-        add("a comment's list in front", "<r><a><!-- --></a>" + both + "</r>", false);
         add("rows with children in front", "<r><row><x/></row>" + both + "</r>", false);
         add("a column with content",
             "<r><column name='campaign'>x</column><column name='date'/></r>", false);
         add("the second with content",
             "<r><column name='campaign'/><column name='date'>x</column></r>", true);
-        add("white space in a column",
-            "<r><column name='campaign'> \n</column><column name='date'/></r>", true);
-        add("two lists", "<r><a><column name='campaign'/></a><column name='date'/></r>", false);
-        add("blanks in the name", "<r><column name=' campaign'/><column name='date'/></r>", false);
-        add("other elements", "<r><Column name='campaign'/><g:column name='date'/></r>", false);
         // The walk stops before it comes to the column that has no name.
         add("stopped early", "<r><title>x</title><column/></r>", false);
     }
@@ -198,21 +189,12 @@ private slots:
         QCOMPARE(records("KeyWord, CreativeId").last(), QStringLiteral("b|0"));
     }
 
-    void takesNestedRowsAfterTheOuter() {
-        const QByteArray outer = row("outer").replace("/>", ">");
-        import(report(keyColumns, outer + "<x>" + row("inner") + "</x></row>" + row("last")));
-        QCOMPARE(records("KeyWord"), (QStringList{"outer", "inner", "last"}));
-    }
-
     void endsAtAValueThatCannotBeRead_data() {
         const test::DataTable<QByteArray, QStringList> add("bad", "parts");
         add("number", row("b", "12%"), {"\"12%\"", "\"clicks\""});
         add("key", row("b").replace("'7'", "'7; x'"), {"\"7; x\"", "\"creativeid\""});
         add("date", row("b").replace("05-14", "02-30"), {"\"2007-02-30\"", "\"date\""});
         add("no date", row("b").replace("date=", "day="), {"\"date\"", "missing"});
-        add("long", row("b", QByteArray(1000000, '9')), {'"' + QString(40, '9') + "...\""});
-        // The key's fault is told, the other one not looked at.
-        add("two faults", row("b", "x").replace("2007", "07"), {"\"07-05-14\""});
     }
     void endsAtAValueThatCannotBeRead() {
         QFETCH(QByteArray, bad);
@@ -241,15 +223,6 @@ private slots:
         m_table->connection().execute("PRAGMA max_page_count = 100000");
         import(report(keyColumns, rows));
         QCOMPARE(records().size(), 1000);
-    }
-
-    void showsTheParsersReport() {
-        const xml::ParseError error{76, "Tags differ\r\n", 3, 5, 40, "<a></b>", "/tmp/x.xml"};
-        QCOMPARE(parserReport(error),
-                 QStringLiteral("Your XML Document failed to loaddue the following error.\r\n"
-                                "Error #: 76: Tags differ\r\nLine #: 3\r\nLine Position: 5\r\n"
-                                "Position In File: 40\r\nSource Text: <a></b>\r\n"
-                                "Document URL: /tmp/x.xml"));
     }
 };
 
