@@ -71,28 +71,6 @@ private slots:
         }
     }
 
-    void qualityIsClamped() {
-        QMap<int, qint64> sizes;
-        m_picture.RandomiseBits(false);
-        for (int quality : {0, 1, 85, 100, 101}) {
-            QVERIFY(save(path("g.jpg"), quality));
-            sizes[quality] = QFile(path("g.jpg")).size();
-        }
-        QCOMPARE(sizes[0], sizes[1]);
-        QCOMPARE(sizes[101], sizes[100]);
-        QVERIFY(sizes[1] < sizes[85] && sizes[85] < sizes[100]);
-    }
-
-    void withoutAPictureNothingIsTouched() {
-        const QString file = path("g.jpg");
-        test::write(file, "older");
-        m_picture.ClearUp();
-        QVERIFY(!save(file));
-        QCOMPARE(m_number, -1);
-        QCOMPARE(m_text, "No picture loaded to save.");
-        QCOMPARE(QFile(file).size(), 5);
-    }
-
     void asksBeforeItReplaces() {
         const QString file = path("g.jpg");
         test::write(file, "older");
@@ -108,15 +86,6 @@ private slots:
         QVERIFY(save(file, 85, true));
         QVERIFY(!QImage(file).isNull());
         QVERIFY(save(path("new.jpg"), 85, true)); // nothing there: no question
-    }
-
-    void hostileNames() {
-        for (const char *utf8 : {"Müller \"x\" %41 #?.jpg", "日本.jpg", "'; rm -rf $HOME.jpg"}) {
-            const QString name = QString::fromUtf8(utf8);
-            QVERIFY2(save(path(name)), qPrintable(m_text));
-            QVERIFY(files().contains(name));
-        }
-        QVERIFY(save(path(QString(251, u'n') + ".jpg")));
     }
 
     void failuresLeaveNoFile() {
@@ -141,15 +110,6 @@ private slots:
         QVERIFY(!save(path("full.jpg")));
         QCOMPARE(m_number, -23);
         QVERIFY(QFile::exists("/dev/full"));
-    }
-
-    void pictureTooLargeForTheFormat() {
-        QVERIFY(m_picture.Create(65600, 1));
-        m_picture.setPictureLoaded(true);
-        QVERIFY(!save(path("g.jpg")));
-        QCOMPARE(m_number, -8);
-        QCOMPARE(m_text, "ijlWrite Error - Invalid JPEG properties specified");
-        QVERIFY(files().isEmpty());
     }
 };
 

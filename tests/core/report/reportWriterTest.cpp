@@ -81,16 +81,6 @@ private slots:
         QCOMPARE(m_grid.Col(), 12);
     }
 
-    void optionsThatAreOffTouchNothing() {
-        ReportSource plain = source();
-        plain.options = {false, false, false, false};
-        writeReport(m_page, true, plain);
-        QCOMPARE(files(), QStringList{"report.html"});
-        QCOMPARE(m_charts, 0);
-        QCOMPARE(m_grid.Row(), 0);
-        QCOMPARE(m_grid.Col(), 0);
-    }
-
     void replacesOlderOnes() {
         test::write(m_page, QByteArray(100000, 'x'));
         test::write(m_picture, "older");
@@ -102,33 +92,11 @@ private slots:
         QCOMPARE(files().size(), 2);
     }
 
-    void relativeNamesStartFromTheCurrentFolder() {
-        const QString before = QDir::currentPath();
-        QDir::setCurrent(folder());
-        write("report.html");
-        QDir::setCurrent(before);
-        QCOMPARE(files(), (QStringList{"graph.jpg", "report.html"}));
-    }
-
     void hostileNames() {
         for (const char *utf8 : {"Müller %41 #?.html", "日本 \"x\".html", "'$HOME'.html"}) {
             write(path(QString::fromUtf8(utf8)));
             QVERIFY(files().contains(QString::fromUtf8(utf8)));
         }
-        const QString longest = QString(250, u'n') + ".html";
-        write(path(longest));
-        QVERIFY(files().contains(longest));
-        QVERIFY(failureText(path(u'n' + longest)).contains("File name too long"));
-        QCOMPARE(files().size(), 5);
-    }
-
-    void followsALink() {
-        const QString target = path("target.html");
-        test::write(target, "older");
-        QVERIFY(QFile::link(target, m_page));
-        write(m_page);
-        QVERIFY(QFileInfo(m_page).isSymLink());
-        QVERIFY(contents(target).startsWith("<html>"));
     }
 
     void aFailureLeavesTheOlderOnes() {
@@ -194,16 +162,6 @@ private slots:
                  "Error Number = -1\rError Description = No picture loaded to save.");
         QVERIFY(contents(m_page).contains("<img src=\"graph.jpg\">"));
         QCOMPARE(contents(m_picture), "older picture");
-    }
-
-    void aPictureThatCannotTakeItsPlaceIsTold() {
-        DialogRecorder recorder;
-        recorder.expectAnswer(Answer::Ok);
-        QVERIFY(QDir(folder()).mkdir("graph.jpg"));
-        write(m_page);
-        QVERIFY(recorder.allUsed());
-        QVERIFY(recorder.boxes().first().text.contains("Is a directory"));
-        QCOMPARE(files(), (QStringList{"graph.jpg", "report.html"}));
     }
 };
 
