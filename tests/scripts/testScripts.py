@@ -1,5 +1,4 @@
-"""Tests of the project's own tools: the layer check, the report generator, the benchmarks' ratios and
-the package list."""
+"""Tests of the project's own tools: layer check, report generator, the benchmarks' ratios."""
 import json
 import pathlib
 import subprocess
@@ -55,16 +54,6 @@ class LayerCheck(unittest.TestCase):
                 self.assertEqual(code, 1, told)
                 self.assertIn(path, told)
 
-    def testAllowed(self):
-        for path, include in (
-            ("platform/xml/reader.cpp", "<libxml/xmlreader.h>"),
-            ("report/doExport.cpp", '"analysis/summary.h"'),
-            ("import/frmWait.cpp", '"shell/modMain.h"'),
-        ):
-            with self.subTest(path=path, include=include):
-                code, told = self.check(path, f"#include {include}\n")
-                self.assertEqual(code, 0, told)
-
     def testFileThatNoFolderNames(self):
         with tempfile.TemporaryDirectory() as folder:
             file = pathlib.Path(folder) / "src/analysis/lost.cpp"
@@ -89,27 +78,11 @@ class MakeReport(unittest.TestCase):
             self.assertEqual(len(row), 34)
             self.assertEqual(int(row["cost"]), int(row["cpc"]) * int(row["clicks"]))
 
-    def testColumnsAndLimits(self):
-        made = report_of("--columns", "clicks", "--rows", "5", "--start", "2024-02-29",
-                         "--density", "1")
-        root = ElementTree.fromstring(made)
-        names = [column.get("name") for column in root.iter("column")]
-        self.assertEqual(names, ["campaign", "date", "clicks"])
-        self.assertEqual([list(row.attrib) for row in root.iter("row")], [names] * 5)
-        self.assertEqual(next(root.iter("row")).get("date"), "2024-02-29")
-
-    def testFilesOfLimitedSize(self):
-        with tempfile.TemporaryDirectory() as folder:
-            report_of("--rows", "25", "--rows-per-file", "10", "--output", f"{folder}/part%02d.xml")
-            counts = [len(list(ElementTree.parse(file).iter("row")))
-                      for file in sorted(pathlib.Path(folder).iterdir())]
-        self.assertEqual(counts, [10, 10, 5])
-
 
 class Ratios(unittest.TestCase):
     """The tree may take twice as long as its baseline."""
 
-    def ratio(self, ours, baseline, page=None):
+    def ratio(self, ours, baseline):
         runs = [
             {"name": f"{name}_{kind}", "run_name": name, "aggregate_name": kind,
              "cpu_time": time, "real_time": 1, "time_unit": unit}
@@ -119,30 +92,13 @@ class Ratios(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             results = pathlib.Path(folder) / "results.json"
             results.write_text(json.dumps({"benchmarks": runs}))
-            return run(ROOT / "bench/ratios.py", results, *([page] if page else []))
+            return run(ROOT / "bench/ratios.py", results)
 
     def testLimit(self):
         self.assertEqual(self.ratio(1990, 1).returncode, 0)
         above = self.ratio(2010, 1)
         self.assertEqual(above.returncode, 1)
         self.assertIn(b"2.01 **above** | 2 |", above.stdout)
-
-    def testTableReplacesTheOlderOne(self):
-        with tempfile.TemporaryDirectory() as folder:
-            page = pathlib.Path(folder) / "performance.md"
-            page.write_text((ROOT / "docs/performance.md").read_text())
-            self.ratio(500, 1, page)
-            once = page.read_text()
-            self.ratio(500, 1, page)
-            self.assertEqual(page.read_text(), once)
-        self.assertIn("| 0.50 | 2 |", once)
-        self.assertTrue(once.startswith("# Speed"))
-        self.assertIn("## Where the speed comes from", once)
-
-
-class InstallPackages(unittest.TestCase):
-    def testSectionThatIsNotThereIsRefused(self):
-        self.assertEqual(run(ROOT / "scripts/install-packages", "nothing").returncode, 2)
 
 
 if __name__ == "__main__":

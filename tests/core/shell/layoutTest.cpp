@@ -23,30 +23,10 @@ private slots:
         QCOMPARE(at.cboGroup, (TwipRect{8440, 1320, 2055, 315}));
     }
 
-    void lessThanTheMinimumIsTheMinimumInEachDirectionByItself() {
-        const WindowLayout least = arrangeWindow({.width = 11000, .height = 6500});
-        const WindowLayout narrow = arrangeWindow({.width = 10, .height = 8001});
-        QCOMPARE(narrow.Frame3.width, least.Frame3.width);
-        QCOMPARE(narrow.Frame1.height, 3328.F);
-        const WindowLayout low = arrangeWindow({.width = 20000, .height = 10});
-        QCOMPARE(low.Frame1.height, least.Frame1.height);
-        QCOMPARE(low.Frame2.width, 14690.F);
-        QCOMPARE(low.Frame3.width - low.mscMain.width, 2600.F); // the chart alone widens
-    }
-
-    void filtersFollowTheirLabels() {
-        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}).dtpStart.left, 1200.F);
-        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}).dtpEnd.left, 3555.F);
-        FilterLabels labels;
-        labels.range.width = 1000;
-        QCOMPARE(arrangeWindow({.width = 30000, .height = 9000}, labels).cboRange.left, 6235.F);
-    }
-
     void nothingIsCovered_data() {
         const test::DataTable<float, float, float> row("toolBar", "chromeHeight", "chromeWidth");
         row("just what is allowed", 600, 840, 170);
         row("high tool bar", 905, 705, 120);
-        row("all of it", 1100, 1300, 400);
         row("no chrome, low tool bar", 300, 0, 0);
     }
     void nothingIsCovered() {
