@@ -4,12 +4,11 @@
 #include "support/dataTable.h"
 #include "support/testFolder.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -69,7 +68,6 @@ private slots:
         row("36", 36, Answer::Yes, Answer::No, QMessageBox::Question);
         row("48", 48, Answer::Ok, Answer::Ok, QMessageBox::Warning);
         row("49", 49, Answer::Ok, Answer::Cancel, QMessageBox::Warning);
-        row("52", 52, Answer::Yes, Answer::No, QMessageBox::Warning);
         row("275", 275, Answer::No, Answer::Cancel, QMessageBox::Critical);
     }
     void answers() {
@@ -132,26 +130,6 @@ private slots:
         QCOMPARE(dialogs.choose("Veltrona", "text", buttons), 0);
         whenUp({pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.choose("Veltrona", "text", buttons), 2);
-        whenUp({[&](QWidget *window) {
-            for (QPushButton *button : window->findChildren<QPushButton *>())
-                if (button->text() == buttons[1])
-                    button->click();
-        }});
-        QCOMPARE(dialogs.choose("Veltrona", "text", buttons), 1);
-    }
-
-    void savingAddsTheExtension() {
-        const QTemporaryDir folder;
-        FileDialogSetup setup = newProject;
-        setup.initialFolder = folder.path();
-        QtDialogs dialogs;
-        for (const auto &[typed, given] : {std::pair{"a", "a.vlt"},
-                                           {"a.VLt", "a.VLt"},
-                                           {"client.2007", "client.2007.vlt"},
-                                           {"vlt", "vlt.vlt"}}) {
-            whenUp({choosing(typed)});
-            QCOMPARE(dialogs.saveFile(setup), QDir::toNativeSeparators(folder.filePath(given)));
-        }
     }
 
     void replacingIsAskedForTheNameThatIsWritten() {
@@ -188,26 +166,6 @@ private slots:
         setup.finalName = [](const QString &name) { return name + QStringLiteral(".vlt"); };
         whenUp({choosing("a"), accepting});
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
-        setup.confirmsOverwrite = false;
-        whenUp({choosing("a")});
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
-    }
-
-    void openingOffersFilesOfItsKind() {
-        const QTemporaryDir folder;
-        const QString report = test::write(folder.filePath("M\u00FCller's report.xml"), {});
-        const FileDialogSetup setup{"Import a Google Report XML file", "XML files (*.xml)|*.xml",
-                                    folder.path(), "xml", true};
-        QtDialogs dialogs;
-        whenUp({[&](QWidget *window) {
-            auto *dialog = static_cast<QFileDialog *>(window);
-            QCOMPARE(dialog->nameFilters(), QStringList{"XML files (*.xml)"});
-            QCOMPARE(dialog->directory().path(), folder.path());
-            choosing("M\u00FCller's report")(window);
-        }});
-        QCOMPARE(dialogs.openFile(setup), QDir::toNativeSeparators(report));
-        whenUp({pressing(Qt::Key_Escape)});
-        QCOMPARE(dialogs.openFile(setup), QString());
     }
 };
 

