@@ -175,23 +175,12 @@ private slots:
         QCOMPARE(m_home->view<QComboBox>("cboRange")->currentText(), QString("Custom"));
         QCOMPARE(isoPeriod(window), QString("2007-05-09 12:00:00 2007-05-12 12:00:00"));
         QVERIFY(m_home->gridDump().value(2).startsWith("O'Neil's|5|50|"));
-        // A start behind the end is taken as it is.
-        auto *end = m_home->view<QDateEdit>("dtpEnd");
-        end->setFocus();
-        end->setSelectedSection(QDateTimeEdit::DaySection);
-        for (int i = 0; i < 4; ++i)
-            QTest::keyClick(end, Qt::Key_Down);
-        QCOMPARE(std::exchange(refreshes, 0), 4);
-        QCOMPARE(m_home->gridDump().size(), 3);
-        QCOMPARE(m_home->chartDump(), QStringList{"May 09=1.5"});
-
         window.mscMain.onChange = nullptr;
         window.cboRange.setListIndex(1);
         window.cboLeft.setListIndex(3);
+        QCOMPARE(m_home->chartDump().mid(2, 2), QStringList({"May 08=11", "May 09=3"}));
         window.cboGroup.setListIndex(2);
         QCOMPARE(m_home->chartDump(), QStringList{"2007 May=0"});
-        window.cboGroup.setListIndex(0);
-        QCOMPARE(m_home->chartDump().mid(2, 2), QStringList({"May 08=11", "May 09=3"}));
     }
 
     void largeReport() {
