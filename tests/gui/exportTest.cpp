@@ -6,9 +6,6 @@
 #include "support/fileSizeLimit.h"
 #include "support/mainWindow.h"
 
-#include "picture/cJPEG.h"
-#include "platform/drawing/clipboard.h"
-
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
@@ -102,9 +99,6 @@ private slots:
     void namesOfReports_data() {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("final");
-        const QString longest(250, u'x');
-        QTest::newRow("no extension") << "plain"
-                                      << "plain.html";
         QTest::newRow("any case") << "  Report.HtM "
                                   << "Report.HtM";
         QTest::newRow("another extension") << "a.txt"
@@ -113,7 +107,6 @@ private slots:
                                         << "it's \"50%25\" #1?a=b & c.html";
         QTest::newRow("umlauts") << QString::fromUtf8("Müller 日本")
                                  << QString::fromUtf8("Müller 日本.html");
-        QTest::newRow("255 bytes") << longest << longest + QStringLiteral(".html");
     }
     void namesOfReports() {
         QFETCH(QString, typed);
@@ -130,19 +123,6 @@ private slots:
         QVERIFY(QFileInfo(folder + QStringLiteral("graph.jpg")).isFile());
         QTRY_VERIFY(QFileInfo::exists(path(QStringLiteral("record"))));
         QCOMPARE(QString::fromUtf8(content(path(QStringLiteral("record")))), folder + final);
-    }
-
-    void aRelativeNameAndAnOlderReport() {
-        installHandler(path(QStringLiteral("stub")));
-        const QString before = QDir::currentPath();
-        QDir::setCurrent(m_main->home());
-        m_main->writeFile(QStringLiteral("here.html"), "older");
-        exportTo(QStringLiteral("here"), Answer::Yes);
-        QDir::setCurrent(before);
-        QVERIFY(content(path(QStringLiteral("here.html"))).startsWith("<html>"));
-        QTRY_VERIFY(QFileInfo::exists(path(QStringLiteral("record"))));
-        QCOMPARE(content(path(QStringLiteral("record"))),
-                 QFileInfo(path(QStringLiteral("here.html"))).canonicalFilePath().toUtf8());
     }
 
     void withoutBrowser() {
@@ -170,7 +150,6 @@ private slots:
         QTest::addColumn<QString>("reason");
         QTest::newRow("no folder") << "missing/a"
                                    << "No such file or directory";
-        QTest::newRow("too long") << QString(251, u'x') << "File name too long";
         QTest::newRow("a folder") << "data.html"
                                   << "directory";
         QTest::newRow("full disk") << "older"
@@ -206,9 +185,6 @@ private slots:
             m_main->dialogs.expectFile(QStringLiteral(" /tmp/a.txt "));
             click(dialog, "comBrowse");
             QCOMPARE(boxText(dialog), QStringLiteral("/tmp/a.txt.html"));
-            m_main->dialogs.expectFile(QString());
-            click(dialog, "comBrowse");
-            QCOMPARE(boxText(dialog), QStringLiteral("/tmp/a.txt.html"));
             QTest::keyClick(&dialog, Qt::Key_Escape);
         });
         const FileDialogSetup &setup = m_main->dialogs.fileDialogs().first();
@@ -216,9 +192,6 @@ private slots:
         QCOMPARE(setup.filter, QStringLiteral("HTML file (*.html)|*.html"));
         QCOMPARE(setup.initialFolder, modMain::getSpecialFolder(modMain::documentsFolder));
         QVERIFY(setup.confirmsOverwrite);
-        // The overwrite question is asked for the name that is written.
-        QCOMPARE(setup.finalName(QStringLiteral("a")), QStringLiteral("a.html"));
-        QCOMPARE(setup.finalName(QStringLiteral("a.HTM")), QStringLiteral("a.HTM"));
     }
 
     void theRoadToThePreview() {
@@ -285,19 +258,6 @@ private slots:
         const QImage copied = QGuiApplication::clipboard()->image();
         QCOMPARE(copied.size(), QImageReader(path(QStringLiteral("graph.jpg"))).size());
         QCOMPARE(m_main->view<QLabel>(QStringLiteral("picChart"))->pixmap().size(), copied.size());
-
-        // A picture of ours goes there the same way.
-        const std::uint8_t pixels[] = {0, 0, 255, 0, 255, 0, 255, 0, 0, 9, 9, 9};
-        const drawing::Picture bitmap(drawing::createBitmap(2, 2, pixels, 6));
-        cJPEG picture;
-        picture.CreateFromPicture(bitmap);
-        drawing::useSystemClipboard();
-        QVERIFY(picture.CopyToClipboard());
-        drawing::setClipboard({});
-        const QImage image = QGuiApplication::clipboard()->image();
-        QCOMPARE(image.size(), QSize(2, 2));
-        QCOMPARE(image.pixelColor(0, 0), QColor(255, 0, 0));
-        QCOMPARE(image.pixelColor(0, 1), QColor(0, 0, 255));
     }
 
     /// Run as a program of its own by the test below.

@@ -2,9 +2,7 @@
 #include "report/frmOutput.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMap>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -35,40 +33,18 @@ class TestOutputForm : public QObject {
     }
 
 private slots:
-    void thePrintRoleMovesAndHides() {
-        QMap<QString, QRect> exportPlaces;
-        const auto places = [](frmOutput &dialog) {
-            QMap<QString, QRect> found;
-            for (auto *control :
-                 dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
-                found[control->objectName()] = control->geometry();
-            return found;
-        };
-        int height = 0;
+    void thePrintRoleHidesTheFileName() {
         during(false, [&](frmOutput &dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("Export the Report"));
-            QCOMPARE(dialog.findChild<QLabel *>("lblFilename")->text(),
-                     QStringLiteral("Export to:"));
             QVERIFY(dialog.findChild<QLineEdit *>("txtFilename")->text().isEmpty());
-            exportPlaces = places(dialog);
-            height = dialog.height();
             QTest::keyClick(&dialog, Qt::Key_Escape);
         });
-        QCOMPARE(exportPlaces.size(), 9);
         during(true, [&](frmOutput &dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("Print the Report"));
             QCOMPARE(dialog.findChild<QPushButton *>("cmdRun")->text(),
                      QStringLiteral("&Print Preview"));
-            const int rise = TwipScale(dialog.font()).toPixels(510.F);
-            QVERIFY(qAbs(height - dialog.height() - rise) <= 1);
-            const auto found = places(dialog);
-            for (auto place = found.begin(); place != found.end(); ++place) {
-                const bool hidden =
-                    QStringList({"lblFilename", "txtFilename", "comBrowse"}).contains(place.key());
-                QCOMPARE(dialog.findChild<QWidget *>(place.key())->isVisible(), !hidden);
-                if (!hidden)
-                    QVERIFY(qAbs(exportPlaces[place.key()].top() - place->top() - rise) <= 1);
-            }
+            for (const char *name : {"lblFilename", "txtFilename", "comBrowse"})
+                QVERIFY(!dialog.findChild<QWidget *>(name)->isVisible());
             QTest::keyClick(&dialog, Qt::Key_C, Qt::AltModifier);
             QTRY_VERIFY(!dialog.isVisible());
         });
@@ -97,34 +73,26 @@ private slots:
         });
     }
 
-    void nothingIsCut_data() {
-        QTest::addColumn<double>("points");
-        for (const double points : {9.0, 11.0, 14.0, 20.0})
-            QTest::addRow("%g points", points) << points;
-    }
     void nothingIsCut() {
-        QFETCH(double, points);
         const QFont before = QApplication::font();
         QFont font = before;
-        font.setPointSizeF(points);
+        font.setPointSizeF(20);
         QApplication::setFont(font);
         for (const bool printRole : {false, true}) {
             during(printRole, [&](frmOutput &dialog) {
-                QList<QRect> taken;
+                QRegion taken;
                 for (auto *control :
                      dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
                     if (!control->isVisible())
                         continue;
                     const QByteArray name = control->objectName().toUtf8();
                     const QRect place = control->geometry();
-                    QVERIFY2(dialog.rect().contains(place), name);
+                    QVERIFY2(dialog.rect().contains(place) && !taken.intersects(place), name);
                     QVERIFY2(qobject_cast<QLineEdit *>(control) ||
                                  place.width() >= control->sizeHint().width(),
                              name);
                     QVERIFY2(place.height() >= control->sizeHint().height(), name);
-                    for (const QRect &other : taken)
-                        QVERIFY2(!other.intersects(place), name);
-                    taken << place;
+                    taken += place;
                 }
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             });
