@@ -6,6 +6,9 @@
 #include "support/fileSizeLimit.h"
 #include "support/mainWindow.h"
 
+#include "picture/cJPEG.h"
+#include "platform/drawing/clipboard.h"
+
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
@@ -258,6 +261,19 @@ private slots:
         const QImage copied = QGuiApplication::clipboard()->image();
         QCOMPARE(copied.size(), QImageReader(path(QStringLiteral("graph.jpg"))).size());
         QCOMPARE(m_main->view<QLabel>(QStringLiteral("picChart"))->pixmap().size(), copied.size());
+
+        // A picture of ours goes there the same way.
+        const std::uint8_t pixels[] = {0, 0, 255, 0, 255, 0, 255, 0, 0, 9, 9, 9};
+        const drawing::Picture bitmap(drawing::createBitmap(2, 2, pixels, 6));
+        cJPEG picture;
+        picture.CreateFromPicture(bitmap);
+        drawing::useSystemClipboard();
+        QVERIFY(picture.CopyToClipboard());
+        drawing::setClipboard({});
+        const QImage image = QGuiApplication::clipboard()->image();
+        QCOMPARE(image.size(), QSize(2, 2));
+        QCOMPARE(image.pixelColor(0, 0), QColor(255, 0, 0));
+        QCOMPARE(image.pixelColor(0, 1), QColor(0, 0, 255));
     }
 
     /// Run as a program of its own by the test below.

@@ -59,9 +59,15 @@ private slots:
 
     void badProject_data() {
         const QByteArray good = test::contents(projectTemplate());
+        QByteArray newer = good;
+        newer[63] = 9; // the schema version's last byte
+        QByteArray foreign = good;
+        foreign[70] = 0; // in the application id
         const test::DataTable<QByteArray, QString> row("content", "reason");
         row("missing", "(none)", "there is no such file");
         row("junk", QByteArray(5000, 'x'), "isn't a database");
+        row("foreign", foreign, "not one of Veltrona");
+        row("newer", newer, "newer");
         row("cut off", good.first(good.size() / 2), "damaged");
         row("locked", good, "locked by another program");
         row("read-only", good, "read-only");
