@@ -31,7 +31,9 @@ QString fileOfId(const QString &folder, const QString &id) {
     if (QFileInfo(folder + u'/' + id).isFile())
         return folder + u'/' + id;
     for (qsizetype at = id.indexOf(u'-'); at > 0; at = id.indexOf(u'-', at + 1)) {
-        QString found = fileOfId(folder + u'/' + id.first(at), id.sliced(at + 1));
+        const QString below = folder + u'/' + id.first(at);
+        // Without the look at the folder, each hyphen would double the places to search.
+        QString found = QFileInfo(below).isDir() ? fileOfId(below, id.sliced(at + 1)) : QString();
         if (!found.isEmpty())
             return found;
     }

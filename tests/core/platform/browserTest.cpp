@@ -108,7 +108,7 @@ private slots:
         // last.
         setDefault("other.desktop", "etc/mimeapps.list");
         QCOMPARE(found(), "other.desktop");
-        setDefault("gone.desktop;sub-z.desktop");
+        setDefault(QString("a-").repeated(60) + "gone.desktop;sub-z.desktop");
         QCOMPARE(found(), "z.desktop");
         setDefault("user.desktop", "config/stub-mimeapps.list");
         QCOMPARE(found(), "user.desktop");
