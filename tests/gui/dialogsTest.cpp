@@ -1,6 +1,7 @@
 // The message boxes and file dialogs that a user sees, answered by keys.
 #include "platform/dialogs/qtDialogs.h"
 
+#include "platform/desktop/hourglass.h"
 #include "support/dataTable.h"
 #include "support/testFolder.h"
 
@@ -81,6 +82,17 @@ private slots:
         QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "enter");
         whenUp({pressing(Qt::Key_Escape)});
         QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "escape");
+    }
+
+    void aBoxHasNoHourglass() {
+        const Hourglass hourglass;
+        QtDialogs dialogs;
+        whenUp({[](QWidget *window) {
+            QCOMPARE(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+            pressing(Qt::Key_Return)(window);
+        }});
+        dialogs.message(MessageStyle::OkExclamation, "Veltrona", "text");
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
     }
 
     void textsArePlainWithLinesBroken() {

@@ -1,6 +1,7 @@
 #include "platform/dialogs/qtDialogs.h"
 
 #include "platform/desktop/forms.h"
+#include "platform/desktop/hourglass.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -148,6 +149,7 @@ QString withLineBreaks(const QString &text) {
 }
 
 Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text) {
+    const OrdinaryCursor cursor;
     QMessageBox box(desktop::owningWindow());
     for (const BoxStyle &known : boxStyles) {
         if (known.style == style) {
