@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -105,18 +106,22 @@ private:
 };
 
 bool drawPages(ReportDocument &report, QPrinter &printer) {
+    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double width = qMax<double>(ReportDocument::pageWidth, report.size().width());
+    const double scale = scaleFor(report, paper.size(), width);
+    const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
+    const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
+    if (numbers.empty()) // an empty sheet would come out
+        throw Failure(0, QStringLiteral("The report's last page is number %1.").arg(pages.size()));
+
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
-    const double width = qMax<double>(ReportDocument::pageWidth, report.size().width());
-    const double scale = scaleFor(report, paper.size(), width);
     painter.scale(scale, scale);
     const PaperGraph graph(report);
-    const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
     bool isFirst = true;
-    for (const int number : pagesToPrint(printer, static_cast<int>(pages.size()))) {
+    for (const int number : numbers) {
         if (!isFirst && !printer.newPage())
             return false;
         isFirst = false;
@@ -137,8 +142,8 @@ void printToFile(ReportDocument &report, QPrinter &printer) {
     const QString target = printer.outputFileName();
     desktop::ReplacementFile file(target);
     printer.setOutputFileName(file.path());
+    const auto restored = qScopeGuard([&] { printer.setOutputFileName(target); });
     const bool drawn = drawPages(report, printer);
-    printer.setOutputFileName(target);
     const bool isDevice = file.path() == target; // nothing can be read back from it
     if (!drawn || !(isDevice || isWhole(file.path())))
         throw Failure(static_cast<int>(printer.printerState()),

@@ -210,6 +210,8 @@ private slots:
         QCOMPARE(print(*document), QStringList({all[1], all[2], all[1], all[2]}));
         m_printer->setCollateCopies(false);
         QCOMPARE(print(*document), QStringList({all[1], all[1], all[2], all[2]}));
+        m_printer->setFromTo(90, 99);
+        QVERIFY(failureOf([&] { printReport(*document, *m_printer); }));
     }
 
     void failingFilesAreToldAndOlderOnesKept() {
