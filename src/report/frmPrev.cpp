@@ -61,6 +61,7 @@ frmPrev::frmPrev()
     cmdClose->setAutoDefault(false);
     connect(cmdPrint, &QPushButton::clicked, this, [this] { filtered([&] { cmdPrint_Click(); }); });
     connect(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
+    m_loading.setSingleShot(true); // a part that fails must not come again behind its message
     connect(&m_loading, &QTimer::timeout, this, [this] { filtered([&] { loadMore(); }); });
 }
 
@@ -168,7 +169,6 @@ void frmPrev::Navigate(const QString &fileName) {
 
 void frmPrev::loadMore() {
     if (m_page->isComplete()) {
-        m_loading.stop();
         m_progress->clear();
         return;
     }
@@ -177,6 +177,7 @@ void frmPrev::loadMore() {
     m_progress->setText(
         QStringLiteral("Laying out the page: %1 of %2 rows")
             .arg(locale.toString(m_page->loadedRows()), locale.toString(m_page->rows())));
+    m_loading.start(0);
 }
 
 void frmPrev::cmdPrint_Click() {
