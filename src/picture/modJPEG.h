@@ -8,8 +8,8 @@
 namespace veltrona::modJPEG {
 
 /// `quality` runs from 1 to 100, `prompt` asks before a file is replaced. False with number and
-/// text where the file wasn't written; an older file of that name is gone then. An answer of No is
-/// true.
+/// text where the file wasn't written; an older file of that name is gone then, unless no picture
+/// was loaded. An answer of No is true.
 bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t quality, bool prompt,
               std::int32_t &errNumber, QString &errDescription);
 

@@ -2,6 +2,9 @@
 
 #include "analysis/nodeTag.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace veltrona {
 
 namespace {

@@ -38,7 +38,7 @@ enum Result : std::int32_t {
 inline constexpr std::int32_t firstCodeOfLibrary = 1000;
 
 std::int32_t ijlInit(JPEG_CORE_PROPERTIES *record);
-/// Replaces a file of that name. After a failure there is no file: neither a half one nor the
+/// Replaces a file of that name. A failure while writing leaves no file: neither a half one nor the
 /// older.
 std::int32_t ijlWrite(JPEG_CORE_PROPERTIES *record, std::int32_t mode);
 std::int32_t ijlFree(JPEG_CORE_PROPERTIES *record);
