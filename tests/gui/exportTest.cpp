@@ -108,6 +108,7 @@ private slots:
                                            << "a.txt.html";
         QTest::newRow("odd characters") << "it's \"50%25\" #1?a=b & c.html"
                                         << "it's \"50%25\" #1?a=b & c.html";
+        QTest::newRow("255 bytes") << QString(250, u'n') << QString(250, u'n') + ".html";
         QTest::newRow("umlauts") << QString::fromUtf8("Müller 日本")
                                  << QString::fromUtf8("Müller 日本.html");
     }

@@ -164,7 +164,7 @@ private slots:
         const QFont before = QApplication::font();
         const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
         QFont font = before;
-        font.setPointSize(11);
+        font.setPointSize(9);
         QApplication::setFont(font);
         QVERIFY(m_home->restart());
         frmMain &window = m_home->window();
@@ -175,9 +175,12 @@ private slots:
             QVERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
         }
         // A font that changes under the open window.
-        font.setPointSize(14);
-        QApplication::setFont(font);
-        QTRY_VERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
+        for (const int points : {11, 14}) {
+            font.setPointSize(points);
+            QApplication::setFont(font);
+            QTRY_COMPARE(window.font().pointSize(), points);
+            QTRY_VERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
+        }
     }
 
     void accessible() {

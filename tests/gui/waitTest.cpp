@@ -41,6 +41,7 @@ private slots:
         const test::DataTable<int, int, int> row("rows", "step", "count");
         row("59", 59, 1, 59);
         row("60", 60, 2, 30);
+        row("1000", 1000, 33, 31);
         row("32767", 32767, 1092, 31);
     }
     void repaints() {

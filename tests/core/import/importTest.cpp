@@ -7,6 +7,9 @@
 
 #include <QtTest>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace veltrona;
 
 namespace {
@@ -223,6 +226,31 @@ private slots:
         m_table->connection().execute("PRAGMA max_page_count = 100000");
         import(report(keyColumns, rows));
         QCOMPARE(records().size(), 1000);
+    }
+
+    void sharesTheProjectWithAnotherProgram() {
+        const QString path = m_table->connection().path();
+        const auto rows = [](int from, int to) {
+            QByteArray text;
+            for (int i = from; i <= to; ++i)
+                text += row("k" + QByteArray::number(i), QByteArray::number(i));
+            return report(keyColumns, text);
+        };
+        const ColumnCheck check = checkColumns(load(rows(1, 3000)));
+        const pid_t child = fork();
+        if (child == 0) {
+            _exit(failureOf([&] {
+                      sqlite::Connection connection;
+                      connection.open(path);
+                      sqlite::Statement duplicateTest;
+                      importRows(connection, duplicateTest, m_document, check, [] {});
+                  }).has_value());
+        }
+        import(rows(1001, 4000));
+        int status = -1;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        QCOMPARE(status, 0);
+        QCOMPARE(records().size(), 4000);
     }
 };
 
