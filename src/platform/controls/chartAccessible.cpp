@@ -125,7 +125,8 @@ public:
     QAccessibleInterface *cellAt(int row, int column) const override {
         if (row < 0 || row >= rowCount() || column < 0 || column >= columns)
             return nullptr;
-        const auto index = static_cast<std::size_t>(row * columns + column);
+        const auto index =
+            static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column);
         for (std::size_t next = m_cells.size(); next <= index; ++next) {
             const int cell = static_cast<int>(next);
             m_cells.push_back(QAccessible::registerAccessibleInterface(
