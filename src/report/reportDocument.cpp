@@ -128,7 +128,7 @@ ReportDocument::ReportDocument(QObject *parent) : QTextDocument(parent) {
 }
 
 void ReportDocument::load(const QString &path) {
-    m_parts = reportParts(fileText(path));
+    m_parts = reportParts(tamedReport(fileText(path)));
     m_graph = QImageReader(graphPath(path), "jpg").read();
     showGraphFor(false);
     if (rows() <= longReport) {

@@ -22,6 +22,11 @@ struct ReportParts {
     QString after;
 };
 
+/// The report's HTML text with the markup in its values tamed: attributes count for nothing, and a
+/// value of very many tags is plain text. A cell that spans a million columns, or a picture as high
+/// as a house, would stop preview and print.
+QString tamedReport(const QString &html);
+
 ReportParts reportParts(const QString &html);
 
 /// The texts of a row's cells as the writer put them in.

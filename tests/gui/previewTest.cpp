@@ -137,7 +137,7 @@ private slots:
               "<span style=\"background-image:url(%1)\">x</span>",
               "<link rel=stylesheet href=\"file://%1.css\">",
               "<style>@import url(\"%1.css\");</style>", "<img src=\"http://127.0.0.1:9/x.png\">",
-              "<script>document.write('<img src=\"%1\">')</script>"})
+              "<script>document.write('<img src=\"%1\">')</script>", "<td colspan=100000000>"})
             QTest::newRow(name) << QString::fromUtf8(name);
     }
     void nothingElseIsLoaded() {
@@ -153,11 +153,13 @@ private slots:
         styles.close();
         const QString before = QDir::currentPath();
         QDir::setCurrent(outside.path());
-        show({.names = {name.contains(u'%') ? name.arg(file) : name, QStringLiteral("next row")}},
-             [&] {
-                 QVERIFY(browser()->toPlainText().contains(QStringLiteral("next row")));
-                 QVERIFY(!holdsColor(screen(), qRgb(0, 200, 0)));
-             });
+        const QString value = name.contains(u'%') ? name.arg(file) : name;
+        // The second breaks out of its cell, where its attributes count.
+        const QString free = name.contains(u"colspan") ? QString() : "</td>\r\n" + value;
+        show({.names = {value, free, QStringLiteral("next row")}}, [&] {
+            QVERIFY(browser()->toPlainText().contains(QStringLiteral("next row")));
+            QVERIFY(!holdsColor(screen(), qRgb(0, 200, 0)));
+        });
         QDir::setCurrent(before);
     }
 

@@ -50,6 +50,20 @@ private slots:
         QVERIFY(!parts.styles.contains(u'>'));
     }
 
+    void markupOfValuesIsTamed() {
+        const auto tamed = [](const QString &name) {
+            return cellTexts(reportParts(tamedReport(report({name}))).rows[0])[0];
+        };
+        QCOMPARE(tamed(QStringLiteral("a=b <b>c</b>")), QStringLiteral("a\u2060=b <b>c</b>"));
+        QVERIFY(!tamed(QStringLiteral("<td colspan=100000000>")).contains(u"colspan="));
+        QVERIFY(!tamedReport(report({QStringLiteral("<td\r\ncolspan=9>")})).contains(u"colspan="));
+        QVERIFY(!tamed(QStringLiteral("<div>").repeated(20000)).contains(u'<'));
+        for (const char *plain : {"a=b", "1 > 0", "", "Zo\u00EB"}) {
+            const QString html = report({QString::fromUtf8(plain)});
+            QCOMPARE(tamedReport(html), html);
+        }
+    }
+
     void withoutStatistics() {
         const QString html = report({}, {false, false, false, false});
         const ReportParts parts = reportParts(html);
