@@ -3,6 +3,7 @@
 #include "platform/blanks.h"
 #include "platform/desktop/clock.h"
 #include "platform/desktop/folders.h"
+#include "platform/desktop/hourglass.h"
 #include "platform/dialogs/dialogs.h"
 #include "platform/dialogs/errorFilter.h"
 #include "shell/frmMain.h"
@@ -194,6 +195,7 @@ void frmMain::mnuClean_Click() {
         QStringLiteral("Are you sure you want to erase all of the database contents?"));
     if (answer != Answer::Yes)
         return;
+    const Hourglass hourglass;
     cleanProject(*modMain::DbConn);
     loadDefaults();
 }
