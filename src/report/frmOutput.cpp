@@ -2,6 +2,7 @@
 
 #include "platform/blanks.h"
 #include "platform/controls/commonDialog.h"
+#include "platform/controls/formCheckBox.h"
 #include "platform/desktop/browser.h"
 #include "platform/desktop/forms.h"
 #include "platform/desktop/hourglass.h"
@@ -11,7 +12,6 @@
 #include "report/reportNames.h"
 #include "shell/modMain.h"
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -64,8 +64,8 @@ frmOutput::frmOutput(ReportSource source)
     : m_source(std::move(source)), lblFilename(make<QLabel>(filenameLabel, this)),
       txtFilename(make<QLineEdit>(filenameBox, this)),
       comBrowse(make<QPushButton>(browseButton, this)),
-      chkOpts{make<QCheckBox>(optionBoxes[0], this), make<QCheckBox>(optionBoxes[1], this),
-              make<QCheckBox>(optionBoxes[2], this), make<QCheckBox>(optionBoxes[3], this)},
+      chkOpts{make<FormCheckBox>(optionBoxes[0], this), make<FormCheckBox>(optionBoxes[1], this),
+              make<FormCheckBox>(optionBoxes[2], this), make<FormCheckBox>(optionBoxes[3], this)},
       cmdRun(make<QPushButton>(runButton, this)), cmdClose(make<QPushButton>(closeButton, this)) {
     setObjectName(QStringLiteral("frmOutput"));
     setWindowTitle(QStringLiteral("Export the Report"));

@@ -1,10 +1,10 @@
 #include "shell/frmOptions.h"
 
+#include "platform/controls/formCheckBox.h"
 #include "platform/desktop/forms.h"
 #include "shell/modMain.h"
 #include "shell/settings.h"
 
-#include <QCheckBox>
 #include <QPushButton>
 #include <QSignalBlocker>
 
@@ -41,9 +41,9 @@ constexpr QLatin1String printColorValue("prncolor");
 } // namespace
 
 frmOptions::frmOptions()
-    : chkCG(new QCheckBox(QStringLiteral("Enable color coding in grid"), this)),
-      chkCE(new QCheckBox(QStringLiteral("Enable color coding in export"), this)),
-      chkCP(new QCheckBox(QStringLiteral("Enable color coding in print"), this)),
+    : chkCG(new FormCheckBox(QStringLiteral("Enable color coding in grid"), this)),
+      chkCE(new FormCheckBox(QStringLiteral("Enable color coding in export"), this)),
+      chkCP(new FormCheckBox(QStringLiteral("Enable color coding in print"), this)),
       cmdOK(new QPushButton(QStringLiteral("&OK"), this)),
       comCancel(new QPushButton(QStringLiteral("&Cancel"), this)) {
     setObjectName(QStringLiteral("frmOptions"));
