@@ -126,32 +126,30 @@ void Connection::close() noexcept {
     m_path.clear();
 }
 
-void Connection::execute(std::string_view sql) {
-    while (!isBlank(sql)) {
-        sqlite3_stmt *handle = nullptr;
-        const char *rest = nullptr;
-        const int code =
-            sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
-        if (code != SQLITE_OK)
-            fail(code);
-        Statement statement(this, handle);
-        while (statement && statement.step()) {
-        }
-        sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
-        if (!statement && !isBlank(sql) && sql.front() == '\0')
-            throw failureOf(nullptr, SQLITE_MISUSE, m_path);
-    }
-}
-
-Statement Connection::prepare(std::string_view sql) const {
+Statement Connection::prepareFirst(std::string_view &sql) const {
     sqlite3_stmt *handle = nullptr;
     const char *rest = nullptr;
     const int code =
         sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
     if (code != SQLITE_OK)
         fail(code);
-    Statement statement(this, handle);
-    if (!statement || !isBlank(sql.substr(static_cast<std::size_t>(rest - sql.data()))))
+    sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
+    return Statement(this, handle);
+}
+
+void Connection::execute(std::string_view sql) {
+    while (!isBlank(sql)) {
+        Statement statement = prepareFirst(sql);
+        while (statement && statement.step()) {
+        }
+        if (!statement && !isBlank(sql) && sql.front() == '\0')
+            throw failureOf(nullptr, SQLITE_MISUSE, m_path);
+    }
+}
+
+Statement Connection::prepare(std::string_view sql) const {
+    Statement statement = prepareFirst(sql);
+    if (!statement || !isBlank(sql))
         throw failureOf(nullptr, SQLITE_MISUSE, m_path);
     return statement;
 }

@@ -95,6 +95,9 @@ public:
     [[noreturn]] void fail(int code) const;
 
 private:
+    /// Cuts the first statement off `sql`; an empty one where it held a comment alone.
+    Statement prepareFirst(std::string_view &sql) const;
+
     static int waitForLock(void *self, int attempt);
 
     sqlite3 *m_handle = nullptr;
