@@ -179,7 +179,7 @@ int Connection::waitForLock(void *self, int attempt) {
         timer.start();
     if (timer.elapsed() >= lockWait)
         return 0;
-    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 10)));
+    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 2)));
     return 1;
 }
 

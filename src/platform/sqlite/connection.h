@@ -17,8 +17,9 @@ struct sqlite3_stmt;
 
 namespace veltrona::sqlite {
 
-/// How long a lock of another program is waited for, in milliseconds; tests shorten it.
-inline int lockWait = 3000;
+/// How long a lock of another program is waited for, in milliseconds: a command waits four times at
+/// the most, and no window may stand still for longer than ten seconds. Tests shorten it.
+inline int lockWait = 2500;
 
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 

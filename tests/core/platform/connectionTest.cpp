@@ -108,8 +108,8 @@ private slots:
     }
 
     void tellsOfALock() {
+        const auto back = qScopeGuard([before = lockWait] { lockWait = before; });
         lockWait = 50;
-        const auto back = qScopeGuard([] { lockWait = 3000; });
         const QString file = makeDatabase();
         Connection first;
         first.open(file);
