@@ -17,7 +17,6 @@
 #include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
@@ -244,18 +243,6 @@ private slots:
         }
     }
 
-    void aReportThatCannotBeWrittenHasNoPreview() {
-        const QString report = path(QStringLiteral("data/Veltrona/Report.html"));
-        QVERIFY(QDir().mkpath(report));
-        during(QStringLiteral("mnuPRint"), [&](frmOutput &dialog) {
-            m_main->dialogs.expectAnswer(Answer::Ok);
-            click(dialog, "cmdRun");
-            QVERIFY(m_main->dialogs.boxes().last().text.contains(report));
-            QVERIFY(dialog.isVisible() && !frmPrev::instance().isVisible());
-            QTest::keyClick(&dialog, Qt::Key_Escape);
-        });
-    }
-
     void theChartGoesByTheClipboard() {
         QGuiApplication::clipboard()->clear();
         exportTo(path(QStringLiteral("a")), Answer::No);
@@ -275,30 +262,6 @@ private slots:
         QCOMPARE(image.size(), QSize(2, 2));
         QCOMPARE(image.pixelColor(0, 0), QColor(255, 0, 0));
         QCOMPARE(image.pixelColor(0, 1), QColor(0, 0, 255));
-    }
-
-    /// Run as a program of its own by the test below.
-    void graphOfAFixedWindow() {
-        const QString target = qEnvironmentVariable("VELTRONA_GRAPH_FOLDER");
-        if (target.isEmpty())
-            return;
-        m_main->view(QStringLiteral("mscMain"))->resize(730, 225);
-        exportTo(target + QStringLiteral("/page"), Answer::No);
-    }
-    void theGraphIsTheSameAtAnyScale() {
-        for (const char *scale : {"1", "2"}) {
-            const QString folder = path(QString::fromLatin1(scale));
-            QVERIFY(QDir().mkpath(folder));
-            QProcess process;
-            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromLatin1(scale));
-            environment.insert(QStringLiteral("VELTRONA_GRAPH_FOLDER"), folder);
-            process.setProcessEnvironment(environment);
-            process.start(QCoreApplication::applicationFilePath(),
-                          {QStringLiteral("graphOfAFixedWindow")});
-            QVERIFY(process.waitForFinished() && process.exitCode() == 0);
-            QCOMPARE(QImageReader(folder + QStringLiteral("/graph.jpg")).size(), QSize(730, 225));
-        }
     }
 };
 

@@ -60,15 +60,6 @@ class InputViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void theProgramsValuesTellNothing() {
-        Window window;
-        for (const CalendarDay day : {CalendarDay{9999, 12, 31}, CalendarDay{1752, 9, 14}}) {
-            window.picker.setValue(dayNumber(day));
-            QCOMPARE(window.date.date(), QDate(day.year, day.month, day.day));
-        }
-        QCOMPARE(window.changes, 0);
-    }
-
     void anEditIsToldWhenTheFocusLeaves() {
         Window window;
         window.date.setFocus();

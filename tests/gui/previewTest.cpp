@@ -224,22 +224,6 @@ private slots:
         QVERIFY(recorder.allUsed());
     }
 
-    void aMissingReportIsTold() {
-        StubPrinting stub;
-        DialogRecorder recorder;
-        QFile::remove(path(QStringLiteral("report.html")));
-        during([&] {
-            QVERIFY(browser()->toPlainText().contains(path(QStringLiteral("report.html"))));
-            recorder.expectAnswer(Answer::Ok);
-            button("cmdPrint")->click();
-            QCOMPARE(recorder.boxes().last().text,
-                     QStringLiteral("The Print command is currently disabled."));
-            QTest::keyClick(m_form, Qt::Key_Escape);
-        });
-        show({.names = {QStringLiteral("back again")}},
-             [&] { QVERIFY(browser()->toPlainText().contains(QStringLiteral("back again"))); });
-    }
-
     void aLongReportCanBeClosedAndOpenedAgain() {
         StubPrinting stub;
         DialogRecorder recorder;

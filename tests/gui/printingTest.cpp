@@ -176,24 +176,6 @@ private slots:
         QCOMPARE(pictures, 1);
     }
 
-    void aHighPictureFitsOnPaperThatIsLow() {
-        m_printer->setPageOrientation(QPageLayout::Landscape);
-        const auto document =
-            load({.names = {QStringLiteral("x")}, .options = {}, .graphSize = QSize(1600, 1400)});
-        const QStringList text = print(*document);
-        QVERIFY(text.size() >= 2);
-        int withGraph = 0;
-        for (int page = 1; page <= text.size(); ++page) {
-            const QRect graph = areaOf(picture(page), isGraph);
-            if (graph.isEmpty())
-                continue;
-            ++withGraph;
-            QVERIFY(text[page - 1].contains(QStringLiteral("Graph: Clicks")));
-            QVERIFY(qAbs(graph.width() * 1400 - graph.height() * 1600) < 8 * 1600);
-        }
-        QCOMPARE(withGraph, 1);
-    }
-
     void rangeOrderAndCopies() {
         const auto document = load({.names = numberedNames(320)});
         const QStringList all = print(*document);

@@ -15,9 +15,6 @@ struct WrittenReport {
     /// Every row of these is red.
     QStringList redNames = {};
     ReportOptions options{.graph = false};
-    /// The graph; asked for by the options.
-    QSize graphSize{600, 200};
-    QColor graphColor{200, 0, 200};
 
     void write(const QString &path) const {
         Grid grid(gridColumn::Count);
@@ -34,8 +31,8 @@ struct WrittenReport {
             }
         }
         grid.setTextMatrix(grid.Rows() - 1, 0, QStringLiteral("Summary"));
-        QImage graph(graphSize, QImage::Format_BGR888);
-        graph.fill(graphColor);
+        QImage graph(600, 200, QImage::Format_BGR888);
+        graph.fill(QColor(200, 0, 200));
         const drawing::Picture picture(drawing::createBitmap(
             graph.width(), graph.height(), graph.constBits(), graph.bytesPerLine()));
         ReportSource source;

@@ -44,18 +44,6 @@ class CJpegTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void takesACopyBottomUp() {
-        cJPEG picture;
-        Picture source = markedBitmap(3, 2);
-        picture.CreateFromPicture(source);
-        QVERIFY(picture.PictureLoaded());
-        source = Picture();
-        const std::vector<std::uint8_t> expected{0, 1, 200, 1, 1, 200, 2, 1, 200, 0, 0, 0,
-                                                 0, 0, 200, 1, 0, 200, 2, 0, 200, 0, 0, 0};
-        QCOMPARE(std::vector(picture.DIBSectionBitsPtr(), picture.DIBSectionBitsPtr() + 24),
-                 expected);
-    }
-
     void clearsUp() {
         cJPEG picture;
         picture.ClearUp();

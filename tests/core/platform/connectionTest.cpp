@@ -15,8 +15,7 @@ using namespace veltrona::sqlite;
 
 namespace {
 
-// SQLite's result codes, as a user would report them.
-constexpr int busy = 5;
+// SQLite's result code, as a user would report it.
 constexpr int cantOpen = 14;
 
 qint64 count(const Connection &connection) {
@@ -105,29 +104,6 @@ private slots:
             QVERIFY(!connection.isOpen());
         }
         QVERIFY(!QFile::exists(path("missing.vlt")));
-    }
-
-    void tellsOfALock() {
-        const auto back = qScopeGuard([before = lockWait] { lockWait = before; });
-        lockWait = 50;
-        const QString file = makeDatabase();
-        Connection first;
-        first.open(file);
-        Connection second;
-        second.open(file);
-        {
-            const Transaction transaction(first);
-            first.execute("INSERT INTO t (n) VALUES (1)");
-            QCOMPARE(count(second), 0);
-            const auto failure = failureOf([&] { Transaction other(second); });
-            QVERIFY(failure);
-            QCOMPARE(failure->number(), busy);
-            QVERIFY(failure->text().contains(file) && failure->text().contains("locked"));
-        }
-        Transaction transaction(second);
-        second.execute("INSERT INTO t (n) VALUES (2)");
-        transaction.commit();
-        QCOMPARE(count(first), 1);
     }
 
     void readsOneStateWhileAnotherCommits() {

@@ -211,18 +211,6 @@ private slots:
         QVERIFY(document.load(write("<r/>", odd)));
     }
 
-    void keepsTheDocumentWhenALoadFails() {
-        Document document;
-        const QString path = write("<r><row a='1'/></r>", QStringLiteral("good.xml"));
-        QVERIFY(document.load(path));
-        const QString before = dump(document);
-        QVERIFY(!document.load(write("<r><row a='2'/>")));
-        QCOMPARE(dump(document), before);
-        QCOMPARE(document.path(), path);
-        QVERIFY(document.load(path));
-        QCOMPARE(document.parseError().errorCode, 0);
-    }
-
     void staysAboutAsSmallAsTheFile() {
         Document document;
         for (const char *piece : {"<a/>", "<row a='' b='12345'/>", "<a>x</a>"}) {

@@ -73,15 +73,6 @@ private slots:
                                       QStringLiteral("</table><table><tr><th class=\"Stil5\">")})
             QCOMPARE(reportParts(broken).before, broken);
     }
-
-    void cells() {
-        const QStringList texts = cellTexts(reportParts(report({QStringLiteral("a > b")})).rows[0]);
-        QCOMPARE(texts.size(), gridColumn::Count - 2);
-        QCOMPARE(texts[0], QStringLiteral("a > b"));
-        QCOMPARE(texts[1], QStringLiteral("12.5"));
-        QCOMPARE(cellTexts(QStringLiteral("<td><div >\r\n<td><div ")),
-                 QStringList({QString(), QString()}));
-    }
 };
 
 QTEST_APPLESS_MAIN(TestReportParts)

@@ -2,7 +2,6 @@
 
 #include "analysis/nodeTag.h"
 #include "analysis/statisticsGrid.h"
-#include "report/reportNames.h"
 #include "support/dataTable.h"
 
 #include <QTest>
@@ -168,19 +167,6 @@ private slots:
         for (const auto &[locale, separator] : separators)
             QCOMPARE(dateSeparator(locale), separator);
         QCOMPARE(reportDate(dateValue(CalendarDay{2006, 3, 7}, 86399), u'.'), "03.07.2006");
-    }
-
-    void names() {
-        for (const auto &[typed, given] : {std::pair{"  report ", "report.html"},
-                                           {"a.HtM", "a.HtM"},
-                                           {"a.HTML ", "a.HTML"},
-                                           {"a.txt", "a.txt.html"},
-                                           {"html", "html.html"},
-                                           {"\ta.htm\t", "\ta.htm\t.html"}})
-            QCOMPARE(reportFileName(typed), given);
-        QCOMPARE(printReportPath("C:\\Data", u'\\'), "C:\\Data\\Veltrona\\Report.html");
-        QCOMPARE(graphPath(" C:\\x.y\\r.html ", u'\\'), "C:\\x.y\\graph.jpg");
-        QCOMPARE(graphPath("r.html", u'/'), "graph.jpg");
     }
 };
 

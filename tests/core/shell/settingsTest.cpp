@@ -57,12 +57,6 @@ private slots:
         QCOMPARE(fresh.allKeys().size(), 1);
     }
 
-    void aStoreThatCannotBeMadeStopsNothing() {
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(test::write(path("file"), {})));
-        save("grdcolor", "1");
-        QCOMPARE(loaded("grdcolor"), QString("before"));
-    }
-
     void aStoreThatCannotBeWrittenKeepsItsValues() {
         save("grdcolor", "0");
         test::allow(settingsFile(), 0444);
