@@ -74,6 +74,24 @@ private slots:
         QCOMPARE(valueText(-999), "\u2212999");
     }
 
+    void labelsHaveRoom() {
+        const QFontMetricsF metrics(QFont("DejaVu Sans", 9));
+        for (const int bars : {2, 31, 46, 90}) {
+            for (const int width : {200, 595, 1600}) {
+                Chart chart;
+                fill(chart, bars, -12345);
+                const QRectF area(0, 0, width, 300);
+                const ChartLayout layout = layOutChart(metrics, area, chart);
+                QVERIFY(area.contains(layout.plot));
+                QVERIFY(layout.plot.left() > metrics.horizontalAdvance(valueText(bars * -12345.)));
+                QVERIFY(layout.labelStep < bars);
+                const double room = layout.labelStep * layout.column(0).width();
+                for (int bar = 1; bar <= bars; bar += layout.labelStep)
+                    QVERIFY(metrics.horizontalAdvance(chart.DataGrid().RowLabel(bar, 1)) < room);
+            }
+        }
+    }
+
     void barsStandOnTheirValues() {
         Chart chart;
         fill(chart, 3);
