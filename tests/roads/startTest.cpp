@@ -84,9 +84,15 @@ private slots:
         std::optional<AnotherUser> user;
         sqlite::Connection other;
         if (reason == "read-only") {
-            // All but the project belongs to the user without root's rights.
+            // All but the project is open to the user without root's rights, who may not even read
+            // the template: the default project is there already.
+            const QString folder = home.file("data/Veltrona");
+            QVERIFY(QDir().mkpath(folder));
+            makeProject(projectTemplate(), folder + "/Veltrona.vlt");
+            test::allow(folder + "/Veltrona.vlt", 0666);
+            for (const QString &open : {home.home(), home.file("data"), folder})
+                test::allow(open, 0777);
             test::allow(path, 0444);
-            test::allow(home.home(), 0777);
             if (!user.emplace().works())
                 QSKIP("root's rights can't be laid down here");
         } else if (reason.startsWith("locked")) {
