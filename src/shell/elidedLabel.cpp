@@ -1,5 +1,7 @@
 #include "shell/elidedLabel.h"
 
+#include "platform/controls/plainText.h"
+
 #include <QEvent>
 #include <QFontMetrics>
 
@@ -12,9 +14,7 @@ ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {
 void ElidedLabel::setFullText(const QString &text) {
     m_fullText = text;
     setAccessibleName(text);
-    // A tooltip guesses rich text from its content; escaped in a paragraph it shows every
-    // character.
-    setToolTip(QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()));
+    setToolTip(plainToolTip(text));
     elide();
 }
 
