@@ -2,10 +2,10 @@
 // "SUBJECT/ours" and "SUBJECT/baseline" are a pair; bench/ratios.py knows the limits.
 #include "benchProject.h"
 
-#include "analysis/chartSeries.h"
-#include "analysis/navigationTree.h"
-#include "analysis/nodeStatistics.h"
-#include "analysis/statisticsGrid.h"
+#include "core/analysis/chartSeries.h"
+#include "core/analysis/navigationTree.h"
+#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/statisticsGrid.h"
 
 #include <benchmark/benchmark.h>
 

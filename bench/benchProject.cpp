@@ -1,7 +1,7 @@
 #include "benchProject.h"
 
-#include "database/dayTable.h"
-#include "database/projectFile.h"
+#include "core/database/dayTable.h"
+#include "core/database/projectFile.h"
 
 #include <QCoreApplication>
 #include <QFile>

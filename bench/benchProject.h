@@ -2,8 +2,8 @@
 // each. Made once and kept in the build folder.
 #pragma once
 
-#include "platform/dateValue.h"
-#include "platform/sqlite/connection.h"
+#include "core/base/dateValue.h"
+#include "core/platform/sqlite/connection.h"
 
 #include <memory>
 

@@ -2,12 +2,12 @@
 // indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
 #include "benchProject.h"
 
-#include "analysis/dateRanges.h"
-#include "database/dayTable.h"
-#include "database/projectFile.h"
-#include "platform/dialogs/dialogs.h"
-#include "shell/frmMain.h"
-#include "shell/modMain.h"
+#include "core/analysis/dateRanges.h"
+#include "core/database/dayTable.h"
+#include "core/database/projectFile.h"
+#include "core/platform/dialogs/dialogs.h"
+#include "core/shell/modMain.h"
+#include "ui/shell/frmMain.h"
 
 #include <QCoreApplication>
 #include <QFile>

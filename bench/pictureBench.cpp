@@ -1,6 +1,6 @@
 // The chart's JPEG file, beside libjpeg-turbo alone on the same pixels.
-#include "picture/cJPEG.h"
-#include "picture/modJPEG.h"
+#include "core/picture/cJPEG.h"
+#include "core/picture/modJPEG.h"
 
 #include <QString>
 

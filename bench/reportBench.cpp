@@ -1,8 +1,8 @@
 // The HTML report of a very long grid, beside the same bytes written line by line.
 #include "benchProject.h"
 
-#include "analysis/statisticsGrid.h"
-#include "report/reportWriter.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/report/reportWriter.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 // Makes data.dat, the empty project, from schema.sql, and proves that the program would open it.
 // Runs in the build only: makeTemplate SCHEMA TARGET
-#include "database/projectFile.h"
-#include "platform/failure.h"
+#include "core/base/failure.h"
+#include "core/database/projectFile.h"
 
 #include <QFile>
 

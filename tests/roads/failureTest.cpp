@@ -1,8 +1,8 @@
 // Failures of the engine, the parser and the file system inside the window's handlers: each is told
 // once, and leaves a window that shows one node and goes on.
-#include "import/frmWait.h"
-#include "shell/modMain.h"
+#include "core/shell/modMain.h"
 #include "support/mainWindow.h"
+#include "ui/import/frmWait.h"
 
 #include <QApplication>
 #include <QDateEdit>

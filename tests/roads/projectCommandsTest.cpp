@@ -1,6 +1,6 @@
 // New, open and clean through the real window, and projects that other programs work on.
-#include "database/projectFile.h"
-#include "shell/modMain.h"
+#include "core/database/projectFile.h"
+#include "core/shell/modMain.h"
 #include "support/dataTable.h"
 #include "support/mainWindow.h"
 #include "support/testFolder.h"

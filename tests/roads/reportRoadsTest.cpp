@@ -1,9 +1,9 @@
 // The road of a report file to tree, grid and chart, through the real window. The small figures are
 // worked out by hand; the large ones by tests/reference/statistics.py.
-#include "analysis/statisticsGrid.h"
-#include "platform/dateValue.h"
-#include "shell/modMain.h"
-#include "shell/settings.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/base/dateValue.h"
+#include "core/shell/modMain.h"
+#include "core/shell/settings.h"
 #include "support/mainWindow.h"
 
 #include <QComboBox>

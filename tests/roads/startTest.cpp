@@ -1,9 +1,9 @@
 // The start of the program: fresh home, remembered project, bad projects and their ways out, and
 // the end of the run.
-#include "shell/start.h"
-#include "database/projectFile.h"
-#include "platform/desktop/folders.h"
-#include "shell/modMain.h"
+#include "ui/shell/start.h"
+#include "core/database/projectFile.h"
+#include "core/platform/desktop/folders.h"
+#include "core/shell/modMain.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
 #include "support/mainWindow.h"

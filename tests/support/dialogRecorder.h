@@ -2,7 +2,7 @@
 // and fails the test on a box that nobody expected instead of hanging it.
 #pragma once
 
-#include "platform/dialogs/dialogs.h"
+#include "core/platform/dialogs/dialogs.h"
 
 #include <QList>
 

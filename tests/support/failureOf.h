@@ -1,7 +1,7 @@
 // The failure that an action throws, if any.
 #pragma once
 
-#include "platform/failure.h"
+#include "core/base/failure.h"
 
 #include <optional>
 

@@ -1,10 +1,10 @@
 #include "support/mainWindow.h"
 
-#include "platform/desktop/clock.h"
-#include "shell/elidedLabel.h"
-#include "shell/frmOptions.h"
-#include "shell/settings.h"
+#include "core/platform/desktop/clock.h"
+#include "core/shell/settings.h"
 #include "support/testFolder.h"
+#include "ui/shell/frmOptions.h"
+#include "ui/views/elidedLabel.h"
 
 #include <QAction>
 #include <QTest>

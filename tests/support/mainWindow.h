@@ -2,9 +2,9 @@
 // test's own. Dumps of tree, grid and chart as texts.
 #pragma once
 
-#include "shell/frmMain.h"
 #include "support/dialogRecorder.h"
 #include "support/smallReport.h"
+#include "ui/shell/frmMain.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>

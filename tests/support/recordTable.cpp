@@ -1,6 +1,6 @@
 #include "support/recordTable.h"
 
-#include "database/projectFile.h"
+#include "core/database/projectFile.h"
 
 #include <QCoreApplication>
 

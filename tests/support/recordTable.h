@@ -2,7 +2,7 @@
 // needs a QCoreApplication, to find the template.
 #pragma once
 
-#include "platform/sqlite/connection.h"
+#include "core/platform/sqlite/connection.h"
 
 #include <QTemporaryDir>
 #include <QVariant>

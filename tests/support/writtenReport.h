@@ -2,8 +2,8 @@
 // only.
 #pragma once
 
-#include "analysis/statisticsGrid.h"
-#include "report/reportWriter.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/report/reportWriter.h"
 
 #include <QImage>
 #include <QStringList>

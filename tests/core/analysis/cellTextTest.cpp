@@ -1,6 +1,6 @@
 // The conversions of cell texts, and the proof that rounding to 15 digits without a text gives
 // exactly what the text gives.
-#include "analysis/cellText.h"
+#include "core/analysis/cellText.h"
 
 #include "support/dataTable.h"
 
@@ -70,7 +70,7 @@ private slots:
         row(" 5", 0, 0);
         row("1E999", 0, 0);
         row("-1E99999999999999999999", 0, 0);
-        row("123456789012345678", 123456789012345678, 123456789012345678);
+        row("123456789012345678", 123456789012345678.0, 123456789012345678.0);
     }
     void numbers() {
         QFETCH(QString, text);

@@ -1,7 +1,7 @@
 // The values of the bars of random records, against one question to the engine for each bar.
-#include "analysis/chartSeries.h"
+#include "core/analysis/chartSeries.h"
 
-#include "analysis/nodeTag.h"
+#include "core/analysis/nodeTag.h"
 #include "support/recordTable.h"
 
 #include <QTest>
@@ -71,11 +71,11 @@ const QStringList hostileNames = {"plain",           "O'Neil",   "'; DELETE FROM
                                   "campaign='plain", "Äpfel 靴", "' OR '1'='1"};
 
 void insertRandom(test::RecordTable &table, std::mt19937 &random, int records) {
-    const auto number = [&](int below) { return static_cast<int>(random() % below); };
+    const auto number = [&](unsigned below) { return static_cast<int>(random() % below); };
     table.connection().execute("BEGIN");
     for (int i = 0; i < records; ++i) {
         // Half of the first campaign's rest, so that nodes of all sizes arise.
-        const int campaign = number(2) ? 0 : number(static_cast<int>(hostileNames.size()));
+        const int campaign = number(2) ? 0 : number(6);
         const int day = 39083 + number(3) * number(400);
         const int second = number(4) == 0 ? number(86400) : 0;
         table.insert({{"Campaign", hostileNames[campaign]},
@@ -106,23 +106,23 @@ class ChartSeriesTest : public QObject {
 private slots:
     void randomRecords() {
         std::mt19937 random(20070514);
+        const auto number = [&](unsigned below) { return static_cast<int>(random() % below); };
         test::RecordTable table;
         insertRandom(table, random, 2000);
         int bars = 0;
         for (int round = 0; round < 120; ++round) {
             const QString campaign =
-                " AND campaign='" + doubledApostrophes(hostileNames[random() % 6]) + "'";
-            const QString adGroup = " AND adGroup='" +
-                                    doubledApostrophes(hostileNames[random() % 3]) +
+                " AND campaign='" + doubledApostrophes(hostileNames[number(6)]) + "'";
+            const QString adGroup = " AND adGroup='" + doubledApostrophes(hostileNames[number(3)]) +
                                     "' AND adWordsTyp='Search Only'";
             const QString keyword =
-                " AND Keyword='" + doubledApostrophes(hostileNames[random() % 2]) + "'";
+                " AND Keyword='" + doubledApostrophes(hostileNames[number(2)]) + "'";
             const QString tags[] = {"", campaign, campaign + adGroup, campaign + adGroup + keyword};
             ChartRequest request;
             request.metric = round % 12;
-            request.grouping = static_cast<int>(random() % 3);
-            request.range.start = 39000 + static_cast<int>(random() % 400) + random() % 8 / 8.0;
-            request.range.end = request.range.start + static_cast<int>(random() % 900) - 20;
+            request.grouping = number(3);
+            request.range.start = 39000 + number(400) + number(8) / 8.0;
+            request.range.end = request.range.start + number(900) - 20;
             request.allDates = random() % 8 == 0;
             request.tag = tags[random() % 4] + " ORDER BY Keyword";
             const ChartSeries series = queryChartSeries(table.connection(), request);

@@ -1,5 +1,5 @@
 // The ready-made periods, day by day, and the time of day that they keep.
-#include "analysis/dateRanges.h"
+#include "core/analysis/dateRanges.h"
 
 #include "support/dataTable.h"
 

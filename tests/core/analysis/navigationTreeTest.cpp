@@ -1,5 +1,5 @@
 // The tree's nodes, their texts letter by letter and their order.
-#include "analysis/navigationTree.h"
+#include "core/analysis/navigationTree.h"
 
 #include "support/recordTable.h"
 

@@ -1,6 +1,6 @@
 // The statistics of a node from records worked out by hand, from the table to the grid's cells.
-#include "analysis/nodeStatistics.h"
-#include "analysis/statisticsGrid.h"
+#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/statisticsGrid.h"
 #include "support/recordTable.h"
 
 #include <QTest>

@@ -1,5 +1,5 @@
 // A Tag is read back to exactly the values that it was made from, whatever they hold.
-#include "analysis/nodeTag.h"
+#include "core/analysis/nodeTag.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // Names in the order in which a reader looks for them.
-#include "analysis/readingOrder.h"
+#include "core/analysis/readingOrder.h"
 
 #include "support/dataTable.h"
 

@@ -1,6 +1,6 @@
 // The shape of the statistics grid and the finish that sumUp gives it, on cells written by hand.
-#include "analysis/statisticsGrid.h"
-#include "analysis/summary.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
 
 #include "support/dataTable.h"
 

@@ -1,4 +1,4 @@
-#include "database/dayTable.h"
+#include "core/database/dayTable.h"
 #include "projectFolder.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"

@@ -1,7 +1,7 @@
 // A temporary folder with projects in it, for the tests of project files.
 #pragma once
 
-#include "database/projectFile.h"
+#include "core/database/projectFile.h"
 #include "support/testFolder.h"
 
 #include <QCoreApplication>

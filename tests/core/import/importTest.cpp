@@ -1,5 +1,5 @@
-#include "import/importRows.h"
-#include "import/progress.h"
+#include "core/import/importRows.h"
+#include "core/import/progress.h"
 #include "support/dataTable.h"
 #include "support/failureOf.h"
 #include "support/recordTable.h"

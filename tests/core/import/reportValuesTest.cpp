@@ -1,5 +1,5 @@
-#include "import/reportValues.h"
-#include "platform/blanks.h"
+#include "core/import/reportValues.h"
+#include "core/base/blanks.h"
 #include "support/dataTable.h"
 
 #include <QtTest>

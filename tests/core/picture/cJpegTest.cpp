@@ -1,4 +1,4 @@
-#include "picture/cJPEG.h"
+#include "core/picture/cJPEG.h"
 
 #include "support/dataTable.h"
 

@@ -1,6 +1,6 @@
-#include "picture/modJPEG.h"
+#include "core/picture/modJPEG.h"
 
-#include "platform/jpeg/ijl.h"
+#include "core/picture/ijl.h"
 #include "support/dialogRecorder.h"
 #include "support/fileSizeLimit.h"
 #include "support/testFolder.h"
@@ -97,7 +97,7 @@ private slots:
 
         const QString file = path("g.jpg");
         m_picture.RandomiseBits(false);
-        for (const rlim_t room : {0, 6000}) {
+        for (const rlim_t room : {rlim_t(0), rlim_t(6000)}) {
             test::write(file, "older");
             const FileSizeLimit limit(room);
             QVERIFY(!save(file));

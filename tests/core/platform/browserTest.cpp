@@ -1,4 +1,4 @@
-#include "platform/desktop/browser.h"
+#include "core/platform/desktop/browser.h"
 
 #include "support/dataTable.h"
 #include "support/testFolder.h"

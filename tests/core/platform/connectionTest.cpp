@@ -1,4 +1,4 @@
-#include "platform/sqlite/connection.h"
+#include "core/platform/sqlite/connection.h"
 #include "support/failureOf.h"
 #include "support/testFolder.h"
 

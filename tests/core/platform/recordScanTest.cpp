@@ -1,6 +1,6 @@
 // An exception of a visitor gets out of the engine, and nothing stays locked or half done behind
 // it.
-#include "platform/sqlite/recordScan.h"
+#include "core/platform/sqlite/recordScan.h"
 #include "support/recordTable.h"
 
 #include <QTest>

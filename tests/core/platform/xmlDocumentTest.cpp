@@ -1,4 +1,4 @@
-#include "platform/xml/document.h"
+#include "core/platform/xml/document.h"
 
 #include "support/dataTable.h"
 #include "support/testFolder.h"
@@ -112,7 +112,7 @@ private slots:
         const QByteArray ascii =
             QStringLiteral("<?xml version='1.0' encoding='%1'?>\n<r>\n").toLatin1();
         const auto start = [&](const char *encoding) {
-            return ascii.size() - 2 + int(qstrlen(encoding));
+            return static_cast<int>(ascii.size() - 2 + qsizetype(qstrlen(encoding)));
         };
         row("UTF-8", text.arg(QStringLiteral("UTF-8")).toUtf8(), start("UTF-8") + 17 + 3);
         row("UTF-16", utf16(text.arg(QStringLiteral("UTF-16"))), 2 + 2 * (start("UTF-16") + 17));

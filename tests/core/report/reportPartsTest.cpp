@@ -1,7 +1,7 @@
-#include "report/reportParts.h"
-#include "report/reportText.h"
+#include "core/report/reportParts.h"
+#include "core/report/reportText.h"
 
-#include "analysis/statisticsGrid.h"
+#include "core/analysis/statisticsGrid.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
-#include "report/reportText.h"
+#include "core/report/reportText.h"
 
-#include "analysis/nodeTag.h"
-#include "analysis/statisticsGrid.h"
+#include "core/analysis/nodeTag.h"
+#include "core/analysis/statisticsGrid.h"
 #include "support/dataTable.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
-#include "report/reportWriter.h"
+#include "core/report/reportWriter.h"
 
-#include "platform/desktop/clock.h"
+#include "core/platform/desktop/clock.h"
 #include "support/anotherUser.h"
 #include "support/dialogRecorder.h"
 #include "support/failureOf.h"
@@ -17,7 +17,7 @@ using test::DialogRecorder;
 namespace {
 
 drawing::Picture whitePicture(int width, int height) {
-    const std::vector<std::uint8_t> white(std::size_t(width) * height * 3, 255);
+    const std::vector<std::uint8_t> white(std::size_t(width * height * 3), 255);
     return drawing::Picture(drawing::createBitmap(width, height, white.data(), width * 3));
 }
 

@@ -1,5 +1,5 @@
 // The resize rules of the main window, against numbers worked out by hand.
-#include "shell/layout.h"
+#include "core/shell/layout.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // The settings store: what goes in comes out, and a store that can't be used stops nothing.
-#include "shell/settings.h"
-#include "platform/desktop/folders.h"
-#include "shell/modMain.h"
+#include "core/shell/settings.h"
+#include "core/platform/desktop/folders.h"
+#include "core/shell/modMain.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
 #include "support/testFolder.h"

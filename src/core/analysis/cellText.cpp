@@ -1,0 +1,187 @@
+#include "core/analysis/cellText.h"
+
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cmath>
+
+namespace veltrona {
+namespace {
+
+/// Each of them is exact as a 64-bit float; 1E23 no longer would be.
+constexpr double powersOfTen[] = {1E0,  1E1,  1E2,  1E3,  1E4,  1E5,  1E6,  1E7,
+                                  1E8,  1E9,  1E10, 1E11, 1E12, 1E13, 1E14, 1E15,
+                                  1E16, 1E17, 1E18, 1E19, 1E20, 1E21, 1E22};
+
+template<typename Char>
+using View = std::basic_string_view<Char>;
+
+template<typename Char>
+std::size_t skipDigits(View<Char> text, std::size_t at) {
+    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+        ++at;
+    return at;
+}
+
+template<typename Char>
+std::size_t skipSign(View<Char> text, std::size_t at) {
+    return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
+}
+
+/// Length of the leading part that reads as a decimal number; 0 if there is none.
+template<typename Char>
+std::size_t numberLength(View<Char> text) {
+    const std::size_t begin = skipSign(text, 0);
+    std::size_t end = skipDigits(text, begin);
+    std::size_t digits = end - begin;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fraction = end + 1;
+        end = skipDigits(text, fraction);
+        digits += end - fraction;
+    }
+    if (digits == 0)
+        return 0;
+    if (end < text.size() && (text[end] == 'E' || text[end] == 'e')) {
+        const std::size_t exponent = skipSign(text, end + 1);
+        const std::size_t exponentEnd = skipDigits(text, exponent);
+        if (exponentEnd > exponent)
+            return exponentEnd;
+    }
+    return end;
+}
+
+/// `text` holds a decimal number and nothing else. An overflow is no number, and so gives 0.
+double readNumber(std::string_view text) {
+    if (text.front() == '+')
+        text.remove_prefix(1);
+    double number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() ? number : 0;
+}
+
+template<typename Char>
+double leadingNumber(View<Char> text) {
+    const std::size_t length = numberLength(text);
+    if (length == 0)
+        return 0;
+    if constexpr (sizeof(Char) == 1) {
+        return readNumber(text.substr(0, length));
+    } else {
+        QVarLengthArray<char, 64> ascii(static_cast<qsizetype>(length));
+        for (std::size_t i = 0; i < length; ++i)
+            ascii[static_cast<qsizetype>(i)] = static_cast<char>(text[i]);
+        return readNumber({ascii.constData(), length});
+    }
+}
+
+template<typename Char>
+double percentNumber(View<Char> text) {
+    if (text.find(Char('%')) == View<Char>::npos)
+        return leadingNumber(text);
+    QVarLengthArray<Char, 64> rest;
+    for (const Char character : text) {
+        if (character != Char('%'))
+            rest.append(character);
+    }
+    return leadingNumber(View<Char>(rest.constData(), static_cast<std::size_t>(rest.size())));
+}
+
+View<char16_t> viewOf(QStringView text) {
+    return {text.utf16(), static_cast<std::size_t>(text.size())};
+}
+
+/// The largest number whose text of 15 digits is no overflow when it is read.
+constexpr double largest = 1.79769313486231E308;
+
+/// The number as "%.15g" writes it. A sum that grows beyond all numbers stays at the largest: read
+/// as an overflow it would go on from 0.
+std::string_view writeFifteenDigits(double number, char (&buffer)[32]) {
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, std::clamp(number, -largest, largest),
+                      std::chars_format::general, 15);
+    return {buffer, static_cast<std::size_t>(result.ptr - buffer)};
+}
+
+/// For magnitudes from 2^-26 up to 1E15: scaled to a whole number of 15 digits, rounded, and
+/// divided back. Both the scale and the whole number are exact, so that the quotient is the very
+/// number that reading the 15 digits gives.
+double scaledToFifteenDigits(double number) {
+    const double magnitude = std::abs(number);
+    const int exponent = static_cast<int>(std::bit_cast<quint64>(magnitude) >> 52) - 1023;
+    int power = 14 - ((exponent * 1233) >> 12); // 1233 / 4096 stands for the logarithm of 2
+    double scaled = magnitude * powersOfTen[power];
+    if (scaled >= 1E15)
+        scaled = magnitude * powersOfTen[--power];
+
+    constexpr double roundsToWhole = 0x1.8p52;
+    double whole = (scaled + roundsToWhole) - roundsToWhole;
+    // The product's own error is below half a step of `scaled`: it matters where a tie is met
+    // alone.
+    if (std::abs(scaled - whole) == 0.5) {
+        const double error = std::fma(magnitude, powersOfTen[power], -scaled);
+        if (error != 0)
+            whole = scaled + std::copysign(0.5, error);
+    }
+    return std::copysign(whole / powersOfTen[power], number);
+}
+
+} // namespace
+
+double numberOfText(QStringView text) {
+    return leadingNumber(viewOf(text));
+}
+
+double numberOfText(std::string_view utf8) {
+    return leadingNumber(utf8);
+}
+
+double percentNumberOfText(QStringView text) {
+    return percentNumber(viewOf(text));
+}
+
+double percentNumberOfText(std::string_view utf8) {
+    return percentNumber(utf8);
+}
+
+QString numberText(double number) {
+    if (std::abs(number) < 1E15 && static_cast<double>(static_cast<qint64>(number)) == number)
+        return QString::number(static_cast<qint64>(number));
+    char buffer[32];
+    std::string_view digits = writeFifteenDigits(number, buffer);
+    QVarLengthArray<QChar, 32> text;
+    if (digits.front() == '-') {
+        text.append(u'-');
+        digits.remove_prefix(1);
+    }
+    if (digits.starts_with("0."))
+        digits.remove_prefix(1);
+    for (const char character : digits)
+        text.append(
+            QLatin1Char(character >= 'a' ? static_cast<char>(character - 'a' + 'A') : character));
+    return QString(text.constData(), text.size());
+}
+
+double roundHalfToEven(double number, int decimals) {
+    const double scaled = number * powersOfTen[decimals];
+    return std::isfinite(scaled) ? std::nearbyint(scaled) / powersOfTen[decimals] : number;
+}
+
+double toFifteenDigits(double number) {
+    const double magnitude = std::abs(number);
+    if (magnitude < 1E15) {
+        if (static_cast<double>(static_cast<qint64>(number)) == number)
+            return number + 0.0; // a negative zero has the text of zero
+        if (magnitude >= 0x1p-26)
+            return scaledToFifteenDigits(number);
+    }
+    char buffer[32];
+    return leadingNumber(writeFifteenDigits(number, buffer));
+}
+
+QString withLeadingZero(const QString &text) {
+    return text.startsWith(u'.') ? u'0' + text : text;
+}
+
+} // namespace veltrona

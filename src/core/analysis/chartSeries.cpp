@@ -1,0 +1,194 @@
+#include "core/analysis/chartSeries.h"
+
+#include "core/analysis/cellText.h"
+#include "core/analysis/nodeRecords.h"
+#include "core/analysis/nodeTag.h"
+#include "core/platform/sqlite/recordScan.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace veltrona {
+
+namespace {
+
+struct Metric {
+    QStringView caption;
+    const char *column;
+    double divisor;
+    const char *condition; // of a record, beside the node's and the period's
+    bool averaged;         // over the records whose value isn't 0
+};
+
+constexpr std::array<Metric, 12> metrics = {{
+    {u"Average Cost Per Click", "cpc", 1'000'000, "", true},
+    {u"Budget", "Budget", 1'000'000, "", false},
+    {u"Click Through Rate", "ctr", 1, "", false},
+    {u"Clicks", "Clicks", 1, "", false},
+    {u"Conversions", "conv", 1, "", false},
+    {u"Cost Per Conversion", "ConvCost", 1, "", false},
+    {u"Costs", "cost", 1'000'000, "", false},
+    {u"Impressions", "Impressions", 1, "", false},
+    // Undivided, and the next by ten millions: odd, and kept.
+    {u"Max Content CPC", "MaxContentCpc", 1, " AND MaxContentCpc > 0", false},
+    {u"Max CPC", "MaxCpc", 10'000'000, " AND MaxCpc > 0", false},
+    {u"Position", "Pos", 1, "", true},
+    {u"Transactions", "Transactions", 1, "", false},
+}};
+
+/// A compensated sum, so that the order of the records doesn't show.
+class Sum {
+public:
+    void add(double value) {
+        const double sum = m_sum + value;
+        m_lost +=
+            std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
+        m_sum = sum;
+    }
+    double value() const { return std::isfinite(m_sum) ? m_sum + m_lost : m_sum; }
+
+private:
+    double m_sum = 0;
+    double m_lost = 0;
+};
+
+struct BarSum {
+    Sum sum;
+    qint64 valued = 0; // records whose value isn't 0
+};
+
+/// Finds the bar of a date by its text. Boundaries are midnights: a later time of the same day
+/// belongs to the next bar.
+class BarFinder {
+public:
+    explicit BarFinder(const std::vector<ChartBar> &bars) {
+        for (const ChartBar &bar : bars)
+            m_boundaries.push_back(isoText(bar.toDay).toStdString());
+    }
+    QString first() const { return QString::fromStdString(m_boundaries.front()); }
+    QString last() const { return QString::fromStdString(m_boundaries.back()); }
+
+    /// -1 if no bar counts the date.
+    int find(std::string_view date) {
+        if (date != m_date) {
+            m_date = date;
+            const auto bar = std::lower_bound(m_boundaries.begin(), m_boundaries.end(), date);
+            m_bar = bar == m_boundaries.end() || date < m_boundaries.front()
+                        ? -1
+                        : static_cast<int>(bar - m_boundaries.begin());
+        }
+        return m_bar;
+    }
+
+private:
+    std::vector<std::string> m_boundaries;
+    std::string m_date; // the last one asked for; records of a day mostly lie together
+    int m_bar = -1;
+};
+
+DateValue dateOf(std::string_view text, const QString &path) {
+    if (const auto date = dateOfIsoText(text))
+        return *date;
+    constexpr int mismatch = 20; // the engine's own number for a value of the wrong type
+    throw Failure(mismatch,
+                  QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
+                      .arg(path, QString::fromUtf8(text.data(), qsizetype(text.size())).left(40)));
+}
+
+/// The first and the last date of the table; `otherwise` if it is empty.
+DateRange tableRange(const sqlite::Connection &connection, const DateRange &otherwise) {
+    sqlite::Statement statement =
+        connection.prepare("SELECT (SELECT min(GoogleDate) FROM tblGoogleDays), "
+                           "(SELECT max(GoogleDate) FROM tblGoogleDays)");
+    if (!statement.step() || statement.type(0) == sqlite::ValueType::Null)
+        return otherwise;
+    return {dateOf(statement.utf8(0), connection.path()),
+            dateOf(statement.utf8(1), connection.path())};
+}
+
+std::vector<BarSum> sumUpBars(const sqlite::Connection &connection, const Metric &metric,
+                              const NodeTag &tag, const std::vector<ChartBar> &bars) {
+    BarFinder finder(bars);
+    std::vector<BarSum> sums(bars.size());
+    const NodeRecords records = nodeRecords(connection, tag, finder.first(), finder.last());
+    sqlite::scanRecords(connection, std::string("GoogleDate, ") + metric.column,
+                        records.sql + metric.condition, records.bindings,
+                        [&](std::span<const sqlite::RecordValue> record) {
+                            const int bar = finder.find(record[0].utf8());
+                            if (bar < 0)
+                                return;
+                            BarSum &sum = sums[static_cast<std::size_t>(bar)];
+                            const double value = record[1].real();
+                            sum.sum.add(value);
+                            sum.valued += value != 0;
+                        });
+    return sums;
+}
+
+/// A number too large for 32 bits becomes the largest one.
+float toFloat(double number) {
+    constexpr double largest = std::numeric_limits<float>::max();
+    return std::isnan(number) ? 0 : static_cast<float>(std::clamp(number, -largest, largest));
+}
+
+double barValue(const Metric &metric, const BarSum &bar) {
+    float value = toFloat(bar.sum.value() / metric.divisor);
+    if (metric.averaged)
+        value = bar.valued != 0 ? value / static_cast<float>(bar.valued) : 0;
+    return roundHalfToEven(value, 2) + 0.0; // no negative zero
+}
+
+QString dateInWords(int day) {
+    const CalendarDay date = calendarDay(day);
+    return QStringLiteral("%1 %2 %3").arg(date.day).arg(monthName(date.month)).arg(date.year);
+}
+
+QString datesInWords(const ChartBar &bar) {
+    if (bar.fromDay == bar.toDay)
+        return dateInWords(bar.toDay);
+    return dateInWords(bar.fromDay) + QStringLiteral(" \u2013 ") + dateInWords(bar.toDay);
+}
+
+} // namespace
+
+QStringList chartMetrics() {
+    QStringList captions;
+    for (const Metric &metric : metrics)
+        captions += metric.caption.toString();
+    return captions;
+}
+
+QStringList chartGroupings() {
+    return {QStringLiteral("Days"), QStringLiteral("Weeks"), QStringLiteral("Months")};
+}
+
+ChartSeries queryChartSeries(const sqlite::Connection &connection, const ChartRequest &request) {
+    const Metric &metric = metrics.at(static_cast<std::size_t>(request.metric));
+    ChartSeries series;
+    series.range = request.allDates ? tableRange(connection, request.range) : request.range;
+    series.periods = choosePeriods(request.grouping, series.range);
+    series.metric = metric.caption.toString();
+    series.bars = emptyBars(series.periods, series.range.start);
+    const std::vector<BarSum> sums =
+        sumUpBars(connection, metric, readNodeTag(request.tag), series.bars);
+    for (std::size_t i = 0; i < sums.size(); ++i)
+        series.bars[i].value = barValue(metric, sums[i]);
+    return series;
+}
+
+void showSeries(const ChartSeries &series, Chart &chart) {
+    chart.setRowCount(static_cast<int>(series.bars.size()));
+    chart.setSeriesName(series.metric);
+    int row = 0;
+    for (const ChartBar &bar : series.bars) {
+        ++row;
+        chart.DataGrid().setRowLabel(row, 1, bar.label);
+        chart.DataGrid().SetData(row, 1, bar.value, 0);
+        chart.DataGrid().setRowDates(row, datesInWords(bar));
+    }
+    chart.changed();
+}
+
+} // namespace veltrona

@@ -1,0 +1,15 @@
+// Builds the navigation tree out of the day records: campaigns, ad groups, their search and content
+// branches, keywords and keyword types.
+#pragma once
+
+#include "core/controls/tree.h"
+#include "core/platform/sqlite/connection.h"
+
+namespace veltrona {
+
+/// Replaces the content of `tree`; selects nothing. The records are read before a node is touched,
+/// so that a Failure leaves the tree as it was.
+void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
+                         Tree &tree);
+
+} // namespace veltrona

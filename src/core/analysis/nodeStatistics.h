@@ -1,0 +1,48 @@
+// The statistics of a tree node over a period: running sums of all its day records, one row for
+// each value of the column one level below the node.
+#pragma once
+
+#include "core/base/dateValue.h"
+#include "core/controls/grid.h"
+#include "core/controls/tree.h"
+#include "core/platform/sqlite/connection.h"
+
+#include <array>
+#include <vector>
+
+namespace veltrona {
+
+/// The sums of one row, in the order of the grid's columns. All but `name` have passed through 15
+/// significant digits after every record, as they would in a cell.
+struct StatisticsRow {
+    QString name;
+    double clicks = 0;
+    double impressions = 0;
+    double ctr = 0;
+    double cpc = 0;  // millionths of the currency unit
+    double cost = 0; // currency units
+    double conversions = 0;
+    double conversionRate = 0;
+    double costPerConversion = 0; // millionths of the currency unit
+    double position = 0;
+    double conversionValue = 0;
+    double transactions = 0;
+    int recordsWithPosition = 0;
+    int recordsWithCpc = 0;
+};
+
+struct NodeStatistics {
+    QString caption;                 // the node's Key without its level prefix
+    QString heading;                 // of the grid's first column
+    std::vector<StatisticsRow> rows; // in reading order; empty if no record fell into the period
+};
+
+/// Throws Failure; touches no control.
+NodeStatistics queryNodeStatistics(const sqlite::Connection &connection, const TreeNode &node,
+                                   const DateRange &range);
+
+/// Puts the sums into the grid's cells and finishes them (summary and colours); without rows the
+/// grid gets its empty form. Widths are not touched.
+void showStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor);
+
+} // namespace veltrona

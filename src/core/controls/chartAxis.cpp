@@ -1,0 +1,91 @@
+#include "core/controls/chartAxis.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace veltrona {
+
+namespace {
+
+constexpr QChar thousandsMark(0x202F); // narrow no-break space
+constexpr double largestPlain = 1E15;  // beyond it, digits would feign an exactness
+
+double finite(double value) {
+    return std::isfinite(value) ? value : 0;
+}
+
+QString grouped(QString text) {
+    const auto point = text.indexOf(QLatin1Char('.'));
+    const auto whole = point < 0 ? text.size() : point;
+    const int start = text.startsWith(QLatin1Char('-')) ? 1 : 0;
+    for (auto at = whole - 3; at > start; at -= 3)
+        text.insert(at, thousandsMark);
+    if (start == 1)
+        text[0] = QChar(0x2212); // the minus sign, as wide as the plus
+    return text;
+}
+
+template<class Number>
+QString shortest(Number value) {
+    std::array<char, 64> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::fixed);
+    return QString::fromLatin1(buffer.data(), end.ptr - buffer.data());
+}
+
+} // namespace
+
+AxisScale axisScale(double low, double high, int mostSteps) {
+    const double bottom = std::min(0.0, finite(low));
+    const double top = std::max(0.0, finite(high));
+    // Halves, since the range of two numbers of the largest size would be infinite.
+    const double half = top / 2 - bottom / 2;
+    if (half < 1E-300)
+        return {};
+    int exponent = static_cast<int>(std::floor(std::log10(half / mostSteps))) - 1;
+    for (;; ++exponent) {
+        for (const int factor : {1, 2, 5}) {
+            AxisScale scale;
+            scale.step = factor * std::pow(10.0, exponent);
+            // A hair less than a whole step is the step: 0.3 / 0.1 is more than 3.
+            const double lines = 1E-9;
+            const double first = std::floor(bottom / scale.step + lines);
+            const double last = std::ceil(top / scale.step - lines);
+            if (last - first > mostSteps)
+                continue;
+            scale.first = static_cast<int>(first);
+            scale.last = static_cast<int>(last);
+            scale.decimals = std::max(0, -exponent);
+            return scale;
+        }
+    }
+}
+
+QString axisText(const AxisScale &scale, int line) {
+    const double value = scale.step * line;
+    if (std::fabs(value) >= largestPlain || scale.decimals > 6)
+        return QString::number(value, 'g', 3);
+    return grouped(QString::number(value, 'f', scale.decimals));
+}
+
+QString valueText(double value) {
+    value += 0.0; // a negative zero is a zero
+    if (!std::isfinite(value) || std::fabs(value) >= largestPlain)
+        return QString::number(value, 'g', 15);
+    // A value that was worked out in single precision has no more digits than that.
+    const float single = static_cast<float>(value);
+    if (static_cast<double>(single) == value)
+        return grouped(shortest(single));
+    const QString digits = QString::number(value, 'g', 15);
+    return digits.contains(QLatin1Char('e')) ? digits : grouped(digits);
+}
+
+int labelStep(double columnWidth, double labelWidth, double gap) {
+    if (columnWidth <= 0)
+        return 1;
+    return std::max(1, static_cast<int>(std::ceil((labelWidth + gap) / columnWidth)));
+}
+
+} // namespace veltrona

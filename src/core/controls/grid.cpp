@@ -1,0 +1,97 @@
+#include "core/controls/grid.h"
+
+namespace veltrona {
+
+Grid::Grid(int columns, int rows)
+    : m_columns(static_cast<std::size_t>(columns)),
+      m_rows(static_cast<std::size_t>(rows), RowCells(m_columns)), m_widths(m_columns, -1),
+      m_alignments(m_columns, -1) {}
+
+Grid::Cell &Grid::cell(int row, int col) {
+    return m_rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(col));
+}
+
+const Grid::Cell &Grid::cell(int row, int col) const {
+    return m_rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(col));
+}
+
+void Grid::setRows(int rows) {
+    m_rows.resize(static_cast<std::size_t>(rows), RowCells(m_columns));
+    changed();
+}
+
+const QString &Grid::TextMatrix(int row, int col) const {
+    return cell(row, col).text;
+}
+
+void Grid::setTextMatrix(int row, int col, const QString &text) {
+    cell(row, col).text = text;
+    changed();
+}
+
+void Grid::AddItem(const QString &item, int index) {
+    RowCells cells(m_columns);
+    cells.front().text = item;
+    m_rows.insert(m_rows.begin() + index, std::move(cells));
+    changed();
+}
+
+void Grid::RemoveItem(int index) {
+    m_rows.erase(m_rows.begin() + index);
+    changed();
+}
+
+void Grid::Clear() {
+    for (RowCells &row : m_rows)
+        row.assign(m_columns, Cell());
+    changed();
+}
+
+int Grid::ColWidth(int col) const {
+    return m_widths.at(static_cast<std::size_t>(col));
+}
+
+void Grid::setColWidth(int col, int twips) {
+    m_widths.at(static_cast<std::size_t>(col)) = twips;
+    changed();
+}
+
+int Grid::ColAlignment(int col) const {
+    return m_alignments.at(static_cast<std::size_t>(col));
+}
+
+void Grid::setColAlignment(int col, int alignment) {
+    m_alignments.at(static_cast<std::size_t>(col)) = alignment;
+    changed();
+}
+
+void Grid::setForeColor(Rgb color) {
+    m_foreColor = color;
+    changed();
+}
+
+void Grid::setCellForeColor(Rgb color) {
+    cell(m_row, m_col).color = (color.red << 16) | (color.green << 8) | color.blue;
+    changed();
+}
+
+Rgb Grid::cellColor(int row, int col) const {
+    const int color = cell(row, col).color;
+    if (color < 0)
+        return m_foreColor;
+    return {(color >> 16) & 0xFF, (color >> 8) & 0xFF, color & 0xFF};
+}
+
+void Grid::setRedraw(bool redraw) {
+    m_redraw = redraw;
+    if (m_redraw && m_pending)
+        changed();
+}
+
+void Grid::changed() {
+    m_pending = !m_redraw;
+    if (m_redraw && onChange)
+        onChange();
+}
+
+} // namespace veltrona

@@ -1,0 +1,68 @@
+#include "core/import/columnCheck.h"
+
+#include "core/base/failure.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+namespace veltrona {
+
+namespace {
+
+constexpr auto campaign = static_cast<std::size_t>(reportColumn("campaign"));
+constexpr auto date = static_cast<std::size_t>(reportColumn("date"));
+
+bool isSameName(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+void declare(ReportColumnNames &names, std::string_view name) {
+    for (std::size_t i = 0; i < reportColumns.size(); ++i) {
+        if (isSameName(name, reportColumns[i].name))
+            names[i] = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    }
+}
+
+Failure refused(const xml::Document &document, int number, const QString &reason) {
+    return {number,
+            QStringLiteral("The report \"%1\" can't be imported: %2. Nothing has been stored.")
+                .arg(QDir::toNativeSeparators(document.path()), reason)};
+}
+
+} // namespace
+
+ColumnCheck checkColumns(const xml::Document &document) {
+    if (!document.refusal().isEmpty())
+        throw refused(document, unreadableReport, document.refusal());
+    ColumnCheck check;
+    xml::Walk walk = document.walk();
+    for (auto step = walk.next(); step != xml::Walk::Step::End; step = walk.next()) {
+        // The end of every child list asks for the required columns, and the first "no" is final.
+        if (step == xml::Walk::Step::ListEnd) {
+            check.passed = !check.names[campaign].isEmpty() && !check.names[date].isEmpty();
+            if (!check.passed)
+                return check;
+        } else if (walk.name() == "column") {
+            const xml::Attribute *name = walk.attribute("name");
+            if (name == nullptr) {
+                throw refused(document, unreadableReport,
+                              QStringLiteral("the column in line %1 has no name").arg(walk.line()));
+            }
+            declare(check.names, name->value);
+        } else if (walk.name() == "row") {
+            ++check.rowCount;
+        }
+    }
+    if (check.rowCount > mostReportRows) {
+        throw refused(document, tooManyRows,
+                      QStringLiteral("it has %1 rows, and an import takes at most %2")
+                          .arg(check.rowCount)
+                          .arg(mostReportRows));
+    }
+    return check;
+}
+
+} // namespace veltrona

@@ -1,0 +1,259 @@
+#include "core/import/importRows.h"
+
+#include "core/import/progress.h"
+#include "core/import/reportValues.h"
+#include "core/import/rowReader.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include <chrono>
+#include <optional>
+
+namespace veltrona {
+
+namespace {
+
+constexpr int movedProject = 1032; // as SQLite numbers it
+constexpr qsizetype mostShown = 40;
+
+// A commit waits for the disk some four times; younger batches aren't worth it.
+constexpr std::chrono::milliseconds shortestBatch{100};
+
+constexpr int adgroup = reportColumn("adgroup");
+constexpr int campaign = reportColumn("campaign");
+constexpr int creativeId = reportColumn("creativeid");
+constexpr int date = reportColumn("date");
+constexpr int keyword = reportColumn("keyword");
+constexpr int kwType = reportColumn("kwtype");
+
+constexpr const char *duplicateTestSql =
+    "SELECT 1 FROM tblGoogleDays WHERE Adgroup = ? AND Campaign = ? AND CreativeId = ? "
+    "AND GoogleDate = ? AND KeyWord = ? AND kwType = ?";
+
+/// For each column of the insert, the report column that feeds it; the last two are worked out.
+constexpr auto insertSources = [] {
+    std::array<int, dayColumns.size()> sources{};
+    for (std::size_t i = 0; i < sources.size(); ++i)
+        sources[i] = reportColumnOf(dayColumns[i].name);
+    return sources;
+}();
+static_assert(insertSources[dayColumns.size() - 3] < reportColumnCount);
+static_assert(insertSources[dayColumns.size() - 2] == reportColumnCount);
+
+QString shortened(std::string_view value) {
+    // Enough bytes for the characters that are shown, whatever they are.
+    QString text = QString::fromUtf8(value.substr(0, 8 * mostShown).data(),
+                                     static_cast<qsizetype>(std::min<std::size_t>(
+                                         value.size(), static_cast<std::size_t>(8 * mostShown))));
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = QLatin1Char(' ');
+    }
+    if (text.size() <= mostShown)
+        return text;
+    const bool splitsPair = text.at(mostShown - 1).isHighSurrogate();
+    return text.left(mostShown - splitsPair) + QStringLiteral("...");
+}
+
+/// A value that ends the import.
+struct UnreadableValue {
+    int column;
+    const char *reason;
+};
+
+class RowLoader {
+public:
+    RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+              const xml::Document &document, const ColumnCheck &check);
+    void run(const std::function<void()> &inc);
+
+private:
+    void importRows(const std::function<void()> &inc);
+    void importRow();
+    bool isStored();
+    void insert();
+    void beginBatch();
+    void commitBatch();
+    void bindNumber(sqlite::Statement &statement, int parameter, int column) const;
+    void readRowDate();
+    Failure told(const UnreadableValue &value) const;
+    Failure told(const Failure &failure);
+
+    sqlite::Connection &m_connection;
+    const xml::Document &m_document;
+    const ColumnCheck &m_check;
+    sqlite::Statement &m_test;
+    sqlite::Statement m_insert;
+    xml::Walk m_walk;
+    RowReader m_reader;
+    std::optional<sqlite::Transaction> m_batch;
+    QElapsedTimer m_batchAge;
+    std::string_view m_dateText; // the report's text of m_date
+    ReportDate m_date;
+    int m_row = 0;
+    qint64 m_inBatch = 0;
+    qint64 m_committed = 0;
+};
+
+RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+                     const xml::Document &document, const ColumnCheck &check)
+    : m_connection(connection), m_document(document), m_check(check), m_test(duplicateTest),
+      m_insert(connection.prepare(dayInsertStatement())), m_walk(document.walk()),
+      m_reader(check.names) {
+    m_test = connection.prepare(duplicateTestSql);
+}
+
+void RowLoader::run(const std::function<void()> &inc) {
+    try {
+        importRows(inc);
+    } catch (const UnreadableValue &value) {
+        const Failure failure = told(value);
+        try {
+            commitBatch();
+        } catch (const Failure &engine) {
+            throw told(engine);
+        }
+        throw failure;
+    } catch (const Failure &failure) {
+        throw told(failure);
+    }
+}
+
+void RowLoader::importRows(const std::function<void()> &inc) {
+    for (auto step = m_walk.next(); step != xml::Walk::Step::End; step = m_walk.next()) {
+        if (step != xml::Walk::Step::Element || m_walk.name() != "row")
+            continue;
+        if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
+            m_batchAge.hasExpired(shortestBatch.count()))
+            commitBatch();
+        ++m_row;
+        inc();
+        importRow();
+    }
+    commitBatch();
+}
+
+void RowLoader::importRow() {
+    m_reader.read(m_walk);
+    beginBatch();
+    // The key values are read and compared before any other value is looked at.
+    if (!isStored())
+        insert();
+}
+
+bool RowLoader::isStored() {
+    m_test.bind(1, m_reader.value(adgroup));
+    m_test.bind(2, m_reader.value(campaign));
+    bindNumber(m_test, 3, creativeId);
+    readRowDate();
+    m_test.bind(4, std::string_view(m_date.text));
+    m_test.bind(5, m_reader.value(keyword));
+    m_test.bind(6, m_reader.value(kwType));
+    const bool found = m_test.step();
+    m_test.reset();
+    return found;
+}
+
+void RowLoader::insert() {
+    int parameter = 0;
+    for (const DayColumn &column : dayColumns) {
+        const int source = insertSources[static_cast<std::size_t>(parameter++)];
+        if (source == reportColumnCount)
+            break;
+        if (column.kind == ColumnKind::Number)
+            bindNumber(m_insert, parameter, source);
+        else if (column.kind == ColumnKind::Date)
+            m_insert.bind(parameter, std::string_view(m_date.text));
+        else
+            m_insert.bind(parameter, m_reader.value(source));
+    }
+    m_insert.bind(parameter++, std::string_view(m_date.month));
+    m_insert.bind(parameter, std::string_view(m_date.week));
+    m_insert.step();
+    m_inBatch += m_connection.changes();
+    m_insert.reset();
+}
+
+void RowLoader::beginBatch() {
+    if (m_batch)
+        return;
+    if (m_connection.hasMoved()) {
+        throw Failure(movedProject,
+                      QStringLiteral("The project file \"%1\" has been moved, renamed, deleted or "
+                                     "replaced while it was open.")
+                          .arg(QDir::toNativeSeparators(m_connection.path())));
+    }
+    m_batch.emplace(m_connection);
+    m_batchAge.start();
+}
+
+void RowLoader::commitBatch() {
+    if (!m_batch)
+        return;
+    m_batch->commit();
+    m_batch.reset();
+    m_committed += m_inBatch;
+    m_inBatch = 0;
+}
+
+void RowLoader::bindNumber(sqlite::Statement &statement, int parameter, int column) const {
+    const std::string_view text = m_reader.value(column);
+    if (text.empty()) {
+        statement.bind(parameter, qint64(0));
+        return;
+    }
+    const std::optional<ReportNumber> number = readNumber(text);
+    if (!number)
+        throw UnreadableValue{column, "is no number"};
+    std::visit([&](auto value) { statement.bind(parameter, value); }, *number);
+}
+
+void RowLoader::readRowDate() {
+    const std::string_view text = m_reader.value(date);
+    // Neighbours mostly share their date. The text before lives on in the document.
+    if (!text.empty() && text == m_dateText)
+        return;
+    std::optional<ReportDate> read = readDate(text);
+    if (!read)
+        throw UnreadableValue{date, text.empty() ? "is missing" : "is no date"};
+    m_date = std::move(*read);
+    m_dateText = text;
+}
+
+// All places of a text are filled at once: a name may hold "%1".
+Failure RowLoader::told(const UnreadableValue &value) const {
+    return {unreadableReport,
+            QStringLiteral("The import of \"%1\" has ended at row %2 (line %3 of the file): the "
+                           "value \"%4\" of the column \"%5\" %6. The rows before it are kept in "
+                           "the project; importing the mended file again skips them.")
+                .arg(QDir::toNativeSeparators(m_document.path()), QString::number(m_row),
+                     QString::number(m_walk.line()), shortened(m_reader.value(value.column)),
+                     m_check.names[static_cast<std::size_t>(value.column)],
+                     QLatin1String(value.reason))};
+}
+
+Failure RowLoader::told(const Failure &failure) {
+    try {
+        commitBatch();
+    } catch (const Failure &) {
+        // The first failure is the one to tell; this batch isn't counted, and is rolled back.
+        m_batch.reset();
+    }
+    return {failure.number(),
+            QStringLiteral("%1 The import of \"%2\" has ended at row %3 of %4. New records that it "
+                           "has stored: %5. Importing the file again skips them.")
+                .arg(failure.text(), QDir::toNativeSeparators(m_document.path()),
+                     QString::number(m_row), QString::number(m_check.rowCount),
+                     QString::number(m_committed))};
+}
+
+} // namespace
+
+void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
+                const xml::Document &document, const ColumnCheck &check,
+                const std::function<void()> &inc) {
+    RowLoader(connection, duplicateTest, document, check).run(inc);
+}
+
+} // namespace veltrona

@@ -1,0 +1,20 @@
+#include "core/import/parserReport.h"
+
+#include <QDir>
+
+namespace veltrona {
+
+QString parserReport(const xml::ParseError &error) {
+    const QString lineEnd = QStringLiteral("\r\n");
+    // The first two pieces meet without a blank, and the reason brings its own line end.
+    return QStringLiteral("Your XML Document failed to load") +
+           QStringLiteral("due the following error.") + lineEnd + QStringLiteral("Error #: ") +
+           QString::number(error.errorCode) + QStringLiteral(": ") + error.reason +
+           QStringLiteral("Line #: ") + QString::number(error.line) + lineEnd +
+           QStringLiteral("Line Position: ") + QString::number(error.linepos) + lineEnd +
+           QStringLiteral("Position In File: ") + QString::number(error.filepos) + lineEnd +
+           QStringLiteral("Source Text: ") + error.srcText + lineEnd +
+           QStringLiteral("Document URL: ") + QDir::toNativeSeparators(error.url);
+}
+
+} // namespace veltrona

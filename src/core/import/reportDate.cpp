@@ -1,0 +1,172 @@
+#include "core/import/reportValues.h"
+
+#include "core/base/dateValue.h"
+
+#include <array>
+#include <cstdio>
+
+namespace veltrona {
+
+namespace {
+
+constexpr std::array<std::string_view, 12> monthNames{
+    "january", "february", "march",     "april",   "may",      "june",
+    "july",    "august",   "september", "october", "november", "december"};
+constexpr std::size_t shortNameLength = 3;
+
+/// The first day of the calendar in use.
+constexpr CalendarDay firstDay{1752, 9, 14};
+
+/// Takes a text apart from its front; a piece that isn't there leaves it as it was.
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : m_rest(text) {}
+
+    bool atEnd() const { return m_rest.empty(); }
+    bool take(char c) {
+        const bool found = !m_rest.empty() && m_rest.front() == c;
+        m_rest.remove_prefix(found);
+        return found;
+    }
+    bool takeBlanks() {
+        const std::size_t before = m_rest.size();
+        while (take(' ')) {
+        }
+        return m_rest.size() < before;
+    }
+    /// -1 unless there are at least `fewest` and no more than `most` digits.
+    int number(std::size_t fewest, std::size_t most) {
+        std::size_t count = 0;
+        int value = 0;
+        for (; count < m_rest.size() && m_rest[count] >= '0' && m_rest[count] <= '9'; ++count) {
+            if (count == most)
+                return -1;
+            value = value * 10 + (m_rest[count] - '0');
+        }
+        if (count < fewest)
+            return -1;
+        m_rest.remove_prefix(count);
+        return value;
+    }
+    /// Letters up to the next other character, in lower case.
+    std::string word() {
+        std::string letters;
+        for (; !m_rest.empty(); m_rest.remove_prefix(1)) {
+            const char lower = static_cast<char>(m_rest.front() | 0x20);
+            if (lower < 'a' || lower > 'z')
+                break;
+            letters += lower;
+        }
+        return letters;
+    }
+
+private:
+    std::string_view m_rest;
+};
+
+/// 0 where the word is no month.
+int monthOfWord(const std::string &word) {
+    for (std::size_t i = 0; i < monthNames.size(); ++i) {
+        if (word == monthNames[i] || word == monthNames[i].substr(0, shortNameLength))
+            return static_cast<int>(i) + 1;
+    }
+    return 0;
+}
+
+/// The rest of a form of which the first number is read; `isYear` tells 2007/05/14 from 5/14/2007.
+std::optional<CalendarDay> dayFromNumber(Scanner &scanner, int first, bool isYear) {
+    for (const char separator : {'-', '/', '.'}) {
+        if (!scanner.take(separator))
+            continue;
+        const int second = scanner.number(1, 2);
+        if (second < 0 || !scanner.take(separator) || (separator == '-') > isYear)
+            return std::nullopt;
+        if (isYear && separator != '.')
+            return CalendarDay{first, second, scanner.number(1, 2)};
+        const int year = scanner.number(4, 4);
+        if (isYear)
+            return std::nullopt;
+        return separator == '/' ? CalendarDay{year, first, second}
+                                : CalendarDay{year, second, first};
+    }
+    if (isYear || !scanner.takeBlanks())
+        return std::nullopt;
+    const int month = monthOfWord(scanner.word());
+    if (!scanner.takeBlanks())
+        return std::nullopt;
+    return CalendarDay{scanner.number(4, 4), month, first};
+}
+
+std::optional<CalendarDay> day(Scanner &scanner) {
+    const int year = Scanner(scanner).number(4, 4);
+    if (year >= 0) {
+        scanner.number(4, 4);
+        return dayFromNumber(scanner, year, true);
+    }
+    const int first = scanner.number(1, 2);
+    if (first >= 0)
+        return dayFromNumber(scanner, first, false);
+    const int month = monthOfWord(scanner.word());
+    if (!scanner.takeBlanks())
+        return std::nullopt;
+    const int number = scanner.number(1, 2);
+    if (!scanner.take(','))
+        return std::nullopt;
+    scanner.takeBlanks();
+    return CalendarDay{scanner.number(4, 4), month, number};
+}
+
+/// Seconds since midnight; none for a time that no clock shows, or with anything behind it.
+std::optional<int> time(Scanner &scanner) {
+    int hour = scanner.number(1, 2);
+    if (hour < 0 || hour > 23 || !scanner.take(':'))
+        return std::nullopt;
+    const int minute = scanner.number(2, 2);
+    const int second = scanner.take(':') ? scanner.number(2, 2) : 0;
+    if (minute < 0 || minute > 59 || second < 0 || second > 59)
+        return std::nullopt;
+    if (!scanner.atEnd()) {
+        scanner.takeBlanks();
+        const std::string half = scanner.word();
+        if ((half != "am" && half != "pm") || hour < 1 || hour > 12 || !scanner.atEnd())
+            return std::nullopt;
+        hour = hour % 12 + (half == "pm" ? 12 : 0);
+    }
+    return (hour * 60 + minute) * 60 + second;
+}
+
+std::string formatted(const char *form, int a, int b, int c = 0) {
+    std::array<char, 40> text{};
+    const int length = std::snprintf(text.data(), text.size(), form, a, b, c);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+} // namespace
+
+std::optional<ReportDate> readDate(std::string_view text) {
+    Scanner scanner(text);
+    const std::optional<CalendarDay> day = veltrona::day(scanner);
+    if (!day || day->year < firstDay.year || !isValid(*day))
+        return std::nullopt;
+    const int number = dayNumber(*day);
+    if (number < dayNumber(firstDay))
+        return std::nullopt;
+    int seconds = 0;
+    if (!scanner.atEnd()) {
+        if (!scanner.take('T') && !scanner.takeBlanks())
+            return std::nullopt;
+        const std::optional<int> read = time(scanner);
+        if (!read)
+            return std::nullopt;
+        seconds = *read;
+    }
+    ReportDate date;
+    date.text = formatted("%04d-%02d-%02d", day->year, day->month, day->day);
+    if (seconds != 0)
+        date.text += formatted(" %02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    date.month = formatted("%d %02d", day->year, day->month);
+    date.week = formatted("%d %02d", day->year, weekOfYear(number));
+    return date;
+}
+
+} // namespace veltrona

@@ -1,0 +1,137 @@
+#include "core/platform/desktop/browser.h"
+
+#include "core/platform/desktop/desktopEntry.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace veltrona::desktop {
+
+namespace {
+
+constexpr QLatin1String listName("mimeapps.list");
+
+/// The association lists of one folder: those of the running desktops come first.
+QStringList associationLists(const QString &folder) {
+    QStringList lists;
+    for (const QString &desktop :
+         qEnvironmentVariable("XDG_CURRENT_DESKTOP").toLower().split(u':', Qt::SkipEmptyParts))
+        lists << folder + u'/' + desktop + u'-' + listName;
+    return lists << folder + u'/' + listName;
+}
+
+QStringList programFolders() {
+    return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+}
+
+/// A hyphen of an ID may stand for a subfolder: "kde-viewer.desktop" is "kde/viewer.desktop".
+QString fileOfId(const QString &folder, const QString &id) {
+    if (QFileInfo(folder + u'/' + id).isFile())
+        return folder + u'/' + id;
+    for (qsizetype at = id.indexOf(u'-'); at > 0; at = id.indexOf(u'-', at + 1)) {
+        const QString below = folder + u'/' + id.first(at);
+        // Without the look at the folder, each hyphen would double the places to search.
+        QString found = QFileInfo(below).isDir() ? fileOfId(below, id.sliced(at + 1)) : QString();
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+/// The desktop entry of an ID if its program can be used. The first folder that has the ID decides.
+QString usableEntry(const QString &id) {
+    for (const QString &folder : programFolders()) {
+        QString file = id.contains(u'/') ? QString() : fileOfId(folder, id);
+        if (!file.isEmpty())
+            return DesktopEntry::read(file) ? file : QString();
+    }
+    return {};
+}
+
+QStringList idsOf(const QString &list, const char *group, const QString &mimeType) {
+    return readKeyFileGroup(list, QLatin1String(group))
+        .value(mimeType)
+        .split(u';', Qt::SkipEmptyParts);
+}
+
+QString firstUsable(const QStringList &ids, const QStringList &removed) {
+    for (const QString &id : ids) {
+        QString file = removed.contains(id) ? QString() : usableEntry(id);
+        if (!file.isEmpty())
+            return file;
+    }
+    return {};
+}
+
+/// The IDs of the entries in a folder that name the type themselves.
+QStringList idsThatOpen(const QString &folder, const QString &mimeType) {
+    QStringList ids;
+    QDirIterator entries(folder, {QStringLiteral("*.desktop")}, QDir::Files,
+                         QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
+    while (entries.hasNext()) {
+        const QString file = entries.next();
+        const auto entry = DesktopEntry::read(file);
+        if (entry && entry->opens(mimeType))
+            ids << file.sliced(folder.size() + 1).replace(u'/', u'-');
+    }
+    ids.sort();
+    return ids;
+}
+
+/// First what is set as the default, then what was added to the type or names it.
+QString handlerOf(const QString &mimeType) {
+    QStringList lists;
+    const QStringList folders =
+        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation) + programFolders();
+    for (const QString &folder : folders)
+        lists << associationLists(folder);
+    for (const QString &list : lists) {
+        QString file = firstUsable(idsOf(list, "Default Applications", mimeType), {});
+        if (!file.isEmpty())
+            return file;
+    }
+    QStringList removed;
+    for (const QString &list : lists) {
+        QString file = firstUsable(idsOf(list, "Added Associations", mimeType), removed);
+        if (!file.isEmpty())
+            return file;
+        removed << idsOf(list, "Removed Associations", mimeType);
+    }
+    for (const QString &folder : programFolders()) {
+        QString file = firstUsable(idsThatOpen(folder, mimeType), removed);
+        if (!file.isEmpty())
+            return file;
+    }
+    return {};
+}
+
+} // namespace
+
+int findExecutable(const QString &file, QString &program) {
+    program.clear();
+    if (!QFileInfo::exists(file))
+        return FileNotFound;
+    program = handlerOf(QStringLiteral("text/html"));
+    return program.isEmpty() ? NoAssociation : Started;
+}
+
+int shellExecute(const QString &program, const QString &file) {
+    const auto entry = DesktopEntry::read(program);
+    if (!entry)
+        return FileNotFound;
+    QStringList command = entry->command(QFileInfo(file).absoluteFilePath());
+    if (command.isEmpty())
+        return NoAssociation;
+    QProcess process;
+    process.setProgram(command.takeFirst());
+    process.setArguments(command);
+    process.setWorkingDirectory(entry->workingFolder());
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    return process.startDetached() ? Started : AccessDenied;
+}
+
+} // namespace veltrona::desktop

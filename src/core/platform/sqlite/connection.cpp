@@ -1,0 +1,211 @@
+#include "core/platform/sqlite/connection.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QThread>
+
+#include <algorithm>
+#include <cstring>
+#include <sqlite3.h>
+
+namespace veltrona::sqlite {
+
+namespace {
+
+struct Reason {
+    int code; // a primary or an extended result code; the extended ones come first
+    const char *text;
+};
+
+constexpr Reason reasons[] = {
+    {SQLITE_READONLY_DBMOVED, "it was renamed, deleted or replaced while it was open"},
+    {SQLITE_READONLY_DIRECTORY,
+     "its folder can't be written, and a journal has to stand beside it"},
+    {SQLITE_BUSY, "it is locked by another program; try again when that program is done"},
+    {SQLITE_LOCKED, "it is locked by a command that is still running"},
+    {SQLITE_READONLY, "it can't be written: the file, its folder or its drive is read-only"},
+    {SQLITE_PERM, "the system denies access to it"},
+    {SQLITE_AUTH, "the system denies access to it"},
+    {SQLITE_FULL, "the disk is full"},
+    {SQLITE_IOERR, "reading or writing it failed"},
+    {SQLITE_CORRUPT, "it is damaged"},
+    {SQLITE_NOTADB, "it isn't a database, or it is damaged"},
+    {SQLITE_CANTOPEN, "the file, or the journal beside it, can't be opened"},
+    {SQLITE_NOMEM, "there isn't enough memory"},
+    {SQLITE_TOOBIG, "a value is too large"},
+};
+
+QString reasonOf(sqlite3 *handle, int code) {
+    for (const Reason &reason : reasons) {
+        if (reason.code != code && reason.code != (code & 0xff))
+            continue;
+        QString text = QLatin1String(reason.text);
+        const int systemError = handle ? sqlite3_system_errno(handle) : 0;
+        const int kind = code & 0xff;
+        if (systemError != 0 && (kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN))
+            text += QStringLiteral(" (%1)").arg(QString::fromLocal8Bit(std::strerror(systemError)));
+        return text;
+    }
+    return QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
+}
+
+Failure failureOf(sqlite3 *handle, int code, const QString &path) {
+    return {code, QStringLiteral("The file \"%1\" can't be used: %2.")
+                      .arg(QDir::toNativeSeparators(path), reasonOf(handle, code))};
+}
+
+Failure refusal(int code, const QString &path, const char *reason) {
+    return {code, QStringLiteral("The file \"%1\" can't be opened: %2.")
+                      .arg(QDir::toNativeSeparators(path), QLatin1String(reason))};
+}
+
+/// A pipe or a device would hold the program for ever.
+void refuseUnlessRegularFile(const QString &path) {
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists())
+        throw refusal(SQLITE_CANTOPEN, path, "there is no such file");
+    if (info.isDir())
+        throw refusal(SQLITE_CANTOPEN, path, "it is a folder");
+    if (!info.isFile())
+        throw refusal(SQLITE_CANTOPEN, path, "it isn't an ordinary file");
+}
+
+/// What a project file brings along must neither run nor reach outside the file.
+void distrustSchema(sqlite3 *handle) {
+    for (const int off :
+         {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
+          SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_DQS_DML, SQLITE_DBCONFIG_DQS_DDL})
+        sqlite3_db_config(handle, off, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+}
+
+/// A full disk and the like may have ended the transaction already.
+void rollBack(sqlite3 *handle) {
+    if (!sqlite3_get_autocommit(handle))
+        sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+bool isBlank(std::string_view sql) {
+    return sql.find_first_not_of(" \t\r\n;") == std::string_view::npos;
+}
+
+} // namespace
+
+Connection::~Connection() {
+    close();
+}
+
+void Connection::open(const QString &path) {
+    close();
+    refuseUnlessRegularFile(path);
+    // Absolute, so that no name of a file is taken for one of SQLite's own ("file:x?mode=ro").
+    const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
+    sqlite3 *handle = nullptr;
+    const int code = sqlite3_open_v2(
+        name.constData(), &handle,
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    if (code != SQLITE_OK) {
+        const Failure failure = failureOf(handle, code, path);
+        sqlite3_close_v2(handle);
+        throw failure;
+    }
+    // SQLite falls back to reading only without a word.
+    if (sqlite3_db_readonly(handle, "main") != 0) {
+        sqlite3_close_v2(handle);
+        throw failureOf(nullptr, SQLITE_READONLY, path);
+    }
+    distrustSchema(handle);
+    m_handle = handle;
+    m_path = path;
+    sqlite3_busy_handler(m_handle, waitForLock, this);
+}
+
+void Connection::close() noexcept {
+    sqlite3_close_v2(m_handle);
+    m_handle = nullptr;
+    m_path.clear();
+}
+
+Statement Connection::prepareFirst(std::string_view &sql) const {
+    sqlite3_stmt *handle = nullptr;
+    const char *rest = nullptr;
+    const int code =
+        sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
+    if (code != SQLITE_OK)
+        fail(code);
+    sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
+    return Statement(this, handle);
+}
+
+void Connection::execute(std::string_view sql) {
+    while (!isBlank(sql)) {
+        Statement statement = prepareFirst(sql);
+        while (statement && statement.step()) {
+        }
+        if (!statement && !isBlank(sql) && sql.front() == '\0')
+            throw failureOf(nullptr, SQLITE_MISUSE, m_path);
+    }
+}
+
+Statement Connection::prepare(std::string_view sql) const {
+    Statement statement = prepareFirst(sql);
+    if (!statement || !isBlank(sql))
+        throw failureOf(nullptr, SQLITE_MISUSE, m_path);
+    return statement;
+}
+
+qint64 Connection::changes() const {
+    return sqlite3_changes64(m_handle);
+}
+
+bool Connection::hasMoved() const {
+    int moved = 0;
+    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return moved != 0;
+}
+
+Failure Connection::failure(int code) const {
+    return failureOf(m_handle, code, m_path);
+}
+
+void Connection::fail(int code) const {
+    throw failure(code);
+}
+
+/// SQLite's own handler sleeps ever longer and then loses each race against a busy writer.
+int Connection::waitForLock(void *self, int attempt) {
+    QElapsedTimer &timer = static_cast<Connection *>(self)->m_lockTimer;
+    if (attempt == 0)
+        timer.start();
+    if (timer.elapsed() >= lockWait)
+        return 0;
+    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 2)));
+    return 1;
+}
+
+Transaction::Transaction(Connection &connection) : m_connection(connection) {
+    m_connection.execute("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+    if (m_open)
+        rollBack(m_connection.handle());
+}
+
+void Transaction::commit() {
+    m_connection.execute("COMMIT");
+    m_open = false;
+}
+
+ReadTransaction::ReadTransaction(Connection &connection)
+    : m_connection(connection), m_begun(sqlite3_get_autocommit(connection.handle()) != 0) {
+    if (m_begun)
+        m_connection.execute("BEGIN");
+}
+
+ReadTransaction::~ReadTransaction() {
+    if (m_begun)
+        rollBack(m_connection.handle());
+}
+
+} // namespace veltrona::sqlite

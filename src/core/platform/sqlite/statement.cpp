@@ -1,0 +1,86 @@
+#include "core/platform/sqlite/connection.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace veltrona::sqlite {
+
+Statement::Statement(Statement &&other) noexcept
+    : m_connection(other.m_connection), m_statement(std::exchange(other.m_statement, nullptr)) {}
+
+Statement &Statement::operator=(Statement &&other) noexcept {
+    std::swap(m_connection, other.m_connection);
+    std::swap(m_statement, other.m_statement);
+    return *this;
+}
+
+Statement::~Statement() {
+    sqlite3_finalize(m_statement);
+}
+
+void Statement::bind(int parameter, qint64 value) {
+    check(sqlite3_bind_int64(m_statement, parameter, value));
+}
+
+void Statement::bind(int parameter, double value) {
+    check(sqlite3_bind_double(m_statement, parameter, value));
+}
+
+void Statement::bind(int parameter, std::string_view text) {
+    // A null pointer would bind NULL, which no column takes.
+    check(sqlite3_bind_text64(m_statement, parameter, text.empty() ? "" : text.data(), text.size(),
+                              SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void Statement::bind(int parameter, const QString &text) {
+    const QByteArray utf8 = text.toUtf8();
+    bind(parameter, std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
+}
+
+bool Statement::step() {
+    const int code = sqlite3_step(m_statement);
+    if (code == SQLITE_ROW)
+        return true;
+    if (code == SQLITE_DONE)
+        return false;
+    const Failure failure = m_connection->failure(code);
+    reset(); // so that the caller can bind and try again
+    throw failure;
+}
+
+void Statement::reset() {
+    // The result repeats the failure of the last step, which has been thrown already.
+    sqlite3_reset(m_statement);
+}
+
+ValueType Statement::type(int column) const {
+    return static_cast<ValueType>(sqlite3_column_type(m_statement, column));
+}
+
+qint64 Statement::int64(int column) const {
+    return sqlite3_column_int64(m_statement, column);
+}
+
+double Statement::real(int column) const {
+    return sqlite3_column_double(m_statement, column);
+}
+
+std::string_view Statement::utf8(int column) const {
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    if (!text)
+        return {};
+    return {text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
+}
+
+QString Statement::text(int column) const {
+    const std::string_view text = utf8(column);
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void Statement::check(int code) const {
+    if (code != SQLITE_OK)
+        m_connection->fail(code);
+}
+
+} // namespace veltrona::sqlite

@@ -1,0 +1,178 @@
+#include "core/report/reportText.h"
+
+#include "core/analysis/statisticsGrid.h"
+#include "core/base/blanks.h"
+#include "core/report/reportNames.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace veltrona {
+
+namespace {
+
+/// The code page between 0x80 and 0x9F; 0 stands for the control character of the same number.
+constexpr char16_t upperPage[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+                                    0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+bool isLatin(char16_t unit) {
+    return unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF);
+}
+
+void appendOther(std::string &out, char32_t character) {
+    const auto *found = std::find(std::begin(upperPage), std::end(upperPage), character);
+    if (character != 0 && found != std::end(upperPage)) {
+        out += static_cast<char>(0x80 + (found - std::begin(upperPage)));
+    } else if (character >= 0x80 && character < 0xA0 && upperPage[character - 0x80] == 0) {
+        out += static_cast<char>(character);
+    } else {
+        out += "&#";
+        out += std::to_string(static_cast<std::uint32_t>(character));
+        out += ';';
+    }
+}
+
+class Lines {
+public:
+    explicit Lines(std::size_t expectedSize) { m_text.reserve(expectedSize); }
+
+    /// Writes one line of pieces that are the report's own or a value.
+    template<typename... Pieces>
+    void write(const Pieces &...pieces) {
+        (append(pieces), ...);
+        m_text += "\r\n";
+    }
+    std::string take() { return std::move(m_text); }
+
+private:
+    template<std::size_t Size>
+    void append(const char (&piece)[Size]) {
+        m_text.append(piece, Size - 1);
+    }
+    void append(std::string_view piece) { m_text += piece; }
+    void append(const QString &value) { appendAnsi(m_text, value); }
+    void append(QStringView value) { appendAnsi(m_text, value); }
+
+    std::string m_text;
+};
+
+constexpr char head[] =
+    R"(<html><head><meta http-equiv="Content-Type" content="text/html; charset=iso-8859-1"><title>Veltrona Report</title>)";
+constexpr char style[] =
+    R"(<style type="text/css"><!--.Stil5 {font-family: Arial, Helvetica, sans-serif; font-size: 12px; }.Stil6 {font-family: Arial, Helvetica, sans-serif; font-size: 18px; }.Stil8 {color: #FF3333}.GoogleHeader {font-family: Arial, Helvetica, sans-serif}.GoogleFooter {color: #008000}--></style><body>)";
+constexpr char title[] = R"(<p class="Stil6">Veltrona Report</p>)";
+constexpr char tableHead[] = R"(<table width="800" border="1" cellspacing="0">)";
+constexpr char rowHead[] = R"(<tr class="Stil5">)";
+constexpr char redOpen[] = R"(<span class="Stil8">)";
+
+void writeDetailRow(Lines &lines, std::string_view caption, const QString &value) {
+    lines.write(rowHead);
+    lines.write("<td>", caption, "</td>");
+    lines.write("<td>", value, "</td>");
+    lines.write("</tr>");
+}
+
+void writeDetails(Lines &lines, const ReportContent &content) {
+    const ReportDetails &details = content.details;
+    lines.write(tableHead);
+    lines.write("<tr>");
+    lines.write(R"(<td width="30%"><span class="Stil5">Campaign</span></td>)");
+    lines.write(R"(<td width="70%"><span class="Stil5">)", details.campaign, "</span></td>");
+    lines.write("</tr>");
+    writeDetailRow(lines, "Adgroup", details.adGroup);
+    writeDetailRow(lines, "Search or Content", details.searchType);
+    writeDetailRow(lines, "Keyword", details.keyword);
+    writeDetailRow(lines, "Keyword type", details.keywordType);
+    writeDetailRow(lines, "&nbsp;", QStringLiteral("&nbsp;"));
+    writeDetailRow(lines, "Start date", content.start);
+    writeDetailRow(lines, "End date", content.end);
+    lines.write("</table>");
+}
+
+void writeStatistics(Lines &lines, const Grid &grid, bool doColor) {
+    const int columns = grid.Cols() - 2;
+    lines.write(tableHead);
+    lines.write("<tr>");
+    for (int col = 0; col < columns; ++col)
+        lines.write(R"(<th class="Stil5"><div align="left">)",
+                    withoutBlanks(grid.TextMatrix(0, col)), "</div></th>");
+    lines.write("</tr>");
+    for (int row = 1; row < grid.Rows(); ++row) {
+        lines.write(rowHead);
+        for (int col = 0; col < columns; ++col) {
+            const std::string_view open =
+                col == 0 ? R"(<td><div align="left">)" : R"(<td><div align="right">)";
+            const QStringView text = withoutBlanks(grid.TextMatrix(row, col));
+            if (doColor && grid.cellColor(row, col) == red)
+                lines.write(open, redOpen, text, "</span></div></td>");
+            else
+                lines.write(open, text, "</div></td>");
+        }
+        lines.write("</tr>");
+    }
+    lines.write("</table>");
+}
+
+std::size_t expectedSize(const ReportContent &content, const Grid &grid) {
+    const std::size_t cell = content.doColor ? 75 : 50;
+    const std::size_t rows = content.options.details ? std::size_t(grid.Rows()) : 0;
+    return 4096 + rows * std::size_t(grid.Cols()) * cell;
+}
+
+} // namespace
+
+void appendAnsi(std::string &out, QStringView text) {
+    const char16_t *units = text.utf16();
+    const qsizetype size = text.size();
+    qsizetype at = 0;
+    for (; at < size && isLatin(units[at]); ++at)
+        out += static_cast<char>(units[at]);
+    for (; at < size; ++at) {
+        if (isLatin(units[at])) {
+            out += static_cast<char>(units[at]);
+        } else if (QChar::isHighSurrogate(units[at]) && at + 1 < size &&
+                   QChar::isLowSurrogate(units[at + 1])) {
+            appendOther(out, QChar::surrogateToUcs4(units[at], units[at + 1]));
+            ++at;
+        } else {
+            appendOther(out, QChar::isSurrogate(units[at]) ? 0xFFFD : units[at]);
+        }
+    }
+}
+
+std::string reportText(const ReportContent &content, const Grid &grid) {
+    const ReportOptions &options = content.options;
+    Lines lines(expectedSize(content, grid));
+    lines.write(head);
+    lines.write(style);
+    lines.write(title);
+    if (options.dateAndTime)
+        lines.write(R"(<p class="Stil5">Created on: )", content.now, "</p>");
+    writeDetails(lines, content);
+    if (options.details)
+        writeStatistics(lines, grid, content.doColor);
+    if (options.graph) {
+        lines.write(R"(<p class="Stil5"><strong>Graph: )", content.metric, "</strong></p>");
+        lines.write("</span></p>");
+        lines.write(R"(<p><img src="graph.jpg"></p>)");
+    }
+    if (options.footer)
+        lines.write(R"(<p>&nbsp;</p><p align="center" class="Stil5">Created with <a href=")",
+                    homePage, R"(">Veltrona</a></p>)");
+    lines.write("</body></html>");
+    return lines.take();
+}
+
+QString textOfAnsi(const QByteArray &bytes) {
+    QString text = QString::fromLatin1(bytes);
+    for (QChar &c : text) {
+        const int place = c.unicode() - 0x80;
+        if (place >= 0 && place < 32 && upperPage[place] != 0)
+            c = QChar(upperPage[place]);
+    }
+    return text;
+}
+
+} // namespace veltrona

@@ -1,0 +1,74 @@
+#include "core/report/reportWriter.h"
+
+#include "core/base/blanks.h"
+#include "core/base/failure.h"
+#include "core/picture/modJPEG.h"
+#include "core/platform/desktop/clock.h"
+#include "core/platform/desktop/replacementFile.h"
+#include "core/platform/dialogs/dialogs.h"
+#include "core/report/reportNames.h"
+
+#include <optional>
+
+namespace veltrona {
+
+namespace {
+
+ReportContent contentOf(const ReportSource &source, bool doColor) {
+    const TreeNode root;
+    const TreeNode &node = source.selected ? *source.selected : root;
+    const QChar separator = dateSeparator(source.locale);
+    ReportContent content;
+    content.details = reportDetails(node.Key, node.Tag, node.Text);
+    content.now = source.locale.toString(desktop::now(), QLocale::ShortFormat);
+    content.start = reportDate(source.range.start, separator);
+    content.end = reportDate(source.range.end, separator);
+    content.metric = source.metric;
+    content.options = source.options;
+    content.doColor = doColor;
+    return content;
+}
+
+void tellPictureFailure(int number, const QString &description) {
+    dialogs().message(
+        MessageStyle::OkExclamation, QStringLiteral("  Error Saving JPEG"),
+        QStringLiteral("The following error occured while trying to save the JPEG file:\r\r"
+                       "Error Number = ") +
+            QString::number(number) + QStringLiteral("\rError Description = ") + description);
+}
+
+bool savePicture(const ReportSource &source, const QString &path) {
+    cJPEG jpeg;
+    if (const drawing::Picture *chart = source.copyChart ? source.copyChart() : nullptr)
+        jpeg.CreateFromPicture(*chart);
+    std::int32_t number = 0;
+    QString description;
+    const bool saved = modJPEG::saveJPEG(jpeg, path, 85, false, number, description);
+    if (!saved)
+        tellPictureFailure(number, description);
+    return saved;
+}
+
+} // namespace
+
+void writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
+    const QString fileName = withoutBlanks(strFilename).toString();
+    desktop::ReplacementFile page(fileName);
+    page.write(reportText(contentOf(source, doColor), *source.grid));
+    if (source.options.details) {
+        source.grid->setRow(source.grid->Rows() - 1);
+        source.grid->setCol(source.grid->Cols() - 3);
+    }
+    desktop::ReplacementFile picture(graphPath(fileName));
+    const bool saved = source.options.graph && savePicture(source, picture.path());
+    page.commit();
+    if (!saved)
+        return;
+    try {
+        picture.commit();
+    } catch (const Failure &failure) {
+        tellPictureFailure(failure.number(), failure.text());
+    }
+}
+
+} // namespace veltrona

@@ -1,0 +1,85 @@
+// How the main window shares out its space: the design table, and the resize rules as a function
+// from sizes to rectangles. All lengths are in twips as 32-bit floats; places count from the corner
+// of the container, those of the window from below its menu bar.
+#pragma once
+
+#include "core/base/twipRect.h"
+
+#include <array>
+#include <string_view>
+
+namespace veltrona {
+
+struct DesignedControl {
+    std::string_view name;
+    TwipRect place;
+};
+
+inline constexpr float designInnerWidth = 12855;
+inline constexpr float designInnerHeight = 9675;
+inline constexpr float minimumWidth = 11000;
+inline constexpr float minimumHeight = 6500;
+
+// clang-format off
+inline constexpr std::array mainWindowDesign = {
+    DesignedControl{"Toolbar1", {   0,    0, 12855,  600}},
+    DesignedControl{"sbMain",   {   0, 9330, 12855,  345}},
+    DesignedControl{"Frame1",   {  60,  600,  3615, 3375}},
+    DesignedControl{"treeList", { 120,  240,  1935, 1335}},
+    DesignedControl{"Frame2",   {3720,  600,  9135, 3375}},
+    DesignedControl{"lblStart", { 360,  300,   765,  195}},
+    DesignedControl{"dtpStart", {1200,  240,  1335,  315}},
+    DesignedControl{"lblEnd",   {2760,  300,   720,  195}},
+    DesignedControl{"dtpEnd",   {3600,  240,  1335,  315}},
+    DesignedControl{"lblRange", {5160,  300,   915,  195}},
+    DesignedControl{"cboRange", {6240,  240,  1455,  315}},
+    DesignedControl{"lblSum",   { 360,  630,  1395,  195}},
+    DesignedControl{"flxStat",  { 120,  900,  7815, 1095}},
+    DesignedControl{"Frame3",   {  60, 4080, 12855, 5175}},
+    DesignedControl{"mscMain",  { 120,  240,  8895, 4815}},
+    DesignedControl{"lblLeft",  {9165,  360,  1815,  195}},
+    DesignedControl{"cboLeft",  {9165,  600,  2055,  315}},
+    DesignedControl{"lblGroup", {9165, 1080,  1815,  195}},
+    DesignedControl{"cboGroup", {9165, 1320,  2055,  315}},
+    DesignedControl{"picChart", {9165, 1800,  2175, 2415}},
+};
+// clang-format on
+
+/// The place of a control in the design table.
+constexpr TwipRect designed(std::string_view name) {
+    for (const DesignedControl &control : mainWindowDesign)
+        if (control.name == name)
+            return control.place;
+    throw "no such control in the design table";
+}
+
+struct WindowSizes {
+    /// Outer size, border and title bar included.
+    float width = 0;
+    float height = 0;
+    float statusBarHeight = designed("sbMain").height;
+    float toolBarHeight = designed("Toolbar1").height;
+    /// What border, title bar and menu bar take of the outer size.
+    float chromeWidth = 0;
+    float chromeHeight = 0;
+};
+
+/// The labels that the rules look at.
+struct FilterLabels {
+    TwipRect start = designed("lblStart");
+    TwipRect end = designed("lblEnd");
+    TwipRect range = designed("lblRange");
+};
+
+struct WindowLayout {
+    TwipRect Frame1, treeList;
+    TwipRect Frame2, dtpStart, dtpEnd, cboRange, flxStat;
+    TwipRect Frame3, mscMain, lblLeft, cboLeft, lblGroup, cboGroup;
+};
+
+/// The rules. `sizes` of less than the minimum are taken as the minimum. Chrome or a tool bar of
+/// more than the design allows for is taken from the space that the frames share, so that no frame
+/// slides under the tool bar, the status bar or the right border.
+WindowLayout arrangeWindow(const WindowSizes &sizes, const FilterLabels &labels = {});
+
+} // namespace veltrona

@@ -1,0 +1,55 @@
+// The state that the whole program shares: paths and title of the open project, the engine objects,
+// the report in hand and the colour flags. The engine objects live from one initApp to the next.
+// Only the windows and this folder read it; folders below get what they need as arguments.
+#pragma once
+
+#include "core/import/reportColumns.h"
+#include "core/platform/sqlite/connection.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace veltrona::xml {
+class Document;
+}
+
+namespace veltrona::modMain {
+
+/// True once the main window has unloaded.
+extern bool ExitFlag;
+
+/// The user's local application data folder, or the program's own folder if that can't be had.
+extern QString DataFolder;
+/// Full path of the open project.
+extern QString DbFileName;
+/// Its title: the text of the tree's root.
+extern QString ProjectTitle;
+/// Names the project to the engine.
+extern QString ConnectionText;
+
+/// The one open connection, and the duplicate test of the row loader prepared on it: RowSet must
+/// be released before DbConn.
+extern std::unique_ptr<sqlite::Connection> DbConn;
+extern std::unique_ptr<sqlite::Statement> RowSet;
+/// Keeps the last report until the next one is loaded.
+extern std::unique_ptr<xml::Document> ReportDoc;
+
+extern ReportColumnNames ReportColumns;
+/// Row elements of the report, at most 32,767.
+extern int ReportRowCount;
+
+extern bool GridColor;
+extern bool ExportColor;
+extern bool PrintColor;
+
+/// Sets DataFolder.
+void initDataFolder();
+
+/// The number of the documents folder, the only one in use.
+inline constexpr int documentsFolder = 5;
+
+/// The path of a shell folder, or the empty text on any failure.
+QString getSpecialFolder(int csidl);
+
+} // namespace veltrona::modMain

@@ -1,0 +1,60 @@
+#include "core/shell/settings.h"
+
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace veltrona {
+
+namespace {
+constexpr int notFound = 2;
+constexpr int accessDenied = 5;
+constexpr int otherType = -1;
+
+// A key name parts its levels by backslashes; the store does so by slashes.
+QString groupOf(const QString &keyName) {
+    return keyName.split(QLatin1Char('\\'), Qt::SkipEmptyParts).join(QLatin1Char('/'));
+}
+} // namespace
+
+QString settingsFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/Veltrona/Veltrona.ini");
+}
+
+int writeValue(QSettings &key, const QString &valueName, int valueType, const QVariant &value) {
+    if (valueType != textValue && valueType != numberValue)
+        return 0;
+    // A value set into a store without write access would linger in the process's memory and be
+    // read back as if it had been stored.
+    if (!key.isWritable())
+        return accessDenied;
+    key.setValue(valueName,
+                 valueType == textValue ? value.toString() : QString::number(value.toInt()));
+    key.sync();
+    return key.status() == QSettings::AccessError ? accessDenied : 0;
+}
+
+int readValue(QSettings &key, const QString &valueName, QString &value) {
+    if (!key.contains(valueName))
+        return notFound;
+    const QVariant stored = key.value(valueName);
+    if (stored.typeId() != QMetaType::QString)
+        return otherType;
+    value = stored.toString();
+    return 0;
+}
+
+void saveSetting(const QString &keyName, const QString &valueName, const QVariant &value,
+                 int valueType) {
+    QSettings key(settingsFile(), QSettings::IniFormat);
+    key.beginGroup(groupOf(keyName));
+    writeValue(key, valueName, valueType, value);
+}
+
+void loadSetting(const QString &keyName, const QString &valueName, QString &value) {
+    QSettings key(settingsFile(), QSettings::IniFormat);
+    key.beginGroup(groupOf(keyName));
+    readValue(key, valueName, value);
+}
+
+} // namespace veltrona

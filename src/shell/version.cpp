@@ -1,9 +1,0 @@
-#include "shell/version.h"
-
-namespace veltrona {
-
-QString programVersion() {
-    return QStringLiteral(VELTRONA_VERSION);
-}
-
-} // namespace veltrona

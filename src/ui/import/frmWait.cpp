@@ -1,0 +1,141 @@
+#include "ui/import/frmWait.h"
+
+#include "core/import/progress.h"
+#include "ui/views/forms.h"
+
+#include <QCloseEvent>
+#include <QFrame>
+#include <QLabel>
+#include <QPainter>
+#include <QProgressBar>
+#include <QTimer>
+
+#include <chrono>
+#include <utility>
+
+namespace veltrona {
+
+namespace {
+constexpr TwipRect innerSize{0, 0, 6765, 1110};
+constexpr TwipRect labelPlace{240, 120, 3060, 195};
+constexpr TwipRect barPlace{240, 480, 6375, 375};
+
+// A window that is never painted, say on a locked screen, must not hold up its import for good.
+constexpr std::chrono::milliseconds longestWaitForPaint{1000};
+} // namespace
+
+frmWait::frmWait()
+    : Label1(new QLabel(QStringLiteral("Please wait while the XML file is importing..."), this)),
+      pbWait(new QProgressBar(this)) {
+    setObjectName(QStringLiteral("frmWait"));
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    Label1->setObjectName(QStringLiteral("Label1"));
+    Label1->setTextFormat(Qt::PlainText);
+    Label1->setBuddy(pbWait);
+    pbWait->setObjectName(QStringLiteral("pbWait"));
+    pbWait->setAccessibleName(Label1->text());
+    pbWait->setTextVisible(false);
+    setAccessibleName(Label1->text());
+}
+
+frmWait &frmWait::instance() {
+    return desktop::sharedForm<frmWait>();
+}
+
+void frmWait::init(int mn, int mx) {
+    m_max = mx;
+    m_value = mn;
+    // A bar without a range would run to and fro by itself.
+    pbWait->setRange(mn, qMax(mx, mn + 1));
+    pbWait->setValue(mn);
+}
+
+void frmWait::inc() {
+    if (m_value >= m_max)
+        return;
+    const bool repaints = progressRepaints(m_value, m_max);
+    ++m_value;
+    // The bar repaints itself and tells screen readers at each change, so it gets the value only
+    // when it is to be seen, and at the end.
+    if (repaints || m_value == m_max)
+        moveBar();
+    if (repaints) {
+        repaint();
+        QCoreApplication::processEvents();
+    }
+}
+
+void frmWait::moveBar() {
+    pbWait->setUpdatesEnabled(false);
+    pbWait->setValue(m_value);
+    pbWait->setUpdatesEnabled(true);
+}
+
+void frmWait::Show(std::function<void()> import) {
+    if (isVisible())
+        return;
+    m_import = std::move(import);
+    m_activated = false;
+    arrange();
+    desktop::placeOverOwner(*this);
+    exec();
+    // Also a loop that the application's end has broken off leaves nothing to run behind.
+    m_activated = true;
+    m_import = nullptr;
+    hide();
+    if (m_failure)
+        std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+void frmWait::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
+void frmWait::arrange() {
+    const TwipScale scale(font());
+    Label1->setGeometry(scale.toPixels(labelPlace));
+    Label1->resize(Label1->size().expandedTo(Label1->sizeHint()));
+    pbWait->setGeometry(scale.toPixels(barPlace));
+    setFixedSize(scale.toPixels(innerSize).size());
+}
+
+// Being activated is no sign to rely on: without a window manager no window ever is.
+void frmWait::showEvent(QShowEvent *event) {
+    QDialog::showEvent(event);
+    QTimer::singleShot(longestWaitForPaint, this, &frmWait::activateOnce);
+}
+
+void frmWait::paintEvent(QPaintEvent *event) {
+    QDialog::paintEvent(event);
+    QPainter(this).drawRect(rect().adjusted(0, 0, -1, -1));
+    QMetaObject::invokeMethod(this, &frmWait::activateOnce, Qt::QueuedConnection);
+}
+
+void frmWait::activateOnce() {
+    if (m_activated || !isVisible())
+        return;
+    m_activated = true;
+    Form_Activate();
+}
+
+void frmWait::Form_Activate() {
+    // Nothing may be thrown through the event loop; Show hands it on.
+    try {
+        std::exchange(m_import, nullptr)();
+    } catch (...) {
+        m_failure = std::current_exception();
+    }
+    done(Accepted);
+}
+
+void frmWait::reject() {
+    // Esc closes a dialog, but not this one.
+}
+
+void frmWait::closeEvent(QCloseEvent *event) {
+    event->ignore();
+}
+
+} // namespace veltrona

@@ -1,0 +1,201 @@
+#include "ui/report/frmPrev.h"
+
+#include "core/base/failure.h"
+#include "core/platform/dialogs/dialogs.h"
+#include "core/platform/dialogs/errorFilter.h"
+#include "ui/report/printing.h"
+#include "ui/views/forms.h"
+#include "ui/views/hourglass.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QScreen>
+#include <QTextBrowser>
+
+namespace veltrona {
+
+namespace {
+
+constexpr TwipRect innerSize{0, 0, 10020, 8250};
+constexpr TwipRect printPlace{480, 120, 1815, 375};
+constexpr TwipRect closePlace{2640, 120, 1935, 375};
+constexpr TwipRect browserPlace{120, 600, 9735, 7335};
+constexpr TwipRect progressPlace{4800, 120, 5055, 375};
+constexpr float widthReserve = 300;
+constexpr float heightReserve = 1200;
+
+/// The paper is light on a dark desktop too.
+QPalette paperPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Text, Qt::black);
+    return palette;
+}
+
+void tell(const QString &text) {
+    dialogs().message(MessageStyle::OkCancelExclamation, QStringLiteral("Veltrona"), text);
+}
+
+} // namespace
+
+frmPrev::frmPrev()
+    : cmdPrint(new QPushButton(QStringLiteral("&Print"), this)),
+      cmdClose(new QPushButton(QStringLiteral("&Close"), this)), wbPP(new QTextBrowser(this)),
+      m_progress(new QLabel(this)) {
+    setObjectName(QStringLiteral("frmPrev"));
+    setWindowTitle(QStringLiteral("Print Preview"));
+    setWindowFlags(desktop::fixedDialog);
+    cmdPrint->setObjectName(QStringLiteral("cmdPrint"));
+    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    wbPP->setObjectName(QStringLiteral("wbPP"));
+    wbPP->setAccessibleName(QStringLiteral("Report"));
+    wbPP->setOpenLinks(false);
+    wbPP->setPalette(paperPalette());
+    // The page keeps its width, as on paper, however wide the window is.
+    wbPP->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    wbPP->setLineWrapColumnOrWidth(ReportDocument::pageWidth);
+    m_progress->setTextFormat(Qt::PlainText);
+    cmdPrint->setAutoDefault(false);
+    cmdClose->setAutoDefault(false);
+    connect(cmdPrint, &QPushButton::clicked, this, [this] { filtered([&] { cmdPrint_Click(); }); });
+    connect(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
+    m_loading.setSingleShot(true); // a part that fails must not come again behind its message
+    connect(&m_loading, &QTimer::timeout, this, [this] { filtered([&] { loadMore(); }); });
+}
+
+frmPrev::~frmPrev() {
+    Form_Unload();
+}
+
+frmPrev &frmPrev::instance() {
+    return desktop::sharedForm<frmPrev>();
+}
+
+void frmPrev::Show() {
+    arrange();
+    fillScreen();
+    Form_Load();
+    cmdPrint->setFocus();
+    exec();
+    Form_Unload();
+}
+
+void frmPrev::arrange() {
+    const TwipScale scale(font());
+    desktop::placeControl(*cmdPrint, printPlace, scale);
+    desktop::placeControl(*cmdClose, closePlace, scale);
+    m_progress->setGeometry(scale.toPixels(progressPlace));
+    wbPP->setGeometry(scale.toPixels(browserPlace));
+    if (!isVisible())
+        resize(scale.toPixels(innerSize).size());
+    Form_Resize();
+}
+
+/// A window of a fixed size is never maximised by a window manager, so it takes that size itself.
+void frmPrev::fillScreen() {
+    const QWidget *owner = desktop::owningWindow();
+    m_screen = (owner ? owner : this)->screen()->availableGeometry();
+    setFixedSize(m_screen.size() - desktop::frameExtent(*this));
+    desktop::placeOverOwner(*this);
+    move(m_screen.topLeft());
+}
+
+void frmPrev::Form_Load() {
+    Navigate(FileName);
+}
+
+void frmPrev::Form_Resize() {
+    if (isMinimized())
+        return;
+    const TwipScale scale(font());
+    const QSize outer = size() + desktop::frameExtent(*this);
+    wbPP->resize(outer - QSize(scale.toPixels(widthReserve), scale.toPixels(heightReserve)));
+}
+
+void frmPrev::Form_Unload() {
+    m_loading.stop();
+    m_progress->clear();
+    wbPP->setDocument(nullptr);
+    m_page = nullptr;
+}
+
+void frmPrev::resizeEvent(QResizeEvent *event) {
+    QDialog::resizeEvent(event);
+    Form_Resize();
+}
+
+/// The frame is known when the window manager has put it around the window.
+void frmPrev::moveEvent(QMoveEvent *event) {
+    QDialog::moveEvent(event);
+    const QSize inner = m_screen.size() - desktop::frameExtent(*this);
+    if (isVisible() && size() != inner) {
+        setFixedSize(inner);
+        move(m_screen.topLeft());
+    }
+}
+
+void frmPrev::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (desktop::changesSizes(*event))
+        arrange();
+}
+
+/// Enter presses the button that has the focus; there is no default button.
+void frmPrev::keyPressEvent(QKeyEvent *event) {
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        QDialog::keyPressEvent(event);
+}
+
+/// A page that can't be loaded leaves its reason in the browser's place, and nothing to print.
+void frmPrev::Navigate(const QString &fileName) {
+    const Hourglass hourglass;
+    auto page = std::make_unique<ReportDocument>();
+    try {
+        page->load(fileName);
+    } catch (const Failure &failure) {
+        wbPP->setPlainText(failure.text());
+        return;
+    }
+    m_page = std::move(page);
+    wbPP->setDocument(m_page.get());
+    if (!m_page->isComplete())
+        m_loading.start(0);
+}
+
+void frmPrev::loadMore() {
+    if (m_page->isComplete()) {
+        m_progress->clear();
+        return;
+    }
+    m_page->loadMore();
+    const QLocale locale;
+    m_progress->setText(
+        QStringLiteral("Laying out the page: %1 of %2 rows")
+            .arg(locale.toString(m_page->loadedRows()), locale.toString(m_page->rows())));
+    m_loading.start(0);
+}
+
+void frmPrev::cmdPrint_Click() {
+    QString noted;
+    try {
+        if (printing().isEnabled() && isComplete())
+            printing().print(*m_page, this);
+        else
+            tell(QStringLiteral("The Print command is currently disabled."));
+    } catch (const Failure &failure) {
+        noted = failure.text();
+    }
+    if (!noted.isEmpty())
+        tell(QStringLiteral("Print command Error: ") + noted);
+}
+
+void frmPrev::cmdClose_Click() {
+    accept();
+}
+
+} // namespace veltrona

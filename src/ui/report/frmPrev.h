@@ -1,0 +1,61 @@
+// The print preview: shows a report's HTML file and prints it with the system's own dialog. One
+// shared instance serves the whole run; each showing loads the file afresh. A long report comes in
+// parts while the window is up and can be read and closed meanwhile.
+#pragma once
+
+#include "ui/report/reportDocument.h"
+
+#include <QDialog>
+#include <QTimer>
+
+#include <memory>
+
+class QLabel;
+class QPushButton;
+class QTextBrowser;
+
+namespace veltrona {
+
+class frmPrev : public QDialog {
+    Q_OBJECT
+
+public:
+    frmPrev();
+    ~frmPrev() override;
+    static frmPrev &instance();
+
+    /// The file to show.
+    QString FileName;
+
+    /// Loads the file and shows the preview modally, filling the screen; returns when it is closed.
+    void Show();
+    /// Whether the whole report is on the screen, so that it can be printed.
+    bool isComplete() const { return m_page && m_page->isComplete(); }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void Form_Load();
+    void Form_Resize();
+    void Form_Unload();
+    void cmdPrint_Click();
+    void cmdClose_Click();
+    void Navigate(const QString &fileName);
+    void loadMore();
+    void fillScreen();
+    void arrange();
+
+    QPushButton *cmdPrint;
+    QPushButton *cmdClose;
+    QTextBrowser *wbPP;
+    QLabel *m_progress; // beside the buttons while a long report is loading
+    QTimer m_loading;
+    QRect m_screen; // what the window fills, its frame included
+    std::unique_ptr<ReportDocument> m_page;
+};
+
+} // namespace veltrona

@@ -1,0 +1,176 @@
+#include "ui/report/printing.h"
+
+#include "core/base/failure.h"
+#include "core/platform/desktop/replacementFile.h"
+#include "ui/report/pagination.h"
+#include "ui/report/reportDocument.h"
+#include "ui/views/hourglass.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QFile>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QScopeGuard>
+
+#include <algorithm>
+
+namespace veltrona {
+
+namespace {
+
+class SystemPrinting : public Printing {
+public:
+    // Without any printer the dialog still prints to a file.
+    bool isEnabled() override { return true; }
+
+    void print(ReportDocument &report, QWidget *owner) override {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setDocName(QStringLiteral("Veltrona Report"));
+        printer.setCreator(QStringLiteral("Veltrona"));
+        QPrintDialog dialog(&printer, owner);
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+        const Hourglass hourglass;
+        printReport(report, printer);
+    }
+};
+
+Printing *installed = nullptr;
+
+void drawPiece(QPainter &painter, const ReportDocument &report, const QRectF &piece) {
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = piece;
+    context.palette.setColor(QPalette::Text, Qt::black);
+    painter.save();
+    painter.translate(0, -piece.top());
+    painter.setClipRect(piece);
+    report.documentLayout()->draw(&painter, context);
+    painter.restore();
+    painter.translate(0, piece.height());
+}
+
+void drawPage(QPainter &painter, const ReportDocument &report, const ReportPage &page,
+              double width) {
+    painter.save();
+    if (page.repeatsHeadings) {
+        const ReportDocument::Statistics statistics = report.statistics();
+        drawPiece(painter, report,
+                  {0, statistics.top, width, statistics.headingsEnd - statistics.top});
+    }
+    drawPiece(painter, report, {0, page.top, width, page.bottom - page.top});
+    painter.restore();
+}
+
+/// The numbers of the pages that the user asked for, in the order of printing.
+std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
+    std::vector<int> numbers;
+    for (int number = 1; number <= pages; ++number) {
+        if (printer.printRange() != QPrinter::PageRange || printer.pageRanges().isEmpty() ||
+            printer.pageRanges().contains(number))
+            numbers.push_back(number);
+    }
+    if (printer.pageOrder() == QPrinter::LastPageFirst)
+        std::reverse(numbers.begin(), numbers.end());
+    const int copies = printer.supportsMultipleCopies() ? 1 : printer.copyCount();
+    std::vector<int> all;
+    if (printer.collateCopies()) {
+        for (int copy = 0; copy < copies; ++copy)
+            all.insert(all.end(), numbers.begin(), numbers.end());
+    } else {
+        for (const int number : numbers)
+            all.insert(all.end(), std::size_t(copies), number);
+    }
+    return all;
+}
+
+/// The page is as wide as the paper, unless a picture would then be higher than the paper is.
+double scaleFor(const ReportDocument &report, const QSizeF &paper, double width) {
+    constexpr double bearable = 3; // smaller still, nothing could be read
+    const double scale = paper.width() / width;
+    const double picture = highestPicture(report) * scale;
+    return picture > paper.height() && picture < bearable * paper.height()
+               ? scale * paper.height() / picture
+               : scale;
+}
+
+class PaperGraph {
+public:
+    explicit PaperGraph(ReportDocument &report) : m_report(report) { report.showGraphFor(true); }
+    ~PaperGraph() { m_report.showGraphFor(false); }
+    PaperGraph(const PaperGraph &) = delete;
+    PaperGraph &operator=(const PaperGraph &) = delete;
+
+private:
+    ReportDocument &m_report;
+};
+
+bool drawPages(ReportDocument &report, QPrinter &printer) {
+    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double width = qMax<double>(ReportDocument::pageWidth, report.size().width());
+    const double scale = scaleFor(report, paper.size(), width);
+    const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
+    const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
+    if (numbers.empty()) // an empty sheet would come out
+        throw Failure(0, QStringLiteral("The report's last page is number %1.").arg(pages.size()));
+
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.scale(scale, scale);
+    const PaperGraph graph(report);
+    bool isFirst = true;
+    for (const int number : numbers) {
+        if (!isFirst && !printer.newPage())
+            return false;
+        isFirst = false;
+        drawPage(painter, report, pages[std::size_t(number - 1)], width);
+    }
+    return painter.end() && printer.printerState() != QPrinter::Error &&
+           printer.printerState() != QPrinter::Aborted;
+}
+
+/// The engine that writes the file doesn't tell that the disk was full.
+bool isWhole(const QString &pdf) {
+    QFile file(pdf);
+    return file.open(QIODevice::ReadOnly) && file.seek(qMax<qint64>(0, file.size() - 16)) &&
+           file.readAll().contains("%%EOF");
+}
+
+void printToFile(ReportDocument &report, QPrinter &printer) {
+    const QString target = printer.outputFileName();
+    desktop::ReplacementFile file(target);
+    printer.setOutputFileName(file.path());
+    const auto restored = qScopeGuard([&] { printer.setOutputFileName(target); });
+    const bool drawn = drawPages(report, printer);
+    const bool isDevice = file.path() == target; // nothing can be read back from it
+    if (!drawn || !(isDevice || isWhole(file.path())))
+        throw Failure(static_cast<int>(printer.printerState()),
+                      QStringLiteral("The file \"%1\" can't be written. Its folder may be missing "
+                                     "or closed, or the disk full.")
+                          .arg(target));
+    file.commit();
+}
+
+} // namespace
+
+Printing &printing() {
+    static SystemPrinting system;
+    return installed ? *installed : system;
+}
+
+void setPrinting(Printing *printing) {
+    installed = printing;
+}
+
+void printReport(ReportDocument &report, QPrinter &printer) {
+    if (!printer.outputFileName().isEmpty())
+        printToFile(report, printer);
+    else if (!drawPages(report, printer))
+        throw Failure(static_cast<int>(printer.printerState()),
+                      QStringLiteral("The printer \"%1\" doesn't take the report.")
+                          .arg(printer.printerName()));
+}
+
+} // namespace veltrona

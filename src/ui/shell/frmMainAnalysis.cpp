@@ -1,0 +1,176 @@
+// frmMain: the refresh of the analysis view, the date range and the chart.
+#include "core/analysis/dateRanges.h"
+#include "core/analysis/navigationTree.h"
+#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
+#include "core/platform/desktop/clock.h"
+#include "core/shell/modMain.h"
+#include "ui/shell/frmMain.h"
+#include "ui/views/elidedLabel.h"
+#include "ui/views/hourglass.h"
+
+#include <utility>
+
+namespace veltrona {
+
+namespace {
+
+const QString firstClick = QStringLiteral("first");
+
+DateValue currentDate() {
+    return dateValue(desktop::now());
+}
+
+} // namespace
+
+void frmMain::loadTree() {
+    m_viewBehind = true; // until the refresh that follows
+    buildNavigationTree(*modMain::DbConn, modMain::ProjectTitle, treeList);
+}
+
+void frmMain::sumup() {
+    sumUp(flxStat, modMain::GridColor);
+}
+
+void frmMain::selectRoot() {
+    treeList.setSelectedItem(treeList.Nodes().Item(1));
+}
+
+/// Both questions are asked before either answer is shown, so that a failure leaves caption, rows
+/// and bars of one and the same node on the screen.
+void frmMain::treeList_NodeClick(TreeNode *node) {
+    if (m_refreshPauses > 0 || !node)
+        return;
+    const Hourglass hourglass;
+    m_viewBehind = true;
+    NodeStatistics statistics;
+    ChartSeries series;
+    {
+        // Another program's import in between would part the grid from the chart.
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        statistics = queryNodeStatistics(*modMain::DbConn, *node, dateRange());
+        series = queryChartSeries(*modMain::DbConn, chartRequest());
+    }
+    lblSum->setFullText(statistics.caption);
+    {
+        const RedrawPause pause(flxStat);
+        showStatistics(statistics, flxStat, modMain::GridColor);
+        sizeColumns(flxStat, -1, [this](const QString &text) { return textWidth(text); });
+    }
+    showChart(series);
+    m_viewBehind = false;
+}
+
+ChartRequest frmMain::chartRequest() const {
+    const TreeNode *node = treeList.SelectedItem();
+    return {cboLeft.ListIndex(), cboGroup.ListIndex(), dateRange(),
+            cboRange.ListIndex() == static_cast<int>(RangePreset::All),
+            node ? node->Tag : QString()};
+}
+
+void frmMain::fillChart() {
+    if (m_refreshPauses > 0 || !treeList.SelectedItem())
+        return;
+    const Hourglass hourglass;
+    const bool behind = std::exchange(m_viewBehind, true);
+    ChartSeries series;
+    {
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        series = queryChartSeries(*modMain::DbConn, chartRequest());
+    }
+    showChart(series);
+    m_viewBehind = behind;
+}
+
+void frmMain::showChart(const ChartSeries &series) {
+    if (cboRange.ListIndex() == static_cast<int>(RangePreset::All))
+        setRange(series.range);
+    showSeries(series, mscMain);
+}
+
+void frmMain::cboLeft_Click() {
+    if (cboLeft.Tag == firstClick)
+        cboLeft.Tag.clear();
+    else
+        fillChart();
+}
+
+void frmMain::cboGroup_Click() {
+    if (cboGroup.Tag == firstClick)
+        cboGroup.Tag.clear();
+    else
+        fillChart();
+}
+
+void frmMain::setRange(const DateRange &range) {
+    dtpStart.setValue(range.start);
+    dtpEnd.setValue(range.end);
+}
+
+void frmMain::setThisWeek() {
+    setRange(thisWeek(currentDate));
+}
+
+void frmMain::setLastWeek() {
+    setRange(lastWeek(currentDate));
+}
+
+void frmMain::setThisMonth() {
+    setRange(thisMonth(currentDate));
+}
+
+void frmMain::setLastMonth() {
+    setRange(lastMonth(currentDate));
+}
+
+void frmMain::setAllDates() {
+    setRange(allDates());
+}
+
+void frmMain::cboRange_Click() {
+    switch (static_cast<RangePreset>(cboRange.ListIndex())) {
+    case RangePreset::ThisWeek:
+        setThisWeek();
+        break;
+    case RangePreset::LastWeek:
+        setLastWeek();
+        break;
+    case RangePreset::ThisMonth:
+        setThisMonth();
+        break;
+    case RangePreset::LastMonth:
+        setLastMonth();
+        break;
+    case RangePreset::All:
+        setAllDates();
+        break;
+    case RangePreset::Custom:
+        break;
+    }
+    try {
+        treeList_NodeClick(treeList.SelectedItem());
+    } catch (const Failure &) {
+        // A preset that can't be shown is chosen all the same; the next click in the tree tells
+        // why.
+    }
+}
+
+void frmMain::dtpStart_Change() {
+    pickerChanged();
+}
+
+void frmMain::dtpEnd_Change() {
+    pickerChanged();
+}
+
+void frmMain::pickerChanged() {
+    {
+        // The choice of "Custom" would refresh to the same end as the refresh below.
+        const RefreshPause pause(*this);
+        cboRange.setListIndex(static_cast<int>(RangePreset::Custom));
+    }
+    treeList_NodeClick(treeList.SelectedItem());
+}
+
+} // namespace veltrona

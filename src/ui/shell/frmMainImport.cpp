@@ -1,0 +1,80 @@
+// frmMain: the import of a report.
+#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/import/columnCheck.h"
+#include "core/import/importRows.h"
+#include "core/import/parserReport.h"
+#include "core/platform/dialogs/dialogs.h"
+#include "core/platform/xml/document.h"
+#include "core/shell/modMain.h"
+#include "ui/import/frmWait.h"
+#include "ui/shell/frmMain.h"
+#include "ui/views/hourglass.h"
+
+namespace veltrona {
+
+void frmMain::impRep() {
+    cdMain = CommonDialog();
+    cdMain.CancelError = false;
+    cdMain.DefaultExt = QStringLiteral("xml");
+    cdMain.Filter = QStringLiteral("XML files (*.xml)|*.xml");
+    cdMain.DialogTitle = QStringLiteral("Import a Google Report XML file");
+    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain.ShowOpen();
+    if (cdMain.FileName.isEmpty())
+        return;
+    bool loaded = false;
+    {
+        const Hourglass hourglass;
+        loaded = modMain::ReportDoc->load(cdMain.FileName);
+    }
+    if (!loaded) {
+        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Veltrona"),
+                          parserReport(modMain::ReportDoc->parseError()));
+        return;
+    }
+    removeDataRows(flxStat);
+    modMain::ReportColumns = {};
+    std::exception_ptr failed;
+    try {
+        loadReport();
+    } catch (const Failure &) {
+        failed = std::current_exception();
+    }
+    // The end of the session closes a message box and then this window, project and all.
+    if (m_unloaded)
+        return;
+    // Whatever was stored before a failure is there, so the views show it before the message comes.
+    try {
+        loadTree();
+        selectRoot();
+        treeList_NodeClick(treeList.SelectedItem());
+    } catch (const Failure &) {
+        // The summary of the rows that are gone must not stand there as if it were of what is.
+        showStatistics({}, flxStat, modMain::GridColor);
+        if (!failed)
+            throw;
+    }
+    if (failed)
+        std::rethrow_exception(failed);
+}
+
+void frmMain::loadReport() {
+    const ColumnCheck check = checkColumns(*modMain::ReportDoc);
+    modMain::ReportColumns = check.names;
+    modMain::ReportRowCount = check.rowCount;
+    if (!check.passed) {
+        dialogs().message(
+            MessageStyle::OkExclamation, QStringLiteral("Error"),
+            QStringLiteral("Cannot load the XML file due to missing some report columns."));
+        return;
+    }
+    frmWait &wait = frmWait::instance();
+    wait.init(0, modMain::ReportRowCount);
+    wait.Show([&] {
+        importRows(*modMain::DbConn, *modMain::RowSet, *modMain::ReportDoc, check,
+                   [&wait] { wait.inc(); });
+    });
+}
+
+} // namespace veltrona

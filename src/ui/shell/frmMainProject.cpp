@@ -1,0 +1,203 @@
+// frmMain: the project commands and the start on a project that can't be opened.
+#include "core/base/blanks.h"
+#include "core/database/projectFile.h"
+#include "core/platform/desktop/clock.h"
+#include "core/platform/desktop/folders.h"
+#include "core/platform/dialogs/dialogs.h"
+#include "core/platform/dialogs/errorFilter.h"
+#include "core/shell/modMain.h"
+#include "core/shell/settings.h"
+#include "ui/shell/frmMain.h"
+#include "ui/views/hourglass.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+
+namespace veltrona {
+
+namespace {
+
+const QString productName = QStringLiteral("Veltrona");
+const QString projectFilter = QStringLiteral("Veltrona Data files (*.vlt)|*.vlt");
+const QString projectExtension = QStringLiteral(".vlt");
+constexpr int overwriteAndCreatePrompt = 8198;
+
+QString projectFolder() {
+    return modMain::DataFolder + QDir::separator() + productName;
+}
+
+QString defaultProjectPath() {
+    return projectFolder() + QDir::separator() + productName + projectExtension;
+}
+
+QString templatePath() {
+    return desktop::programFolder() + QDir::separator() + QStringLiteral("data.dat");
+}
+
+void rememberProject(const QString &path) {
+    saveSetting(settingsKey, QStringLiteral("dbfname"), path, textValue);
+}
+
+} // namespace
+
+QString frmMain::getFileName(const QString &fname) const {
+    return projectTitle(fname);
+}
+
+void frmMain::makeDefaultProject() {
+    if (!QDir().mkpath(projectFolder()))
+        throw Failure::ofSystem(errno, QStringLiteral("Can't make the folder"), projectFolder());
+    if (!QFileInfo::exists(defaultProjectPath()))
+        makeProject(templatePath(), defaultProjectPath());
+}
+
+void frmMain::useDefaultProject() {
+    modMain::ProjectTitle = productName;
+    modMain::DbFileName = defaultProjectPath();
+}
+
+void frmMain::setProject(const QString &path) {
+    modMain::ProjectTitle = getFileName(path);
+    modMain::DbFileName = path;
+}
+
+bool frmMain::openFirstProject() {
+    for (;;) {
+        try {
+            // The folder also takes the printed report, so it has to be there for any project.
+            const bool isDefault = modMain::DbFileName == defaultProjectPath();
+            try {
+                makeDefaultProject();
+            } catch (const Failure &) {
+                if (isDefault)
+                    throw;
+            }
+            initApp(true);
+            return true;
+        } catch (const Failure &failure) {
+            if (!askAboutBadProject(failure))
+                return false;
+        }
+    }
+}
+
+bool frmMain::askAboutBadProject(const Failure &failure) {
+    const bool isDefault = modMain::DbFileName == defaultProjectPath();
+    const QString text = QStringLiteral("The project \"%1\" can't be opened.\r\rError %2: %3")
+                             .arg(QDir::toNativeSeparators(modMain::DbFileName),
+                                  QString::number(failure.number()), failure.text());
+    const QString second = isDefault ? QStringLiteral("&Set it aside and make a new one")
+                                     : QStringLiteral("&Use the default project");
+    const int choice = dialogs().choose(
+        productName, text, {QStringLiteral("&Open another..."), second, QStringLiteral("&Quit")});
+    switch (choice) {
+    case 0:
+        if (chooseProjectFile()) {
+            const QString path = withoutBlanks(cdMain.FileName).toString();
+            rememberProject(path);
+            setProject(path);
+        }
+        return true;
+    case 1:
+        if (isDefault) {
+            filtered([this] { setAsideDefaultProject(); });
+        } else {
+            rememberProject(QString());
+            useDefaultProject();
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+void frmMain::setAsideDefaultProject() {
+    const QString path = defaultProjectPath();
+    const QString stamp = desktop::now().toString(QStringLiteral("yyyy-MM-dd hhmmss"));
+    QString aside;
+    for (int copy = 1; aside.isEmpty() || QFileInfo::exists(aside); ++copy)
+        aside = projectFolder() + QDir::separator() + productName + QStringLiteral(" set aside ") +
+                stamp + (copy > 1 ? QStringLiteral(" %1").arg(copy) : QString()) + projectExtension;
+    QFile project(path);
+    if (project.exists() && !project.rename(aside))
+        throw Failure(EIO, QStringLiteral("The file \"%1\" can't be set aside: %2.")
+                               .arg(path, project.errorString()));
+    // The journal of a crashed program goes along: it belongs to this file, and to no new one.
+    for (const char *part : {"-journal", "-wal"})
+        QFile::rename(path + QLatin1String(part), aside + QLatin1String(part));
+}
+
+bool frmMain::chooseProjectFile() {
+    cdMain = CommonDialog();
+    cdMain.DefaultExt = QStringLiteral("vlt");
+    cdMain.Filter = projectFilter;
+    cdMain.DialogTitle = QStringLiteral("Open database");
+    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain.ShowOpen();
+    return !cdMain.FileName.isEmpty();
+}
+
+void frmMain::mnuOpen_Click() {
+    if (chooseProjectFile())
+        switchProject(withoutBlanks(cdMain.FileName).toString(), QString());
+}
+
+void frmMain::mnuNew_Click() {
+    cdMain = CommonDialog();
+    cdMain.DefaultExt = QStringLiteral("vlt");
+    cdMain.Filter = projectFilter;
+    cdMain.DialogTitle = QStringLiteral("Create a new database");
+    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain.Flags = overwriteAndCreatePrompt;
+    cdMain.ShowSave();
+    if (cdMain.FileName.isEmpty())
+        return;
+    QString path = withoutBlanks(cdMain.FileName).toString();
+    if (!path.endsWith(projectExtension, Qt::CaseInsensitive))
+        path += projectExtension;
+    if (isSameFile(path, modMain::DbFileName)) {
+        dialogs().message(MessageStyle::OkExclamation, productName,
+                          QStringLiteral("\"%1\" is the project that is open. Choose another name "
+                                         "for the new project.")
+                              .arg(QDir::toNativeSeparators(path)));
+        return;
+    }
+    switchProject(path, templatePath());
+}
+
+/// The setting takes the new path whatever follows; path and title go back if the switch fails, and
+/// the project that was open stays open.
+void frmMain::switchProject(const QString &path, const QString &newFromTemplate) {
+    const QString fileBefore = modMain::DbFileName;
+    const QString titleBefore = modMain::ProjectTitle;
+    rememberProject(path);
+    setProject(path);
+    try {
+        if (!newFromTemplate.isEmpty())
+            makeProject(newFromTemplate, path);
+        initApp(false);
+    } catch (...) {
+        modMain::DbFileName = fileBefore;
+        modMain::ConnectionText = fileBefore;
+        modMain::ProjectTitle = titleBefore;
+        if (std::exchange(m_viewStale, false))
+            filtered([this] { loadDefaults(); });
+        throw;
+    }
+}
+
+void frmMain::mnuClean_Click() {
+    const Answer answer = dialogs().message(
+        MessageStyle::YesNoCancelCriticalDefaultNo, QStringLiteral("Delete all the data"),
+        QStringLiteral("Are you sure you want to erase all of the database contents?"));
+    if (answer != Answer::Yes)
+        return;
+    const Hourglass hourglass;
+    cleanProject(*modMain::DbConn);
+    loadDefaults();
+}
+
+} // namespace veltrona

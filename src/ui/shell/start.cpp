@@ -1,0 +1,49 @@
+#include "ui/shell/start.h"
+
+#include "core/platform/dialogs/errorFilter.h"
+#include "core/shell/modMain.h"
+#include "core/shell/version.h"
+#include "ui/shell/frmMain.h"
+#include "ui/views/clipboard.h"
+#include "ui/views/icons.h"
+
+namespace veltrona {
+
+Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
+    // No display name: the toolkit would append it to every caption.
+    setApplicationName(QStringLiteral("Veltrona"));
+    setApplicationVersion(programVersion());
+    setDesktopFileName(QStringLiteral("org.veltrona.Veltrona"));
+    setWindowIcon(icon(QStringLiteral("veltrona")));
+    // The main window decides when the run ends; a message box at a bad start doesn't.
+    setQuitOnLastWindowClosed(false);
+    drawing::useSystemClipboard();
+}
+
+bool Application::notify(QObject *receiver, QEvent *event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (...) {
+        filterCurrentException();
+        return true;
+    }
+}
+
+int modMain::Main() {
+    ExitFlag = false;
+    int status = 1;
+    filtered([&status] {
+        frmMain window;
+        if (!window.Form_Load()) {
+            status = 0;
+            return;
+        }
+        window.show();
+        status = QApplication::exec();
+        // After a failure that ends the run the window still has its project open.
+        window.close();
+    });
+    return status;
+}
+
+} // namespace veltrona

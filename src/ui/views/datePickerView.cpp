@@ -1,0 +1,83 @@
+#include "ui/views/datePickerView.h"
+
+#include <QCalendarWidget>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+#include <utility>
+
+namespace veltrona {
+
+DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
+    : QDateEdit(parent), m_picker(picker) {
+    // In local time, a day whose midnight a clock change leaves out couldn't be held.
+    setTimeSpec(Qt::UTC);
+    setDateRange(QDate(1752, 9, 14), QDate(9999, 12, 31));
+    setCalendarPopup(true);
+    setKeyboardTracking(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setDisplayFormat(formatOf(locale()));
+    showValue();
+    m_picker.onValue = [this] { showValue(); };
+    // Not dateChanged: it comes when the cursor goes from the day to the month, too.
+    connect(this, &QDateEdit::editingFinished, this, &DatePickerView::finishEdit);
+    calendarWidget()->installEventFilter(this);
+}
+
+DatePickerView::~DatePickerView() {
+    m_picker.onValue = nullptr;
+}
+
+void DatePickerView::finishEdit() {
+    interpretText();
+    const CalendarDay day{date().year(), date().month(), date().day()};
+    m_picker.editDay(dayNumber(day));
+}
+
+void DatePickerView::stepBy(int steps) {
+    QDateEdit::stepBy(steps);
+    finishEdit();
+}
+
+// After "02" the cursor stands on the month already; the point that the user types next, because it
+// belongs there, would move it on to the year.
+void DatePickerView::keyPressEvent(QKeyEvent *event) {
+    const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
+    const bool separator = typed.isPrint() && !typed.isLetterOrNumber();
+    const bool movedOn = std::exchange(m_movedOn, false);
+    if (movedOn && separator)
+        return event->accept();
+    const int section = currentSectionIndex();
+    QDateEdit::keyPressEvent(event);
+    m_movedOn = typed.isDigit() && currentSectionIndex() != section;
+}
+
+bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
+    // The day chosen arrives only after the calendar has begun to close.
+    if (event->type() == QEvent::Hide && watched == calendarWidget())
+        QMetaObject::invokeMethod(this, &DatePickerView::finishEdit, Qt::QueuedConnection);
+    return QDateEdit::eventFilter(watched, event);
+}
+
+QString DatePickerView::formatOf(const QLocale &locale) {
+    QString format = locale.dateFormat(QLocale::ShortFormat);
+    if (!format.contains(QStringLiteral("yyyy")))
+        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
+    return format;
+}
+
+void DatePickerView::showValue() {
+    const QSignalBlocker blocker(this);
+    const CalendarDay day = calendarDay(dayNumber(m_picker.Value()));
+    setDate(QDate(day.year, day.month, day.day));
+}
+
+void DatePickerView::wheelEvent(QWheelEvent *event) {
+    if (hasFocus())
+        QDateEdit::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+} // namespace veltrona

@@ -1,0 +1,39 @@
+#include "ui/views/elidedLabel.h"
+
+#include "ui/views/plainText.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+
+namespace veltrona {
+
+ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+}
+
+void ElidedLabel::setFullText(const QString &text) {
+    m_fullText = text;
+    setAccessibleName(text);
+    setToolTip(plainToolTip(text));
+    elide();
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent *event) {
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::changeEvent(QEvent *event) {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        elide();
+}
+
+void ElidedLabel::elide() {
+    QString line = m_fullText;
+    // A name may hold line ends; the label has one line.
+    line.replace(u'\n', u' ').replace(u'\r', u' ');
+    setText(fontMetrics().elidedText(line, Qt::ElideMiddle, width()));
+}
+
+} // namespace veltrona

@@ -1,0 +1,53 @@
+#include "ui/views/plainText.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+
+#include <algorithm>
+
+namespace veltrona {
+
+namespace {
+// Laying out a name of a megabyte at each repaint would freeze the window.
+constexpr int longestShown = 2000;
+constexpr int longestUnwrapped = 80; // characters of a line in a tooltip
+
+QString shortened(const QString &text) {
+    return text.size() <= longestShown ? text : text.left(longestShown) + QChar(0x2026);
+}
+} // namespace
+
+QString plainToolTip(const QString &text) {
+    if (text.isEmpty())
+        return {};
+    const QStringList lines = shortened(text).split(QLatin1Char('\n'));
+    const bool wraps = std::any_of(lines.begin(), lines.end(), [](const QString &line) {
+        return line.size() > longestUnwrapped;
+    });
+    return QStringLiteral("<div style='white-space:%1'>%2</div>")
+        .arg(wraps ? QStringLiteral("pre-wrap") : QStringLiteral("pre"),
+             lines.join(QLatin1Char('\n')).toHtmlEscaped());
+}
+
+void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken) {
+    const QModelIndex index = view.indexAt(event.pos());
+    const QRect rect = view.visualRect(index);
+    const QString text = shortened(index.data().toString());
+    const bool elided =
+        index.isValid() && view.fontMetrics().horizontalAdvance(text) > rect.width() - taken;
+    QToolTip::showText(event.globalPos(), elided ? plainToolTip(text) : QString(), view.viewport(),
+                       rect);
+}
+
+QString PlainTextDelegate::displayText(const QVariant &value, const QLocale &) const {
+    QString text = shortened(value.toString());
+    for (QChar &c : text) {
+        if (c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t') ||
+            c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = QLatin1Char(' ');
+    }
+    return text;
+}
+
+} // namespace veltrona

@@ -1,0 +1,26 @@
+// The dialogs that a user sees: message boxes and file dialogs of the desktop, over the window in
+// use.
+#pragma once
+
+#include "core/platform/dialogs/dialogs.h"
+
+namespace veltrona {
+
+class QtDialogs : public Dialogs {
+public:
+    Answer message(MessageStyle style, const QString &title, const QString &text) override;
+    int choose(const QString &title, const QString &text, const QStringList &buttons) override;
+    QString openFile(const FileDialogSetup &setup) override;
+    QString saveFile(const FileDialogSetup &setup) override;
+};
+
+/// "XML files (*.xml)|*.xml" and its like as the toolkit writes filters.
+QString toolkitFilter(const QString &filter);
+
+/// `name` with the extension behind it, unless it ends in it in any case.
+QString withExtension(const QString &name, const QString &extension);
+
+/// CR, CRLF and LF all break the line.
+QString withLineBreaks(const QString &text);
+
+} // namespace veltrona

@@ -1,0 +1,123 @@
+#include "ui/views/treeView.h"
+
+#include "ui/views/plainText.h"
+#include "ui/views/treeModel.h"
+
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+
+namespace veltrona {
+
+namespace {
+constexpr int iconPixels = 16;
+} // namespace
+
+TreeView::TreeView(Tree &tree, QWidget *parent)
+    : QTreeView(parent), m_tree(tree), m_model(new TreeModel(tree, this)) {
+    m_click.setSingleShot(true);
+    m_click.setInterval(0);
+    connect(&m_click, &QTimer::timeout, this, &TreeView::tellClick);
+
+    setItemDelegate(new PlainTextDelegate(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setIconSize({iconPixels, iconPixels});
+    setVerticalScrollMode(ScrollPerPixel);
+    setModel(m_model);
+    // The flag lives in the node, so that it outlasts the view's own bookkeeping.
+    connect(this, &QTreeView::expanded, this,
+            [this](const QModelIndex &index) { m_model->nodeAt(index)->Expanded = true; });
+    connect(this, &QTreeView::collapsed, this,
+            [this](const QModelIndex &index) { m_model->nodeAt(index)->Expanded = false; });
+
+    m_tree.onBeginRebuild = [this] { beginRebuild(); };
+    m_tree.onEndRebuild = [this] { endRebuild(); };
+    m_tree.onSelect = [this] { showSelected(); };
+    endRebuild();
+}
+
+TreeView::~TreeView() {
+    m_tree.onBeginRebuild = nullptr;
+    m_tree.onEndRebuild = nullptr;
+    m_tree.onSelect = nullptr;
+}
+
+void TreeView::beginRebuild() {
+    m_click.stop(); // its node is about to go
+    const QScopedValueRollback showing(m_showing, true);
+    m_model->letGo();
+}
+
+void TreeView::endRebuild() {
+    {
+        const QScopedValueRollback showing(m_showing, true);
+        m_model->takeUp();
+    }
+    const Nodes &nodes = m_tree.Nodes();
+    for (int item = 1; item <= nodes.Count(); ++item) {
+        TreeNode *node = nodes.Item(item);
+        if (node->Expanded)
+            expand(m_model->indexOf(node));
+    }
+    showSelected();
+}
+
+void TreeView::showSelected() {
+    const QScopedValueRollback showing(m_showing, true);
+    const QModelIndex index = m_model->indexOf(m_tree.SelectedItem());
+    if (index.isValid())
+        setCurrentIndex(index);
+    else
+        clearSelection();
+}
+
+void TreeView::mousePressEvent(QMouseEvent *event) {
+    QTreeView::mousePressEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const bool onItem = visualRect(index).contains(event->position().toPoint());
+    // A press that selects another node has been noted already; this is for the selected one.
+    if (event->button() == Qt::LeftButton && index.isValid() && onItem)
+        noteClick(m_model->nodeAt(index));
+}
+
+void TreeView::selectionChanged(const QItemSelection &now, const QItemSelection &before) {
+    QTreeView::selectionChanged(now, before);
+    if (m_showing)
+        return;
+    const QModelIndexList selected = selectedIndexes();
+    if (selected.isEmpty())
+        QMetaObject::invokeMethod(this, &TreeView::showSelected, Qt::QueuedConnection);
+    else
+        noteClick(m_model->nodeAt(selected.first()));
+}
+
+// No key or button takes the selection away.
+QItemSelectionModel::SelectionFlags TreeView::selectionCommand(const QModelIndex &index,
+                                                               const QEvent *) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+void TreeView::noteClick(TreeNode *node) {
+    const QScopedValueRollback showing(m_showing, true);
+    m_tree.setSelectedItem(node);
+    m_click.start();
+}
+
+void TreeView::tellClick() {
+    if (m_tree.onNodeClick && m_tree.SelectedItem())
+        m_tree.onNodeClick(m_tree.SelectedItem());
+}
+
+bool TreeView::viewportEvent(QEvent *event) {
+    if (event->type() != QEvent::ToolTip)
+        return QTreeView::viewportEvent(event);
+    constexpr int margins = 10; // around icon and text
+    showToolTipIfElided(*this, *static_cast<QHelpEvent *>(event), iconPixels + margins);
+    return true;
+}
+
+} // namespace veltrona

@@ -1,0 +1,68 @@
+// The calendar, held against QDate where the two agree and against hand-worked days elsewhere.
+#include "core/base/dateValue.h"
+
+#include "support/dataTable.h"
+
+#include <QTest>
+
+using namespace veltrona;
+
+namespace {
+int day(int year, int month, int dayOfMonth) {
+    return dayNumber(CalendarDay{year, month, dayOfMonth});
+}
+} // namespace
+
+class DateValueTest : public QObject {
+    Q_OBJECT
+private slots:
+    void everyDay() {
+        const QDate dayZero(1899, 12, 30);
+        const int last = day(9999, 12, 31);
+        for (int number = day(1752, 1, 1); number <= last; ++number) {
+            const QDate date = dayZero.addDays(number);
+            const CalendarDay expected{date.year(), date.month(), date.day()};
+            if (calendarDay(number) != expected || dayNumber(expected) != number ||
+                weekday(number) != date.dayOfWeek() % 7 + 1)
+                QFAIL(qPrintable(date.toString(Qt::ISODate)));
+        }
+    }
+
+    void textsOfTimes_data() {
+        const test::DataTable<double, QString> row("value", "text");
+        row("midnight", 39216.0, "2007-05-14");
+        row("last second", 39216 + 86399.0 / 86400, "2007-05-14 23:59:59");
+        row("last millisecond", 39216 + 86399.999 / 86400, "2007-05-14 23:59:59");
+        row("before day 0", -0.25, "1899-12-29 18:00:00");
+    }
+    void textsOfTimes() {
+        QFETCH(const double, value);
+        QTEST(isoText(value), "text");
+        QCOMPARE(isoText(dayNumber(value)), isoText(value).left(10));
+    }
+
+    void everySecondSurvives() {
+        for (const int number : {day(1752, 1, 1), -1, 0, 32767, 65535, day(9999, 12, 31)}) {
+            for (int second = 0; second < 86400; ++second) {
+                const DateValue value = dateValue(calendarDay(number), second);
+                if (dayNumber(value) != number || secondOfDay(value) != second)
+                    QFAIL(qPrintable(QStringLiteral("%1 %2").arg(number).arg(second)));
+            }
+            const DateValue late = dateValue(calendarDay(number), 86399);
+            QCOMPARE(dateOfIsoText(isoText(late).toStdString()), std::optional<DateValue>(late));
+        }
+        const QDateTime local(QDate(2007, 3, 25), QTime(23, 59, 59, 999));
+        QCOMPARE(isoText(dateValue(local)), "2007-03-25 23:59:59");
+    }
+
+    void refusedTexts() {
+        for (const char *text : {"", "2007-5-14", "2007-02-29", "2007-13-01", "2007-00-10",
+                                 "2007/05/14", "2007-05-14T13:05:09", "2007-05-14 24:00:00",
+                                 "2007-05-14 13:60:00", "2007-05-14 13:05:61", "2007-05-14 13:05",
+                                 "2007-05-1x", "-007-05-14", "2007-05-14 ", "12007-05-14"})
+            QVERIFY2(!dateOfIsoText(text), text);
+    }
+};
+
+QTEST_APPLESS_MAIN(DateValueTest)
+#include "dateValueTest.moc"

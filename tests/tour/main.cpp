@@ -1,0 +1,71 @@
+// The guided tour as a program of its own: it needs a display with a window manager and leaves the
+// settings and projects of the user alone.
+#include "tour/tour.h"
+#include "ui/shell/start.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+constexpr std::chrono::seconds longestRun{55};
+
+/// Ends the process if the whole run takes too long, also if no event comes through any more.
+void watch(const std::stop_token &done) {
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any waiting;
+    if (!waiting.wait_for(lock, done, longestRun, [&] { return done.stop_requested(); })) {
+        std::fputs("The tour is given up: it takes too long.\n", stderr);
+        std::_Exit(1);
+    }
+}
+
+/// Nothing of an earlier tour stays, so that what lies there is what this one has made.
+bool prepare(QDir &folder) {
+    if (!folder.mkpath(QStringLiteral(".")))
+        return false;
+    for (const QString &old :
+         folder.entryList({QStringLiteral("[0-9][0-9]-*.png"), QStringLiteral("grid.txt"),
+                           QStringLiteral("graph.jpg"), QStringLiteral("report.html"),
+                           QStringLiteral("report.pdf")},
+                          QDir::Files))
+        folder.remove(old);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
+    qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toLocal8Bit());
+    veltrona::Application application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    QTextStream err(stderr);
+    if (arguments.size() != 3) {
+        err << "usage: veltrona_tour REPORT FOLDER\n";
+        return 2;
+    }
+    QDir folder(QDir(arguments.at(2)).absolutePath());
+    if (!home.isValid() || !prepare(folder)) {
+        err << "Can't make the folders for the tour: " << folder.path() << '\n';
+        return 1;
+    }
+    const std::jthread watchdog(watch);
+    veltrona::tour::Tour tour(QDir().absoluteFilePath(arguments.at(1)), folder.path());
+    const bool succeeded = tour.run();
+    QTextStream out(stdout);
+    for (const QString &file : tour.files())
+        out << file << '\n';
+    out << '\n' << tour.gridText();
+    return succeeded ? 0 : 1;
+}

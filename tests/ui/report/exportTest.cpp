@@ -1,0 +1,269 @@
+// The export and print commands through the real main window, on a private desktop whose HTML
+// handler is a stub that records what it is given.
+#include "core/shell/modMain.h"
+#include "support/fileSizeLimit.h"
+#include "support/mainWindow.h"
+#include "ui/report/frmOutput.h"
+#include "ui/report/frmPrev.h"
+
+#include "core/picture/cJPEG.h"
+#include "ui/views/clipboard.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDir>
+#include <QGuiApplication>
+#include <QImage>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTimer>
+
+using namespace veltrona;
+using namespace veltrona::test;
+
+class TestExport : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<MainWindow> m_main;
+
+    QString path(const QString &name) const { return m_main->file(name); }
+    QByteArray content(const QString &file) const {
+        QFile in(file);
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    }
+
+    void installHandler(const QString &program) const {
+        const QString stub =
+            m_main->writeFile(QStringLiteral("stub"),
+                              QStringLiteral("#!/bin/sh\nprintf '%s' \"$1\" > '%1/record.new'\n"
+                                             "mv '%1/record.new' '%1/record'\n")
+                                  .arg(m_main->home())
+                                  .toUtf8());
+        QFile::setPermissions(stub, QFile::ReadOwner | QFile::ExeOwner);
+        QVERIFY(QDir(m_main->home()).mkpath(QStringLiteral("data/applications")));
+        m_main->writeFile(QStringLiteral("data/applications/stub.desktop"),
+                          QStringLiteral("[Desktop Entry]\nType=Application\nMimeType=text/html;\n"
+                                         "Exec=%1 %f\n")
+                              .arg(program)
+                              .toUtf8());
+    }
+
+    /// Starts the command and runs the script in its dialog, which must leave it closed.
+    template<typename Script>
+    void during(const QString &command, Script script) {
+        bool ran = false;
+        QTimer::singleShot(0, this, [&] {
+            auto *dialog = qobject_cast<frmOutput *>(QApplication::activeModalWidget());
+            QVERIFY(dialog && QTest::qWaitForWindowExposed(dialog));
+            ran = true;
+            script(*dialog);
+            if (dialog->isVisible()) {
+                QTest::qFail("the script left the dialog open", __FILE__, __LINE__);
+                dialog->reject();
+            }
+        });
+        m_main->command(command);
+        QVERIFY(ran);
+    }
+    static void type(frmOutput &dialog, const QString &name) {
+        dialog.findChild<QLineEdit *>("txtFilename")->setText(name);
+    }
+    static QString boxText(frmOutput &dialog) {
+        return dialog.findChild<QLineEdit *>("txtFilename")->text();
+    }
+    static void click(frmOutput &dialog, const char *name) {
+        dialog.findChild<QPushButton *>(name)->click();
+    }
+    void exportTo(const QString &name, Answer answer) {
+        during(QStringLiteral("mnuExport"), [&](frmOutput &dialog) {
+            type(dialog, name);
+            m_main->dialogs.expectAnswer(answer);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        });
+    }
+
+private slots:
+    void init() {
+        qputenv("XDG_DATA_DIRS", "/nowhere");
+        qputenv("XDG_CONFIG_DIRS", "/nowhere");
+        m_main = std::make_unique<MainWindow>();
+        QVERIFY(m_main->start());
+    }
+    void cleanup() {
+        QVERIFY(m_main->dialogs.allUsed());
+        m_main.reset();
+    }
+
+    void namesOfReports_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("final");
+        QTest::newRow("any case") << "  Report.HtM "
+                                  << "Report.HtM";
+        QTest::newRow("another extension") << "a.txt"
+                                           << "a.txt.html";
+        QTest::newRow("odd characters") << "it's \"50%25\" #1?a=b & c.html"
+                                        << "it's \"50%25\" #1?a=b & c.html";
+        QTest::newRow("255 bytes") << QString(250, u'n') << QString(250, u'n') + ".html";
+        QTest::newRow("umlauts") << QString::fromUtf8("Müller 日本")
+                                 << QString::fromUtf8("Müller 日本.html");
+    }
+    void namesOfReports() {
+        QFETCH(QString, typed);
+        QFETCH(QString, final);
+        installHandler(path(QStringLiteral("stub")));
+        const QString folder = m_main->home() + u'/';
+        const qsizetype blanks = typed.startsWith(u' ') ? 2 : 0;
+        exportTo(typed.first(blanks) + folder + typed.sliced(blanks), Answer::Yes);
+        QCOMPARE(m_main->dialogs.boxes().last().style, 36);
+        QCOMPARE(
+            m_main->dialogs.boxes().last().text,
+            QStringLiteral("Report created!\rDo you want to open the report in your browser?"));
+        QVERIFY(content(folder + final).startsWith("<html>"));
+        QVERIFY(QFileInfo(folder + QStringLiteral("graph.jpg")).isFile());
+        QTRY_VERIFY(QFileInfo::exists(path(QStringLiteral("record"))));
+        QCOMPARE(QString::fromUtf8(content(path(QStringLiteral("record")))), folder + final);
+    }
+
+    void withoutBrowser() {
+        exportTo(path(QStringLiteral("a")), Answer::No);
+        QCOMPARE(m_main->dialogs.boxes().size(), 1);
+        m_main->dialogs.expectAnswer(Answer::Yes);
+        exportTo(path(QStringLiteral("a")), Answer::Ok);
+        QCOMPARE(m_main->dialogs.boxes().last().style, 48);
+        QCOMPARE(m_main->dialogs.boxes().last().title, QStringLiteral("Browser Not Found"));
+        QCOMPARE(m_main->dialogs.boxes().last().text,
+                 QStringLiteral("Could not find associated Browser"));
+        // One that is there and can't be started.
+        installHandler(path(QStringLiteral("stub")));
+        QVERIFY(QFile::remove(path(QStringLiteral("stub"))));
+        m_main->writeFile(QStringLiteral("stub"), "\1no program");
+        QFile::setPermissions(path(QStringLiteral("stub")), QFile::ReadOwner | QFile::ExeOwner);
+        m_main->dialogs.expectAnswer(Answer::Yes);
+        exportTo(path(QStringLiteral("a")), Answer::Ok);
+        QCOMPARE(m_main->dialogs.boxes().last().title, QStringLiteral("URL Failed"));
+        QCOMPARE(m_main->dialogs.boxes().last().text, QStringLiteral("Web Page not Opened"));
+    }
+
+    void failuresKeepTheDialogOpen_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no folder") << "missing/a"
+                                   << "No such file or directory";
+        QTest::newRow("a folder") << "data.html"
+                                  << "directory";
+        QTest::newRow("full disk") << "older"
+                                   << "File too large";
+    }
+    void failuresKeepTheDialogOpen() {
+        QFETCH(QString, name);
+        QFETCH(QString, reason);
+        m_main->writeFile(QStringLiteral("older.html"), "older");
+        QVERIFY(QDir(m_main->home()).mkpath(QStringLiteral("data.html")));
+        const QStringList before = QDir(m_main->home()).entryList(QDir::AllEntries | QDir::Hidden);
+        during(QStringLiteral("mnuExport"), [&](frmOutput &dialog) {
+            type(dialog, path(name));
+            m_main->dialogs.expectAnswer(Answer::Ok);
+            {
+                const FileSizeLimit limit(reason.endsWith(QStringLiteral("large")) ? 500
+                                                                                   : 100'000'000);
+                click(dialog, "cmdRun");
+            }
+            QCOMPARE(m_main->dialogs.boxes().size(), 1);
+            const QString text = m_main->dialogs.boxes().last().text;
+            QVERIFY2(text.contains(reason) && text.contains(boxText(dialog)), qPrintable(text));
+            QVERIFY(dialog.isVisible() && boxText(dialog).endsWith(QStringLiteral(".html")));
+            QVERIFY(!QApplication::overrideCursor());
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(content(path(QStringLiteral("older.html"))), QByteArray("older"));
+        QCOMPARE(QDir(m_main->home()).entryList(QDir::AllEntries | QDir::Hidden), before);
+    }
+
+    void browsing() {
+        during(QStringLiteral("Exp"), [&](frmOutput &dialog) {
+            m_main->dialogs.expectFile(QStringLiteral(" /tmp/a.txt "));
+            click(dialog, "comBrowse");
+            QCOMPARE(boxText(dialog), QStringLiteral("/tmp/a.txt.html"));
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        const FileDialogSetup &setup = m_main->dialogs.fileDialogs().first();
+        QCOMPARE(setup.title, QStringLiteral("Export the Report"));
+        QCOMPARE(setup.filter, QStringLiteral("HTML file (*.html)|*.html"));
+        QCOMPARE(setup.initialFolder, modMain::getSpecialFolder(modMain::documentsFolder));
+        QVERIFY(setup.confirmsOverwrite);
+    }
+
+    void theRoadToThePreview() {
+        const QString report = path(QStringLiteral("data/Veltrona/Report.html"));
+        for (const bool graph : {true, false}) {
+            bool previewed = false;
+            during(QStringLiteral("Prn"), [&](frmOutput &dialog) {
+                type(dialog, path(QStringLiteral("ignored")));
+                dialog.findChild<QCheckBox *>("chkOpts(0)")->setChecked(graph);
+                QTimer::singleShot(0, this, [&] {
+                    frmPrev &preview = frmPrev::instance();
+                    QVERIFY(QTest::qWaitForWindowExposed(&preview));
+                    previewed = dialog.isVisible() && preview.isComplete();
+                    QCOMPARE(preview.FileName, report);
+                    const QString text = preview.findChild<QTextBrowser *>()->toPlainText();
+                    QVERIFY(text.contains(QStringLiteral("Transactions")));
+                    QCOMPARE(text.contains(QChar::ObjectReplacementCharacter), graph);
+                    QTest::keyClick(&preview, Qt::Key_Escape);
+                });
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            });
+            QVERIFY(previewed);
+            QCOMPARE(content(report).contains("graph.jpg"), graph);
+        }
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("ignored.html"))));
+        QVERIFY(m_main->dialogs.boxes().isEmpty());
+    }
+
+    void eachCommandHasItsColourFlag() {
+        m_main->importReport(QFINDTESTDATA("../../samples/report.xml"));
+        modMain::GridColor = true;
+        m_main->window().cboRange.setListIndex(4); // All
+        const auto marks = [](const QByteArray &html) { return html.count("class=\"Stil8\""); };
+        for (const bool exported : {true, false}) {
+            modMain::ExportColor = exported;
+            modMain::PrintColor = !exported;
+            exportTo(path(QStringLiteral("a")), Answer::No);
+            during(QStringLiteral("mnuPRint"), [&](frmOutput &dialog) {
+                QTimer::singleShot(0, &frmPrev::instance(), &frmPrev::reject);
+                click(dialog, "cmdRun");
+            });
+            // One campaign has made a loss: its row of 13 cells.
+            QCOMPARE(marks(content(path(QStringLiteral("a.html")))), exported ? 13 : 0);
+            QCOMPARE(marks(content(path(QStringLiteral("data/Veltrona/Report.html")))),
+                     exported ? 0 : 13);
+        }
+    }
+
+    void theChartGoesByTheClipboard() {
+        QGuiApplication::clipboard()->clear();
+        exportTo(path(QStringLiteral("a")), Answer::No);
+        const QImage copied = QGuiApplication::clipboard()->image();
+        QCOMPARE(copied.size(), QImageReader(path(QStringLiteral("graph.jpg"))).size());
+        QCOMPARE(m_main->view<QLabel>(QStringLiteral("picChart"))->pixmap().size(), copied.size());
+
+        // A picture of ours goes there the same way.
+        const std::uint8_t pixels[] = {0, 0, 255, 0, 255, 0, 255, 0, 0, 9, 9, 9};
+        const drawing::Picture bitmap(drawing::createBitmap(2, 2, pixels, 6));
+        cJPEG picture;
+        picture.CreateFromPicture(bitmap);
+        drawing::useSystemClipboard();
+        QVERIFY(picture.CopyToClipboard());
+        drawing::setClipboard({});
+        const QImage image = QGuiApplication::clipboard()->image();
+        QCOMPARE(image.size(), QSize(2, 2));
+        QCOMPARE(image.pixelColor(0, 0), QColor(255, 0, 0));
+        QCOMPARE(image.pixelColor(0, 1), QColor(0, 0, 255));
+    }
+};
+
+QTEST_MAIN(TestExport)
+#include "exportTest.moc"

@@ -1,0 +1,224 @@
+// Reports printed to PDF files, and what the files hold as the tools of poppler read it.
+#include "ui/report/printing.h"
+#include "support/failureOf.h"
+#include "support/fileSizeLimit.h"
+#include "support/writtenReport.h"
+#include "ui/report/pagination.h"
+#include "ui/report/reportDocument.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QPrinter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+
+#include <memory>
+
+using namespace veltrona;
+using namespace veltrona::test;
+
+class TestPrinting : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QPrinter> m_printer;
+    ReportDocument m_document;
+
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<ReportDocument> load(const WrittenReport &report) const {
+        report.write(path(QStringLiteral("report.html")));
+        auto document = std::make_unique<ReportDocument>();
+        document->load(path(QStringLiteral("report.html")));
+        while (!document->isComplete())
+            document->loadMore();
+        return document;
+    }
+
+    QByteArray run(const QString &program, const QStringList &arguments) const {
+        QProcess process;
+        process.start(program, arguments);
+        if (!process.waitForFinished() || process.exitCode() != 0)
+            QTest::qFail(qPrintable(program + u' ' + process.errorString() +
+                                    QString::fromUtf8(process.readAllStandardError())),
+                         __FILE__, __LINE__);
+        return process.readAllStandardOutput();
+    }
+    /// The texts of a file's pages.
+    QStringList pages() const {
+        const QString text = QString::fromUtf8(
+            run(QStringLiteral("pdftotext"),
+                {QStringLiteral("-layout"), path(QStringLiteral("out.pdf")), QStringLiteral("-")}));
+        return text.chopped(1).split(u'\f');
+    }
+    QStringList print(ReportDocument &document) const {
+        printReport(document, *m_printer);
+        return pages();
+    }
+    /// A page of the file, 72 pixels to the inch.
+    QImage picture(int page) const {
+        run(QStringLiteral("pdftoppm"),
+            {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-f"),
+             QString::number(page), QStringLiteral("-l"), QString::number(page),
+             QStringLiteral("-png"), QStringLiteral("-singlefile"), path(QStringLiteral("out.pdf")),
+             path(QStringLiteral("page"))});
+        return QImage(path(QStringLiteral("page.png")));
+    }
+    static QRect areaOf(const QImage &image, bool (*matches)(QColor)) {
+        QRect area;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (matches(image.pixelColor(x, y)))
+                    area |= QRect(x, y, 1, 1);
+            }
+        }
+        return area;
+    }
+    static bool isGraph(QColor color) {
+        return color.blue() > 150 && color.red() > 150 && color.green() < 100;
+    }
+    static bool isRowRed(QColor color) {
+        return color.red() > 220 && color.green() < 150 && color.blue() < 150;
+    }
+
+    void renewPrinter() {
+        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        m_printer->setOutputFormat(QPrinter::PdfFormat);
+        m_printer->setPageSize(QPageSize(QPageSize::A4));
+        m_printer->setOutputFileName(path(QStringLiteral("out.pdf")));
+    }
+
+private slots:
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        renewPrinter();
+    }
+
+    void aSmallReport() {
+        const auto document =
+            load({.names = {QString::fromUtf8("Größe 5 € – „ok“"), QStringLiteral("plain")},
+                  .redNames = {QStringLiteral("plain")},
+                  .options = {}});
+        const QStringList text = print(*document);
+        QCOMPARE(text.size(), 1);
+        for (const char *piece : {"Veltrona Report", "Created on", "Größe 5 € – „ok“", "Summary",
+                                  "Transactions", "Graph: Clicks", "Created with Veltrona"})
+            QVERIFY2(text[0].contains(QString::fromUtf8(piece)), piece);
+        const QImage page = picture(1);
+        const QRect reds = areaOf(page, isRowRed);
+        QVERIFY(reds.width() > page.width() / 2 && reds.height() < 14);
+        // 600 of the page's 824 pixels, on paper of 595 points with its margins.
+        const QRect graph = areaOf(page, isGraph);
+        QVERIFY2(qAbs(graph.width() - 3 * graph.height()) < 8 && graph.width() > 390,
+                 qPrintable(QString::number(graph.width())));
+    }
+
+    void manyPages_data() {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<bool>("wraps");
+        QTest::newRow("one table") << 300 << false;
+        QTest::newRow("tables in parts") << 730 << true;
+    }
+    void manyPages() {
+        QFETCH(int, rows);
+        QFETCH(bool, wraps);
+        QStringList names = numberedNames(rows);
+        for (qsizetype i = 0; wraps && i < names.size(); i += 3)
+            names[i] += QStringLiteral(" with many words that need a line below and a third");
+        const auto document = load({.names = names, .options = {}});
+        const QStringList text = print(*document);
+        QVERIFY(text.size() > 3);
+        int row = 0;
+        static const QRegularExpression rowName(QStringLiteral("\\brow (\\d+)\\b"));
+        for (qsizetype page = 0; page < text.size(); ++page) {
+            const QStringList lines = text[page].split(u'\n', Qt::SkipEmptyParts);
+            QCOMPARE(text[page].count(QStringLiteral("Transactions")),
+                     page == 0 || text[page].contains(rowName) ? 1 : 0);
+            if (page > 0 && text[page].contains(rowName))
+                QVERIFY(lines[0].contains(QStringLiteral("Clicks")));
+            for (auto found = rowName.globalMatch(text[page]); found.hasNext();)
+                QCOMPARE(found.next().captured(1).toInt(), ++row);
+        }
+        QCOMPARE(row, rows);
+        QCOMPARE(text.join(QString()).count(QStringLiteral("Summary")), 1);
+    }
+
+    void noLineRowOrPictureIsCut() {
+        const double height = 333; // of a page that is low
+        QStringList names = numberedNames(150);
+        names[40] = QStringLiteral("a name of so many words that its row is quite high, and more");
+        const auto document = load({.names = names, .options = {}});
+        const std::vector<ReportPage> pages = paginate(*document, height);
+        const ReportDocument::Statistics statistics = document->statistics();
+        double end = 0;
+        for (const ReportPage &page : pages) {
+            QCOMPARE(page.top, end);
+            end = page.bottom;
+            const double headings =
+                page.repeatsHeadings ? statistics.headingsEnd - statistics.top : 0;
+            QVERIFY(page.bottom > page.top && page.bottom - page.top + headings <= height);
+            QVERIFY(qAbs(end - statistics.headingsEnd) > 2); // headings without a row
+        }
+        int pictures = 0;
+        for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+            const QRectF rect = document->documentLayout()->blockBoundingRect(block);
+            const auto holds = [&](const ReportPage &page) {
+                return page.top <= rect.top() && rect.bottom() <= page.bottom;
+            };
+            QVERIFY2(std::count_if(pages.begin(), pages.end(), holds) == 1,
+                     qPrintable(block.text()));
+            pictures += block.text().contains(QChar::ObjectReplacementCharacter);
+        }
+        QCOMPARE(pictures, 1);
+    }
+
+    void rangeOrderAndCopies() {
+        const auto document = load({.names = numberedNames(320)});
+        const QStringList all = print(*document);
+        QVERIFY(all.size() >= 4);
+        m_printer->setPrintRange(QPrinter::PageRange);
+        m_printer->setPageRanges(QPageRanges::fromString(QStringLiteral("2,4-99")));
+        QCOMPARE(print(*document), QStringList({all[1]}) + all.sliced(3));
+        m_printer->setFromTo(2, 3);
+        m_printer->setPageOrder(QPrinter::LastPageFirst);
+        QCOMPARE(print(*document), QStringList({all[2], all[1]}));
+        m_printer->setPageOrder(QPrinter::FirstPageFirst);
+        m_printer->setCopyCount(2);
+        m_printer->setCollateCopies(true);
+        QCOMPARE(print(*document), QStringList({all[1], all[2], all[1], all[2]}));
+        m_printer->setCollateCopies(false);
+        QCOMPARE(print(*document), QStringList({all[1], all[1], all[2], all[2]}));
+        m_printer->setFromTo(90, 99);
+        QVERIFY(failureOf([&] { printReport(*document, *m_printer); }));
+    }
+
+    void failingFilesAreToldAndOlderOnesKept() {
+        const auto document = load({.names = numberedNames(100)});
+        const auto failure = [&] { return failureOf([&] { printReport(*document, *m_printer); }); };
+        m_printer->setOutputFileName(path(QStringLiteral("missing/out.pdf")));
+        QVERIFY(failure() && failure()->text().contains(path(QStringLiteral("missing/out.pdf"))));
+
+        renewPrinter();
+        QFile older(path(QStringLiteral("out.pdf")));
+        QVERIFY(older.open(QIODevice::WriteOnly) && older.write("older") == 5);
+        older.close();
+        {
+            const FileSizeLimit fullDisk(20000);
+            QVERIFY(failure() && failure()->text().contains(older.fileName()));
+        }
+        QVERIFY(older.open(QIODevice::ReadOnly));
+        QCOMPARE(older.readAll(), QByteArray("older"));
+        const QStringList files = QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden);
+        QCOMPARE(files, QStringList({"out.pdf", "report.html"}));
+        renewPrinter();
+        QVERIFY(!failure());
+        QVERIFY(pages().size() > 1);
+    }
+};
+
+QTEST_MAIN(TestPrinting)
+#include "printingTest.moc"

@@ -1,0 +1,270 @@
+// The options, about and export dialogs, driven by keys and clicks through the real windows.
+#include "ui/views/forms.h"
+#include "core/shell/modMain.h"
+#include "core/shell/settings.h"
+#include "core/shell/version.h"
+#include "support/dataTable.h"
+#include "support/testFolder.h"
+#include "ui/report/frmOutput.h"
+#include "ui/shell/frmAbout.h"
+#include "ui/shell/frmOptions.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+using namespace veltrona;
+
+namespace {
+void store(const QString &grid, const QString &exported, const QString &printed) {
+    saveSetting(settingsKey, "grdcolor", grid, textValue);
+    saveSetting(settingsKey, "expcolor", exported, textValue);
+    saveSetting(settingsKey, "prncolor", printed, textValue);
+}
+
+QString stored() {
+    QStringList values;
+    for (const char *name : {"grdcolor", "expcolor", "prncolor"}) {
+        QString value = "-";
+        loadSetting(settingsKey, name, value);
+        values += value;
+    }
+    return values.join(' ');
+}
+
+QString flags() {
+    return QStringLiteral("%1 %2 %3")
+        .arg(modMain::GridColor)
+        .arg(modMain::ExportColor)
+        .arg(modMain::PrintColor);
+}
+
+QCheckBox *box(const char *name) {
+    return frmOptions::instance().findChild<QCheckBox *>(name);
+}
+
+// Values of the three boxes; a disabled one in brackets.
+QString boxes() {
+    QStringList values;
+    for (const char *name : {"chkCG", "chkCE", "chkCP"}) {
+        const QString value = box(name)->isChecked() ? "1" : "0";
+        values += box(name)->isEnabled() ? value : '(' + value + ')';
+    }
+    return values.join(' ');
+}
+
+// Shows a form and runs `script` when it is up; fails if the script has left it open.
+template<class Form>
+void during(Form &form, const std::function<void()> &script) {
+    bool ran = false;
+    QTimer::singleShot(0, &form, [&] {
+        ran = true;
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        QCoreApplication::processEvents(); // a changed font comes by an event
+        script();
+        if (form.isVisible()) {
+            QTest::qFail("the script left the form open", __FILE__, __LINE__);
+            form.done(0);
+        }
+    });
+    form.Show();
+    QVERIFY(ran);
+}
+
+void key(QWidget &form, Qt::Key key) {
+    QWidget *target = form.focusWidget() ? form.focusWidget() : &form;
+    QTest::keyClick(target, key);
+}
+
+// The boxes of the options dialog as it opens next; Escape closes it.
+QString boxesOnShow() {
+    QString shown;
+    during(frmOptions::instance(), [&] {
+        shown = boxes();
+        key(frmOptions::instance(), Qt::Key_Escape);
+    });
+    return shown;
+}
+} // namespace
+
+class FormsTest : public QObject, test::TestFolder {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        renewFolder();
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder()));
+        modMain::GridColor = modMain::ExportColor = modMain::PrintColor = true;
+        if (frmOptions::instance().isLoaded())
+            frmOptions::instance().done(0);
+    }
+
+    void loading_data() {
+        const test::DataTable<QStringList, QString, QString> row("settings", "boxesThen",
+                                                                 "flagsThen");
+        row("nothing stored", {}, "0 (0) (0)", "0 0 0");
+        row("print alone", {"1", "0", "1"}, "1 0 1", "1 0 1");
+        row("contradicting", {"0", "1", "1"}, "0 (0) (0)", "0 1 1");
+        row("like on", {"11", "true", " 1"}, "0 (0) (0)", "0 0 0");
+    }
+    void loading() {
+        QFETCH(QStringList, settings);
+        if (!settings.isEmpty())
+            store(settings[0], settings[1], settings[2]);
+        frmOptions::instance().load();
+        QTEST(boxes(), "boxesThen");
+        QTEST(flags(), "flagsThen");
+        QVERIFY(!frmOptions::instance().isVisible());
+    }
+
+    void theFirstShowFindsTheFormAsLoadedAtStart() {
+        store("1", "1", "1");
+        frmOptions::instance().load();
+        store("0", "0", "0");
+        QCOMPARE(boxesOnShow(), QString("1 1 1"));
+        QCOMPARE(stored(), QString("0 0 0"));
+        QCOMPARE(boxesOnShow(), QString("0 (0) (0)"));
+        store("1", "0", "0");
+        QCOMPARE(boxesOnShow(), QString("1 0 0"));
+    }
+
+    void theMasterSwitch() {
+        frmOptions &form = frmOptions::instance();
+        store("1", "1", "1");
+        during(form, [&] {
+            QTest::keyClick(box("chkCG"), Qt::Key_Space);
+            QCOMPARE(boxes(), QString("0 (0) (0)"));
+            QTest::keyClick(box("chkCG"), Qt::Key_Space);
+            QCOMPARE(boxes(), QString("1 1 0"));
+            box("chkCG")->setChecked(false); // a change by the program counts as well
+            QCOMPARE(boxes(), QString("0 (0) (0)"));
+            key(form, Qt::Key_Enter);
+        });
+        QCOMPARE(stored(), QString("0 0 0"));
+        QCOMPARE(flags(), QString("0 0 0"));
+    }
+
+    void cancelLeavesFlagsAndSettingsAlone() {
+        frmOptions &form = frmOptions::instance();
+        store("1", "0", "1");
+        during(form, [&] {
+            QTest::mouseClick(box("chkCE"), Qt::LeftButton, {},
+                              QPoint(8, box("chkCE")->height() / 2));
+            QCOMPARE(boxes(), QString("1 1 1"));
+            QTest::mouseClick(form.findChild<QPushButton *>("comCancel"), Qt::LeftButton);
+        });
+        QCOMPARE(stored(), QString("1 0 1"));
+        QCOMPARE(flags(), QString("1 0 1"));
+        QCOMPARE(boxesOnShow(), QString("1 0 1"));
+    }
+
+    void okWritesAllThree() {
+        frmOptions &form = frmOptions::instance();
+        store("yes", "", "1");
+        during(form, [&] { key(form, Qt::Key_Return); });
+        QCOMPARE(stored(), QString("0 0 0"));
+        during(form, [&] {
+            key(form, Qt::Key_Space); // the focus stands on the first box
+            QTest::mouseClick(form.findChild<QPushButton *>("cmdOK"), Qt::LeftButton);
+        });
+        QCOMPARE(stored(), QString("1 1 0"));
+        QCOMPARE(flags(), QString("1 1 0"));
+    }
+
+    void aLostWriteStillSetsTheFlagInMemory() {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(test::write(path("file"), {})));
+        frmOptions &form = frmOptions::instance();
+        during(form, [&] {
+            key(form, Qt::Key_Space);
+            key(form, Qt::Key_Return);
+        });
+        QCOMPARE(stored(), QString("- - -"));
+        QCOMPARE(flags(), QString("1 1 0"));
+    }
+
+    void aboutClosesByEachWay() {
+        frmAbout &form = frmAbout::instance();
+        during(form, [&] { key(form, Qt::Key_Return); });
+        during(form, [&] { QTest::mouseClick(form.findChild<QPushButton *>(), Qt::LeftButton); });
+        QVERIFY(form.findChild<QLabel *>("lblCP")->text().contains(programVersion()));
+    }
+
+    void thePrintRoleHidesTheFileName() {
+        frmOutput form({});
+        form.setPrintRole();
+        during(form, [&] {
+            QCOMPARE(form.windowTitle(), QStringLiteral("Print the Report"));
+            QCOMPARE(form.findChild<QPushButton *>("cmdRun")->text(),
+                     QStringLiteral("&Print Preview"));
+            for (const char *name : {"lblFilename", "txtFilename", "comBrowse"})
+                QVERIFY(!form.findChild<QWidget *>(name)->isVisible());
+            QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier);
+            QTRY_VERIFY(!form.isVisible());
+        });
+    }
+
+    void exportByKeys() {
+        frmOutput form({});
+        during(form, [&] {
+            QStringList visited;
+            for (int i = 0; i < 8; ++i) {
+                visited << form.focusWidget()->objectName();
+                key(form, Qt::Key_Tab);
+            }
+            QCOMPARE(visited.join(u' '),
+                     QStringLiteral("txtFilename comBrowse chkOpts(0) chkOpts(1) chkOpts(2) "
+                                    "chkOpts(3) cmdRun cmdClose"));
+            QVERIFY(form.findChild<QPushButton *>("cmdRun")->isDefault());
+            // A blank name: nothing happens at all.
+            form.findChild<QLineEdit *>("txtFilename")->setText(QStringLiteral("   "));
+            key(form, Qt::Key_Return);
+            QVERIFY(form.isVisible());
+            form.findChild<QPushButton *>("cmdClose")->setFocus();
+            key(form, Qt::Key_Return);
+        });
+    }
+
+    void nothingIsCut() {
+        const QFont before = QApplication::font();
+        QFont font("Monospace");
+        font.setPointSizeF(20);
+        QApplication::setFont(font);
+        const auto check = [](auto &form) {
+            during(form, [&] {
+                QRegion taken;
+                QCOMPARE(form.font().pointSizeF(), QApplication::font().pointSizeF());
+                for (QWidget *control :
+                     form.template findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+                    if (!control->isVisible())
+                        continue;
+                    const QByteArray name = control->objectName().toUtf8();
+                    const QRect at = control->geometry();
+                    if (!qobject_cast<QLineEdit *>(control))
+                        QVERIFY2(at.size().expandedTo(control->sizeHint()) == at.size(), name);
+                    QVERIFY2(form.rect().contains(at) && !taken.intersects(at), name);
+                    taken += at;
+                }
+                key(form, Qt::Key_Escape);
+            });
+        };
+        check(frmOptions::instance());
+        check(frmAbout::instance());
+        for (const bool printRole : {false, true}) {
+            frmOutput form({});
+            if (printRole)
+                form.setPrintRole();
+            check(form);
+        }
+        QApplication::setFont(before);
+        QCoreApplication::processEvents();
+    }
+};
+
+QTEST_MAIN(FormsTest)
+#include "formsTest.moc"

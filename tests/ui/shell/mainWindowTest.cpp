@@ -1,0 +1,214 @@
+// The main window as a user meets it: commands, keyboard, sizes and what a screen reader is told.
+#include "support/mainWindow.h"
+#include "core/shell/modMain.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QMenuBar>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+using namespace veltrona;
+
+namespace {
+
+/// Closes each dialog that comes up and notes what it was.
+class DialogCloser {
+public:
+    DialogCloser() {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            if (dialog && dialog->isActiveWindow()) {
+                auto *run = dialog->findChild<QAbstractButton *>("cmdRun");
+                seen << dialog->objectName() + (run ? u' ' + run->text() : QString());
+                dialog->close();
+            }
+        });
+        m_timer.start(0);
+    }
+    QStringList seen;
+
+private:
+    QTimer m_timer;
+};
+
+/// Where a control is cut, covered, or out of its frame; empty if all is well.
+QString misplaced(frmMain &window) {
+    QStringList faults;
+    for (const char *name : {"Frame1", "Frame2", "Frame3"}) {
+        auto *frame = window.findChild<QWidget *>(name);
+        QRegion taken;
+        for (auto *control :
+             frame->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (!control->isVisible())
+                continue;
+            const QRect at = control->geometry();
+            if (!frame->rect().contains(at) || taken.intersects(at))
+                faults << control->objectName() + " is out of its place";
+            taken += at;
+            const bool told = qobject_cast<QComboBox *>(control) ||
+                              qobject_cast<QDateEdit *>(control) || qobject_cast<QLabel *>(control);
+            const bool elides = control->objectName() == "lblSum";
+            if (told && !elides && at.size().expandedTo(control->sizeHint()) != at.size())
+                faults << control->objectName() + " is cut";
+        }
+        if (!window.rect().contains(frame->geometry()))
+            faults << frame->objectName() + " leaves the window";
+    }
+    return faults.join("; ");
+}
+
+} // namespace
+
+class MainWindowTest : public test::WindowTest {
+    Q_OBJECT
+private slots:
+    void menusAndBars() {
+        frmMain &window = m_home->window();
+        QStringList commands;
+        for (QAction *menu : window.menuBar()->actions()) {
+            commands << menu->text();
+            for (QAction *entry : menu->menu()->actions()) {
+                commands << "  " + entry->objectName() + ' ' + entry->text();
+                QVERIFY(entry->isEnabled() && !entry->isCheckable() && entry->shortcut().isEmpty());
+            }
+        }
+        QCOMPARE(commands, QStringList({"&File", "  mnuNew &New Database",
+                                        "  mnuOpen &Open Database", "  mnuPRint &Print",
+                                        "  mnuImport &Import Report", "  mnuExport &Export",
+                                        "  mnuExit E&xit", "&Tools", "  mnuClean &Clean Database",
+                                        "  mnuOptions &Options", "&Help", "  mnuAbout About..."}));
+        QStringList buttons;
+        for (QAction *button : window.findChild<QToolBar *>("Toolbar1")->actions()) {
+            buttons << button->text();
+            QVERIFY(!button->icon().isNull());
+        }
+        QCOMPARE(buttons, QStringList({"Import  ", "Export  ", "Print    "}));
+    }
+
+    void commandsByKeyboard() {
+        frmMain &window = m_home->window();
+        m_home->importRows({"One|g|k|Exact|Search Only|2007-05-07|1"});
+        m_home->selectNode({"One"});
+        const QStringList before = m_home->viewDump();
+        DialogCloser closer;
+        const auto menu = [&](Qt::Key title, Qt::Key entry) {
+            // This platform gives the focus back to nobody when a dialog has closed.
+            window.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&window));
+            QTest::keyClick(&window, title, Qt::AltModifier);
+            QTRY_VERIFY(QApplication::activePopupWidget());
+            QTest::keyClick(QApplication::activePopupWidget(), entry);
+            QTRY_VERIFY(!QApplication::activePopupWidget());
+        };
+        for (int i = 0; i < 4; ++i)
+            m_home->dialogs.expectFile("");
+        menu(Qt::Key_F, Qt::Key_N);
+        menu(Qt::Key_F, Qt::Key_O);
+        menu(Qt::Key_F, Qt::Key_I);
+        m_home->command("Imp");
+        QStringList titles;
+        for (const FileDialogSetup &dialog : m_home->dialogs.fileDialogs().mid(1))
+            titles << dialog.title + ' ' + dialog.filter;
+        const QString import = "Import a Google Report XML file XML files (*.xml)|*.xml";
+        const QString projects = " Veltrona Data files (*.vlt)|*.vlt";
+        QCOMPARE(titles, QStringList({"Create a new database" + projects,
+                                      "Open database" + projects, import, import}));
+
+        menu(Qt::Key_F, Qt::Key_E);
+        m_home->command("Exp");
+        menu(Qt::Key_F, Qt::Key_P);
+        m_home->command("Prn");
+        menu(Qt::Key_T, Qt::Key_O);
+        menu(Qt::Key_H, Qt::Key_Return);
+        QCOMPARE(closer.seen.size(), 6);
+        QCOMPARE(closer.seen[0], closer.seen[1]);
+        QCOMPARE(closer.seen[2], closer.seen[3]);
+        QVERIFY(closer.seen[0] != closer.seen[2] && closer.seen[2].startsWith("frmOutput "));
+        QCOMPARE(closer.seen.mid(4), QStringList({"frmOptions", "frmAbout"}));
+
+        for (const Answer answer : {Answer::No, Answer::Cancel}) {
+            m_home->dialogs.expectAnswer(answer);
+            menu(Qt::Key_T, Qt::Key_C);
+        }
+        QVERIFY(m_home->dialogs.allUsed());
+        QCOMPARE(m_home->viewDump(), before); // nothing of all that was confirmed
+        menu(Qt::Key_F, Qt::Key_X);
+        QVERIFY(modMain::ExitFlag);
+        QVERIFY(!window.isVisible());
+    }
+
+    void tabOrder() {
+        QVERIFY(QTest::qWaitForWindowActive(&m_home->window()));
+        m_home->view("treeList")->setFocus();
+        QStringList order;
+        for (int i = 0; i < 9; ++i) {
+            order << QApplication::focusWidget()->objectName();
+            // A date edit walks through its sections first.
+            for (int section = 0;
+                 section < 4 && QApplication::focusWidget()->objectName() == order.last();
+                 ++section)
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order, QStringList({"treeList", "dtpStart", "dtpEnd", "cboRange", "flxStat",
+                                     "mscMain", "cboLeft", "cboGroup", "treeList"}));
+        QCOMPARE(m_home->window().cboRange.ListIndex(), 1); // walking past is no edit
+    }
+
+    void sizes() {
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
+        QFont font = before;
+        font.setPointSize(9);
+        QApplication::setFont(font);
+        QVERIFY(m_home->restart());
+        frmMain &window = m_home->window();
+        for (const QSize &size :
+             {window.minimumSize(), QSize(1300, 900), QSize(2600, 1500), QSize(10, 10)}) {
+            window.resize(size);
+            QTRY_COMPARE(window.size(), size.expandedTo(window.minimumSize()));
+            QVERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
+        }
+        // A font that changes under the open window.
+        for (const int points : {11, 14}) {
+            font.setPointSize(points);
+            QApplication::setFont(font);
+            QTRY_COMPARE(window.font().pointSize(), points);
+            QTRY_VERIFY2(misplaced(window).isEmpty(), qPrintable(misplaced(window)));
+        }
+    }
+
+    void accessible() {
+        QAccessible::setActive(true);
+        m_home->importRows({"|g|k|||2007-05-08|7", "<img src=x> & b|||||2007-05-07|3"});
+        m_home->window().cboLeft.setListIndex(3);
+        QStringList names;
+        for (const char *name : {"treeList", "dtpStart", "dtpEnd", "cboRange", "flxStat", "mscMain",
+                                 "cboLeft", "cboGroup", "lblSum"}) {
+            QAccessibleInterface *face = QAccessible::queryAccessibleInterface(m_home->view(name));
+            // The bridge of this platform tells a label by its relation.
+            const auto labels = face->relations(QAccessible::Label);
+            names << (labels.isEmpty() ? face : labels.first().first)->text(QAccessible::Name);
+            QVERIFY(!face->state().invisible);
+        }
+        QCOMPARE(names,
+                 QStringList({"Account", "Start Date:", "End Date:", "Date Range:", "Statistics",
+                              "Clicks", "Shown Values (bar):", "Group by:", "Campaign Summary"}));
+
+        QAccessibleInterface *tree =
+            QAccessible::queryAccessibleInterface(m_home->view("treeList"));
+        QCOMPARE(tree->role(), QAccessible::Tree);
+        QStringList nodes;
+        for (int child = 1; child < tree->childCount(); ++child) // behind the hidden heading
+            nodes << tree->child(child)->text(QAccessible::Name);
+        QCOMPARE(nodes, QStringList({"Veltrona", "(no name)", "<img src=x> & b"}));
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "mainWindowTest.moc"

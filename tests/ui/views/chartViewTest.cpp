@@ -1,0 +1,211 @@
+// The chart: round axes, labels that have room, bars, tooltips, the picture, and its table for a
+// screen reader.
+#include "ui/views/chartView.h"
+#include "core/controls/chartAxis.h"
+#include "ui/views/chartPainter.h"
+
+#include "support/dataTable.h"
+
+#include <QAccessible>
+#include <QDate>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTest>
+#include <QToolTip>
+
+#include <cmath>
+#include <limits>
+
+using namespace veltrona;
+
+namespace {
+
+void fill(Chart &chart, int bars, double factor = 10) {
+    chart.setRowCount(bars);
+    chart.setSeriesName("Clicks");
+    for (int bar = 1; bar <= bars; ++bar) {
+        const QDate day = QDate(2007, 9, 27).addDays(bar - 1);
+        chart.DataGrid().setRowLabel(bar, 1, QLocale::c().toString(day, "MMM dd"));
+        chart.DataGrid().SetData(bar, 1, bar * factor, 0);
+        chart.DataGrid().setRowDates(bar, day.toString(Qt::ISODate));
+    }
+    chart.changed();
+}
+
+QString plain(QString text) {
+    return text.replace(QChar(0x202F), QLatin1Char('_'));
+}
+
+} // namespace
+
+class ChartViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QAccessible::setActive(true); }
+
+    void axesAreRound_data() {
+        const test::DataTable<double, double, int, QString> row("low", "high", "most", "lines");
+        row("nothing", 0, 0, 5, "0 1");
+        row("hundred", 0, 100, 5, "0 20 40 60 80 100");
+        row("thousands", 0, 1234567, 4, "0 500_000 1_000_000 1_500_000");
+        row("tenths of cents", 0, 0.01, 2, "0.000 0.005 0.010");
+        row("both sides", -120, 80, 5, "\u2212150 \u2212100 \u221250 0 50 100");
+        row("not finite", std::nan(""), std::numeric_limits<double>::infinity(), 5, "0 1");
+        row("huge", 0, 2E20, 2, "0 1e+20 2e+20");
+    }
+    void axesAreRound() {
+        QFETCH(double, low);
+        QFETCH(double, high);
+        QFETCH(int, most);
+        QFETCH(QString, lines);
+        const AxisScale scale = axisScale(low, high, most);
+        QStringList texts;
+        for (int line = scale.first; line <= scale.last; ++line)
+            texts.append(plain(axisText(scale, line)));
+        QCOMPARE(texts.join(QLatin1Char(' ')), lines);
+    }
+
+    void valuesReadAsTheyWereSet() {
+        QCOMPARE(plain(valueText(1234567)), "1_234_567");
+        QCOMPARE(plain(valueText(-1234.5)), "\u22121_234.5");
+        QCOMPARE(valueText(static_cast<double>(0.1F)), "0.1");
+        QCOMPARE(valueText(-0.0), "0");
+        QCOMPARE(valueText(-999), "\u2212999");
+    }
+
+    void labelsHaveRoom() {
+        const QFontMetricsF metrics(QFont("DejaVu Sans", 9));
+        for (const int bars : {2, 31, 46, 90}) {
+            for (const int width : {200, 595, 1600}) {
+                Chart chart;
+                fill(chart, bars, -12345);
+                const QRectF area(0, 0, width, 300);
+                const ChartLayout layout = layOutChart(metrics, area, chart);
+                QVERIFY(area.contains(layout.plot));
+                QVERIFY(layout.plot.left() > metrics.horizontalAdvance(valueText(bars * -12345.)));
+                QVERIFY(layout.labelStep < bars);
+                const double room = layout.labelStep * layout.column(0).width();
+                for (int bar = 1; bar <= bars; bar += layout.labelStep)
+                    QVERIFY(metrics.horizontalAdvance(chart.DataGrid().RowLabel(bar, 1)) < room);
+            }
+        }
+    }
+
+    void barsStandOnTheirValues() {
+        Chart chart;
+        fill(chart, 3);
+        chart.DataGrid().SetData(1, 1, 100, 0);
+        chart.DataGrid().SetData(2, 1, -50, 0);
+        chart.DataGrid().SetData(3, 1, 0, 0);
+        QImage image(600, 300, QImage::Format_RGB32);
+        QPainter painter(&image);
+        const ChartColors colors = ChartColors::lightPaper();
+        paintChart(painter, image.rect(), chart, colors);
+        const ChartLayout layout =
+            layOutChart(QFontMetricsF(painter.font(), &image), image.rect(), chart);
+        painter.end();
+        const auto barAt = [&](int bar, double value) {
+            const QPoint at(qRound(layout.column(bar).center().x()), qRound(layout.y(value)));
+            return image.pixelColor(at) == colors.bar;
+        };
+        QVERIFY(barAt(0, 95) && barAt(0, 5) && !barAt(0, 105) && !barAt(0, -5));
+        QVERIFY(barAt(1, -5) && barAt(1, -45) && !barAt(1, -55) && !barAt(1, 5));
+        QVERIFY(!barAt(2, 5) && !barAt(2, -5));
+    }
+
+    void tellsABarAnywhereInItsColumn() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 31);
+        chart.DataGrid().setRowLabel(5, 1, "<b>Oct 01");
+        chart.DataGrid().SetData(5, 1, 1234.56, 0);
+        view.resize(800, 300);
+        view.show();
+        for (const int y : {2, 150, 298}) {
+            const QPoint at(view.columnRect(4).center().x(), y);
+            QHelpEvent event(QEvent::ToolTip, at, view.mapToGlobal(at));
+            QCoreApplication::sendEvent(&view, &event);
+            const QString text = plain(QToolTip::text());
+            QVERIFY(text.contains("&lt;b&gt;Oct 01\n2007-10-01\nClicks: 1_234.56"));
+        }
+    }
+
+    void thePictureIsLightAndUnscaled() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 12);
+        view.resize(593, 321);
+        const QImage light = view.picture();
+        QPalette dark;
+        dark.setColor(QPalette::Base, Qt::black);
+        dark.setColor(QPalette::Text, Qt::white);
+        view.setPalette(dark);
+        view.setFocus();
+        view.markBar(3);
+        const QImage picture = view.picture();
+        QCOMPARE(picture.size(), QSize(593, 321));
+        QCOMPARE(picture.devicePixelRatio(), 1.0);
+        QCOMPARE(picture.pixelColor(0, 0), QColor(Qt::white));
+        QCOMPARE(picture, light);
+        QCOMPARE(view.grab().toImage().pixelColor(3, 3), QColor(Qt::black));
+    }
+
+    void keysMoveAlongTheBars() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 4);
+        view.resize(500, 300);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowActive(&view));
+        view.setFocus();
+        const auto after = [&](Qt::Key key) {
+            QTest::keyClick(&view, key);
+            return view.markedBar();
+        };
+        QCOMPARE(after(Qt::Key_Right), 0);
+        QCOMPARE(after(Qt::Key_Right), 1);
+        QVERIFY(QToolTip::text().contains("Clicks: 20"));
+        QCOMPARE(after(Qt::Key_End), 3);
+        QCOMPARE(after(Qt::Key_Right), 3);
+        QCOMPARE(after(Qt::Key_Home), 0);
+        QCOMPARE(after(Qt::Key_Left), 0);
+        view.markBar(3);
+        fill(chart, 2); // the marked bar has gone
+        QCOMPARE(view.markedBar(), -1);
+        fill(chart, 0);
+        QCOMPARE(after(Qt::Key_Left), -1);
+        QCOMPARE(after(Qt::Key_Home), -1);
+        QVERIFY(!view.grab().isNull());
+    }
+
+    void isReadOut() {
+        Chart chart;
+        ChartView view(chart);
+        fill(chart, 31);
+        chart.DataGrid().SetData(2, 1, 12345, 0);
+        view.show();
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&view);
+        QCOMPARE(face->role(), QAccessible::Chart);
+        QCOMPARE(face->text(QAccessible::Name), "Clicks");
+        QAccessibleTableInterface *table = face->tableInterface();
+        QVERIFY(table);
+        QCOMPARE(table->rowCount(), 31);
+        QCOMPARE(table->columnDescription(1), "Value");
+        QCOMPARE(table->cellAt(1, 0)->text(QAccessible::Name), "Sep 28");
+        QCOMPARE(plain(table->cellAt(1, 1)->text(QAccessible::Name)), "12_345");
+        QCOMPARE(face->childCount(), 62);
+        for (int child = 0; child < face->childCount(); ++child) {
+            QCOMPARE(face->indexOfChild(face->child(child)), child);
+            QCOMPARE(face->child(child)->parent(), face);
+        }
+        QAccessibleInterface *last = table->cellAt(30, 1);
+        fill(chart, 2);
+        QVERIFY(!last->isValid());
+        QCOMPARE(table->rowCount(), 2);
+        QVERIFY(!table->cellAt(2, 0));
+    }
+};
+
+QTEST_MAIN(ChartViewTest)
+#include "chartViewTest.moc"

@@ -1,0 +1,185 @@
+// The message boxes and file dialogs that a user sees, answered by keys.
+#include "ui/views/qtDialogs.h"
+
+#include "support/dataTable.h"
+#include "support/testFolder.h"
+#include "ui/views/hourglass.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+using namespace veltrona;
+
+Q_DECLARE_METATYPE(veltrona::Answer)
+
+namespace {
+// Runs `scripts` on the modal windows as they come up, one after the other.
+void whenUp(QList<std::function<void(QWidget *)>> scripts) {
+    if (scripts.isEmpty())
+        return;
+    QTimer::singleShot(0, qApp, [scripts]() mutable {
+        QWidget *window = QApplication::activeModalWidget();
+        if (!window || !QTest::qWaitForWindowExposed(window)) {
+            QTest::qFail("no window came up", __FILE__, __LINE__);
+            return;
+        }
+        const auto script = scripts.takeFirst();
+        whenUp(scripts);
+        script(window);
+    });
+}
+
+std::function<void(QWidget *)> pressing(Qt::Key key) {
+    return [key](QWidget *window) {
+        QWidget *target = window->focusWidget() ? window->focusWidget() : window;
+        QTest::keyClick(target, key);
+    };
+}
+
+// Types a name into a file dialog and accepts it.
+std::function<void(QWidget *)> choosing(const QString &name) {
+    return [name](QWidget *window) {
+        auto *edit = window->findChild<QLineEdit *>("fileNameEdit");
+        QVERIFY(edit);
+        edit->setText(name);
+        static_cast<QDialog *>(window)->accept();
+    };
+}
+
+const FileDialogSetup newProject{"Create a new database", "Veltrona Data files (*.vlt)|*.vlt", "",
+                                 "vlt", true};
+} // namespace
+
+class DialogsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+
+    void answers_data() {
+        const test::DataTable<int, Answer, Answer, int> row("style", "enter", "escape", "icon");
+        row("36", 36, Answer::Yes, Answer::No, QMessageBox::Question);
+        row("48", 48, Answer::Ok, Answer::Ok, QMessageBox::Warning);
+        row("49", 49, Answer::Ok, Answer::Cancel, QMessageBox::Warning);
+        row("275", 275, Answer::No, Answer::Cancel, QMessageBox::Critical);
+    }
+    void answers() {
+        QFETCH(int, style);
+        QFETCH(int, icon);
+        QtDialogs dialogs;
+        whenUp({[&](QWidget *window) {
+            QCOMPARE(int(static_cast<QMessageBox *>(window)->icon()), icon);
+            pressing(Qt::Key_Return)(window);
+        }});
+        QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "enter");
+        whenUp({pressing(Qt::Key_Escape)});
+        QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "escape");
+    }
+
+    void aBoxHasNoHourglass() {
+        const Hourglass hourglass;
+        QtDialogs dialogs;
+        whenUp({[](QWidget *window) {
+            QCOMPARE(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+            pressing(Qt::Key_Return)(window);
+        }});
+        dialogs.message(MessageStyle::OkExclamation, "Veltrona", "text");
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    }
+
+    void textsArePlainWithLinesBroken() {
+        QtDialogs dialogs;
+        whenUp({[](QWidget *window) {
+            auto *box = static_cast<QMessageBox *>(window);
+            QCOMPARE(box->text(), QString("<b>a</b>&amp;\nb\nc\nd"));
+            const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
+            QCOMPARE(label->textFormat(), Qt::PlainText);
+            QVERIFY(label->height() >= 4 * label->fontMetrics().height());
+            QVERIFY(box->detailedText().isEmpty());
+            pressing(Qt::Key_Return)(window);
+        }});
+        dialogs.message(MessageStyle::OkExclamation, "Veltrona", "<b>a</b>&amp;\rb\r\nc\nd");
+    }
+
+    void longTextsStayOnTheScreen_data() {
+        const test::DataTable<QString> row("text");
+        row("one word", QString(100'000, 'W'));
+        row("lines", QString("line\r\n").repeated(5000));
+        row("a file name", "/" + QString(250, 'W') + ".xml");
+        row("a path", QString("/a-folder-of-the-path").repeated(190));
+    }
+    void longTextsStayOnTheScreen() {
+        QFETCH(QString, text);
+        QtDialogs dialogs;
+        whenUp({[&](QWidget *window) {
+            auto *box = static_cast<QMessageBox *>(window);
+            const QRect screen = box->screen()->availableGeometry();
+            QVERIFY(box->width() <= screen.width());
+            QVERIFY(box->height() <= screen.height());
+            const QString whole = box->detailedText().isEmpty() ? box->text() : box->detailedText();
+            QCOMPARE(whole, withLineBreaks(text));
+            const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
+            QVERIFY(label->minimumSizeHint().width() <= label->width());
+            for (const QAbstractButton *button : box->buttons())
+                QVERIFY(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())));
+            box->button(QMessageBox::Ok)->click();
+        }});
+        dialogs.message(MessageStyle::OkExclamation, "Veltrona", text);
+    }
+
+    void choicesKeepTheirOrder() {
+        QtDialogs dialogs;
+        const QStringList buttons{"Open another\u2026", "Use the default project", "Quit"};
+        whenUp({pressing(Qt::Key_Return)});
+        QCOMPARE(dialogs.choose("Veltrona", "text", buttons), 0);
+        whenUp({pressing(Qt::Key_Escape)});
+        QCOMPARE(dialogs.choose("Veltrona", "text", buttons), 2);
+    }
+
+    void replacingIsAskedForTheNameThatIsWritten() {
+        const QTemporaryDir folder;
+        test::write(folder.filePath("a.vlt"), {});
+        FileDialogSetup setup = newProject;
+        setup.initialFolder = folder.path();
+        QtDialogs dialogs;
+        const auto declining = [](QWidget *window) {
+            auto *box = qobject_cast<QMessageBox *>(window);
+            QVERIFY(box && box->text().contains("a.vlt"));
+            pressing(Qt::Key_Return)(window); // No is the default
+        };
+        const auto accepting = [](QWidget *window) {
+            qobject_cast<QMessageBox *>(window)->button(QMessageBox::Yes)->click();
+        };
+        whenUp({choosing("a"), declining, choosing("b")});
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("b.vlt"));
+        whenUp({choosing("a"), accepting});
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
+        whenUp({choosing("a"), declining, pressing(Qt::Key_Escape)});
+        QCOMPARE(dialogs.saveFile(setup), QString());
+        setup.confirmsCreation = true;
+        whenUp({choosing("new"),
+                [](QWidget *window) {
+                    auto *box = qobject_cast<QMessageBox *>(window);
+                    QVERIFY(box && box->text().contains("new.vlt doesn't exist"));
+                    pressing(Qt::Key_Escape)(window);
+                },
+                choosing("new"), pressing(Qt::Key_Return)}); // Yes is the default
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("new.vlt"));
+        setup.confirmsCreation = false;
+        // A rule of the caller's in the place of the default extension.
+        setup.finalName = [](const QString &name) { return name + QStringLiteral(".vlt"); };
+        whenUp({choosing("a"), accepting});
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
+    }
+};
+
+QTEST_MAIN(DialogsTest)
+#include "dialogsTest.moc"

@@ -1,0 +1,228 @@
+// The grid's view: what it shows, what a refresh keeps, copying, colours, and what a screen reader
+// is told.
+#include "ui/views/gridView.h"
+#include "ui/views/gridModel.h"
+#include "ui/views/readableColor.h"
+
+#include <QAbstractItemModelTester>
+#include <QAccessible>
+#include <QClipboard>
+#include <QHelpEvent>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolTip>
+
+using namespace veltrona;
+
+namespace {
+
+constexpr int columns = 15;
+
+/// A grid of the program's shape with a data row for each name: the name, then its numbers.
+void fill(Grid &grid, const QStringList &names) {
+    const RedrawPause pause(grid);
+    grid.setRows(3);
+    grid.setColAlignment(0, 0);
+    grid.setColWidth(0, 3000);
+    for (int col = 1; col < columns; ++col)
+        grid.setColWidth(col, col < 13 ? 900 : 0);
+    grid.setTextMatrix(0, 0, "Campaigns");
+    grid.setTextMatrix(0, 1, "Clicks");
+    while (grid.Rows() > 3)
+        grid.RemoveItem(1);
+    for (const QString &name : names) {
+        grid.AddItem(name, grid.Rows() - 2);
+        for (int col = 1; col < columns; ++col)
+            grid.setTextMatrix(grid.Rows() - 3, col, QString::number(col * 1.5) + QChar('%'));
+    }
+    grid.setTextMatrix(grid.Rows() - 1, 0, "Summary");
+}
+
+QStringList names(int count) {
+    QStringList result;
+    for (int i = 0; i < count; ++i)
+        result.append("Row " + QString::number(i));
+    return result;
+}
+
+void colorRow(Grid &grid, int row, Rgb color) {
+    grid.setRow(row);
+    for (int col = 0; col < grid.Cols(); ++col) {
+        grid.setCol(col);
+        grid.setCellForeColor(color);
+    }
+}
+
+struct Shown {
+    Grid grid{columns};
+    GridView view{grid};
+    Shown(const QStringList &rows) {
+        fill(grid, rows);
+        view.resize(600, 200);
+        view.show();
+    }
+    QModelIndex cell(int row, int col) const { return view.model()->index(row, col); }
+};
+
+} // namespace
+
+class GridViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QAccessible::setActive(true); }
+
+    void showsTheGridLive() {
+        Shown shown(names(3));
+        QAbstractItemModelTester tester(shown.view.model(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(shown.view.model()->rowCount(), 5);
+        QCOMPARE(shown.view.model()->headerData(1, Qt::Horizontal, Qt::DisplayRole), "Clicks");
+        QCOMPARE(shown.cell(4, 0).data(), "Summary");
+        shown.grid.setTextMatrix(1, 1, "77");
+        QCOMPARE(shown.cell(0, 1).data(), "77");
+        for (const int rows : {40, 0, 7}) {
+            fill(shown.grid, names(rows));
+            QCOMPARE(shown.view.model()->rowCount(), rows + 2);
+        }
+        QVERIFY(shown.view.isColumnHidden(13) && shown.view.isColumnHidden(14));
+    }
+
+    // A repaint in the middle of a change finds fewer rows than the view has been told of.
+    void survivesARepaintWhileRowsAreGone() {
+        Shown shown(names(20));
+        const RedrawPause pause(shown.grid);
+        while (shown.grid.Rows() > 3)
+            shown.grid.RemoveItem(1);
+        QVERIFY(!shown.view.grab().isNull());
+        QVERIFY(!shown.cell(15, 0).data().isValid());
+        QVERIFY(!shown.view.textColor(shown.cell(15, 0)).name().isEmpty());
+    }
+
+    void aRefreshKeepsPlaceAndSelection() {
+        Shown shown(names(100));
+        shown.view.setCurrentIndex(shown.cell(40, 2));
+        shown.view.selectionModel()->select(QItemSelection(shown.cell(40, 2), shown.cell(42, 3)),
+                                            QItemSelectionModel::ClearAndSelect);
+        shown.view.verticalScrollBar()->setValue(500);
+        QStringList more = names(100);
+        more.insert(10, "new one");
+        more.removeAt(42); // the old row 41
+        fill(shown.grid, more);
+        QCOMPARE(shown.view.verticalScrollBar()->value(), 500);
+        QCOMPARE(shown.view.currentIndex().siblingAtColumn(0).data(), "Row 40");
+        QStringList kept;
+        for (const QModelIndex &index : shown.view.selectionModel()->selectedIndexes()) {
+            if (index.column() == 2)
+                kept.append(index.siblingAtColumn(0).data().toString());
+        }
+        kept.sort();
+        QCOMPARE(kept, QStringList({"Row 40", "Row 42"}));
+    }
+
+    void copiesATableOfTabs() {
+        Shown shown({"a\tb\nc", "<b>O'Neil</b>", "東京"});
+        shown.view.setFocus();
+        shown.view.selectionModel()->select(QItemSelection(shown.cell(0, 0), shown.cell(1, 1)),
+                                            QItemSelectionModel::ClearAndSelect);
+        QTest::keySequence(&shown.view, QKeySequence(QKeySequence::Copy));
+        QCOMPARE(QGuiApplication::clipboard()->text(), "a b c\t1.5%\n<b>O'Neil</b>\t1.5%");
+        shown.view.selectionModel()->select(shown.cell(2, 2), QItemSelectionModel::Select);
+        QCOMPARE(shown.view.selectedText(), "a b c\t1.5%\t\n<b>O'Neil</b>\t1.5%\t\n\t\t3%");
+        shown.view.selectAll(); // but no hidden columns
+        QCOMPARE(shown.view.selectedText().count('\t'), 5 * 12);
+    }
+
+    void readableOnAnyBase() {
+        for (int base = 0; base < 18 * 18 * 18; ++base) {
+            const Rgb paper{base % 18 * 15, base / 18 % 18 * 15, base / 18 / 18 * 15};
+            for (const Rgb color : {Rgb{255, 0, 0}, Rgb{0, 128, 0}, Rgb{0, 0, 0}}) {
+                const Rgb shown = readableColor(color, paper);
+                QVERIFY(contrast(shown, paper) >= 4.5);
+                if (contrast(color, paper) >= 4.5)
+                    QCOMPARE(shown, color);
+            }
+        }
+        QCOMPARE(qRound(contrast({255, 0, 0}, {255, 255, 255}) * 100), 400);
+        const Rgb red = readableColor({255, 0, 0}, {30, 30, 30});
+        const Rgb green = readableColor({0, 128, 0}, {30, 30, 30});
+        QVERIFY(red.red > red.green + 100);
+        QVERIFY(green.green > green.red + 50);
+    }
+
+    void mapsColorsOnADarkPaletteOnly() {
+        Shown shown(names(2));
+        shown.grid.setForeColor({0, 128, 0});
+        colorRow(shown.grid, 2, {255, 0, 0});
+        QPalette palette = shown.view.palette();
+        palette.setColor(QPalette::Base, Qt::white);
+        shown.view.setPalette(palette);
+        QCOMPARE(shown.view.textColor(shown.cell(0, 1)), QColor(0, 128, 0));
+        palette.setColor(QPalette::Base, QColor(20, 20, 40));
+        palette.setColor(QPalette::Text, Qt::white);
+        shown.view.setPalette(palette);
+        const auto rgb = [](const QColor &color) {
+            return Rgb{color.red(), color.green(), color.blue()};
+        };
+        for (const int row : {0, 1, 3})
+            QVERIFY(contrast(rgb(shown.view.textColor(shown.cell(row, 1))),
+                             rgb(shown.view.baseColor(shown.cell(row, 1)))) >= 4.5);
+        QVERIFY(shown.view.baseColor(shown.cell(3, 0)) != shown.view.baseColor(shown.cell(0, 0)));
+        QCOMPARE(shown.grid.cellColor(2, 1), (Rgb{255, 0, 0}));
+    }
+
+    // The cell of the loss's red has more ink than the same cell in nearly the same shade.
+    void marksALossBesideItsText() {
+        Shown shown({"x", "x"});
+        colorRow(shown.grid, 1, {255, 0, 0});
+        colorRow(shown.grid, 2, {254, 0, 0});
+        shown.view.clearSelection();
+        const QImage image = shown.view.viewport()->grab().toImage();
+        const auto inked = [&](int row, int col) {
+            const QImage cell = image.copy(shown.view.visualRect(shown.cell(row, col)));
+            int pixels = 0;
+            for (int at = 0; at < cell.width() * cell.height(); ++at)
+                pixels += qGreen(cell.pixel(at % cell.width(), at / cell.width())) < 128 ? 1 : 0;
+            return pixels;
+        };
+        QVERIFY(inked(0, 0) >= inked(1, 0) + 6);
+        QVERIFY(inked(0, 1) >= inked(1, 1) + 6);
+    }
+
+    void tellsElidedNamesInPlainText() {
+        const QString name = QStringLiteral("<img src=x> sale ") + QString(80, QLatin1Char('w'));
+        Shown shown({name, "short"});
+        QCOMPARE(shown.cell(0, 0).data(), name);
+        const auto toolTip = [&](int row) {
+            const QPoint at = shown.view.visualRect(shown.cell(row, 0)).center();
+            QHelpEvent event(QEvent::ToolTip, at, shown.view.viewport()->mapToGlobal(at));
+            QCoreApplication::sendEvent(shown.view.viewport(), &event);
+            return QToolTip::text();
+        };
+        QVERIFY(toolTip(0).contains("&lt;img src=x&gt; sale www"));
+        QToolTip::hideText();
+        QTRY_VERIFY(!QToolTip::isVisible());
+        QCOMPARE(toolTip(1), QString());
+    }
+
+    void isReadOut() {
+        Shown shown({"Brand", "Sale"});
+        colorRow(shown.grid, 2, {255, 0, 0});
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&shown.view);
+        QAccessibleTableInterface *table = face->tableInterface();
+        QVERIFY(table);
+        QCOMPARE(table->columnDescription(1), "Clicks");
+        QAccessibleInterface *good = table->cellAt(0, 1);
+        QAccessibleInterface *bad = table->cellAt(1, 1);
+        QCOMPARE(good->text(QAccessible::Name), "1.5%");
+        QCOMPARE(good->text(QAccessible::Description), "Clicks");
+        QVERIFY(bad->text(QAccessible::Description).startsWith("Clicks"));
+        QVERIFY(bad->text(QAccessible::Description).contains("loss"));
+        fill(shown.grid, names(30)); // the toolkit's cells survive other rows
+        QCOMPARE(table->rowCount(), 32);
+        QCOMPARE(table->cellAt(29, 0)->text(QAccessible::Name), "Row 29");
+    }
+};
+
+QTEST_MAIN(GridViewTest)
+#include "gridViewTest.moc"
