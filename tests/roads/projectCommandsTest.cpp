@@ -3,6 +3,7 @@
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
 #include "support/mainWindow.h"
+#include "support/projectTemplate.h"
 #include "support/testFolder.h"
 
 #include <QApplication>
@@ -141,7 +142,7 @@ private slots:
         const QString aside = m_home->file("aside.vlt");
         QVERIFY(QFile::rename(path, aside));
         if (how == "replaced")
-            makeProject(QApplication::applicationDirPath() + "/data.dat", path);
+            makeProject(test::projectTemplate(), path);
         const QByteArray bytes = test::contents(aside) + test::contents(path);
         m_home->dialogs.expectAnswer(Answer::Ok);
         m_home->importRows(otherRows);

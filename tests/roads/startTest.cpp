@@ -7,6 +7,7 @@
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
 #include "support/mainWindow.h"
+#include "support/projectTemplate.h"
 #include "support/testFolder.h"
 
 #include <QDir>
@@ -19,10 +20,6 @@ using namespace veltrona;
 namespace {
 
 enum Choice { OpenAnother, SecondWay, Quit };
-
-QString projectTemplate() {
-    return desktop::programFolder() + "/data.dat";
-}
 
 QString defaultProject(const test::MainWindow &home) {
     return home.file("data/Veltrona/Veltrona.vlt");
@@ -58,7 +55,7 @@ private slots:
     }
 
     void badProject_data() {
-        const QByteArray good = test::contents(projectTemplate());
+        const QByteArray good = test::contents(test::projectTemplate());
         QByteArray newer = good;
         newer[63] = 9; // the schema version's last byte
         QByteArray foreign = good;
@@ -88,7 +85,7 @@ private slots:
             // the template: the default project is there already.
             const QString folder = home.file("data/Veltrona");
             QVERIFY(QDir().mkpath(folder));
-            makeProject(projectTemplate(), folder + "/Veltrona.vlt");
+            makeProject(test::projectTemplate(), folder + "/Veltrona.vlt");
             test::allow(folder + "/Veltrona.vlt", 0666);
             for (const QString &open : {home.home(), home.file("data"), folder})
                 test::allow(open, 0777);
@@ -124,7 +121,7 @@ private slots:
     void openAnother() {
         test::MainWindow home;
         home.remember(home.file("gone.vlt"));
-        makeProject(projectTemplate(), home.file("good.vlt"));
+        makeProject(test::projectTemplate(), home.file("good.vlt"));
         home.writeFile("bad.vlt", "junk");
         // A cancelled file dialog asks again, and so does another bad file.
         for (int i = 0; i < 3; ++i)

@@ -2,6 +2,7 @@
 
 #include "core/platform/desktop/clock.h"
 #include "core/shell/settings.h"
+#include "support/gridText.h"
 #include "support/testFolder.h"
 #include "ui/shell/frmOptions.h"
 #include "ui/views/elidedLabel.h"
@@ -119,12 +120,8 @@ QStringList MainWindow::treeDump() const {
 QStringList MainWindow::gridDump() const {
     const Grid &grid = m_window->flxStat;
     QStringList lines;
-    for (int row = 0; row < grid.Rows(); ++row) {
-        QStringList cells;
-        for (int col = 0; col <= grid.Cols() - 3; ++col)
-            cells << grid.TextMatrix(row, col);
-        lines << cells.join(u'|');
-    }
+    for (int row = 0; row < grid.Rows(); ++row)
+        lines << rowText(grid, row, grid.Cols() - 2);
     return lines;
 }
 

@@ -1,14 +1,13 @@
 #include "support/recordTable.h"
 
 #include "core/database/projectFile.h"
-
-#include <QCoreApplication>
+#include "support/projectTemplate.h"
 
 namespace veltrona::test {
 
 RecordTable::RecordTable() {
     const QString path = m_folder.filePath(QStringLiteral("records.vlt"));
-    makeProject(QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat"), path);
+    makeProject(projectTemplate(), path);
     m_connection = openProject(path);
     m_connection->execute("PRAGMA synchronous = OFF");
     m_connection->execute("PRAGMA journal_mode = MEMORY");

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds longestRun{55};
+constexpr std::chrono::seconds longestRun{150};
 
 /// Ends the process if the whole run takes too long, also if no event comes through any more.
 void watch(const std::stop_token &done) {

@@ -15,7 +15,7 @@ def tour(report, folder, scale=1):
     environment = dict(os.environ, QT_SCALE_FACTOR=str(scale),
                        SCREEN=f"{1600 * scale}x{1000 * scale}")
     return subprocess.run([ROOT / "scripts/with-screen", PROGRAM, report, folder], check=False,
-                          env=environment, capture_output=True, text=True, timeout=90)
+                          env=environment, capture_output=True, text=True, timeout=200)
 
 
 def size_of_jpeg(path):

@@ -3,9 +3,9 @@
 #include "core/import/progress.h"
 #include "core/import/reportValues.h"
 #include "core/import/rowReader.h"
+#include "core/platform/desktop/clock.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 
 #include <chrono>
 #include <optional>
@@ -88,7 +88,7 @@ private:
     xml::Walk m_walk;
     RowReader m_reader;
     std::optional<sqlite::Transaction> m_batch;
-    QElapsedTimer m_batchAge;
+    std::chrono::milliseconds m_batchBegan{};
     std::string_view m_dateText; // the report's text of m_date
     ReportDate m_date;
     int m_row = 0;
@@ -125,7 +125,7 @@ void RowLoader::importRows(const std::function<void()> &inc) {
         if (step != xml::Walk::Step::Element || m_walk.name() != "row")
             continue;
         if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
-            m_batchAge.hasExpired(shortestBatch.count()))
+            desktop::steadyTime() - m_batchBegan > shortestBatch)
             commitBatch();
         ++m_row;
         inc();
@@ -185,7 +185,7 @@ void RowLoader::beginBatch() {
                           .arg(QDir::toNativeSeparators(m_connection.path())));
     }
     m_batch.emplace(m_connection);
-    m_batchAge.start();
+    m_batchBegan = desktop::steadyTime();
 }
 
 void RowLoader::commitBatch() {

@@ -1,6 +1,7 @@
 // The statistics of a node from records worked out by hand, from the table to the grid's cells.
 #include "core/analysis/nodeStatistics.h"
 #include "core/analysis/statisticsGrid.h"
+#include "support/gridText.h"
 #include "support/recordTable.h"
 
 #include <QTest>
@@ -13,14 +14,7 @@ QStringList shown(const NodeStatistics &statistics) {
     Grid grid(gridColumn::Count);
     initGrid(grid, false);
     showStatistics(statistics, grid, false);
-    QStringList rows;
-    for (int row = 0; row < grid.Rows(); ++row) {
-        QStringList texts;
-        for (int col = 0; col < grid.Cols(); ++col)
-            texts += grid.TextMatrix(row, col);
-        rows += texts.join('|');
-    }
-    return rows;
+    return test::gridText(grid);
 }
 
 } // namespace

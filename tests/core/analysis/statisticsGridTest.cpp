@@ -3,19 +3,13 @@
 #include "core/analysis/summary.h"
 
 #include "support/dataTable.h"
+#include "support/gridText.h"
 
 #include <QTest>
 
 using namespace veltrona;
 
 namespace {
-
-QString rowText(const Grid &grid, int row) {
-    QStringList texts;
-    for (int col = 0; col < grid.Cols(); ++col)
-        texts += grid.TextMatrix(row, col);
-    return texts.join('|');
-}
 
 /// Raw sums in the place of the rows that an earlier refresh left: 15 texts between bars each.
 void pour(Grid &grid, const QStringList &rows) {
@@ -29,10 +23,7 @@ void pour(Grid &grid, const QStringList &rows) {
 }
 
 QStringList texts(const Grid &grid) {
-    QStringList rows;
-    for (int row = 1; row < grid.Rows(); ++row)
-        rows += rowText(grid, row);
-    return rows;
+    return test::gridText(grid, 1);
 }
 
 const QString spacer(14, '|');

@@ -25,13 +25,13 @@ private slots:
         // Left behind by a crash: played back, it would spoil the new project.
         write(older + "-journal", "journal");
         write(older + "-wal", "log");
-        makeProject(templatePath(), path("link.vlt"));
-        QCOMPARE(contents(older), contents(templatePath()));
+        makeProject(test::projectTemplate(), path("link.vlt"));
+        QCOMPARE(contents(older), contents(test::projectTemplate()));
         QCOMPARE(QFileInfo(path("link.vlt")).symLinkTarget(), older);
         QCOMPARE(QFile::permissions(older), QFile::Permissions(0x6600));
         QCOMPARE(files().size(), 2);
         const QString longest = path(QString(243, 'n') + ".vlt");
-        makeProject(templatePath(), longest);
+        makeProject(test::projectTemplate(), longest);
         QVERIFY(openProject(longest)->isOpen());
     }
 
@@ -50,11 +50,11 @@ private slots:
         QFETCH(QString, target);
         QFETCH(QString, reason);
         QDir(folder()).mkdir("folder");
-        QByteArray bad = contents(templatePath());
+        QByteArray bad = contents(test::projectTemplate());
         bad.chop(8192);
         write(path("bad.dat"), bad);
         // Another user may have no way to where the program was built.
-        write(path("data.dat"), contents(templatePath()));
+        write(path("data.dat"), contents(test::projectTemplate()));
         for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
             write(path(name), name);
         allow(path("protected.vlt"), 0444);

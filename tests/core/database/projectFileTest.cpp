@@ -173,7 +173,7 @@ private slots:
         const auto connection = openProject(file);
         cleanProject(*connection);
         QCOMPARE(records(*connection), 0);
-        QCOMPARE(QFileInfo(file).size(), QFileInfo(templatePath()).size());
+        QCOMPARE(QFileInfo(file).size(), QFileInfo(test::projectTemplate()).size());
     }
 
     /// Deliberate: the records are gone, and that is what was asked for.

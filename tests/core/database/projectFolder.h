@@ -2,21 +2,15 @@
 #pragma once
 
 #include "core/database/projectFile.h"
+#include "support/projectTemplate.h"
 #include "support/testFolder.h"
-
-#include <QCoreApplication>
 
 namespace veltrona {
 
 class ProjectFolder : protected test::TestFolder {
 protected:
-    /// Beside the test program, like the program's own.
-    static QString templatePath() {
-        return QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat");
-    }
-
     QString project(const QString &name = QStringLiteral("p.vlt")) const {
-        makeProject(templatePath(), path(name));
+        makeProject(test::projectTemplate(), path(name));
         return path(name);
     }
 };

@@ -1,5 +1,6 @@
 #include "core/import/importRows.h"
 #include "core/import/progress.h"
+#include "core/platform/desktop/clock.h"
 #include "support/dataTable.h"
 #include "support/failureOf.h"
 #include "support/recordTable.h"
@@ -41,6 +42,7 @@ class ImportTest : public QObject {
     QTemporaryDir m_folder;
     std::unique_ptr<test::RecordTable> m_table;
     xml::Document m_document;
+    std::chrono::milliseconds m_time{};
 
     const xml::Document &load(const QByteArray &content) {
         const QString path = m_folder.filePath(QStringLiteral("week %1 O'Neil.xml"));
@@ -58,7 +60,7 @@ class ImportTest : public QObject {
         sqlite::Statement duplicateTest;
         importRows(m_table->connection(), duplicateTest, m_document, check, [&] {
             if (++steps == 100)
-                QTest::qSleep(110); // a batch that is old enough to be committed
+                m_time += std::chrono::milliseconds(110); // a batch is old enough to be committed
         });
         return steps;
     }
@@ -81,7 +83,11 @@ class ImportTest : public QObject {
     }
 
 private slots:
+    void initTestCase() {
+        desktop::setSteadyClock([this] { return m_time; });
+    }
     void init() { m_table = std::make_unique<test::RecordTable>(); }
+    void cleanupTestCase() { desktop::setSteadyClock({}); }
 
     void checksTheColumns_data() {
         const test::DataTable<QByteArray, bool> add("content", "passes");

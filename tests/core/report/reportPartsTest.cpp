@@ -28,7 +28,7 @@ QString report(const QStringList &names, ReportOptions options = {}) {
 
 } // namespace
 
-class TestReportParts : public QObject {
+class ReportPartsTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -75,5 +75,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestReportParts)
+QTEST_APPLESS_MAIN(ReportPartsTest)
 #include "reportPartsTest.moc"

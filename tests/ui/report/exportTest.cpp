@@ -3,6 +3,7 @@
 #include "core/shell/modMain.h"
 #include "support/fileSizeLimit.h"
 #include "support/mainWindow.h"
+#include "support/shownForm.h"
 #include "ui/report/frmOutput.h"
 #include "ui/report/frmPrev.h"
 
@@ -20,12 +21,11 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
-#include <QTimer>
 
 using namespace veltrona;
 using namespace veltrona::test;
 
-class TestExport : public QObject {
+class ExportTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<MainWindow> m_main;
@@ -52,22 +52,8 @@ class TestExport : public QObject {
                               .toUtf8());
     }
 
-    /// Starts the command and runs the script in its dialog, which must leave it closed.
-    template<typename Script>
-    void during(const QString &command, Script script) {
-        bool ran = false;
-        QTimer::singleShot(0, this, [&] {
-            auto *dialog = qobject_cast<frmOutput *>(QApplication::activeModalWidget());
-            QVERIFY(dialog && QTest::qWaitForWindowExposed(dialog));
-            ran = true;
-            script(*dialog);
-            if (dialog->isVisible()) {
-                QTest::qFail("the script left the dialog open", __FILE__, __LINE__);
-                dialog->reject();
-            }
-        });
-        m_main->command(command);
-        QVERIFY(ran);
+    void during(const QString &command, const std::function<void(frmOutput &)> &script) {
+        test::during<frmOutput>([&] { m_main->command(command); }, script);
     }
     static void type(frmOutput &dialog, const QString &name) {
         dialog.findChild<QLineEdit *>("txtFilename")->setText(name);
@@ -265,5 +251,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestExport)
+QTEST_MAIN(ExportTest)
 #include "exportTest.moc"

@@ -1,5 +1,6 @@
 // The print preview: what it shows and refuses to load, its keys, and long reports.
 #include "support/dialogRecorder.h"
+#include "support/shownForm.h"
 #include "support/writtenReport.h"
 #include "ui/report/frmPrev.h"
 #include "ui/report/printing.h"
@@ -59,7 +60,7 @@ bool holdsColor(const QImage &image, QRgb color) {
 
 } // namespace
 
-class TestPreview : public QObject {
+class PreviewTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
@@ -70,22 +71,9 @@ class TestPreview : public QObject {
     QPushButton *button(const char *name) const { return m_form->findChild<QPushButton *>(name); }
     QImage screen() const { return browser()->viewport()->grab().toImage(); }
 
-    /// Shows the report and runs the script in it, which must leave the window closed.
-    template<typename Script>
-    void during(Script script) {
-        bool ran = false;
-        QTimer::singleShot(0, m_form, [&] {
-            QVERIFY(QTest::qWaitForWindowExposed(m_form));
-            ran = true;
-            script();
-            if (m_form->isVisible()) {
-                QTest::qFail("the script left the preview open", __FILE__, __LINE__);
-                m_form->done(0);
-            }
-        });
+    void during(const std::function<void()> &script) {
         m_form->FileName = path(QStringLiteral("report.html"));
-        m_form->Show();
-        QVERIFY(ran);
+        test::during<frmPrev>([this] { m_form->Show(); }, [&](frmPrev &) { script(); });
     }
     void show(const WrittenReport &report, const std::function<void()> &script) {
         report.write(path(QStringLiteral("report.html")));
@@ -296,5 +284,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPreview)
+QTEST_MAIN(PreviewTest)
 #include "previewTest.moc"

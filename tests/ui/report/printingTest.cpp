@@ -21,7 +21,7 @@
 using namespace veltrona;
 using namespace veltrona::test;
 
-class TestPrinting : public QObject {
+class PrintingTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -220,5 +220,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPrinting)
+QTEST_MAIN(PrintingTest)
 #include "printingTest.moc"

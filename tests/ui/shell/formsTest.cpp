@@ -4,6 +4,7 @@
 #include "core/shell/settings.h"
 #include "core/shell/version.h"
 #include "support/dataTable.h"
+#include "support/shownForm.h"
 #include "support/testFolder.h"
 #include "ui/report/frmOutput.h"
 #include "ui/shell/frmAbout.h"
@@ -15,7 +16,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 
@@ -59,22 +59,9 @@ QString boxes() {
     return values.join(' ');
 }
 
-// Shows a form and runs `script` when it is up; fails if the script has left it open.
 template<class Form>
 void during(Form &form, const std::function<void()> &script) {
-    bool ran = false;
-    QTimer::singleShot(0, &form, [&] {
-        ran = true;
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        QCoreApplication::processEvents(); // a changed font comes by an event
-        script();
-        if (form.isVisible()) {
-            QTest::qFail("the script left the form open", __FILE__, __LINE__);
-            form.done(0);
-        }
-    });
-    form.Show();
-    QVERIFY(ran);
+    test::during<Form>([&] { form.Show(); }, [&](Form &) { script(); });
 }
 
 void key(QWidget &form, Qt::Key key) {
@@ -237,19 +224,12 @@ private slots:
         QApplication::setFont(font);
         const auto check = [](auto &form) {
             during(form, [&] {
-                QRegion taken;
                 QCOMPARE(form.font().pointSizeF(), QApplication::font().pointSizeF());
-                for (QWidget *control :
-                     form.template findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
-                    if (!control->isVisible())
-                        continue;
-                    const QByteArray name = control->objectName().toUtf8();
-                    const QRect at = control->geometry();
-                    if (!qobject_cast<QLineEdit *>(control))
-                        QVERIFY2(at.size().expandedTo(control->sizeHint()) == at.size(), name);
-                    QVERIFY2(form.rect().contains(at) && !taken.intersects(at), name);
-                    taken += at;
-                }
+                QCOMPARE(test::misplaced(form,
+                                         [](const QWidget &control) {
+                                             return qobject_cast<const QLineEdit *>(&control);
+                                         }),
+                         QString());
                 key(form, Qt::Key_Escape);
             });
         };

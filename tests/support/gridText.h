@@ -1,0 +1,26 @@
+// A grid as texts.
+#pragma once
+
+#include "core/controls/grid.h"
+
+#include <QStringList>
+
+namespace veltrona::test {
+
+/// The cells of the first `columns` columns, parted by "|".
+inline QString rowText(const Grid &grid, int row, int columns) {
+    QStringList texts;
+    for (int col = 0; col < columns; ++col)
+        texts += grid.TextMatrix(row, col);
+    return texts.join(u'|');
+}
+
+/// A line for each row from `firstRow` on, with all its cells.
+inline QStringList gridText(const Grid &grid, int firstRow = 0) {
+    QStringList rows;
+    for (int row = firstRow; row < grid.Rows(); ++row)
+        rows += rowText(grid, row, grid.Cols());
+    return rows;
+}
+
+} // namespace veltrona::test
