@@ -1,4 +1,5 @@
-// The bars of the chart: one metric of a node, period by period, at most 90 bars.
+// The bars of the chart: one metric of a node, period by period, at most 90 bars unless they are
+// years.
 #pragma once
 
 #include "core/analysis/chartPeriods.h"
