@@ -141,10 +141,37 @@ private slots:
         QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
         m_home->selectNode({});
         QVERIFY(m_home->gridDump().contains("New|3|3|3%|0|0|0|0%|0|0|0|0%|0"));
+        // Whatever node is selected, the range is the whole table's.
+        m_home->selectNode({"O'Neil's", "zwei"});
+        QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
+        m_home->selectNode({});
         // Chosen again, "All" begins at its fixed date once more.
         window.cboRange.setListIndex(all);
         QVERIFY(m_home->gridDump().contains("New|2|2|2%|0|0|0|0%|0|0|0|0%|0"));
         QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
+    }
+
+    void whatAnImportLeavesAndTakes() {
+        frmMain &window = m_home->window();
+        const int narrow = window.flxStat.ColWidth(0);
+        window.cboLeft.setListIndex(3);
+        window.cboGroup.setListIndex(1);
+        m_home->selectNode({"O'Neil's", "it's"});
+        const TreeNode *selected = window.treeList.SelectedItem();
+        m_home->importReport(QString()); // cancelled
+        QCOMPARE(window.treeList.SelectedItem(), selected);
+        // The grid is emptied before the report is looked at, and filled again when it is refused.
+        int rows = 0;
+        m_home->dialogs.whileOpen = [&] { rows = window.flxStat.Rows(); };
+        m_home->dialogs.expectAnswer(Answer::Ok);
+        m_home->importReport(m_home->writeFile("none.xml", "<r><column name='date'/></r>"));
+        QCOMPARE(rows, 3);
+        QCOMPARE(window.treeList.SelectedItem(), window.treeList.Nodes().Item(1));
+        QCOMPARE(m_home->gridDump(), lastWeekRows);
+        m_home->importRows({QString(60, 'W') + "|||||2007-05-07|1"});
+        QCOMPARE(window.cboLeft.ListIndex() * 10 + window.cboGroup.ListIndex(), 31);
+        QVERIFY(window.flxStat.ColWidth(0) > 2 * narrow);                  // for the new name
+        QVERIFY(window.flxStat.ColWidth(12) > window.flxStat.ColWidth(1)); // for its heading
     }
 
     void presetsAndPickers() {

@@ -39,6 +39,7 @@ private slots:
         days("90 days", 0, 90, {Day, 90, 1});
         days("91 days: 45.5 is 46", 0, 91, {Day, 46, 2});
         days("183 days: 91.5 is 92", 0, 183, {Day, 61, 3});
+        days("724 days: 90.5 is 90", 0, 724, {Day, 90, 8});
         days("725 days go by weeks", 0, 725, {Week, 52, 2});
         days("13 days by weeks", 1, 13, {Week, 1, 1});
         days("14 days by weeks", 1, 14, {Week, 2, 1});
@@ -51,6 +52,7 @@ private slots:
         row("725 months go by years", 2, range("1950-01-01", "2010-05-01"), {Year, 60, 1});
         row("years count one on at the year's end alone", 2, range("1950-01-01", "2010-12-31"),
             {Year, 61, 1});
+        row("a week begun isn't one", 1, {36526.5, 36539.0}, {Week, 1, 1});
         row("reversed by days", 0, range("2007-05-14", "2007-05-13"), {Day, 1, 1});
     }
     void choice() {

@@ -98,6 +98,29 @@ private slots:
         QVERIFY(find(tree, {"c", "h", "Search keywords", "", "\tt\u00A0"}));
     }
 
+    void readingOrderOnEachLevel() {
+        test::RecordTable table;
+        const QStringList stored = {"Zoo", "apple", "Apple"};
+        const QStringList shown = {"Apple", "apple", "Zoo"};
+        for (const QString &name : stored) {
+            add(table, name, "g", "k", "t");
+            add(table, "c", name, "k", "t");
+            add(table, "c", "g", name, "t");
+            add(table, "c", "g", "k", name);
+        }
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        const auto listed = [&](const QStringList &path, const QString &other) {
+            QStringList names = texts(find(tree, path)->Children);
+            names.removeOne(other);
+            return names;
+        };
+        QCOMPARE(listed({}, "c"), shown);
+        QCOMPARE(listed({"c"}, "g"), shown);
+        QCOMPARE(listed({"c", "g", "Search keywords"}, "k"), shown);
+        QCOMPARE(listed({"c", "g", "Search keywords", "k"}, "t"), shown);
+    }
+
     void manyRecordsOfAName() {
         test::RecordTable table;
         const QStringList path = {"", "a", "b"};

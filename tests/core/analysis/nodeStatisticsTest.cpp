@@ -54,6 +54,32 @@ private slots:
                       "C|0|7|0%|0|0|0|0%|0|0|0|0%|0||", QString(14, '|'),
                       "Summary|14|297|25.25%|0.18|4.1|5.5|5.5%|4283333.33|1.4|4.75|15.85%|1||"}));
     }
+
+    void smallNumbersAndNegativeOnes() {
+        test::RecordTable table;
+        const auto record = [&table](const char *campaign, double clicks, int cost, int conv) {
+            table.insert({{"Campaign", campaign},
+                          {"GoogleDate", "2007-05-14"},
+                          {"Clicks", clicks},
+                          {"cost", cost},
+                          {"conv", conv}});
+        };
+        table.connection().execute("BEGIN");
+        for (int i = 0; i < 1000; ++i)
+            record("shoes", 0.1, 0, 0); // the float sum is 99.9999999999986
+        record("Shoes", 1, 3000000, -2);
+        table.connection().execute("COMMIT");
+        TreeNode root;
+        root.Tag = " ORDER BY campaign";
+        const DateValue day = dateValue(CalendarDay{2007, 5, 14});
+        QCOMPARE(shown(queryNodeStatistics(table.connection(), root, {day, day})).mid(1, 2),
+                 QStringList({"Shoes|1|0|0%|0|3|-2|-2%|-1500000|0|0|-100%|0||",
+                              "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||"}));
+        QVERIFY(queryNodeStatistics(table.connection(), root, {day + 1, day - 1}).rows.empty());
+        root.Tag = " AND campaign='shoes' ORDER BY adGroup";
+        QCOMPARE(queryNodeStatistics(table.connection(), root, {day, day}).rows.size(), 1U);
+        QCOMPARE(queryNodeStatistics(table.connection(), root, {day, day}).rows[0].clicks, 100.0);
+    }
 };
 
 QTEST_GUILESS_MAIN(NodeStatisticsTest)

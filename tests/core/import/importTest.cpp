@@ -100,6 +100,11 @@ private slots:
             "<r><column name='campaign'>x</column><column name='date'/></r>", false);
         add("the second with content",
             "<r><column name='campaign'/><column name='date'>x</column></r>", true);
+        add("blank around a name", "<r><column name='campaign '/><column name='date'/></r>", false);
+        add("an empty name",
+            "<r><column name=''/><column name='campaign'/><column name='date'/></r>", true);
+        add("white space in a column",
+            "<r><column name='campaign'>\n</column><column name='date'/></r>", true);
         // The walk stops before it comes to the column that has no name.
         add("stopped early", "<r><title>x</title><column/></r>", false);
     }
@@ -168,6 +173,32 @@ private slots:
         import(report({"campaign", "date", "clicks", "pos", "headline"}, rows));
         QCOMPARE(records("Campaign, Clicks, Pos, headline, CreativeId, typeof(Clicks)"),
                  (QStringList{"|0|1.5||0|integer", "|0|0||0|integer"}));
+    }
+
+    void storesRowsWhereverTheyStand() {
+        const auto rowOf = [](const QByteArray &name, const QByteArray &inside = "") {
+            return "<row CAMPAIGN='" + name + "' campaign='other' Date='2007-05-14'>" + inside +
+                   "</row>";
+        };
+        import("<r><columns><column name='CAMPAIGN'/><column name='Date'/></columns><rows>" +
+               rowOf("outer", rowOf("inner")) + "</rows><more>" + rowOf("second list") +
+               "</more></r>");
+        QCOMPARE(records("Campaign"), (QStringList{"outer", "inner", "second list"}));
+    }
+
+    void eachKeyValueMakesAnotherRecord() {
+        QByteArray rows = row("k");
+        const std::pair<const char *, const char *> changes[] = {
+            {"'C'", "'c'"},         {"'A'", "'a'"}, {"'k'", "'K'"},
+            {"'Broad'", "'broad'"}, {"'7'", "'8'"}, {"05-14'", "05-14 00:00:01'"}};
+        for (const auto &[from, to] : changes)
+            rows += row("k").replace(from, to);
+        import(report(keyColumns, rows + rows));
+        QCOMPARE(records("Campaign, Adgroup, KeyWord, kwType, CreativeId, GoogleDate"),
+                 (QStringList{"C|A|k|Broad|7|2007-05-14", "c|A|k|Broad|7|2007-05-14",
+                              "C|a|k|Broad|7|2007-05-14", "C|A|K|Broad|7|2007-05-14",
+                              "C|A|k|broad|7|2007-05-14", "C|A|k|Broad|8|2007-05-14",
+                              "C|A|k|Broad|7|2007-05-14 00:00:01"}));
     }
 
     void storesHostileNames() {

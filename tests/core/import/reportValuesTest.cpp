@@ -50,6 +50,8 @@ private slots:
         row("2006-01-01", "2006 01", "2006 01"); // a Sunday
         row("2005-01-01", "2005 01", "2005 01"); // a Saturday
         row("2007-03-01", "2007 03", "2007 09"); // the year begins on a Monday
+        row("2005-12-31", "2005 12", "2005 53");
+        row("2000-12-31", "2000 12", "2000 54"); // a Sunday in a leap year
     }
     void worksOutMonthAndWeek() {
         const std::optional<ReportDate> date = readDate(QTest::currentDataTag());

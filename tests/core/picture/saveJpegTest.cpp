@@ -88,6 +88,11 @@ private slots:
         QVERIFY(save(path("new.jpg"), 85, true)); // nothing there: no question
     }
 
+    void wordsOfTheCodec() {
+        QCOMPARE(modJPEG::ijlErrorText(-9), "An error occored while closing the file");
+        QCOMPARE(modJPEG::ijlErrorText(-98), "Unknown Error");
+    }
+
     void failuresLeaveNoFile() {
         QVERIFY(!save(path("missing/g.jpg")));
         QCOMPARE(m_number, -10);
