@@ -1,4 +1,5 @@
 #include "support/mainWindow.h"
+#include "core/base/product.h"
 
 #include "core/platform/desktop/clock.h"
 #include "core/shell/settings.h"
@@ -14,6 +15,7 @@
 namespace veltrona::test {
 
 MainWindow::MainWindow(const QDate &today) {
+    QCoreApplication::setApplicationName(productName);
     qputenv("XDG_DATA_HOME", m_home.filePath(QStringLiteral("data")).toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", m_home.filePath(QStringLiteral("config")).toLocal8Bit());
     desktop::setClock([today] { return QDateTime(today, QTime(12, 0)); });

@@ -3,6 +3,7 @@
 #include "core/analysis/cellText.h"
 #include "core/analysis/nodeRecords.h"
 #include "core/analysis/nodeTag.h"
+#include "core/base/failureNumbers.h"
 #include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
@@ -91,8 +92,7 @@ private:
 DateValue dateOf(std::string_view text, const QString &path) {
     if (const auto date = dateOfIsoText(text))
         return *date;
-    constexpr int mismatch = 20; // the engine's own number for a value of the wrong type
-    throw Failure(mismatch,
+    throw Failure(unreadableDate,
                   QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
                       .arg(path, QString::fromUtf8(text.data(), qsizetype(text.size())).left(40)));
 }

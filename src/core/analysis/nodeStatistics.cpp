@@ -193,10 +193,10 @@ void showStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor
         return;
     }
     removeDataRows(grid);
-    grid.setTextMatrix(0, gridColumn::Name, statistics.heading);
+    grid.setTextMatrix(gridRow::Heading, gridColumn::Name, statistics.heading);
     for (const StatisticsRow &row : statistics.rows) {
-        grid.AddItem(QString(), grid.Rows() - 2);
-        writeRow(grid, grid.Rows() - 3, row);
+        grid.AddItem(QString(), gridRow::spacer(grid.Rows()));
+        writeRow(grid, gridRow::dataRows(grid.Rows()), row);
     }
     sumUp(grid, gridColor);
 }

@@ -14,7 +14,7 @@ struct GridColumn {
     const char *zeroText;
 };
 
-constexpr std::array<GridColumn, 13> columns = {{
+constexpr std::array<GridColumn, gridColumn::Shown> columns = {{
     {"Campaigns", "Summary"},
     {"Clicks", "0"},
     {"Impr.", "0"},
@@ -111,27 +111,28 @@ void initGrid(Grid &grid, bool gridColor) {
     grid.setColWidth(gridColumn::CpcCount, 0);
     // The summary keeps its cell colours here; those of a data row must not become the summary's.
     removeDataRows(grid);
-    grid.setRows(3);
-    for (int row = 1; row < grid.Rows(); ++row) {
+    grid.setRows(gridRow::Fixed);
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row) {
         for (int col = 0; col < grid.Cols(); ++col)
             grid.setTextMatrix(row, col, QString());
     }
     for (std::size_t col = 0; col < columns.size(); ++col)
-        grid.setTextMatrix(0, static_cast<int>(col), QLatin1String(columns[col].heading));
+        grid.setTextMatrix(gridRow::Heading, static_cast<int>(col),
+                           QLatin1String(columns[col].heading));
     grid.setForeColor(gridColor ? green : black);
 }
 
 void resetSummary(Grid &grid) {
     const RedrawPause pause(grid);
     for (std::size_t col = 0; col < columns.size(); ++col)
-        grid.setTextMatrix(grid.Rows() - 1, static_cast<int>(col),
+        grid.setTextMatrix(gridRow::summary(grid.Rows()), static_cast<int>(col),
                            QLatin1String(columns[col].zeroText));
 }
 
 void removeDataRows(Grid &grid) {
     const RedrawPause pause(grid);
-    while (grid.Rows() > 3)
-        grid.RemoveItem(1);
+    while (gridRow::dataRows(grid.Rows()) > 0)
+        grid.RemoveItem(gridRow::FirstData);
 }
 
 void sizeColumns(Grid &grid, int col, const TextWidth &textWidth) {

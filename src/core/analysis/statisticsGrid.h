@@ -1,4 +1,5 @@
-// The shape of the statistics grid: its columns, headings, kinds of rows and column widths.
+// The shape of the statistics grid: its columns, headings, kinds of rows, colours and column
+// widths. Everything that tells rows, columns or losses apart takes it from here.
 #pragma once
 
 #include "core/controls/grid.h"
@@ -22,12 +23,31 @@ enum : int {
     ConversionValue,
     Roi,
     Transactions,
-    PositionCount,
-    CpcCount, // hidden
-    Count
+    PositionCount, // this and the next are hidden
+    CpcCount,
+    Count,
+    Shown = PositionCount // so many columns are for the user's eyes
 };
 }
 
+/// The rows of a grid of `rows` rows: the headings, the data rows, an empty spacer, the summary.
+namespace gridRow {
+inline constexpr int Heading = 0;
+inline constexpr int FirstData = 1;
+inline constexpr int BelowData = 2;
+inline constexpr int Fixed = FirstData + BelowData;
+constexpr int dataRows(int rows) {
+    return rows - Fixed;
+}
+constexpr int spacer(int rows) {
+    return rows - BelowData;
+}
+constexpr int summary(int rows) {
+    return rows - 1;
+}
+} // namespace gridRow
+
+/// The colour of a row that didn't earn back its cost.
 inline constexpr Rgb red{255, 0, 0};
 inline constexpr Rgb green{0, 128, 0};
 inline constexpr Rgb black{0, 0, 0};

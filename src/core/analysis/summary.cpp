@@ -49,7 +49,7 @@ void addRow(const Grid &grid, int row, Sums &sums) {
 }
 
 void writeSums(Grid &grid, const Sums &sums) {
-    const int row = grid.Rows() - 1;
+    const int row = gridRow::summary(grid.Rows());
     for (int col = Clicks; col <= Transactions; ++col) {
         if (col != Roi)
             setCellNumber(grid, row, col, sums[static_cast<std::size_t>(col)]);
@@ -103,10 +103,10 @@ QString returnOnInvestment(double conversionValue, double cost) {
 void sumUp(Grid &grid, bool gridColor) {
     const RedrawPause pause(grid);
     resetSummary(grid);
-    const int rows = grid.Rows() - 3;
-    const int summary = grid.Rows() - 1;
+    const int rows = gridRow::dataRows(grid.Rows());
+    const int summary = gridRow::summary(grid.Rows());
     Sums sums{};
-    for (int row = 1; row <= rows; ++row) {
+    for (int row = gridRow::FirstData; row <= rows; ++row) {
         averageRow(grid, row);
         addRow(grid, row, sums);
         roundRow(grid, row);

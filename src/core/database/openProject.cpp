@@ -1,3 +1,4 @@
+#include "core/base/product.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
 
@@ -15,9 +16,9 @@ constexpr int sqlError = 1; // SQLite's number for a statement that doesn't fit 
 /// and lock out every reader, in the middle of the batch.
 constexpr int cacheSize = 32000;
 
-[[noreturn]] void refuse(ProjectFault fault, const QString &path, const QString &reason) {
-    throw Failure(fault, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")
-                             .arg(QDir::toNativeSeparators(path), reason));
+[[noreturn]] void refuse(FailureNumber number, const QString &path, const QString &reason) {
+    throw Failure(number, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")
+                              .arg(QDir::toNativeSeparators(path), reason));
 }
 
 qint64 number(const Connection &connection, std::string_view sql) {
@@ -28,11 +29,11 @@ qint64 number(const Connection &connection, std::string_view sql) {
 void proveIdentity(const Connection &connection) {
     if (number(connection, "PRAGMA application_id") != projectApplicationId)
         refuse(noProject, connection.path(),
-               QStringLiteral("it is a database, but not one of Veltrona"));
+               QStringLiteral("it is a database, but not one of ") + productName);
     const qint64 version = number(connection, "PRAGMA user_version");
     if (version > projectSchemaVersion)
         refuse(newerProject, connection.path(),
-               QStringLiteral("it was made by a newer version of Veltrona"));
+               QStringLiteral("it was made by a newer version of ") + productName);
     if (version < 1)
         refuse(damagedProject, connection.path(),
                QStringLiteral("it is damaged, its version is missing"));

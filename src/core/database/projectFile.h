@@ -3,6 +3,7 @@
 // anything relies on it.
 #pragma once
 
+#include "core/base/failureNumbers.h"
 #include "core/platform/sqlite/connection.h"
 
 #include <QDir>
@@ -10,9 +11,6 @@
 #include <memory>
 
 namespace veltrona {
-
-/// The numbers of the failures that no other component reports; SQLite's own for the like.
-enum ProjectFault { damagedProject = 11, newerProject = 17, noProject = 26 };
 
 /// The title of a project: the file name without folder and last extension.
 QString projectTitle(const QString &path, QChar separator = QDir::separator());

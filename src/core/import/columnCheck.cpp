@@ -1,6 +1,7 @@
 #include "core/import/columnCheck.h"
 
 #include "core/base/failure.h"
+#include "core/base/failureNumbers.h"
 
 #include <QDir>
 

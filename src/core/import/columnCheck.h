@@ -10,9 +10,6 @@ namespace veltrona {
 /// The bar of an import counts in 16 bits.
 inline constexpr int mostReportRows = 32767;
 
-/// Failure numbers of an import that no other component reports.
-enum ImportFault { tooManyRows = 6, unreadableReport = 13 };
-
 struct ColumnCheck {
     ReportColumnNames names;
     int rowCount = 0; // as far as the walk has come

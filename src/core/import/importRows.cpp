@@ -1,5 +1,6 @@
 #include "core/import/importRows.h"
 
+#include "core/base/failureNumbers.h"
 #include "core/import/progress.h"
 #include "core/import/reportValues.h"
 #include "core/import/rowReader.h"
@@ -14,7 +15,6 @@ namespace veltrona {
 
 namespace {
 
-constexpr int movedProject = 1032; // as SQLite numbers it
 constexpr qsizetype mostShown = 40;
 
 // A commit waits for the disk some four times; younger batches aren't worth it.

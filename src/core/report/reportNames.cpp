@@ -1,6 +1,7 @@
 #include "core/report/reportNames.h"
 
 #include "core/base/blanks.h"
+#include "core/base/product.h"
 
 namespace veltrona {
 
@@ -12,8 +13,7 @@ QString reportFileName(const QString &name) {
 }
 
 QString printReportPath(const QString &dataFolder, QChar separator) {
-    return dataFolder + separator + QStringLiteral("Veltrona") + separator +
-           QStringLiteral("Report.html");
+    return dataFolder + separator + productName + separator + QStringLiteral("Report.html");
 }
 
 QString graphPath(const QString &reportFile, QChar separator) {

@@ -2,6 +2,7 @@
 
 #include "core/analysis/statisticsGrid.h"
 #include "core/base/blanks.h"
+#include "core/base/product.h"
 #include "core/report/reportNames.h"
 
 #include <algorithm>
@@ -52,6 +53,7 @@ private:
         m_text.append(piece, Size - 1);
     }
     void append(std::string_view piece) { m_text += piece; }
+    void append(QLatin1String piece) { m_text.append(piece.data(), std::size_t(piece.size())); }
     void append(const QString &value) { appendAnsi(m_text, value); }
     void append(QStringView value) { appendAnsi(m_text, value); }
 
@@ -59,10 +61,9 @@ private:
 };
 
 constexpr char head[] =
-    R"(<html><head><meta http-equiv="Content-Type" content="text/html; charset=iso-8859-1"><title>Veltrona Report</title>)";
+    R"(<html><head><meta http-equiv="Content-Type" content="text/html; charset=iso-8859-1"><title>)";
 constexpr char style[] =
     R"(<style type="text/css"><!--.Stil5 {font-family: Arial, Helvetica, sans-serif; font-size: 12px; }.Stil6 {font-family: Arial, Helvetica, sans-serif; font-size: 18px; }.Stil8 {color: #FF3333}.GoogleHeader {font-family: Arial, Helvetica, sans-serif}.GoogleFooter {color: #008000}--></style><body>)";
-constexpr char title[] = R"(<p class="Stil6">Veltrona Report</p>)";
 constexpr char tableHead[] = R"(<table width="800" border="1" cellspacing="0">)";
 constexpr char rowHead[] = R"(<tr class="Stil5">)";
 constexpr char redOpen[] = R"(<span class="Stil8">)";
@@ -92,18 +93,17 @@ void writeDetails(Lines &lines, const ReportContent &content) {
 }
 
 void writeStatistics(Lines &lines, const Grid &grid, bool doColor) {
-    const int columns = grid.Cols() - 2;
     lines.write(tableHead);
     lines.write("<tr>");
-    for (int col = 0; col < columns; ++col)
+    for (int col = 0; col < gridColumn::Shown; ++col)
         lines.write(R"(<th class="Stil5"><div align="left">)",
-                    withoutBlanks(grid.TextMatrix(0, col)), "</div></th>");
+                    withoutBlanks(grid.TextMatrix(gridRow::Heading, col)), "</div></th>");
     lines.write("</tr>");
-    for (int row = 1; row < grid.Rows(); ++row) {
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row) {
         lines.write(rowHead);
-        for (int col = 0; col < columns; ++col) {
-            const std::string_view open =
-                col == 0 ? R"(<td><div align="left">)" : R"(<td><div align="right">)";
+        for (int col = 0; col < gridColumn::Shown; ++col) {
+            const std::string_view open = col == gridColumn::Name ? R"(<td><div align="left">)"
+                                                                  : R"(<td><div align="right">)";
             const QStringView text = withoutBlanks(grid.TextMatrix(row, col));
             if (doColor && grid.cellColor(row, col) == red)
                 lines.write(open, redOpen, text, "</span></div></td>");
@@ -145,9 +145,9 @@ void appendAnsi(std::string &out, QStringView text) {
 std::string reportText(const ReportContent &content, const Grid &grid) {
     const ReportOptions &options = content.options;
     Lines lines(expectedSize(content, grid));
-    lines.write(head);
+    lines.write(head, productName, " Report</title>");
     lines.write(style);
-    lines.write(title);
+    lines.write(R"(<p class="Stil6">)", productName, " Report</p>");
     if (options.dateAndTime)
         lines.write(R"(<p class="Stil5">Created on: )", content.now, "</p>");
     writeDetails(lines, content);
@@ -160,7 +160,7 @@ std::string reportText(const ReportContent &content, const Grid &grid) {
     }
     if (options.footer)
         lines.write(R"(<p>&nbsp;</p><p align="center" class="Stil5">Created with <a href=")",
-                    homePage, R"(">Veltrona</a></p>)");
+                    homePage, R"(">)", productName, "</a></p>");
     lines.write("</body></html>");
     return lines.take();
 }

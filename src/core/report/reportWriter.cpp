@@ -1,5 +1,6 @@
 #include "core/report/reportWriter.h"
 
+#include "core/analysis/statisticsGrid.h"
 #include "core/base/blanks.h"
 #include "core/base/failure.h"
 #include "core/picture/modJPEG.h"
@@ -56,8 +57,8 @@ void writeReport(const QString &strFilename, bool doColor, const ReportSource &s
     desktop::ReplacementFile page(fileName);
     page.write(reportText(contentOf(source, doColor), *source.grid));
     if (source.options.details) {
-        source.grid->setRow(source.grid->Rows() - 1);
-        source.grid->setCol(source.grid->Cols() - 3);
+        source.grid->setRow(gridRow::summary(source.grid->Rows()));
+        source.grid->setCol(gridColumn::Transactions);
     }
     desktop::ReplacementFile picture(graphPath(fileName));
     const bool saved = source.options.graph && savePicture(source, picture.path());

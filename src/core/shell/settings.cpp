@@ -1,5 +1,7 @@
 #include "core/shell/settings.h"
 
+#include "core/base/product.h"
+
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -18,7 +20,7 @@ QString groupOf(const QString &keyName) {
 
 QString settingsFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/Veltrona/Veltrona.ini");
+           QStringLiteral("/%1/%1.ini").arg(productName);
 }
 
 int writeValue(QSettings &key, const QString &valueName, int valueType, const QVariant &value) {

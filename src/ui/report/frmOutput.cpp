@@ -1,6 +1,7 @@
 #include "ui/report/frmOutput.h"
 
 #include "core/base/blanks.h"
+#include "core/base/product.h"
 #include "core/controls/commonDialog.h"
 #include "core/platform/desktop/browser.h"
 #include "core/platform/dialogs/dialogs.h"
@@ -145,7 +146,7 @@ void frmOutput::runExport() {
     txtFilename->setText(reportFileName(txtFilename->text()));
     doExport(txtFilename->text(), m_settings.exportColor);
     const Answer answer = dialogs().message(
-        MessageStyle::YesNoQuestion, QStringLiteral("Veltrona"),
+        MessageStyle::YesNoQuestion, productName,
         QStringLiteral("Report created!\rDo you want to open the report in your browser?"));
     if (answer == Answer::Yes)
         showHtml(withoutBlanks(txtFilename->text()).toString());

@@ -1,6 +1,7 @@
 #include "ui/report/frmPrev.h"
 
 #include "core/base/failure.h"
+#include "core/base/product.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "ui/report/printing.h"
@@ -35,7 +36,7 @@ QPalette paperPalette() {
 }
 
 void tell(const QString &text) {
-    dialogs().message(MessageStyle::OkCancelExclamation, QStringLiteral("Veltrona"), text);
+    dialogs().message(MessageStyle::OkCancelExclamation, productName, text);
 }
 
 } // namespace

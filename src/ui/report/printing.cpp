@@ -1,6 +1,8 @@
 #include "ui/report/printing.h"
 
 #include "core/base/failure.h"
+#include "core/base/failureNumbers.h"
+#include "core/base/product.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
@@ -26,8 +28,8 @@ public:
 
     void print(ReportDocument &report, QWidget *owner) override {
         QPrinter printer(QPrinter::HighResolution);
-        printer.setDocName(QStringLiteral("Veltrona Report"));
-        printer.setCreator(QStringLiteral("Veltrona"));
+        printer.setDocName(productName + QStringLiteral(" Report"));
+        printer.setCreator(productName);
         QPrintDialog dialog(&printer, owner);
         if (dialog.exec() != QDialog::Accepted)
             return;
@@ -112,7 +114,8 @@ bool drawPages(ReportDocument &report, QPrinter &printer) {
     const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
     const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
     if (numbers.empty()) // an empty sheet would come out
-        throw Failure(0, QStringLiteral("The report's last page is number %1.").arg(pages.size()));
+        throw Failure(noSuchPage,
+                      QStringLiteral("The report's last page is number %1.").arg(pages.size()));
 
     QPainter painter;
     if (!painter.begin(&printer))

@@ -1,5 +1,6 @@
 #include "ui/shell/frmAbout.h"
 
+#include "core/base/product.h"
 #include "core/shell/version.h"
 #include "ui/views/forms.h"
 
@@ -24,14 +25,14 @@ constexpr double namePoints = 12;
 } // namespace
 
 frmAbout::frmAbout()
-    : lblName(new QLabel(QStringLiteral("Veltrona"), this)), lblCP(new QLabel(this)),
+    : lblName(new QLabel(productName, this)), lblCP(new QLabel(this)),
       lblRights(new QLabel(QStringLiteral("Released under the MIT Licence"), this)),
       cmdOK(new QPushButton(QStringLiteral("&OK"), this)) {
     setObjectName(QStringLiteral("frmAbout"));
-    setWindowTitle(QStringLiteral("About Veltrona"));
+    setWindowTitle(QStringLiteral("About ") + productName);
     setWindowFlags(desktop::fixedDialog);
     lblCP->setText(
-        QStringLiteral("Version %1, \u00A9 2026 Veltrona developers").arg(programVersion()));
+        QStringLiteral("Version %1, \u00A9 2026 %2 developers").arg(programVersion(), productName));
     QWidget *const controls[] = {lblName, lblCP, lblRights, cmdOK};
     for (size_t i = 0; i < std::size(controls); ++i)
         controls[i]->setObjectName(QLatin1String(design[i].name));

@@ -2,6 +2,7 @@
 #include "core/analysis/chartSeries.h"
 #include "core/analysis/dateRanges.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/shell/layout.h"
 #include "ui/shell/frmMain.h"
@@ -55,7 +56,7 @@ frmMain::frmMain()
                 QStringLiteral("Custom")}),
       cboLeft(chartMetrics()), cboGroup(chartGroupings()), m_scale(font()) {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("Veltrona"));
+    setWindowTitle(productName);
     cboLeft.Tag = QStringLiteral("first");
     cboGroup.Tag = QStringLiteral("first");
     buildCommands();

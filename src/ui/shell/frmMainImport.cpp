@@ -1,6 +1,7 @@
 // frmMain: the import of a report.
 #include "core/analysis/nodeStatistics.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/base/product.h"
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
@@ -29,7 +30,7 @@ void frmMain::impRep() {
         loaded = modMain::ReportDoc->load(cdMain.FileName);
     }
     if (!loaded) {
-        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Veltrona"),
+        dialogs().message(MessageStyle::OkExclamation, productName,
                           parserReport(modMain::ReportDoc->parseError()));
         return;
     }

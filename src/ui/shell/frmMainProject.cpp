@@ -1,5 +1,6 @@
 // frmMain: the project commands and the start on a project that can't be opened.
 #include "core/base/blanks.h"
+#include "core/base/product.h"
 #include "core/database/projectFile.h"
 #include "core/platform/desktop/clock.h"
 #include "core/platform/desktop/folders.h"
@@ -20,8 +21,7 @@ namespace veltrona {
 
 namespace {
 
-const QString productName = QStringLiteral("Veltrona");
-const QString projectFilter = QStringLiteral("Veltrona Data files (*.vlt)|*.vlt");
+const QString projectFilter = productName + QStringLiteral(" Data files (*.vlt)|*.vlt");
 const QString projectExtension = QStringLiteral(".vlt");
 constexpr int overwriteAndCreatePrompt = 8198;
 

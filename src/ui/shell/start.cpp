@@ -1,5 +1,6 @@
 #include "ui/shell/start.h"
 
+#include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/shell/modMain.h"
 #include "core/shell/version.h"
@@ -11,9 +12,10 @@ namespace veltrona {
 
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // No display name: the toolkit would append it to every caption.
-    setApplicationName(QStringLiteral("Veltrona"));
+    setApplicationName(productName);
+    setFatalNote(QStringLiteral("The records that were imported are kept."));
     setApplicationVersion(programVersion());
-    setDesktopFileName(QStringLiteral("org.veltrona.Veltrona"));
+    setDesktopFileName(QStringLiteral("org.veltrona.%1").arg(productName));
     setWindowIcon(icon(QStringLiteral("veltrona")));
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);

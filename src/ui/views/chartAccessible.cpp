@@ -137,7 +137,7 @@ public:
     int selectedCellCount() const override { return 0; }
     QList<QAccessibleInterface *> selectedCells() const override { return {}; }
     QString columnDescription(int column) const override {
-        return column == 0 ? ChartView::tr("Label") : ChartView::tr("Value");
+        return column == 0 ? QStringLiteral("Label") : QStringLiteral("Value");
     }
     QString rowDescription(int row) const override {
         const QAccessibleInterface *label = cellAt(row, 0);

@@ -9,8 +9,6 @@ namespace veltrona {
 
 namespace {
 
-constexpr Rgb lossColor{255, 0, 0};
-constexpr int rowsBelowData = 2; // spacer and summary
 constexpr int leftAligned = 0;
 
 bool looksLikeNumber(const QString &text) {
@@ -23,8 +21,8 @@ bool looksLikeNumber(const QString &text) {
 QStringList namesOf(const Grid &grid) {
     QStringList names;
     names.reserve(grid.Rows());
-    for (int row = 1; row < grid.Rows(); ++row)
-        names.append(grid.TextMatrix(row, 0));
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row)
+        names.append(grid.TextMatrix(row, gridColumn::Name));
     return names;
 }
 
@@ -52,7 +50,7 @@ Rgb GridModel::cellColor(const QModelIndex &index) const {
 }
 
 bool GridModel::isLoss(const QModelIndex &index) const {
-    return cellColor(index) == lossColor;
+    return cellColor(index) == red;
 }
 
 Qt::Alignment GridModel::alignment(const QModelIndex &index) const {
@@ -70,8 +68,9 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignment(index));
     case Qt::AccessibleDescriptionRole: {
-        const QString heading = m_grid.TextMatrix(0, index.column());
-        return isLoss(index) ? heading + tr(", loss: did not earn back its cost") : heading;
+        const QString heading = m_grid.TextMatrix(gridRow::Heading, index.column());
+        return isLoss(index) ? heading + QStringLiteral(", loss: did not earn back its cost")
+                             : heading;
     }
     default:
         return {};
@@ -83,12 +82,13 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return {};
     if (orientation == Qt::Vertical) {
         const bool known = section + 1 < m_grid.Rows();
-        return role == Qt::DisplayRole && known ? m_grid.TextMatrix(section + 1, 0) : QVariant();
+        return role == Qt::DisplayRole && known ? m_grid.TextMatrix(section + 1, gridColumn::Name)
+                                                : QVariant();
     }
     if (section >= m_grid.Cols() || m_grid.Rows() == 0)
         return {};
     if (role == Qt::DisplayRole)
-        return m_grid.TextMatrix(0, section);
+        return m_grid.TextMatrix(gridRow::Heading, section);
     if (role == Qt::TextAlignmentRole) {
         const bool left = m_grid.ColAlignment(section) == leftAligned;
         return QVariant::fromValue((left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
@@ -122,8 +122,8 @@ void GridModel::sync() {
 void GridModel::moveSelection(const QStringList &names) {
     emit layoutAboutToBeChanged(); // only now the selection hands over its indexes
     const QModelIndexList held = persistentIndexList();
-    const int newData = static_cast<int>(names.size()) - rowsBelowData;
-    const int oldData = static_cast<int>(m_names.size()) - rowsBelowData;
+    const int newData = static_cast<int>(names.size()) - gridRow::BelowData;
+    const int oldData = static_cast<int>(m_names.size()) - gridRow::BelowData;
     QHash<QString, int> rowOfName;
     for (int row = 0; row < newData; ++row)
         rowOfName.insert(names[row], row);

@@ -1,8 +1,8 @@
-// A grid as an item model: reads the cells live and owns nothing of them. Row 0 of the grid is the
-// horizontal heading, so row r of the model is row r + 1 of the grid.
+// The statistics grid as an item model: reads the cells live and owns nothing of them. Row 0 of the
+// grid is the horizontal heading, so row r of the model is row r + 1 of the grid.
 #pragma once
 
-#include "core/controls/grid.h"
+#include "core/analysis/statisticsGrid.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>
@@ -23,7 +23,7 @@ public:
     Rgb cellColor(const QModelIndex &index) const;
     /// A cell of a row that didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
-    bool isSummary(int row) const { return row == m_rows - 1; }
+    bool isSummary(int row) const { return row + 1 == gridRow::summary(m_rows + 1); }
 
     /// Brings the views in step after a change of the grid. Selected cells follow the name of
     /// their row; a row whose name has gone leaves its selection to the row in its place.
@@ -35,7 +35,7 @@ private:
     void moveSelection(const QStringList &names);
 
     Grid &m_grid;
-    QStringList m_names; // column 0 as the views know it
+    QStringList m_names; // the column of names as the views know it
     int m_rows;
 };
 

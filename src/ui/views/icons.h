@@ -1,4 +1,4 @@
-// The product's pictures, compiled in: "import", "export", "print", "folder" and "veltrona".
+// The pictures that are compiled in, by their names in data/icons.
 #pragma once
 
 #include <QIcon>

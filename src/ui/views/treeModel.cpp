@@ -61,7 +61,7 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
         return m_folder;
     // Nothing at all would be read for a node without a name.
     if (role == Qt::AccessibleTextRole && node->Text.isEmpty())
-        return tr("(no name)");
+        return QStringLiteral("(no name)");
     return {};
 }
 

@@ -6,17 +6,28 @@
 
 namespace veltrona {
 
+namespace {
+QString &fatalNote() {
+    static QString note;
+    return note;
+}
+} // namespace
+
+void setFatalNote(const QString &note) {
+    fatalNote() = note;
+}
+
 void tellFailure(const Failure &failure) {
-    dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Veltrona"),
+    dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                       QStringLiteral("Error %1: %2").arg(failure.number()).arg(failure.text()));
 }
 
 void tellFatal(const char *what) noexcept {
     try {
-        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Veltrona"),
+        dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                           QStringLiteral("The program met an error that it can't go on from, and "
-                                         "closes: %1.\rThe records that were imported are kept.")
-                              .arg(QString::fromLocal8Bit(what)));
+                                         "closes: %1.\r%2")
+                              .arg(QString::fromLocal8Bit(what), fatalNote()));
     } catch (const std::exception &second) {
         qCritical("%s", second.what());
     }

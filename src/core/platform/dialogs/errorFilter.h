@@ -1,5 +1,6 @@
 // The one filter that failures of handlers pass through. Handlers run inside `filtered`, so that no
-// exception ever unwinds through the frames of Qt; the application object sends the rest here.
+// exception ever unwinds through the frames of Qt; the application object sends the rest here. The
+// boxes are titled with the application's name.
 #pragma once
 
 #include "core/base/failure.h"
@@ -8,6 +9,9 @@
 #include <utility>
 
 namespace veltrona {
+
+/// What a user reads last when the run ends by a fault: what of the work is kept.
+void setFatalNote(const QString &note);
 
 /// Tells a failure of the engine, the parser or the file system with number and text; the run goes
 /// on behind it.
