@@ -5,17 +5,14 @@
 namespace veltrona {
 
 namespace {
-constexpr int overwritePrompt = 2;
-constexpr int createPrompt = 8192;
-
 FileDialogSetup setupOf(const CommonDialog &dialog) {
-    return {dialog.DialogTitle,
-            dialog.Filter,
-            dialog.InitDir,
-            dialog.DefaultExt,
-            (dialog.Flags & overwritePrompt) != 0,
-            (dialog.Flags & createPrompt) != 0,
-            dialog.FinalName};
+    return {.title = dialog.DialogTitle,
+            .filter = dialog.Filter,
+            .initialFolder = dialog.InitDir,
+            .defaultExtension = dialog.DefaultExt,
+            .confirmsOverwrite = (dialog.Flags & CommonDialog::overwritePrompt) != 0,
+            .confirmsCreation = (dialog.Flags & CommonDialog::createPrompt) != 0,
+            .finalName = dialog.FinalName};
 }
 } // namespace
 

@@ -42,10 +42,15 @@ void arrangeFrames(WindowLayout &layout, float w, float h, const WindowSizes &si
     layout.Frame3.top = layout.Frame1.height + layout.Frame1.top + frameGapDown;
 }
 
-void arrangeFilters(WindowLayout &layout, const FilterLabels &labels) {
-    layout.dtpStart.left = labels.start.width + labels.start.left + labelGap;
-    layout.dtpEnd.left = labels.end.width + labels.end.left + labelGap;
-    layout.cboRange.left = labels.range.width + labels.range.left + labelGap;
+float besideLabel(std::string_view label) {
+    const TwipRect place = designed(label);
+    return place.width + place.left + labelGap;
+}
+
+void arrangeFilters(WindowLayout &layout) {
+    layout.dtpStart.left = besideLabel("lblStart");
+    layout.dtpEnd.left = besideLabel("lblEnd");
+    layout.cboRange.left = besideLabel("lblRange");
     layout.flxStat.width = layout.Frame2.width - gridWidthReserve;
     layout.treeList.width = layout.Frame1.width - treeWidthReserve;
 }
@@ -62,7 +67,7 @@ void arrangeViews(WindowLayout &layout) {
 }
 } // namespace
 
-WindowLayout arrangeWindow(const WindowSizes &sizes, const FilterLabels &labels) {
+WindowLayout arrangeWindow(const WindowSizes &sizes) {
     // clang-format off
     WindowLayout layout{
         .Frame1 = designed("Frame1"),
@@ -89,7 +94,7 @@ WindowLayout arrangeWindow(const WindowSizes &sizes, const FilterLabels &labels)
     const float h = std::max(sizes.height, minimumHeight) - toolBarSurplus -
                     beyond(sizes.chromeHeight, chromeHeightAllowed);
     arrangeFrames(layout, w, h, sizes);
-    arrangeFilters(layout, labels);
+    arrangeFilters(layout);
     arrangeViews(layout);
     return layout;
 }

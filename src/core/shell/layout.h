@@ -3,17 +3,9 @@
 // of the container, those of the window from below its menu bar.
 #pragma once
 
-#include "core/base/twipRect.h"
-
-#include <array>
-#include <string_view>
+#include "core/base/designedControl.h"
 
 namespace veltrona {
-
-struct DesignedControl {
-    std::string_view name;
-    TwipRect place;
-};
 
 inline constexpr float designInnerWidth = 12855;
 inline constexpr float designInnerHeight = 9675;
@@ -27,19 +19,19 @@ inline constexpr std::array mainWindowDesign = {
     DesignedControl{"Frame1",   {  60,  600,  3615, 3375}},
     DesignedControl{"treeList", { 120,  240,  1935, 1335}},
     DesignedControl{"Frame2",   {3720,  600,  9135, 3375}},
-    DesignedControl{"lblStart", { 360,  300,   765,  195}},
+    designedIn(measuredLabels, "lblStart"),
     DesignedControl{"dtpStart", {1200,  240,  1335,  315}},
-    DesignedControl{"lblEnd",   {2760,  300,   720,  195}},
+    designedIn(measuredLabels, "lblEnd"),
     DesignedControl{"dtpEnd",   {3600,  240,  1335,  315}},
-    DesignedControl{"lblRange", {5160,  300,   915,  195}},
+    designedIn(measuredLabels, "lblRange"),
     DesignedControl{"cboRange", {6240,  240,  1455,  315}},
-    DesignedControl{"lblSum",   { 360,  630,  1395,  195}},
+    designedIn(measuredLabels, "lblSum"),
     DesignedControl{"flxStat",  { 120,  900,  7815, 1095}},
     DesignedControl{"Frame3",   {  60, 4080, 12855, 5175}},
     DesignedControl{"mscMain",  { 120,  240,  8895, 4815}},
-    DesignedControl{"lblLeft",  {9165,  360,  1815,  195}},
+    DesignedControl{"lblLeft",  {9165,  360,  1815,  195}, "Shown Values (bar):"},
     DesignedControl{"cboLeft",  {9165,  600,  2055,  315}},
-    DesignedControl{"lblGroup", {9165, 1080,  1815,  195}},
+    DesignedControl{"lblGroup", {9165, 1080,  1815,  195}, "Group by:"},
     DesignedControl{"cboGroup", {9165, 1320,  2055,  315}},
     DesignedControl{"picChart", {9165, 1800,  2175, 2415}},
 };
@@ -47,10 +39,7 @@ inline constexpr std::array mainWindowDesign = {
 
 /// The place of a control in the design table.
 constexpr TwipRect designed(std::string_view name) {
-    for (const DesignedControl &control : mainWindowDesign)
-        if (control.name == name)
-            return control.place;
-    throw "no such control in the design table";
+    return designedIn(mainWindowDesign, name).place;
 }
 
 struct WindowSizes {
@@ -64,13 +53,6 @@ struct WindowSizes {
     float chromeHeight = 0;
 };
 
-/// The labels that the rules look at.
-struct FilterLabels {
-    TwipRect start = designed("lblStart");
-    TwipRect end = designed("lblEnd");
-    TwipRect range = designed("lblRange");
-};
-
 struct WindowLayout {
     TwipRect Frame1, treeList;
     TwipRect Frame2, dtpStart, dtpEnd, cboRange, flxStat;
@@ -80,6 +62,6 @@ struct WindowLayout {
 /// The rules. `sizes` of less than the minimum are taken as the minimum. Chrome or a tool bar of
 /// more than the design allows for is taken from the space that the frames share, so that no frame
 /// slides under the tool bar, the status bar or the right border.
-WindowLayout arrangeWindow(const WindowSizes &sizes, const FilterLabels &labels = {});
+WindowLayout arrangeWindow(const WindowSizes &sizes);
 
 } // namespace veltrona

@@ -17,22 +17,21 @@ namespace veltrona {
 
 namespace {
 constexpr TwipRect innerSize{0, 0, 6765, 1110};
-constexpr TwipRect labelPlace{240, 120, 3060, 195};
-constexpr TwipRect barPlace{240, 480, 6375, 375};
+constexpr DesignedControl design[] = {
+    designedIn(measuredLabels, "Label1"),
+    {"pbWait", {240, 480, 6375, 375}},
+};
 
 // A window that is never painted, say on a locked screen, must not hold up its import for good.
 constexpr std::chrono::milliseconds longestWaitForPaint{1000};
 } // namespace
 
 frmWait::frmWait()
-    : Label1(new QLabel(QStringLiteral("Please wait while the XML file is importing..."), this)),
-      pbWait(new QProgressBar(this)) {
+    : Label1(desktop::makeControl<QLabel>(design, "Label1", this)),
+      pbWait(desktop::makeControl<QProgressBar>(design, "pbWait", this)) {
     setObjectName(QStringLiteral("frmWait"));
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    Label1->setObjectName(QStringLiteral("Label1"));
-    Label1->setTextFormat(Qt::PlainText);
     Label1->setBuddy(pbWait);
-    pbWait->setObjectName(QStringLiteral("pbWait"));
     pbWait->setAccessibleName(Label1->text());
     pbWait->setTextVisible(false);
     setAccessibleName(Label1->text());
@@ -94,10 +93,8 @@ void frmWait::changeEvent(QEvent *event) {
 }
 
 void frmWait::arrange() {
-    const TwipScale scale(font());
-    Label1->setGeometry(scale.toPixels(labelPlace));
-    Label1->resize(Label1->size().expandedTo(Label1->sizeHint()));
-    pbWait->setGeometry(scale.toPixels(barPlace));
+    const TwipScale scale(font(), measuredLabels);
+    desktop::placeControls(*this, design, scale);
     setFixedSize(scale.toPixels(innerSize).size());
 }
 

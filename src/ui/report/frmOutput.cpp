@@ -22,67 +22,47 @@ namespace {
 
 constexpr TwipRect innerSize{0, 0, 7410, 2865};
 constexpr float printRoleRise = 510;
-constexpr int overwriteAndCreatePrompt = 8198;
-
-struct DesignedControl {
-    const char *name;
-    const char *caption;
-    TwipRect place;
-};
+constexpr char runExportCaption[] = "&Run Export";
 
 // clang-format off
-constexpr DesignedControl filenameLabel{"lblFilename", "Export to:", {240, 450, 675, 195}};
-constexpr DesignedControl filenameBox  {"txtFilename", "", {1320, 390, 4695, 315}};
-constexpr DesignedControl browseButton {"comBrowse", "&Browse", {6120, 360, 1095, 375}};
-constexpr DesignedControl optionBoxes[] = {
-    {"chkOpts(0)", "Insert Graph",         { 240,  960, 1695, 255}},
-    {"chkOpts(1)", "Insert Details",       { 240, 1440, 1695, 255}},
-    {"chkOpts(2)", "Insert Date and Time", {3120,  960, 2295, 255}},
-    {"chkOpts(3)", "Insert Footer",        {3120, 1440, 1695, 255}},
+constexpr DesignedControl fileControls[] = { // hidden in the print role
+    {"lblFilename", { 240, 450,  675, 195}, "Export to:"},
+    {"txtFilename", {1320, 390, 4695, 315}},
+    {"comBrowse",   {6120, 360, 1095, 375}, "&Browse"},
 };
-constexpr DesignedControl runButton  {"cmdRun",   "&Run Export", {1294, 2160, 1575, 375}};
-constexpr DesignedControl closeButton{"cmdClose", "&Close",      {4541, 2160, 1575, 375}};
+constexpr DesignedControl lowerControls[] = {
+    {"chkOpts(0)", { 240,  960, 1695, 255}, "Insert Graph"},
+    {"chkOpts(1)", { 240, 1440, 1695, 255}, "Insert Details"},
+    {"chkOpts(2)", {3120,  960, 2295, 255}, "Insert Date and Time"},
+    {"chkOpts(3)", {3120, 1440, 1695, 255}, "Insert Footer"},
+    {"cmdRun",     {1294, 2160, 1575, 375}, runExportCaption},
+    {"cmdClose",   {4541, 2160, 1575, 375}, "&Close"},
+};
 // clang-format on
-
-const QString runExportCaption = QString::fromLatin1(runButton.caption);
-
-template<class Control>
-Control *make(const DesignedControl &design, QWidget *parent) {
-    auto *control = new Control(QString::fromLatin1(design.caption), parent);
-    control->setObjectName(QLatin1String(design.name));
-    return control;
-}
-
-TwipRect raised(TwipRect place, float by) {
-    place.top -= by;
-    return place;
-}
 
 } // namespace
 
 frmOutput::frmOutput(ReportSource source, OutputSettings settings)
     : m_source(std::move(source)), m_settings(std::move(settings)),
-      lblFilename(make<QLabel>(filenameLabel, this)),
-      txtFilename(make<QLineEdit>(filenameBox, this)),
-      comBrowse(make<QPushButton>(browseButton, this)),
-      chkOpts{make<FormCheckBox>(optionBoxes[0], this), make<FormCheckBox>(optionBoxes[1], this),
-              make<FormCheckBox>(optionBoxes[2], this), make<FormCheckBox>(optionBoxes[3], this)},
-      cmdRun(make<QPushButton>(runButton, this)), cmdClose(make<QPushButton>(closeButton, this)) {
+      lblFilename(desktop::makeControl<QLabel>(fileControls, "lblFilename", this)),
+      txtFilename(desktop::makeControl<QLineEdit>(fileControls, "txtFilename", this)),
+      comBrowse(desktop::makeControl<QPushButton>(fileControls, "comBrowse", this)),
+      chkOpts{desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(0)", this),
+              desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(1)", this),
+              desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(2)", this),
+              desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(3)", this)},
+      cmdRun(desktop::makeControl<QPushButton>(lowerControls, "cmdRun", this)),
+      cmdClose(desktop::makeControl<QPushButton>(lowerControls, "cmdClose", this)) {
     setObjectName(QStringLiteral("frmOutput"));
     setWindowTitle(QStringLiteral("Export the Report"));
     setWindowFlags(desktop::fixedDialog);
-    lblFilename->setTextFormat(Qt::PlainText);
     lblFilename->setBuddy(txtFilename);
     for (QCheckBox *option : chkOpts)
         option->setChecked(true);
     cmdRun->setDefault(true);
-    const auto onClick = [this](QPushButton *button, void (frmOutput::*handler)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, handler] { filtered([&] { (this->*handler)(); }); });
-    };
-    onClick(comBrowse, &frmOutput::comBrowse_Click);
-    onClick(cmdRun, &frmOutput::cmdRun_Click);
-    onClick(cmdClose, &frmOutput::cmdClose_Click);
+    desktop::handle(comBrowse, &QPushButton::clicked, this, &frmOutput::comBrowse_Click);
+    desktop::handle(cmdRun, &QPushButton::clicked, this, &frmOutput::cmdRun_Click);
+    desktop::handle(cmdClose, &QPushButton::clicked, this, &frmOutput::cmdClose_Click);
 }
 
 void frmOutput::setPrintRole() {
@@ -108,33 +88,27 @@ void frmOutput::changeEvent(QEvent *event) {
 }
 
 void frmOutput::arrange() {
-    const TwipScale scale(font());
-    desktop::placeControl(*lblFilename, filenameLabel.place, scale);
-    desktop::placeControl(*txtFilename, filenameBox.place, scale);
-    desktop::placeControl(*comBrowse, browseButton.place, scale);
-    for (std::size_t i = 0; i < chkOpts.size(); ++i)
-        desktop::placeControl(*chkOpts[i], raised(optionBoxes[i].place, m_raised), scale);
-    desktop::placeControl(*cmdRun, raised(runButton.place, m_raised), scale);
-    desktop::placeControl(*cmdClose, raised(closeButton.place, m_raised), scale);
+    const TwipScale scale(font(), measuredLabels);
+    desktop::placeControls(*this, fileControls, scale);
+    desktop::placeControls(*this, lowerControls, scale, m_raised);
     TwipRect inner = innerSize;
     inner.height -= m_raised;
     setFixedSize(scale.toPixels(inner).size());
 }
 
 void frmOutput::comBrowse_Click() {
-    CommonDialog dlgNew;
-    dlgNew.DialogTitle = QStringLiteral("Export the Report");
-    dlgNew.Filter = QStringLiteral("HTML file (*.html)|*.html");
-    dlgNew.InitDir = m_settings.documentsFolder;
-    dlgNew.Flags = overwriteAndCreatePrompt;
-    dlgNew.FinalName = reportFileName;
+    CommonDialog dlgNew{.Filter = QStringLiteral("HTML file (*.html)|*.html"),
+                        .DialogTitle = QStringLiteral("Export the Report"),
+                        .InitDir = m_settings.documentsFolder,
+                        .Flags = CommonDialog::overwriteAndCreatePrompt,
+                        .FinalName = reportFileName};
     dlgNew.ShowSave();
     if (!withoutBlanks(dlgNew.FileName).isEmpty())
         txtFilename->setText(reportFileName(dlgNew.FileName));
 }
 
 void frmOutput::cmdRun_Click() {
-    if (cmdRun->text() == runExportCaption)
+    if (cmdRun->text() == QLatin1String(runExportCaption))
         runExport();
     else
         runPrint();
@@ -167,8 +141,10 @@ void frmOutput::cmdClose_Click() {
 
 void frmOutput::doExport(const QString &strFilename, bool doColor) {
     const Hourglass hourglass;
-    m_source.options = {chkOpts[0]->isChecked(), chkOpts[1]->isChecked(), chkOpts[2]->isChecked(),
-                        chkOpts[3]->isChecked()};
+    m_source.options = {.graph = chkOpts[0]->isChecked(),
+                        .details = chkOpts[1]->isChecked(),
+                        .dateAndTime = chkOpts[2]->isChecked(),
+                        .footer = chkOpts[3]->isChecked()};
     writeReport(strFilename, doColor, m_source);
 }
 

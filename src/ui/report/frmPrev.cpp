@@ -20,10 +20,14 @@ namespace veltrona {
 namespace {
 
 constexpr TwipRect innerSize{0, 0, 10020, 8250};
-constexpr TwipRect printPlace{480, 120, 1815, 375};
-constexpr TwipRect closePlace{2640, 120, 1935, 375};
-constexpr TwipRect browserPlace{120, 600, 9735, 7335};
-constexpr TwipRect progressPlace{4800, 120, 5055, 375};
+// clang-format off
+constexpr DesignedControl design[] = {
+    {"cmdPrint",    { 480, 120, 1815,  375}, "&Print"},
+    {"cmdClose",    {2640, 120, 1935,  375}, "&Close"},
+    {"wbPP",        { 120, 600, 9735, 7335}},
+    {"lblProgress", {4800, 120, 5055,  375}},
+};
+// clang-format on
 constexpr float widthReserve = 300;
 constexpr float heightReserve = 1200;
 
@@ -42,28 +46,25 @@ void tell(const QString &text) {
 } // namespace
 
 frmPrev::frmPrev()
-    : cmdPrint(new QPushButton(QStringLiteral("&Print"), this)),
-      cmdClose(new QPushButton(QStringLiteral("&Close"), this)), wbPP(new QTextBrowser(this)),
-      m_progress(new QLabel(this)) {
+    : cmdPrint(desktop::makeControl<QPushButton>(design, "cmdPrint", this)),
+      cmdClose(desktop::makeControl<QPushButton>(design, "cmdClose", this)),
+      wbPP(desktop::makeControl<QTextBrowser>(design, "wbPP", this)),
+      m_progress(desktop::makeControl<QLabel>(design, "lblProgress", this)) {
     setObjectName(QStringLiteral("frmPrev"));
     setWindowTitle(QStringLiteral("Print Preview"));
     setWindowFlags(desktop::fixedDialog);
-    cmdPrint->setObjectName(QStringLiteral("cmdPrint"));
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
-    wbPP->setObjectName(QStringLiteral("wbPP"));
     wbPP->setAccessibleName(QStringLiteral("Report"));
     wbPP->setOpenLinks(false);
     wbPP->setPalette(paperPalette());
     // The page keeps its width, as on paper, however wide the window is.
     wbPP->setLineWrapMode(QTextEdit::FixedPixelWidth);
     wbPP->setLineWrapColumnOrWidth(ReportDocument::pageWidth);
-    m_progress->setTextFormat(Qt::PlainText);
     cmdPrint->setAutoDefault(false);
     cmdClose->setAutoDefault(false);
-    connect(cmdPrint, &QPushButton::clicked, this, [this] { filtered([&] { cmdPrint_Click(); }); });
-    connect(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
+    desktop::handle(cmdPrint, &QPushButton::clicked, this, &frmPrev::cmdPrint_Click);
+    desktop::handle(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
     m_loading.setSingleShot(true); // a part that fails must not come again behind its message
-    connect(&m_loading, &QTimer::timeout, this, [this] { filtered([&] { loadMore(); }); });
+    desktop::handle(&m_loading, &QTimer::timeout, this, &frmPrev::loadMore);
 }
 
 frmPrev::~frmPrev() {
@@ -84,11 +85,8 @@ void frmPrev::Show() {
 }
 
 void frmPrev::arrange() {
-    const TwipScale scale(font());
-    desktop::placeControl(*cmdPrint, printPlace, scale);
-    desktop::placeControl(*cmdClose, closePlace, scale);
-    m_progress->setGeometry(scale.toPixels(progressPlace));
-    wbPP->setGeometry(scale.toPixels(browserPlace));
+    const TwipScale scale(font(), measuredLabels);
+    desktop::placeControls(*this, design, scale);
     if (!isVisible())
         resize(scale.toPixels(innerSize).size());
     Form_Resize();
@@ -110,7 +108,7 @@ void frmPrev::Form_Load() {
 void frmPrev::Form_Resize() {
     if (isMinimized())
         return;
-    const TwipScale scale(font());
+    const TwipScale scale(font(), measuredLabels);
     const QSize outer = size() + desktop::frameExtent(*this);
     wbPP->resize(outer - QSize(scale.toPixels(widthReserve), scale.toPixels(heightReserve)));
 }

@@ -13,11 +13,11 @@ namespace {
 constexpr TwipRect innerSize{0, 0, 4680, 2850};
 
 // clang-format off
-struct { const char *name; TwipRect place; } constexpr design[] = {
+constexpr DesignedControl design[] = {
     {"lblName",   {1335,  360, 2010, 300}},
     {"lblCP",     {1088, 1080, 2505, 195}},
-    {"lblRights", {1613, 1560, 1455, 195}},
-    {"cmdOK",     {1733, 2160, 1215, 375}},
+    {"lblRights", {1613, 1560, 1455, 195}, "Released under the MIT Licence"},
+    {"cmdOK",     {1733, 2160, 1215, 375}, "&OK"},
 };
 // clang-format on
 
@@ -25,23 +25,20 @@ constexpr double namePoints = 12;
 } // namespace
 
 frmAbout::frmAbout()
-    : lblName(new QLabel(productName, this)), lblCP(new QLabel(this)),
-      lblRights(new QLabel(QStringLiteral("Released under the MIT Licence"), this)),
-      cmdOK(new QPushButton(QStringLiteral("&OK"), this)) {
+    : lblName(desktop::makeControl<QLabel>(design, "lblName", this)),
+      lblCP(desktop::makeControl<QLabel>(design, "lblCP", this)),
+      lblRights(desktop::makeControl<QLabel>(design, "lblRights", this)),
+      cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)) {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About ") + productName);
     setWindowFlags(desktop::fixedDialog);
+    lblName->setText(productName);
     lblCP->setText(
         QStringLiteral("Version %1, \u00A9 2026 %2 developers").arg(programVersion(), productName));
-    QWidget *const controls[] = {lblName, lblCP, lblRights, cmdOK};
-    for (size_t i = 0; i < std::size(controls); ++i)
-        controls[i]->setObjectName(QLatin1String(design[i].name));
-    for (QLabel *label : {lblName, lblCP, lblRights}) {
-        label->setTextFormat(Qt::PlainText);
+    for (QLabel *label : {lblName, lblCP, lblRights})
         label->setAlignment(Qt::AlignCenter);
-    }
     cmdOK->setDefault(true);
-    connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
+    desktop::handle(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
 }
 
 frmAbout &frmAbout::instance() {
@@ -68,10 +65,8 @@ void frmAbout::arrange() {
     nameFont.setPointSizeF(qMax(namePoints, font().pointSizeF() + 2));
     lblName->setFont(nameFont);
 
-    const TwipScale scale(font());
-    for (const auto &control : design)
-        desktop::placeControl(*findChild<QWidget *>(QLatin1String(control.name)), control.place,
-                              scale);
+    const TwipScale scale(font(), measuredLabels);
+    desktop::placeControls(*this, design, scale);
     setFixedSize(scale.toPixels(innerSize).size());
 }
 

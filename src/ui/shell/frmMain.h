@@ -102,7 +102,7 @@ private:
     void buildChartFrame();
     void connectControls();
     QFrame *addFrame(const char *name);
-    QLabel *addLabel(QFrame *frame, const char *name, const QString &text, QWidget *buddy);
+    QLabel *addLabel(QFrame *frame, const char *name, QWidget *buddy);
 
     // Layout.
     void applyDesignSize();

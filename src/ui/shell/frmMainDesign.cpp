@@ -54,7 +54,7 @@ frmMain::frmMain()
       cboRange({QStringLiteral("This week"), QStringLiteral("Last week"),
                 QStringLiteral("This month"), QStringLiteral("Last month"), QStringLiteral("All"),
                 QStringLiteral("Custom")}),
-      cboLeft(chartMetrics()), cboGroup(chartGroupings()), m_scale(font()) {
+      cboLeft(chartMetrics()), cboGroup(chartGroupings()), m_scale(font(), measuredLabels) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(productName);
     cboLeft.Tag = QStringLiteral("first");
@@ -151,10 +151,8 @@ QFrame *frmMain::addFrame(const char *name) {
     return frame;
 }
 
-QLabel *frmMain::addLabel(QFrame *frame, const char *name, const QString &text, QWidget *buddy) {
-    auto *label = new QLabel(text, frame);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
+QLabel *frmMain::addLabel(QFrame *frame, const char *name, QWidget *buddy) {
+    auto *label = desktop::makeControl<QLabel>(mainWindowDesign, name, frame);
     label->setBuddy(buddy);
     return label;
 }
@@ -188,12 +186,12 @@ void frmMain::buildFilterFrame() {
     m_gridView = new GridView(flxStat, Frame2);
     m_gridView->setObjectName(QStringLiteral("flxStat"));
     m_gridView->setAccessibleName(QStringLiteral("Statistics"));
-    lblStart = addLabel(Frame2, "lblStart", QStringLiteral("Start Date:"), m_startView);
-    lblEnd = addLabel(Frame2, "lblEnd", QStringLiteral("End Date:"), m_endView);
-    lblRange = addLabel(Frame2, "lblRange", QStringLiteral("Date Range:"), m_rangeView);
+    lblStart = addLabel(Frame2, "lblStart", m_startView);
+    lblEnd = addLabel(Frame2, "lblEnd", m_endView);
+    lblRange = addLabel(Frame2, "lblRange", m_rangeView);
     lblSum = new ElidedLabel(Frame2);
     lblSum->setObjectName(QStringLiteral("lblSum"));
-    lblSum->setFullText(QStringLiteral("Campaign Summary"));
+    lblSum->setFullText(QLatin1String(designedIn(mainWindowDesign, "lblSum").caption));
 }
 
 void frmMain::buildChartFrame() {
@@ -203,8 +201,8 @@ void frmMain::buildChartFrame() {
     m_metricView->setObjectName(QStringLiteral("cboLeft"));
     m_groupView = new ComboBoxView(cboGroup, Frame3);
     m_groupView->setObjectName(QStringLiteral("cboGroup"));
-    lblLeft = addLabel(Frame3, "lblLeft", QStringLiteral("Shown Values (bar):"), m_metricView);
-    lblGroup = addLabel(Frame3, "lblGroup", QStringLiteral("Group by:"), m_groupView);
+    lblLeft = addLabel(Frame3, "lblLeft", m_metricView);
+    lblGroup = addLabel(Frame3, "lblGroup", m_groupView);
     // A place for the picture on its way to the file; nothing for the user's eyes.
     picChart = new QLabel(Frame3);
     picChart->setObjectName(QStringLiteral("picChart"));
@@ -229,7 +227,7 @@ float frmMain::textWidth(const QString &text) const {
 
 /// Fits everything to the font in force, which the twip follows.
 void frmMain::applyScale() {
-    m_scale = TwipScale(font());
+    m_scale = TwipScale(font(), measuredLabels);
     m_gridView->setPixelsPerTwip(pixelsPerTwip(m_scale));
     for (QLabel *label : {lblStart, lblEnd, lblRange, lblLeft, lblGroup})
         desktop::placeControl(*label, designed(label->objectName().toStdString()), m_scale);

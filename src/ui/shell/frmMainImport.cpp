@@ -15,12 +15,10 @@
 namespace veltrona {
 
 void frmMain::impRep() {
-    cdMain = CommonDialog();
-    cdMain.CancelError = false;
-    cdMain.DefaultExt = QStringLiteral("xml");
-    cdMain.Filter = QStringLiteral("XML files (*.xml)|*.xml");
-    cdMain.DialogTitle = QStringLiteral("Import a Google Report XML file");
-    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain = {.DefaultExt = QStringLiteral("xml"),
+              .Filter = QStringLiteral("XML files (*.xml)|*.xml"),
+              .DialogTitle = QStringLiteral("Import a Google Report XML file"),
+              .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
     cdMain.ShowOpen();
     if (cdMain.FileName.isEmpty())
         return;

@@ -23,7 +23,6 @@ namespace {
 
 const QString projectFilter = productName + QStringLiteral(" Data files (*.vlt)|*.vlt");
 const QString projectExtension = QStringLiteral(".vlt");
-constexpr int overwriteAndCreatePrompt = 8198;
 
 QString projectFolder() {
     return modMain::DataFolder + QDir::separator() + productName;
@@ -35,6 +34,13 @@ QString defaultProjectPath() {
 
 QString templatePath() {
     return desktop::programFolder() + QDir::separator() + QStringLiteral("data.dat");
+}
+
+CommonDialog projectDialog(const QString &title) {
+    return {.DefaultExt = QStringLiteral("vlt"),
+            .Filter = projectFilter,
+            .DialogTitle = title,
+            .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
 }
 
 void rememberProject(const QString &path) {
@@ -131,11 +137,7 @@ void frmMain::setAsideDefaultProject() {
 }
 
 bool frmMain::chooseProjectFile() {
-    cdMain = CommonDialog();
-    cdMain.DefaultExt = QStringLiteral("vlt");
-    cdMain.Filter = projectFilter;
-    cdMain.DialogTitle = QStringLiteral("Open database");
-    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
+    cdMain = projectDialog(QStringLiteral("Open database"));
     cdMain.ShowOpen();
     return !cdMain.FileName.isEmpty();
 }
@@ -146,12 +148,8 @@ void frmMain::mnuOpen_Click() {
 }
 
 void frmMain::mnuNew_Click() {
-    cdMain = CommonDialog();
-    cdMain.DefaultExt = QStringLiteral("vlt");
-    cdMain.Filter = projectFilter;
-    cdMain.DialogTitle = QStringLiteral("Create a new database");
-    cdMain.InitDir = modMain::getSpecialFolder(modMain::documentsFolder);
-    cdMain.Flags = overwriteAndCreatePrompt;
+    cdMain = projectDialog(QStringLiteral("Create a new database"));
+    cdMain.Flags = CommonDialog::overwriteAndCreatePrompt;
     cdMain.ShowSave();
     if (cdMain.FileName.isEmpty())
         return;

@@ -14,12 +14,12 @@ namespace {
 constexpr TwipRect innerSize{0, 0, 3720, 2505};
 
 // clang-format off
-struct { const char *name; TwipRect place; } constexpr design[] = {
-    {"chkCG",     { 360,  240, 2655, 375}},
-    {"chkCE",     { 360,  720, 2655, 375}},
-    {"chkCP",     { 360, 1200, 2655, 375}},
-    {"cmdOK",     { 428, 1800, 1215, 375}},
-    {"comCancel", {2078, 1800, 1215, 375}},
+constexpr DesignedControl design[] = {
+    {"chkCG",     { 360,  240, 2655, 375}, "Enable color coding in grid"},
+    {"chkCE",     { 360,  720, 2655, 375}, "Enable color coding in export"},
+    {"chkCP",     { 360, 1200, 2655, 375}, "Enable color coding in print"},
+    {"cmdOK",     { 428, 1800, 1215, 375}, "&OK"},
+    {"comCancel", {2078, 1800, 1215, 375}, "&Cancel"},
 };
 // clang-format on
 
@@ -41,24 +41,18 @@ constexpr QLatin1String printColorValue("prncolor");
 } // namespace
 
 frmOptions::frmOptions()
-    : chkCG(new FormCheckBox(QStringLiteral("Enable color coding in grid"), this)),
-      chkCE(new FormCheckBox(QStringLiteral("Enable color coding in export"), this)),
-      chkCP(new FormCheckBox(QStringLiteral("Enable color coding in print"), this)),
-      cmdOK(new QPushButton(QStringLiteral("&OK"), this)),
-      comCancel(new QPushButton(QStringLiteral("&Cancel"), this)) {
+    : chkCG(desktop::makeControl<FormCheckBox>(design, "chkCG", this)),
+      chkCE(desktop::makeControl<FormCheckBox>(design, "chkCE", this)),
+      chkCP(desktop::makeControl<FormCheckBox>(design, "chkCP", this)),
+      cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
+      comCancel(desktop::makeControl<QPushButton>(design, "comCancel", this)) {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Edit Options"));
     setWindowFlags(desktop::fixedDialog);
-    QWidget *const controls[] = {chkCG, chkCE, chkCP, cmdOK, comCancel};
-    for (size_t i = 0; i < std::size(controls); ++i) {
-        controls[i]->setObjectName(QLatin1String(design[i].name));
-        if (i > 0)
-            setTabOrder(controls[i - 1], controls[i]);
-    }
     cmdOK->setDefault(true);
-    connect(chkCG, &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
-    connect(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
-    connect(comCancel, &QPushButton::clicked, this, &frmOptions::comCancel_Click);
+    desktop::handle(chkCG, &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
+    desktop::handle(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
+    desktop::handle(comCancel, &QPushButton::clicked, this, &frmOptions::comCancel_Click);
 }
 
 frmOptions &frmOptions::instance() {
@@ -87,10 +81,8 @@ void frmOptions::changeEvent(QEvent *event) {
 }
 
 void frmOptions::arrange() {
-    const TwipScale scale(font());
-    for (const auto &control : design)
-        desktop::placeControl(*findChild<QWidget *>(QLatin1String(control.name)), control.place,
-                              scale);
+    const TwipScale scale(font(), measuredLabels);
+    desktop::placeControls(*this, design, scale);
     setFixedSize(scale.toPixels(innerSize).size());
 }
 

@@ -70,4 +70,13 @@ void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scal
     control.setGeometry(rect);
 }
 
+void placeControls(const QWidget &form, WindowDesign design, const TwipScale &scale,
+                   float raisedBy) {
+    for (const DesignedControl &control : design) {
+        TwipRect place = control.place;
+        place.top -= raisedBy;
+        placeControl(*form.findChild<QWidget *>(QLatin1String(control.name)), place, scale);
+    }
+}
+
 } // namespace veltrona::desktop

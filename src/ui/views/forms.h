@@ -1,12 +1,15 @@
-// What the program's windows have in common: one shared instance each, a place over their owner,
-// and sizes that no text is cut by.
+// What the program's windows have in common: one shared instance each, controls made and placed as
+// designed in sizes that no text is cut by, handlers in the error filter, a place over their owner.
 #pragma once
 
+#include "core/platform/dialogs/errorFilter.h"
 #include "ui/views/twipScale.h"
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QPointer>
-#include <QWidget>
+
+#include <type_traits>
 
 namespace veltrona::desktop {
 
@@ -39,8 +42,35 @@ QSize frameExtent(const QWidget &window);
 /// Whether a change event asks for the window to be arranged anew.
 bool changesSizes(const QEvent &event);
 
+/// A control of a design with its name and, if it can have one, its caption. A label shows plain
+/// text.
+template<class Control>
+Control *makeControl(WindowDesign design, std::string_view name, QWidget *parent) {
+    const DesignedControl &designed = designedIn(design, name);
+    Control *control;
+    if constexpr (std::is_constructible_v<Control, QString, QWidget *>)
+        control = new Control(QString::fromLatin1(designed.caption), parent);
+    else
+        control = new Control(parent);
+    if constexpr (std::is_base_of_v<QLabel, Control>)
+        control->setTextFormat(Qt::PlainText);
+    control->setObjectName(QLatin1String(designed.name));
+    return control;
+}
+
+/// Has a signal run a handler of the form, in the error filter.
+template<class Sender, class Signal, class Form>
+void handle(Sender *sender, Signal signal, Form *form, void (Form::*handler)()) {
+    QObject::connect(sender, signal, form,
+                     [form, handler] { filtered([form, handler] { (form->*handler)(); }); });
+}
+
 /// Puts a control at its designed place, grown about its centre where style, text or font ask for
 /// more.
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale);
+
+/// Puts all controls of a design at their places, or higher by so many twips.
+void placeControls(const QWidget &form, WindowDesign design, const TwipScale &scale,
+                   float raisedBy = 0);
 
 } // namespace veltrona::desktop

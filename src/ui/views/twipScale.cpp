@@ -10,33 +10,19 @@ namespace {
 constexpr double twipsPerPixel = 15; // at 96 dots per inch
 constexpr double designLineHeight = 13;
 
-struct MeasuredText {
-    QLatin1String text;
-    double width; // pixels, in the font that the designs assume
-};
-
-// Labels whose width in the designs is just that of their text.
-constexpr MeasuredText measuredTexts[] = {
-    {QLatin1String("Start Date:"), 51},
-    {QLatin1String("End Date:"), 48},
-    {QLatin1String("Date Range:"), 61},
-    {QLatin1String("Campaign Summary"), 93},
-    {QLatin1String("Please wait while the XML file is importing..."), 204},
-};
-
-double ratioOf(const QFont &font) {
+double ratioOf(const QFont &font, WindowDesign measured) {
     const QFontMetricsF metrics(font);
     double ratio = std::max(1.0, metrics.height() / designLineHeight);
-    for (const MeasuredText &measured : measuredTexts) {
+    for (const DesignedControl &label : measured) {
         // A label asks for whole pixels and a little more than the advance.
-        const double width = metrics.horizontalAdvance(measured.text) + 2;
-        ratio = std::max(ratio, width / measured.width);
+        const double width = metrics.horizontalAdvance(QLatin1String(label.caption)) + 2;
+        ratio = std::max(ratio, width / (static_cast<double>(label.place.width) / twipsPerPixel));
     }
     return ratio;
 }
 } // namespace
 
-TwipScale::TwipScale(const QFont &font) : m_ratio(ratioOf(font)) {}
+TwipScale::TwipScale(const QFont &font, WindowDesign measured) : m_ratio(ratioOf(font, measured)) {}
 
 int TwipScale::toPixels(float twips) const {
     return qRound(static_cast<double>(twips) * m_ratio / twipsPerPixel);

@@ -3,7 +3,7 @@
 // every text has the room that its design gives it.
 #pragma once
 
-#include "core/base/twipRect.h"
+#include "core/base/designedControl.h"
 
 #include <QFont>
 #include <QRect>
@@ -12,7 +12,9 @@ namespace veltrona {
 
 class TwipScale {
 public:
-    explicit TwipScale(const QFont &font);
+    /// `measured` are the labels that tell how wide texts come out in the font that the designs
+    /// assume.
+    TwipScale(const QFont &font, WindowDesign measured);
 
     /// Real font to assumed font, at least 1.
     double ratio() const { return m_ratio; }
