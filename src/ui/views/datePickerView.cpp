@@ -3,6 +3,7 @@
 #include <QCalendarWidget>
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QTimeZone>
 #include <QWheelEvent>
 
 #include <utility>
@@ -12,7 +13,11 @@ namespace veltrona {
 DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
     : QDateEdit(parent), m_picker(picker) {
     // In local time, a day whose midnight a clock change leaves out couldn't be held.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    setTimeZone(QTimeZone::UTC);
+#else
     setTimeSpec(Qt::UTC);
+#endif
     setDateRange(QDate(1752, 9, 14), QDate(9999, 12, 31));
     setCalendarPopup(true);
     setKeyboardTracking(false);
