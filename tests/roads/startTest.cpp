@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QMenu>
+#include <QProcess>
 #include <QTest>
 #include <QTimer>
 
@@ -151,6 +152,16 @@ private slots:
         const QString aside = home.file("data/Veltrona/Veltrona set aside 2007-05-16 120000.vlt");
         QCOMPARE(test::contents(aside), QByteArray("damaged"));
         QVERIFY(QFile::exists(aside + "-journal"));
+    }
+
+    void argument() {
+        QProcess program;
+        program.start(desktop::programFolder() + "/veltrona",
+                      {"-style", "fusion", "a\nreport.xml"});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 2);
+        const QByteArray told = program.readAllStandardError();
+        QVERIFY2(told.endsWith("veltrona: takes no argument \"a\\nreport.xml\"\n"), told);
     }
 
     void endOfTheRun() {
