@@ -59,7 +59,8 @@ ColumnCheck checkColumns(const xml::Document &document) {
     }
     if (check.rowCount > mostReportRows) {
         throw refused(document, tooManyRows,
-                      QStringLiteral("it has %1 rows, and an import takes at most %2")
+                      QStringLiteral("it has %1 rows, and an import takes at most %2, so fetch "
+                                     "reports of shorter periods and import one after another")
                           .arg(check.rowCount)
                           .arg(mostReportRows));
     }
