@@ -22,6 +22,12 @@ QString numberText(double number);
 double roundHalfToEven(double number, int decimals);
 /// The number that numberOfText(numberText(number)) gives, without the text.
 double toFifteenDigits(double number);
+/// Adds to a sum that passes through 15 significant digits after every number, as in a cell.
+inline void addAsCell(double &sum, double number) {
+    // A zero leaves a sum as it is, which has passed through its digits before.
+    if (number != 0)
+        sum = toFifteenDigits(number + sum);
+}
 /// Puts a "0" in front of a first ".".
 QString withLeadingZero(const QString &text);
 

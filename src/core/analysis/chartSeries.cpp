@@ -1,10 +1,8 @@
 #include "core/analysis/chartSeries.h"
 
 #include "core/analysis/cellText.h"
-#include "core/analysis/nodeRecords.h"
 #include "core/analysis/nodeTag.h"
-#include "core/base/failureNumbers.h"
-#include "core/platform/sqlite/recordScan.h"
+#include "core/analysis/recordWalk.h"
 
 #include <algorithm>
 #include <array>
@@ -17,26 +15,26 @@ namespace {
 
 struct Metric {
     QStringView caption;
-    const char *column;
+    Figure figure;
     double divisor;
-    const char *condition; // of a record, beside the node's and the period's
-    bool averaged;         // over the records whose value isn't 0
+    bool aboveZero; // other records don't count
+    bool averaged;  // over the records whose value isn't 0
 };
 
 constexpr std::array<Metric, 12> metrics = {{
-    {u"Average Cost Per Click", "cpc", 1'000'000, "", true},
-    {u"Budget", "Budget", 1'000'000, "", false},
-    {u"Click Through Rate", "ctr", 1, "", false},
-    {u"Clicks", "Clicks", 1, "", false},
-    {u"Conversions", "conv", 1, "", false},
-    {u"Cost Per Conversion", "ConvCost", 1, "", false},
-    {u"Costs", "cost", 1'000'000, "", false},
-    {u"Impressions", "Impressions", 1, "", false},
+    {u"Average Cost Per Click", Figure::Cpc, 1'000'000, false, true},
+    {u"Budget", Figure::Budget, 1'000'000, false, false},
+    {u"Click Through Rate", Figure::Ctr, 1, false, false},
+    {u"Clicks", Figure::Clicks, 1, false, false},
+    {u"Conversions", Figure::Conv, 1, false, false},
+    {u"Cost Per Conversion", Figure::ConvCost, 1, false, false},
+    {u"Costs", Figure::Cost, 1'000'000, false, false},
+    {u"Impressions", Figure::Impressions, 1, false, false},
     // Undivided, and the next by ten millions: odd, and kept.
-    {u"Max Content CPC", "MaxContentCpc", 1, " AND MaxContentCpc > 0", false},
-    {u"Max CPC", "MaxCpc", 10'000'000, " AND MaxCpc > 0", false},
-    {u"Position", "Pos", 1, "", true},
-    {u"Transactions", "Transactions", 1, "", false},
+    {u"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
+    {u"Max CPC", Figure::MaxCpc, 10'000'000, true, false},
+    {u"Position", Figure::Pos, 1, false, true},
+    {u"Transactions", Figure::Transactions, 1, false, false},
 }};
 
 /// A compensated sum, so that the order of the records doesn't show.
@@ -89,41 +87,25 @@ private:
     int m_bar = -1;
 };
 
-DateValue dateOf(std::string_view text, const QString &path) {
-    if (const auto date = dateOfIsoText(text))
-        return *date;
-    throw Failure(unreadableDate,
-                  QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
-                      .arg(path, QString::fromUtf8(text.data(), qsizetype(text.size())).left(40)));
-}
-
-/// The first and the last date of the table; `otherwise` if it is empty.
-DateRange tableRange(const sqlite::Connection &connection, const DateRange &otherwise) {
-    sqlite::Statement statement =
-        connection.prepare("SELECT (SELECT min(GoogleDate) FROM tblGoogleDays), "
-                           "(SELECT max(GoogleDate) FROM tblGoogleDays)");
-    if (!statement.step() || statement.type(0) == sqlite::ValueType::Null)
-        return otherwise;
-    return {dateOf(statement.utf8(0), connection.path()),
-            dateOf(statement.utf8(1), connection.path())};
-}
-
-std::vector<BarSum> sumUpBars(const sqlite::Connection &connection, const Metric &metric,
-                              const NodeTag &tag, const std::vector<ChartBar> &bars) {
+std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const QString &tag,
+                              const std::vector<ChartBar> &bars) {
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
-    const NodeRecords records = nodeRecords(connection, tag, finder.first(), finder.last());
-    sqlite::scanRecords(connection, std::string("GoogleDate, ") + metric.column,
-                        records.sql + metric.condition, records.bindings,
-                        [&](std::span<const sqlite::RecordValue> record) {
-                            const int bar = finder.find(record[0].utf8());
-                            if (bar < 0)
-                                return;
-                            BarSum &sum = sums[static_cast<std::size_t>(bar)];
-                            const double value = record[1].real();
-                            sum.sum.add(value);
-                            sum.valued += value != 0;
-                        });
+    const RecordQuestion question{readNodeTag(tag),
+                                  finder.first(),
+                                  finder.last(),
+                                  std::nullopt,
+                                  [&finder](std::string_view date) { return finder.find(date); },
+                                  {&metric.figure, 1}};
+    walkRecords(records, question, [&](int bar, const auto &record) {
+        const auto figure = record[0];
+        if (metric.aboveZero && !isAboveZero(figure))
+            return;
+        BarSum &sum = sums[static_cast<std::size_t>(bar)];
+        const double value = engineNumberOf(figure);
+        sum.sum.add(value);
+        sum.valued += value != 0;
+    });
     return sums;
 }
 
@@ -164,15 +146,16 @@ QStringList chartGroupings() {
     return {QStringLiteral("Days"), QStringLiteral("Weeks"), QStringLiteral("Months")};
 }
 
-ChartSeries queryChartSeries(const sqlite::Connection &connection, const ChartRequest &request) {
+ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request) {
     const Metric &metric = metrics.at(static_cast<std::size_t>(request.metric));
     ChartSeries series;
-    series.range = request.allDates ? tableRange(connection, request.range) : request.range;
+    series.range = request.range;
+    if (request.allDates)
+        series.range = tableDates(records).value_or(request.range);
     series.periods = choosePeriods(request.grouping, series.range);
     series.metric = metric.caption.toString();
     series.bars = emptyBars(series.periods, series.range.start);
-    const std::vector<BarSum> sums =
-        sumUpBars(connection, metric, readNodeTag(request.tag), series.bars);
+    const std::vector<BarSum> sums = sumUpBars(records, metric, request.tag, series.bars);
     for (std::size_t i = 0; i < sums.size(); ++i)
         series.bars[i].value = barValue(metric, sums[i]);
     return series;

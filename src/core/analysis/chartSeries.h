@@ -5,7 +5,7 @@
 #include "core/analysis/chartPeriods.h"
 #include "core/base/dateValue.h"
 #include "core/controls/chart.h"
-#include "core/platform/sqlite/connection.h"
+#include "core/database/projectRecords.h"
 
 #include <QStringList>
 
@@ -33,7 +33,7 @@ struct ChartSeries {
 };
 
 /// Throws Failure; touches no control.
-ChartSeries queryChartSeries(const sqlite::Connection &connection, const ChartRequest &request);
+ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request);
 /// Puts the bars into the chart.
 void showSeries(const ChartSeries &series, Chart &chart);
 

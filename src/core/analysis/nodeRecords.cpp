@@ -7,24 +7,27 @@ namespace {
 /// A record costs several times as much by way of an index, so that an index pays for a small
 /// share of the table only: one in so many.
 constexpr qint64 smallShare = 8;
+/// Up to here it pays beside the records in memory that have yet to be read.
+constexpr qint64 fewShare = 32;
 
-/// A plus sign in front of a column keeps the indexes out that it leads.
-void add(NodeRecords &records, bool byIndex, const std::string &column, const char *comparison,
+using Conditions = std::vector<NodeCondition>;
+
+/// `mark` is a plus sign in front of a column to keep the indexes out that it leads.
+void add(NodeRecords &records, const char *mark, const QString &column, const char *comparison,
          const QString &value) {
-    records.sql += (byIndex ? " AND " : " AND +") + column + comparison;
+    records.sql += std::string(" AND ") + mark + column.toStdString() + comparison;
     records.bindings.push_back(value);
 }
 
-NodeRecords narrowed(const NodeTag &tag, bool byName, const QString &firstDate,
-                     const QString &lastDate, bool byDate) {
-    NodeRecords records{"FROM tblGoogleDays WHERE 1", {}};
-    for (const NodeCondition &condition : tag.conditions)
-        add(records, byName, condition.column.toStdString(), " = ?", condition.value);
-    if (!firstDate.isNull()) {
-        add(records, byDate, "GoogleDate", " >= ?", firstDate);
-        add(records, byDate, "GoogleDate", " <= ?", lastDate);
-    }
-    return records;
+void addConditions(NodeRecords &records, const Conditions &conditions) {
+    for (const NodeCondition &condition : conditions)
+        add(records, "", condition.column, " = ?", condition.value);
+}
+
+void addDates(NodeRecords &records, const char *mark, const QString &first, const QString &last) {
+    const QString date = QStringLiteral("GoogleDate");
+    add(records, mark, date, " >= ?", first);
+    add(records, mark, date, " <= ?", last);
 }
 
 /// At most `limit`; an index alone answers this.
@@ -39,29 +42,50 @@ qint64 countOf(const sqlite::Connection &connection, const NodeRecords &records,
     return statement.int64(0);
 }
 
-qint64 tooManyFor(const sqlite::Connection &connection) {
+qint64 lastId(const sqlite::Connection &connection) {
     sqlite::Statement statement = connection.prepare("SELECT max(GoogleDayId) FROM tblGoogleDays");
     statement.step();
-    return statement.int64(0) / smallShare + 1;
+    return statement.int64(0);
+}
+
+const std::string anyRecord = "FROM tblGoogleDays WHERE 1";
+
+/// The records that an index finds, by their ids: those come sorted and go through the table once.
+NodeRecords byIds(const NodeRecords &indexed) {
+    return {"FROM tblGoogleDays NOT INDEXED WHERE GoogleDayId IN (SELECT GoogleDayId " +
+                indexed.sql + ")",
+            indexed.bindings};
 }
 
 } // namespace
 
 NodeRecords nodeRecords(const sqlite::Connection &connection, const NodeTag &tag,
                         const QString &firstDate, const QString &lastDate) {
-    const qint64 tooMany = tooManyFor(connection);
-    NodeTag indexed = tag;
-    std::erase_if(indexed.conditions,
-                  [](const auto &each) { return each.column == u"adWordsTyp"; });
-    const qint64 named =
-        indexed.conditions.empty()
-            ? tooMany
-            : countOf(connection, narrowed(indexed, true, QString(), QString(), false), tooMany);
-    const qint64 dated =
-        countOf(connection, narrowed(NodeTag(), false, firstDate, lastDate, true), named);
-    const bool byDate = dated < named;
-    const bool byName = !byDate && named < tooMany;
-    return narrowed(tag, byName, firstDate, lastDate, byDate);
+    const qint64 records = lastId(connection);
+    const qint64 tooMany = records / smallShare + 1;
+    NodeRecords named{anyRecord, {}};
+    Conditions indexedNames = tag.conditions;
+    std::erase_if(indexedNames, [](const auto &each) { return each.column == u"adWordsTyp"; });
+    addConditions(named, indexedNames);
+    NodeRecords dated{anyRecord, {}};
+    addDates(dated, "", firstDate, lastDate);
+
+    const qint64 names = indexedNames.empty() ? tooMany : countOf(connection, named, tooMany);
+    const qint64 dates = countOf(connection, dated, names);
+    NodeRecords found{"FROM tblGoogleDays NOT INDEXED WHERE 1", {}};
+    if (dates < names) {
+        found = byIds(dated);
+        addConditions(found, tag.conditions);
+    } else if (names < tooMany) {
+        addDates(named, "+", firstDate, lastDate);
+        found = byIds(named);
+        addConditions(found, tag.conditions);
+    } else {
+        addConditions(found, tag.conditions);
+        addDates(found, "", firstDate, lastDate);
+    }
+    found.areFew = std::min(names, dates) <= records / fewShare;
+    return found;
 }
 
 } // namespace veltrona

@@ -1,4 +1,5 @@
-// The day records of a tree node within a period, as the end of a statement that reads them.
+// The day records of a tree node within a period, as the end of a statement that reads them in the
+// order of GoogleDayId.
 #pragma once
 
 #include "core/analysis/nodeTag.h"
@@ -9,8 +10,10 @@
 namespace veltrona {
 
 struct NodeRecords {
-    std::string sql; // begins with FROM and may be continued with AND
+    std::string sql; // begins with FROM
     std::vector<QString> bindings;
+    bool areFew =
+        false; // reading them by an index is a matter of moments, whatever the table holds
 };
 
 /// The records whose date texts lie from `firstDate` up to and including `lastDate`, by the road

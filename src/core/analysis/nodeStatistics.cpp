@@ -1,12 +1,11 @@
 #include "core/analysis/nodeStatistics.h"
 
 #include "core/analysis/cellText.h"
-#include "core/analysis/nodeRecords.h"
 #include "core/analysis/readingOrder.h"
+#include "core/analysis/recordWalk.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/analysis/summary.h"
 #include "core/base/blanks.h"
-#include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
 #include <string>
@@ -16,24 +15,19 @@ namespace veltrona {
 
 namespace {
 
-using sqlite::Connection;
-using sqlite::RecordValue;
-using sqlite::ValueType;
-using Record = std::span<const RecordValue>;
-
 struct Level {
     const char *heading;
-    const char *groupingColumn;
+    NameColumn groupingColumn;
 };
 
 /// By the digit that the Key begins with.
 constexpr std::array<Level, 6> levels = {{
-    {"Campaigns", "campaign"},
-    {"Adgroups", "Adgroup"},
-    {"Search and Content", "AdwordsTyp"},
-    {"Keywords", "Keyword"},
-    {"Keyword Type", "kwType"},
-    {"Keyword Type", "kwType"},
+    {"Campaigns", NameColumn::Campaign},
+    {"Adgroups", NameColumn::Adgroup},
+    {"Search and Content", NameColumn::AdwordsTyp},
+    {"Keywords", NameColumn::KeyWord},
+    {"Keyword Type", NameColumn::KwType},
+    {"Keyword Type", NameColumn::KwType},
 }};
 
 const Level &levelOf(const TreeNode &node) {
@@ -41,82 +35,67 @@ const Level &levelOf(const TreeNode &node) {
     return levels.at(static_cast<std::size_t>(digit));
 }
 
-/// What the scan reads of a record; the name is the value of the grouping column.
-enum Field { Name, Clicks, Impressions, Ctr, Cpc, Cost, Conv, Pos, ConvValue, Transactions };
-constexpr const char *numberColumns =
-    ", clicks, impressions, ctr, cpc, cost, conv, pos, convValue, transactions";
+/// What the walk reads of a record.
+enum Field { Clicks, Impressions, Ctr, Cpc, Cost, Conv, Pos, ConvValue, Transactions };
+constexpr std::array figures = {Figure::Clicks, Figure::Impressions, Figure::Ctr,
+                                Figure::Cpc,    Figure::Cost,        Figure::Conv,
+                                Figure::Pos,    Figure::ConvValue,   Figure::Transactions};
 
-/// Number of the field's text.
-double numberOf(const RecordValue &value) {
-    switch (value.type()) {
-    case ValueType::Integer:
-        return static_cast<double>(value.int64());
-    case ValueType::Real:
-        return toFifteenDigits(value.real());
-    case ValueType::Text:
-        return numberOfText(value.utf8());
-    default:
-        return 0;
-    }
-}
-
-double percentNumberOf(const RecordValue &value) {
-    return value.type() == ValueType::Text ? percentNumberOfText(value.utf8()) : numberOf(value);
-}
-
-/// The field as it stands, not by way of its text.
-double plainValueOf(const RecordValue &value) {
-    return value.type() == ValueType::Real ? value.real() : numberOf(value);
-}
-
-void add(double &sum, double number) {
-    sum = toFifteenDigits(number + sum);
-}
-
-void addRecord(StatisticsRow &row, Record record) {
-    add(row.clicks, numberOf(record[Clicks]));
-    add(row.impressions, numberOf(record[Impressions]));
-    add(row.ctr, percentNumberOf(record[Ctr]));
+template<class Record>
+void addRecord(StatisticsRow &row, const Record &record) {
+    addAsCell(row.clicks, numberOf(record[Clicks]));
+    addAsCell(row.impressions, numberOf(record[Impressions]));
+    addAsCell(row.ctr, percentNumberOf(record[Ctr]));
     const double cpc = numberOf(record[Cpc]);
-    add(row.cpc, cpc);
+    addAsCell(row.cpc, cpc);
     row.recordsWithCpc += cpc != 0;
-    add(row.cost, numberOf(record[Cost]) / 1'000'000);
+    addAsCell(row.cost, numberOf(record[Cost]) / 1'000'000);
     const double conversions = numberOf(record[Conv]);
     if (conversions != 0) {
-        add(row.conversions, conversions);
+        addAsCell(row.conversions, conversions);
         // The cost stays in millionths here, unlike that of the column "Cost".
-        add(row.costPerConversion,
-            toFifteenDigits(plainValueOf(record[Cost]) / plainValueOf(record[Conv])));
+        addAsCell(row.costPerConversion,
+                  toFifteenDigits(plainValueOf(record[Cost]) / plainValueOf(record[Conv])));
     }
     // The same numbers once more, as percent.
-    add(row.conversionRate, percentNumberOf(record[Conv]));
+    addAsCell(row.conversionRate, percentNumberOf(record[Conv]));
     const double position = numberOf(record[Pos]);
-    add(row.position, position);
+    addAsCell(row.position, position);
     row.recordsWithPosition += position != 0;
-    add(row.conversionValue, numberOf(record[ConvValue]));
-    add(row.transactions, numberOf(record[Transactions]));
+    addAsCell(row.conversionValue, numberOf(record[ConvValue]));
+    addAsCell(row.transactions, numberOf(record[Transactions]));
 }
 
 /// One row for each name, names compared byte by byte.
 class RowsByName {
 public:
-    StatisticsRow &row(std::string_view name) {
+    int place(std::string_view name) {
         // Neighbours mostly share their name.
         if (m_last && name == m_last->first)
             return m_last->second;
-        auto found = m_rows.find(name);
-        if (found == m_rows.end())
-            found = m_rows.emplace(name, StatisticsRow()).first;
+        auto found = m_places.find(name);
+        if (found == m_places.end()) {
+            found = m_places.emplace(name, static_cast<int>(m_rows.size())).first;
+            m_rows.emplace_back();
+        }
         m_last = &*found;
         return found->second;
     }
+    StatisticsRow &rowToAddTo(int place) {
+        Row &row = m_rows[static_cast<std::size_t>(place)];
+        row.hasRecords = true;
+        return row.sums;
+    }
 
+    /// The rows that have records.
     std::vector<StatisticsRow> inReadingOrder() {
         std::vector<std::pair<ReadingKey, StatisticsRow *>> order;
-        order.reserve(m_rows.size());
-        for (auto &[name, row] : m_rows) {
-            row.name = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-            order.emplace_back(ReadingKey(row.name), &row);
+        for (const auto &[name, place] : m_places) {
+            Row &row = m_rows[static_cast<std::size_t>(place)];
+            if (!row.hasRecords)
+                continue;
+            row.sums.name = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+            order.emplace_back(ReadingKey(row.sums.name), &row.sums);
         }
         std::sort(order.begin(), order.end(),
                   [](const auto &a, const auto &b) { return a.first < b.first; });
@@ -128,16 +107,21 @@ public:
     }
 
 private:
+    struct Row {
+        StatisticsRow sums;
+        bool hasRecords = false;
+    };
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view name) const {
             return std::hash<std::string_view>()(name);
         }
     };
-    using Map = std::unordered_map<std::string, StatisticsRow, Hash, std::equal_to<>>;
+    using Map = std::unordered_map<std::string, int, Hash, std::equal_to<>>;
 
-    Map m_rows;
+    Map m_places;
     Map::value_type *m_last = nullptr;
+    std::vector<Row> m_rows;
 };
 
 /// Empty for none.
@@ -170,17 +154,20 @@ void writeRow(Grid &grid, int row, const StatisticsRow &sums) {
 
 } // namespace
 
-NodeStatistics queryNodeStatistics(const Connection &connection, const TreeNode &node,
+NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range) {
     const Level &level = levelOf(node);
-    const NodeRecords records =
-        nodeRecords(connection, readNodeTag(node.Tag), isoText(dayNumber(range.start)),
-                    isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"));
     RowsByName rows;
-    sqlite::scanRecords(connection, std::string(level.groupingColumn) + numberColumns, records.sql,
-                        records.bindings, [&](Record record) {
-                            addRecord(rows.row(withoutBlanks(record[Name].utf8())), record);
-                        });
+    const RecordQuestion question{
+        readNodeTag(node.Tag),
+        isoText(dayNumber(range.start)),
+        isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
+        level.groupingColumn,
+        [&rows](std::string_view name) { return rows.place(withoutBlanks(name)); },
+        figures};
+    walkRecords(records, question, [&rows](int place, const auto &record) {
+        addRecord(rows.rowToAddTo(place), record);
+    });
     return {node.Key.mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
 }
 

@@ -5,7 +5,7 @@
 #include "core/base/dateValue.h"
 #include "core/controls/grid.h"
 #include "core/controls/tree.h"
-#include "core/platform/sqlite/connection.h"
+#include "core/database/projectRecords.h"
 
 #include <array>
 #include <vector>
@@ -38,7 +38,7 @@ struct NodeStatistics {
 };
 
 /// Throws Failure; touches no control.
-NodeStatistics queryNodeStatistics(const sqlite::Connection &connection, const TreeNode &node,
+NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range);
 
 /// Puts the sums into the grid's cells and finishes them (summary and colours); without rows the

@@ -12,6 +12,7 @@ QString ProjectTitle;
 QString ConnectionText;
 std::unique_ptr<sqlite::Connection> DbConn;
 std::unique_ptr<sqlite::Statement> RowSet;
+std::unique_ptr<ProjectRecords> Records;
 std::unique_ptr<xml::Document> ReportDoc;
 ReportColumnNames ReportColumns;
 int ReportRowCount = 0;

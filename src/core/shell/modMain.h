@@ -3,6 +3,7 @@
 // Only the windows and this folder read it; folders below get what they need as arguments.
 #pragma once
 
+#include "core/database/projectRecords.h"
 #include "core/import/reportColumns.h"
 #include "core/platform/sqlite/connection.h"
 
@@ -28,10 +29,11 @@ extern QString ProjectTitle;
 /// Names the project to the engine.
 extern QString ConnectionText;
 
-/// The one open connection, and the duplicate test of the row loader prepared on it: RowSet must
-/// be released before DbConn.
+/// The one open connection, and what lives on it and must be released before: the duplicate test
+/// of the row loader, and the records in memory.
 extern std::unique_ptr<sqlite::Connection> DbConn;
 extern std::unique_ptr<sqlite::Statement> RowSet;
+extern std::unique_ptr<ProjectRecords> Records;
 /// Keeps the last report until the next one is loaded.
 extern std::unique_ptr<xml::Document> ReportDoc;
 

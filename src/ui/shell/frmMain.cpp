@@ -32,6 +32,7 @@ void frmMain::Form_Unload() {
         return;
     m_unloaded = true;
     modMain::RowSet.reset();
+    modMain::Records.reset();
     modMain::DbConn.reset();
     modMain::ReportDoc.reset();
     modMain::ExitFlag = true;
@@ -45,14 +46,17 @@ void frmMain::initApp(bool first) {
     auto connection = openProject(modMain::ConnectionText);
     auto reportDocument = std::make_unique<xml::Document>();
     auto rowSet = std::make_unique<sqlite::Statement>();
+    auto records = std::make_unique<ProjectRecords>(*connection);
     std::swap(modMain::DbConn, connection);
     std::swap(modMain::RowSet, rowSet);
+    std::swap(modMain::Records, records);
     std::swap(modMain::ReportDoc, reportDocument);
     try {
         loadDefaults();
     } catch (...) {
         std::swap(modMain::DbConn, connection);
         std::swap(modMain::RowSet, rowSet);
+        std::swap(modMain::Records, records);
         std::swap(modMain::ReportDoc, reportDocument);
         m_viewStale = true;
         throw;

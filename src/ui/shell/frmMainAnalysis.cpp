@@ -49,8 +49,8 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
     {
         // Another program's import in between would part the grid from the chart.
         const sqlite::ReadTransaction reading(*modMain::DbConn);
-        statistics = queryNodeStatistics(*modMain::DbConn, *node, dateRange());
-        series = queryChartSeries(*modMain::DbConn, chartRequest());
+        statistics = queryNodeStatistics(*modMain::Records, *node, dateRange());
+        series = queryChartSeries(*modMain::Records, chartRequest());
     }
     lblSum->setFullText(statistics.caption);
     {
@@ -77,7 +77,7 @@ void frmMain::fillChart() {
     ChartSeries series;
     {
         const sqlite::ReadTransaction reading(*modMain::DbConn);
-        series = queryChartSeries(*modMain::DbConn, chartRequest());
+        series = queryChartSeries(*modMain::Records, chartRequest());
     }
     showChart(series);
     m_viewBehind = behind;

@@ -109,6 +109,7 @@ private slots:
         const auto number = [&](unsigned below) { return static_cast<int>(random() % below); };
         test::RecordTable table;
         insertRandom(table, random, 2000);
+        ProjectRecords records(table.connection());
         int bars = 0;
         for (int round = 0; round < 120; ++round) {
             const QString campaign =
@@ -125,7 +126,7 @@ private slots:
             request.range.end = request.range.start + number(900) - 20;
             request.allDates = random() % 8 == 0;
             request.tag = tags[random() % 4] + " ORDER BY Keyword";
-            const ChartSeries series = queryChartSeries(table.connection(), request);
+            const ChartSeries series = queryChartSeries(records, request);
             const Reference reference(table.connection(), request.metric, request.tag);
             for (std::size_t i = 0; i < series.bars.size(); ++i, ++bars)
                 QCOMPARE(series.bars[i].value, reference.value(series, i));

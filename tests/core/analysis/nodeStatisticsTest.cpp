@@ -43,11 +43,12 @@ private slots:
         // Cost/Conv.: 2500000 / 2 for A; 1500000 / .5 + 100000 / 3 for B.
         // Avg.Pos: (2 + 3.1) / 2 = 2.55 for B; (1.5 + 2.55 + 0) / 3 = 1.35 below.
         // Avg.CPC: .3 for B; (.25 + .3 + 0) / 3 below.
+        ProjectRecords records(table.connection());
         TreeNode root;
         root.Key = "0-Campaign Summary";
         root.Tag = " ORDER BY campaign";
         const DateValue day = dateValue(CalendarDay{2007, 5, 14});
-        QCOMPARE(shown(queryNodeStatistics(table.connection(), root, {day, day})).mid(1),
+        QCOMPARE(shown(queryNodeStatistics(records, root, {day, day})).mid(1),
                  QStringList(
                      {"A|10|250|5%|0.25|2.5|2|2%|1250000|1.5|1.5|-40%|1|1|1",
                       "B|4|40|20.25%|0.3|1.6|3.5|3.5%|3033333.33|2.6|3.25|103.12%|0|2|2",

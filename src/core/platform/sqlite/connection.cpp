@@ -158,6 +158,16 @@ qint64 Connection::changes() const {
     return sqlite3_changes64(m_handle);
 }
 
+qint64 Connection::totalChanges() const {
+    return sqlite3_total_changes64(m_handle);
+}
+
+qint64 Connection::dataVersion() const {
+    Statement statement = prepare("PRAGMA data_version");
+    statement.step();
+    return statement.int64(0);
+}
+
 bool Connection::hasMoved() const {
     int moved = 0;
     sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &moved);

@@ -84,6 +84,10 @@ public:
     Statement prepare(std::string_view sql) const;
     /// Records changed by the last insert, update or delete.
     qint64 changes() const;
+    /// Records changed since the file was opened, those of rolled back transactions too.
+    qint64 totalChanges() const;
+    /// Another number as soon as another connection has committed a change to the file.
+    qint64 dataVersion() const;
 
     /// True if the file that was opened is no longer what stands at its path: deleted, renamed or
     /// replaced by another program. Writing then fails by itself; reading goes on.

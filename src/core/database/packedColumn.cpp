@@ -1,0 +1,148 @@
+#include "core/database/packedColumn.h"
+
+#include "core/base/powersOfTen.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+namespace veltrona {
+
+namespace {
+
+/// Below it a whole number has at most 15 digits, whatever power of ten it counts.
+constexpr double shortLimit = 1E15;
+constexpr std::size_t mostDecimals = 14;
+
+bool isSame(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
+double wholeOf(double number, double scale) {
+    return std::nearbyint(number * scale);
+}
+
+/// False for what no whole number of 1 / scale gives back: a negative zero too.
+bool isWhole(double number, double scale) {
+    const double whole = wholeOf(number, scale);
+    return std::abs(whole) < shortLimit &&
+           isSame(static_cast<double>(static_cast<std::int64_t>(whole)) / scale, number);
+}
+
+/// The smallest power of ten that makes all numbers whole and short; 0 if there is none.
+double scaleOf(std::span<const double> numbers) {
+    std::size_t decimals = 0;
+    for (const double number : numbers) {
+        while (!isWhole(number, powersOfTen[decimals])) {
+            if (++decimals > mostDecimals)
+                return 0;
+        }
+    }
+    // The earlier numbers have to bear the decimals of the later ones.
+    const double scale = powersOfTen[decimals];
+    return std::all_of(numbers.begin(), numbers.end(),
+                       [scale](double number) { return isWhole(number, scale); })
+               ? scale
+               : 0;
+}
+
+} // namespace
+
+PackedColumn PackedColumn::ofCodes(std::span<const std::uint32_t> codes) {
+    PackedColumn column;
+    column.pack(codes);
+    return column;
+}
+
+PackedColumn PackedColumn::ofNumbers(std::span<const double> numbers) {
+    PackedColumn column;
+    const double scale = scaleOf(numbers);
+    if (scale == 0) {
+        column.m_values.emplace<std::vector<double>>(numbers.begin(), numbers.end());
+        return column;
+    }
+    std::vector<std::int64_t> whole(numbers.size());
+    std::transform(numbers.begin(), numbers.end(), whole.begin(), [scale](double number) {
+        return static_cast<std::int64_t>(wholeOf(number, scale));
+    });
+    column.m_scale = scale;
+    column.pack(std::span<const std::int64_t>(whole));
+    return column;
+}
+
+template<class Whole>
+void PackedColumn::pack(std::span<const Whole> numbers) {
+    if (numbers.empty())
+        return;
+    const auto [least, most] = std::minmax_element(numbers.begin(), numbers.end());
+    m_base = static_cast<std::int64_t>(*least);
+    const auto range = static_cast<std::uint64_t>(static_cast<std::int64_t>(*most) - m_base);
+    if (range == 0)
+        return;
+    if (range <= std::numeric_limits<std::uint8_t>::max())
+        packAs<std::uint8_t>(numbers);
+    else if (range <= std::numeric_limits<std::uint16_t>::max())
+        packAs<std::uint16_t>(numbers);
+    else if (range <= std::numeric_limits<std::uint32_t>::max())
+        packAs<std::uint32_t>(numbers);
+    else
+        packAs<std::uint64_t>(numbers);
+}
+
+template<class Narrow, class Whole>
+void PackedColumn::packAs(std::span<const Whole> numbers) {
+    std::vector<Narrow> narrow(numbers.size());
+    std::transform(numbers.begin(), numbers.end(), narrow.begin(), [this](Whole number) {
+        return static_cast<Narrow>(static_cast<std::int64_t>(number) - m_base);
+    });
+    m_values = std::move(narrow);
+}
+
+void PackedColumn::codes(std::size_t first, std::span<std::uint32_t> out) const {
+    const auto base = static_cast<std::uint32_t>(m_base);
+    std::visit(
+        [&]<class Values>(const Values &values) {
+            if constexpr (std::is_same_v<Values, std::monostate>) {
+                std::fill(out.begin(), out.end(), base);
+            } else {
+                for (std::size_t i = 0; i < out.size(); ++i)
+                    out[i] = base + static_cast<std::uint32_t>(values[first + i]);
+            }
+        },
+        m_values);
+}
+
+void PackedColumn::numbers(std::span<const std::uint32_t> places, double *out) const {
+    std::visit(
+        [&]<class Values>(const Values &values) {
+            if constexpr (std::is_same_v<Values, std::monostate>) {
+                std::fill_n(out, places.size(), static_cast<double>(m_base) / m_scale);
+            } else if constexpr (std::is_same_v<Values, std::vector<double>>) {
+                for (const std::uint32_t place : places)
+                    *out++ = values[place];
+            } else {
+                double *const begin = out;
+                for (const std::uint32_t place : places)
+                    *out++ = static_cast<double>(m_base + static_cast<std::int64_t>(values[place]));
+                // A quotient alone is exact.
+                if (m_scale != 1)
+                    std::transform(begin, out, begin, [this](double n) { return n / m_scale; });
+            }
+        },
+        m_values);
+}
+
+std::size_t PackedColumn::bytes() const {
+    return std::visit(
+        []<class Values>(const Values &values) -> std::size_t {
+            if constexpr (std::is_same_v<Values, std::monostate>)
+                return 0;
+            else
+                return values.capacity() * sizeof(values.front());
+        },
+        m_values);
+}
+
+} // namespace veltrona

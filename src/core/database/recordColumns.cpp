@@ -1,0 +1,195 @@
+#include "core/database/recordColumns.h"
+
+#include "core/platform/sqlite/recordScan.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace veltrona {
+
+namespace {
+
+using sqlite::RecordValue;
+using sqlite::ValueType;
+
+constexpr std::size_t blockSize = 8192;
+/// Records that a walk hands out at a time: their figures stay in the nearest cache.
+constexpr std::size_t batchSize = 256;
+/// A whole number from here on has more than 15 digits, which only the engine's value tells.
+constexpr qint64 oddWhole = 1'000'000'000'000'000;
+
+bool isOdd(const RecordValue &value) {
+    if (value.type() == ValueType::Integer)
+        return value.int64() >= oddWhole || value.int64() <= -oddWhole;
+    return value.type() != ValueType::Real;
+}
+
+/// What stands in front of the figures in a record of the reading scan.
+enum ReadColumn { Id, Date, FirstName, FirstFigure = FirstName + int(nameColumns.size()) };
+
+std::string readingColumns() {
+    std::string columns = "GoogleDayId, GoogleDate";
+    for (const char *name : nameColumns)
+        columns.append(", ").append(name);
+    for (const char *figure : figureColumns)
+        columns.append(", ").append(figure);
+    return columns;
+}
+
+/// Ends a scan.
+struct CantBeHeld {};
+
+} // namespace
+
+/// Gathers records until they make a block.
+class RecordColumns::Reader {
+public:
+    Reader(RecordColumns &columns, std::size_t mostBytes)
+        : m_columns(columns), m_mostBytes(mostBytes) {}
+
+    void take(std::span<const RecordValue> record) {
+        m_dates.push_back(dateCode(record[Date]));
+        LeafDictionary::Names names;
+        for (std::size_t i = 0; i < names.size(); ++i)
+            names[i] = textOf(record[FirstName + i]);
+        const auto place = static_cast<std::uint32_t>(m_leaves.size());
+        m_leaves.push_back(m_columns.m_leaves.add(names));
+        for (std::size_t i = 0; i < m_figures.size(); ++i) {
+            const RecordValue &value = record[FirstFigure + i];
+            const bool odd = isOdd(value);
+            m_figures[i].push_back(odd ? 0 : value.real());
+            if (odd)
+                m_oddValues.push_back({place,
+                                       static_cast<Figure>(i),
+                                       {value.type(), value.int64(), value.real(), value.utf8()}});
+        }
+        m_columns.m_lastId = record[Id].int64();
+        ++m_columns.m_size;
+        if (m_leaves.size() == blockSize)
+            endBlock();
+    }
+
+    void endBlock() {
+        if (m_leaves.empty())
+            return;
+        Block block;
+        block.size = m_leaves.size();
+        block.leaves = PackedColumn::ofCodes(m_leaves);
+        block.dates = PackedColumn::ofCodes(m_dates);
+        for (std::size_t i = 0; i < m_figures.size(); ++i) {
+            block.figures[i] = PackedColumn::ofNumbers(m_figures[i]);
+            m_figures[i].clear();
+        }
+        block.oddValues = std::exchange(m_oddValues, {});
+        m_leaves.clear();
+        m_dates.clear();
+        m_columns.m_blockBytes += block.bytes();
+        m_columns.m_blocks.push_back(std::move(block));
+        if (m_columns.bytes() > m_mostBytes)
+            throw CantBeHeld();
+    }
+
+private:
+    /// Other types compare with no text.
+    static std::string_view textOf(const RecordValue &value) {
+        if (value.type() != ValueType::Text)
+            throw CantBeHeld();
+        return value.utf8();
+    }
+    TextDictionary::Code dateCode(const RecordValue &value) {
+        const std::string_view date = textOf(value);
+        // Neighbours mostly share their date.
+        if (m_dates.empty() || m_columns.m_dates.text(m_dates.back()) != date)
+            return m_columns.m_dates.add(date);
+        return m_dates.back();
+    }
+
+    RecordColumns &m_columns;
+    std::size_t m_mostBytes;
+    std::vector<std::uint32_t> m_leaves;
+    std::vector<std::uint32_t> m_dates;
+    std::array<std::vector<double>, figureColumns.size()> m_figures;
+    std::vector<OddValue> m_oddValues;
+};
+
+bool RecordColumns::readOn(const sqlite::Connection &connection, std::size_t mostBytes) {
+    std::string rest = "FROM tblGoogleDays NOT INDEXED";
+    if (m_size > 0)
+        rest += " WHERE GoogleDayId > " + std::to_string(m_lastId);
+    Reader reader(*this, mostBytes);
+    try {
+        sqlite::scanRecords(connection, readingColumns(), rest, {},
+                            [&](std::span<const RecordValue> record) { reader.take(record); });
+        reader.endBlock();
+    } catch (const CantBeHeld &) {
+        return false;
+    }
+    return true;
+}
+
+const FigureValue *RecordColumns::Block::oddValue(std::uint32_t place, Figure figure) const {
+    const auto key = [](const OddValue &each) { return std::tuple(each.place, each.figure); };
+    const auto found = std::lower_bound(
+        oddValues.begin(), oddValues.end(), std::tuple(place, figure),
+        [&](const OddValue &each, const auto &wanted) { return key(each) < wanted; });
+    return found != oddValues.end() && key(*found) == std::tuple(place, figure) ? &found->value
+                                                                                : nullptr;
+}
+
+std::size_t RecordColumns::Block::bytes() const {
+    std::size_t bytes = sizeof *this + leaves.bytes() + dates.bytes();
+    for (const PackedColumn &figure : figures)
+        bytes += figure.bytes();
+    for (const OddValue &odd : oddValues)
+        bytes += 2 * sizeof odd + odd.value.utf8().size();
+    return bytes;
+}
+
+FigureValue RecordBatch::value(std::size_t figure, std::size_t record) const {
+    return m_oddValue(figure, record);
+}
+
+void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector<int> &groupOfDate,
+                          std::span<const Figure> figures, const Visitor &visitor) const {
+    std::array<std::uint32_t, batchSize> leaves;
+    std::array<std::uint32_t, batchSize> dates;
+    std::array<std::uint32_t, batchSize> places;
+    std::array<int, batchSize> groups;
+    std::vector<double> numbers(figures.size() * batchSize);
+    const Block *block = nullptr;
+    RecordBatch batch;
+    batch.m_oddValue = [&](std::size_t figure, std::size_t record) {
+        const FigureValue *odd = block->oddValue(places[record], figures[figure]);
+        return odd ? *odd : FigureValue(numbers[figure * batchSize + record]);
+    };
+
+    for (const Block &each : m_blocks) {
+        block = &each;
+        batch.m_hasOddValues = !each.oddValues.empty();
+        for (std::size_t first = 0; first < each.size; first += batchSize) {
+            const std::size_t count = std::min(batchSize, each.size - first);
+            each.leaves.codes(first, {leaves.data(), count});
+            each.dates.codes(first, {dates.data(), count});
+            std::size_t counted = 0;
+            for (std::size_t i = 0; i < count; ++i) {
+                const int leafGroup = groupOfLeaf[leaves[i]];
+                const int dateGroup = groupOfDate[dates[i]];
+                places[counted] = static_cast<std::uint32_t>(first + i);
+                groups[counted] = leafGroup + dateGroup;
+                counted += (leafGroup | dateGroup) >= 0;
+            }
+            if (counted == 0)
+                continue;
+            batch.m_groups = {groups.data(), counted};
+            for (std::size_t i = 0; i < figures.size(); ++i) {
+                const PackedColumn &column = each.figures[static_cast<std::size_t>(figures[i])];
+                double *const values = numbers.data() + i * batchSize;
+                column.numbers({places.data(), counted}, values);
+                batch.m_numbers[i] = {values, column.isShort()};
+            }
+            visitor(batch);
+        }
+    }
+}
+
+} // namespace veltrona

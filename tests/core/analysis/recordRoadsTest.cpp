@@ -1,0 +1,267 @@
+// Grid, colours and bars of hostile projects: the records in memory and the engine have to give the
+// same, bit by bit, whoever has changed the file in between.
+#include "core/analysis/chartSeries.h"
+#include "core/analysis/leafSums.h"
+#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/nodeTag.h"
+#include "core/analysis/recordWalk.h"
+#include "core/analysis/statisticsGrid.h"
+#include "core/database/projectFile.h"
+#include "support/recordTable.h"
+
+#include <QTest>
+
+#include <bit>
+#include <random>
+
+using namespace veltrona;
+
+namespace {
+
+const QStringList names = {
+    "Shop", "shop", "Shop ", "O'Neil", "Shöp", "Sho", "", "' OR 1", QString("a") + QChar(0) + "b"};
+const QStringList kinds = {"Search Only", "Content Only", "search only", ""};
+const QStringList texts = {"12 of 9", "7.25%", "n/a", "-3e1x", "%4", "1E999"};
+constexpr int firstDay = 39083;
+
+class Roads {
+public:
+    Roads() : m_columns(table.connection()), m_engine(table.connection(), 0) {}
+
+    int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
+
+    QVariant number() {
+        switch (below(oddities ? 12 : 6)) {
+        case 0:
+            return 0;
+        case 1:
+            return below(300);
+        case 2:
+            return below(100'000'000) - 20'000'000;
+        case 3: // decimals of every length
+            return (below(2'000'000'000) - 1'000'000'000) / std::pow(10.0, below(13));
+        case 4:
+            return below(1000) / 100.0;
+        case 5:
+            return below(9) / 7.0;
+        case 6:
+            return std::bit_cast<double>(random() >> 2 | 1); // any below 2
+        case 7:
+            return 1E308;
+        case 8:
+            return qlonglong(999'999'999'999'998) + below(4);
+        case 9:
+            return qlonglong(-9'007'199'254'740'993) - below(9);
+        default:
+            return texts[below(static_cast<int>(texts.size()))];
+        }
+    }
+
+    void insert(int records) {
+        table.connection().execute("BEGIN");
+        for (int i = 0; i < records; ++i) {
+            const int second = below(3) ? 0 : below(2) ? below(86400) : 86399;
+            std::map<std::string, QVariant> values{
+                {"Campaign", below(3) ? names[0] : names[below(9)]},
+                {"Adgroup", names[below(9)]},
+                {"KeyWord", names[below(4)]},
+                {"kwType", names[below(2)]},
+                {"AdwordsTyp", kinds[below(4)]},
+                {"GoogleDate", isoText(dateValue(calendarDay(firstDay + below(60)), second))}};
+            for (const char *figure : figureColumns)
+                values.emplace(figure, number());
+            table.insert(std::move(values));
+        }
+        table.connection().execute("COMMIT");
+    }
+
+    /// Asks both roads about some nodes, periods and metrics.
+    void compare(int questions) {
+        for (int i = 0; i < questions; ++i) {
+            const auto condition = [](const char *column, const QString &value) {
+                return QStringLiteral(" AND %1='").arg(column) + doubledApostrophes(value) + "'";
+            };
+            const QString conditions[] = {
+                condition("campaign", names[below(9)]), condition("adGroup", names[below(9)]),
+                condition("adWordsTyp", kinds[below(4)]), condition("Keyword", names[below(4)])};
+            TreeNode node;
+            const int level = i % 5;
+            node.Key = QStringLiteral("%1-").arg(level);
+            for (int j = 0; j < level; ++j)
+                node.Tag += conditions[j];
+            node.Tag += " ORDER BY kwType";
+            ChartRequest request{i % 12, below(3), {}, below(6) == 0, node.Tag};
+            request.range.start = firstDay + below(60);
+            request.range.end = request.range.start + below(3) * below(40);
+            compareGrids(node, request.range);
+            compareBars(request);
+            compareLeaves(request.range);
+        }
+    }
+
+    /// The records in memory, without reading them anew.
+    const RecordColumns *held() { return m_columns.held(); }
+    bool canBeHeld() { return m_columns.read() != nullptr; }
+
+    test::RecordTable table;
+    std::mt19937_64 random{20070514};
+    bool oddities = true;
+
+private:
+    void compareGrids(const TreeNode &node, const DateRange &range) {
+        Grid grids[] = {Grid(gridColumn::Count), Grid(gridColumn::Count)};
+        NodeStatistics statistics[2];
+        for (int i = 0; i < 2; ++i) {
+            statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, node, range);
+            initGrid(grids[i], true);
+            showStatistics(statistics[i], grids[i], true);
+        }
+        QCOMPARE(bits(statistics[0]), bits(statistics[1]));
+        QCOMPARE(grids[0].Rows(), grids[1].Rows());
+        for (int row = 0; row < grids[0].Rows(); ++row) {
+            for (int col = 0; col < gridColumn::Count; ++col) {
+                QCOMPARE(grids[0].TextMatrix(row, col), grids[1].TextMatrix(row, col));
+                QCOMPARE(grids[0].cellColor(row, col), grids[1].cellColor(row, col));
+            }
+        }
+    }
+    void compareBars(const ChartRequest &request) {
+        const ChartSeries ours = queryChartSeries(m_columns, request);
+        const ChartSeries theirs = queryChartSeries(m_engine, request);
+        QCOMPARE(ours.range, theirs.range);
+        QCOMPARE(ours.bars.size(), theirs.bars.size());
+        for (std::size_t bar = 0; bar < ours.bars.size(); ++bar)
+            QCOMPARE(std::bit_cast<quint64>(ours.bars[bar].value),
+                     std::bit_cast<quint64>(theirs.bars[bar].value));
+    }
+    void compareLeaves(const DateRange &range) {
+        std::map<std::string, std::pair<quint64, quint64>> sums[2];
+        for (int i = 0; i < 2; ++i) {
+            visitLeafSums(i ? m_engine : m_columns, range, [&](const LeafSums &leaf) {
+                std::string name;
+                for (const std::string_view part : leaf.names)
+                    name.append(part).append("|");
+                sums[i][name] = {std::bit_cast<quint64>(leaf.cost),
+                                 std::bit_cast<quint64>(leaf.conversionValue)};
+            });
+        }
+        QVERIFY(sums[0] == sums[1]);
+    }
+    static QStringList bits(const NodeStatistics &statistics) {
+        QStringList lines{statistics.heading};
+        for (const StatisticsRow &row : statistics.rows) {
+            lines += row.name;
+            for (const double sum : {row.clicks, row.impressions, row.ctr, row.cpc, row.cost,
+                                     row.conversions, row.conversionRate, row.costPerConversion,
+                                     row.position, row.conversionValue, row.transactions})
+                lines += QString::number(std::bit_cast<quint64>(sum), 16);
+            lines += QString::number(row.recordsWithCpc);
+            lines += QString::number(row.recordsWithPosition);
+        }
+        return lines;
+    }
+
+    ProjectRecords m_columns;
+    ProjectRecords m_engine;
+};
+
+} // namespace
+
+class RecordRoadsTest : public QObject {
+    Q_OBJECT
+private slots:
+    void bothRoadsAgree_data() {
+        QTest::addColumn<bool>("oddities");
+        QTest::newRow("numbers") << false;
+        QTest::newRow("texts, huge and tiny numbers too") << true;
+    }
+    void bothRoadsAgree() {
+        QFETCH(bool, oddities);
+        Roads roads;
+        roads.oddities = oddities;
+        roads.compare(5); // nothing yet
+        roads.insert(1200);
+        roads.table.connection().execute("UPDATE tblGoogleDays SET Adgroup = "
+                                         "CAST(x'53FF' AS TEXT) WHERE GoogleDayId % 17 = 0");
+        roads.compare(60);
+        QVERIFY(roads.held());
+        roads.insert(300);
+        QVERIFY(roads.held()); // the new ones have been read, the others stayed
+        roads.compare(30);
+    }
+
+    void changesBetweenTwoQuestions() {
+        Roads roads;
+        auto other = openProject(roads.table.connection().path());
+        const std::pair<const char *, std::function<void()>> changes[] = {
+            {"a second program's record",
+             [&] {
+                 other->execute("INSERT INTO tblGoogleDays (Campaign, GoogleDate, cost) VALUES "
+                                "('Shop', '2007-01-09', 5)");
+             }},
+            {"a second program's record between two batches of ours",
+             [&] {
+                 roads.insert(3);
+                 other->execute("INSERT INTO tblGoogleDays (Campaign, GoogleDate, cost) VALUES "
+                                "('shop', '2007-01-10', 5)");
+                 roads.insert(3);
+             }},
+            {"a second program's correction",
+             [&] { other->execute("UPDATE tblGoogleDays SET cost = 7 WHERE Campaign = 'Shop'"); }},
+            {"a clean and as many records",
+             [&] {
+                 const auto records = static_cast<int>(roads.held()->size());
+                 cleanProject(roads.table.connection());
+                 roads.insert(records);
+             }},
+            {"records that were taken back",
+             [&] {
+                 sqlite::Transaction transaction(roads.table.connection());
+                 roads.table.connection().execute("DELETE FROM tblGoogleDays WHERE cost > 0");
+             }},
+        };
+        roads.insert(200);
+        for (const auto &[what, change] : changes) {
+            QVERIFY2(roads.canBeHeld(), what);
+            change();
+            QVERIFY2(!roads.held(), what);
+            roads.compare(12);
+        }
+        cleanProject(roads.table.connection());
+        roads.compare(5);
+    }
+
+    void whatCantBeHeldIsAskedOfTheEngine() {
+        Roads roads;
+        roads.insert(300);
+        ProjectRecords narrow(roads.table.connection(), 20'000);
+        QVERIFY(!narrow.read());
+        roads.table.connection().execute("DELETE FROM tblGoogleDays WHERE GoogleDayId > 20");
+        QVERIFY(narrow.read());
+
+        roads.table.connection().execute("UPDATE tblGoogleDays SET GoogleDate = x'32303037' WHERE "
+                                         "GoogleDayId = 9");
+        QVERIFY(!roads.canBeHeld());
+        roads.table.connection().execute("UPDATE tblGoogleDays SET GoogleDate = '2007-01-09', "
+                                         "Campaign = x'53686F70' WHERE GoogleDayId = 9");
+        roads.compare(12);
+        QVERIFY(!roads.canBeHeld());
+    }
+
+    void fewRecordsGoByTheIndex() {
+        Roads roads;
+        roads.insert(640);
+        ProjectRecords records(roads.table.connection());
+        TreeNode root;
+        root.Key = "0-";
+        root.Tag = " ORDER BY campaign";
+        const DateValue day = firstDay + 7;
+        queryNodeStatistics(records, root, {day, day});
+        QVERIFY(!records.held());
+        queryNodeStatistics(records, root, {day, day + 20});
+        QVERIFY(records.held());
+    }
+};
+
+QTEST_GUILESS_MAIN(RecordRoadsTest)
+#include "recordRoadsTest.moc"
