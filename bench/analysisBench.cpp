@@ -37,20 +37,26 @@ DateRange oneWeek() {
 }
 
 /// All that a refresh does but the chart. Widths need no real font here.
-void refresh(benchmark::State &state, int records, const DateRange &range) {
-    const sqlite::Connection &connection = connectionTo(records);
-    const TreeNode &root = *treeOf(records).Nodes().Item(1);
+void refresh(benchmark::State &state, ProjectRecords &records, const TreeNode &node,
+             const DateRange &range) {
     Grid grid(gridColumn::Count);
     initGrid(grid, true);
     resetSummary(grid);
     const auto width = [](const QString &text) { return 90.0F * static_cast<float>(text.size()); };
     for ([[maybe_unused]] auto _ : state) {
-        showStatistics(queryNodeStatistics(connection, root, range), grid, true);
+        showStatistics(queryNodeStatistics(records, node, range), grid, true);
         sizeColumns(grid, -1, width);
         benchmark::DoNotOptimize(grid.TextMatrix(1, 1));
     }
-    if (grid.Rows() != campaigns + 3)
-        state.SkipWithError("the grid doesn't show the campaigns");
+    if (grid.Rows() != (node.Parent ? adGroups : campaigns) + 3)
+        state.SkipWithError("the grid doesn't show the names");
+}
+
+constexpr int rootNode = 1;
+constexpr int campaignNode = 2;
+
+const TreeNode &nodeOf(int records, int node) {
+    return *treeOf(records).Nodes().Item(node);
 }
 
 /// Runs a query to its end, over and over.
@@ -73,17 +79,21 @@ std::vector<QString> ends(const DateRange &range) {
     return {isoText(range.start), isoText(range.end)};
 }
 
-void refreshYear(benchmark::State &state) {
-    refresh(state, largeRecords, daysOf(largeRecords));
+void refreshYear(benchmark::State &state, int records, int node) {
+    refresh(state, recordsOf(records), nodeOf(records, node), daysOf(records));
 }
-void refreshYearBaseline(benchmark::State &state) {
+void plainScan(benchmark::State &state) {
     ask(state, std::string("SELECT ") + twelveSums + " FROM tblGoogleDays", {});
 }
-BENCHMARK(refreshYear)->Name("refreshYear/ours");
-BENCHMARK(refreshYearBaseline)->Name("refreshYear/baseline");
+BENCHMARK_CAPTURE(refreshYear, _, largeRecords, rootNode)->Name("refreshRoot/large");
+BENCHMARK_CAPTURE(refreshYear, _, largeRecords, campaignNode)->Name("refreshCampaign/large");
+BENCHMARK_CAPTURE(refreshYear, _, smallRecords, rootNode)->Name("refreshRoot/small");
+BENCHMARK(plainScan)->Name("plainScan/large");
 
-void refreshWeek(benchmark::State &state) {
-    refresh(state, largeRecords, oneWeek());
+void refreshWeek(benchmark::State &state, bool inMemory) {
+    ProjectRecords engine(connectionTo(largeRecords), 0);
+    refresh(state, inMemory ? recordsOf(largeRecords) : engine, nodeOf(largeRecords, rootNode),
+            oneWeek());
 }
 void refreshWeekBaseline(benchmark::State &state) {
     ask(state,
@@ -91,13 +101,9 @@ void refreshWeekBaseline(benchmark::State &state) {
             " FROM tblGoogleDays INDEXED BY idxDate WHERE GoogleDate >= ? AND GoogleDate <= ?",
         ends(oneWeek()));
 }
-BENCHMARK(refreshWeek)->Name("refreshWeek/ours");
+BENCHMARK_CAPTURE(refreshWeek, _, true)->Name("refreshWeek/memory");
+BENCHMARK_CAPTURE(refreshWeek, _, false)->Name("refreshWeek/index");
 BENCHMARK(refreshWeekBaseline)->Name("refreshWeek/baseline");
-
-void refreshSmall(benchmark::State &state) {
-    refresh(state, smallRecords, daysOf(smallRecords));
-}
-BENCHMARK(refreshSmall)->Name("refreshYear/small");
 
 constexpr int averageCpc = 0; // a mean
 constexpr int clicks = 3;     // a plain sum
@@ -112,47 +118,27 @@ ChartRequest ninetyBars(int metric, const TreeNode &node) {
 }
 
 void chart(benchmark::State &state, int metric, int node) {
-    const ChartRequest request = ninetyBars(metric, *treeOf(largeRecords).Nodes().Item(node));
+    const ChartRequest request = ninetyBars(metric, nodeOf(largeRecords, node));
+    ProjectRecords &records = recordsOf(largeRecords);
     Chart shown;
     for ([[maybe_unused]] auto _ : state)
-        showSeries(queryChartSeries(connectionTo(largeRecords), request), shown);
+        showSeries(queryChartSeries(records, request), shown);
     if (shown.RowCount() != 90)
         state.SkipWithError("not 90 bars");
 }
 
-void chartBaseline(benchmark::State &state, int metric, int node) {
-    const TreeNode &asked = *treeOf(largeRecords).Nodes().Item(node);
-    std::string sql = metric == clicks ? "SELECT GoogleDate, sum(Clicks), count(*)"
-                                       : "SELECT GoogleDate, sum(cpc / 1000000.0), sum(cpc <> 0)";
-    sql += " FROM tblGoogleDays WHERE GoogleDate >= ? AND GoogleDate <= ?";
-    std::vector<QString> bindings = ends(ninetyBars(metric, asked).range);
-    if (asked.Parent) {
-        sql += " AND Campaign = ?";
-        bindings.push_back(asked.Text);
-    }
-    ask(state, sql + " GROUP BY GoogleDate", bindings);
+void chartBaseline(benchmark::State &state) {
+    ask(state,
+        "SELECT GoogleDate, sum(Clicks), count(*) FROM tblGoogleDays WHERE GoogleDate >= ? AND "
+        "GoogleDate <= ? GROUP BY GoogleDate",
+        ends(ninetyBars(clicks, nodeOf(largeRecords, rootNode)).range));
 }
 
-constexpr int rootNode = 1;
-constexpr int campaignNode = 2;
 BENCHMARK_CAPTURE(chart, _, clicks, rootNode)->Name("chartRootSum/ours");
-BENCHMARK_CAPTURE(chartBaseline, _, clicks, rootNode)->Name("chartRootSum/baseline");
 BENCHMARK_CAPTURE(chart, _, averageCpc, rootNode)->Name("chartRootMean/ours");
-BENCHMARK_CAPTURE(chartBaseline, _, averageCpc, rootNode)->Name("chartRootMean/baseline");
 BENCHMARK_CAPTURE(chart, _, clicks, campaignNode)->Name("chartCampaignSum/ours");
-BENCHMARK_CAPTURE(chartBaseline, _, clicks, campaignNode)->Name("chartCampaignSum/baseline");
 BENCHMARK_CAPTURE(chart, _, averageCpc, campaignNode)->Name("chartCampaignMean/ours");
-BENCHMARK_CAPTURE(chartBaseline, _, averageCpc, campaignNode)->Name("chartCampaignMean/baseline");
-
-/// The whole period of a project, by days if they are few enough.
-void chartAll(benchmark::State &state, int records) {
-    ChartRequest request = ninetyBars(clicks, *treeOf(records).Nodes().Item(rootNode));
-    request.range = daysOf(records);
-    for ([[maybe_unused]] auto _ : state)
-        benchmark::DoNotOptimize(queryChartSeries(connectionTo(records), request).bars.size());
-}
-BENCHMARK_CAPTURE(chartAll, _, largeRecords)->Name("chartAll/ours");
-BENCHMARK_CAPTURE(chartAll, _, smallRecords)->Name("chartAll/small");
+BENCHMARK(chartBaseline)->Name("chart/baseline");
 
 void tree(benchmark::State &state, int records) {
     const sqlite::Connection &connection = connectionTo(records);

@@ -5,9 +5,12 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
+#include <numeric>
 #include <random>
 
 namespace veltrona::bench {
@@ -76,24 +79,52 @@ double numberOf(const char *column, const Record &r, int clicks, int imps) {
     return 0;
 }
 
-void bindRecord(sqlite::Statement &insert, const Record &record, std::mt19937 &random) {
-    const int imps = 1 + static_cast<int>(random() % 400);
-    const int clicks = static_cast<int>(random() % 3 * (random() % 8)) % (imps + 1);
+/// The records one after the other, a day's in an order of its own. The same every time.
+class Records {
+public:
+    Records() : m_places(recordsPerDay) { std::iota(m_places.begin(), m_places.end(), 0); }
+
+    void next() {
+        if (m_next % recordsPerDay == 0)
+            std::shuffle(m_places.begin(), m_places.end(), m_random);
+        const int place = m_places[static_cast<std::size_t>(m_next % recordsPerDay)];
+        m_record = {firstDay() + m_next / recordsPerDay, place / (adGroups * keywords),
+                    place / keywords % adGroups, place % keywords};
+        ++m_next;
+        m_imps = 1 + static_cast<int>(m_random() % 400);
+        m_clicks = static_cast<int>(m_random() % 3 * (m_random() % 8)) % (m_imps + 1);
+    }
+    QString text(const DayColumn &column) const {
+        return column.kind == ColumnKind::Date ? isoText(m_record.day)
+                                               : textOf(column.name, m_record);
+    }
+    double number(const DayColumn &column) const {
+        return numberOf(column.name, m_record, m_clicks, m_imps);
+    }
+
+private:
+    std::vector<int> m_places;
+    std::mt19937 m_random{7};
+    int m_next = 0;
+    Record m_record{};
+    int m_imps = 0;
+    int m_clicks = 0;
+};
+
+void bindRecord(sqlite::Statement &insert, const Records &records) {
     int parameter = 0;
     for (const DayColumn &column : dayColumns) {
         ++parameter;
-        if (column.kind == ColumnKind::Date) {
-            insert.bind(parameter, isoText(record.day));
-        } else if (column.kind == ColumnKind::Text) {
-            insert.bind(parameter, textOf(column.name, record));
-        } else {
-            const double number = numberOf(column.name, record, clicks, imps);
-            const auto whole = static_cast<qint64>(number);
-            if (static_cast<double>(whole) == number)
-                insert.bind(parameter, whole);
-            else
-                insert.bind(parameter, number);
+        if (column.kind != ColumnKind::Number) {
+            insert.bind(parameter, records.text(column));
+            continue;
         }
+        const double number = records.number(column);
+        const auto whole = static_cast<qint64>(number);
+        if (static_cast<double>(whole) == number)
+            insert.bind(parameter, whole);
+        else
+            insert.bind(parameter, number);
     }
 }
 
@@ -101,12 +132,10 @@ void fill(sqlite::Connection &connection, int records) {
     connection.execute("PRAGMA cache_size = -1000000"); // KiB; for this connection alone
     sqlite::Transaction transaction(connection);
     sqlite::Statement insert = connection.prepare(dayInsertStatement());
-    std::mt19937 random(7);
+    Records all;
     for (int i = 0; i < records; ++i) {
-        const int place = i % recordsPerDay;
-        const Record record{firstDay() + i / recordsPerDay, place / (adGroups * keywords),
-                            place / keywords % adGroups, place % keywords};
-        bindRecord(insert, record, random);
+        all.next();
+        bindRecord(insert, all);
         insert.step();
         insert.reset();
     }
@@ -122,6 +151,18 @@ QString fileNamed(const QString &name) {
 }
 
 } // namespace
+
+QString reportColumn(const QByteArray &column) {
+    if (column == "GoogleDate")
+        return QStringLiteral("date");
+    if (column == "Impressions")
+        return QStringLiteral("imps");
+    if (column == "AdwordsTyp")
+        return QStringLiteral("adwordstype");
+    if (column == "ConvCost")
+        return QStringLiteral("convCost");
+    return QString::fromLatin1(column).toLower();
+}
 
 int firstDay() {
     return dayNumber(CalendarDay{2025, 1, 1});
@@ -141,7 +182,7 @@ QString emptyProject() {
 QString projectWith(int records) {
     // A new schema or new records make new files.
     const QString path =
-        fileNamed(QStringLiteral("records-%1-v%2.vlt").arg(records).arg(projectSchemaVersion));
+        fileNamed(QStringLiteral("mixed-%1-v%2.vlt").arg(records).arg(projectSchemaVersion));
     if (QFile::exists(path))
         return path;
     std::fprintf(stderr, "Making a project of %d records, once.\n", records);
@@ -152,12 +193,63 @@ QString projectWith(int records) {
     return path;
 }
 
+QString copyOfProject(int records) {
+    const QString path = fileNamed(QStringLiteral("copy-%1.vlt").arg(records));
+    QFile::remove(path);
+    QFile::copy(projectWith(records), path);
+    return path;
+}
+
 sqlite::Connection &connectionTo(int records) {
     static std::map<int, std::unique_ptr<sqlite::Connection>> open;
     std::unique_ptr<sqlite::Connection> &connection = open[records];
     if (!connection)
         connection = openProject(projectWith(records));
     return *connection;
+}
+
+ProjectRecords &recordsOf(int records) {
+    static std::map<int, std::unique_ptr<ProjectRecords>> all;
+    std::unique_ptr<ProjectRecords> &found = all[records];
+    if (!found)
+        found = std::make_unique<ProjectRecords>(connectionTo(records));
+    found->read();
+    return *found;
+}
+
+QString reportBehind(int records, int rows) {
+    const QString path = fileNamed(QStringLiteral("behind-%1.xml").arg(records));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return path;
+    QXmlStreamWriter writer(&file);
+    writer.writeStartDocument();
+    writer.writeStartElement(QStringLiteral("report"));
+    writer.writeStartElement(QStringLiteral("table"));
+    writer.writeStartElement(QStringLiteral("columns"));
+    for (const DayColumn &column : dayColumns) {
+        const QString name = reportColumn(column.name);
+        if (name.startsWith(u"google"))
+            continue; // month and week
+        writer.writeEmptyElement(QStringLiteral("column"));
+        writer.writeAttribute(QStringLiteral("name"), name);
+    }
+    writer.writeEndElement();
+    writer.writeStartElement(QStringLiteral("rows"));
+    Records all;
+    for (int i = 0; i < records; ++i)
+        all.next();
+    for (int i = 0; i < rows; ++i) {
+        all.next();
+        writer.writeEmptyElement(QStringLiteral("row"));
+        for (const DayColumn &column : dayColumns)
+            writer.writeAttribute(reportColumn(column.name),
+                                  column.kind == ColumnKind::Number
+                                      ? QString::number(all.number(column), 'g', 15)
+                                      : all.text(column));
+    }
+    writer.writeEndDocument();
+    return path;
 }
 
 } // namespace veltrona::bench

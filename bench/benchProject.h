@@ -1,9 +1,9 @@
 // The project files that the benchmarks work on: 2,800 keywords in 20 campaigns, a record a day for
-// each. Made once and kept in the build folder.
+// each, in another order every day, as reports have them. Made once and kept in the build folder.
 #pragma once
 
 #include "core/base/dateValue.h"
-#include "core/platform/sqlite/connection.h"
+#include "core/database/projectRecords.h"
 
 #include <memory>
 
@@ -15,6 +15,7 @@ inline constexpr int keywords = 14; // of each ad group
 inline constexpr int recordsPerDay = campaigns * adGroups * keywords;
 inline constexpr int largeRecords = 365 * recordsPerDay; // 1,022,000
 inline constexpr int smallRecords = largeRecords / 10;
+inline constexpr int hugeRecords = 5 * largeRecords;
 
 /// The first day of all records: 2025-01-01.
 int firstDay();
@@ -25,7 +26,15 @@ DateRange daysOf(int records);
 QString emptyProject();
 /// The path of a project with the first `records` records.
 QString projectWith(int records);
+/// A copy that may be changed.
+QString copyOfProject(int records);
 /// An open connection to it, the same for all callers.
 sqlite::Connection &connectionTo(int records);
+/// Its records in memory, read already.
+ProjectRecords &recordsOf(int records);
+/// The report's own name of a column of the table.
+QString reportColumn(const QByteArray &column);
+/// Makes a report of the rows that follow the project's last record.
+QString reportBehind(int records, int rows);
 
 } // namespace veltrona::bench

@@ -1,21 +1,19 @@
 // The import of the largest report, beside one prepared insert of the same rows in one transaction:
 // indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
 #include "benchProject.h"
+#include "benchWindow.h"
 
-#include "core/analysis/dateRanges.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
-#include "core/platform/dialogs/dialogs.h"
 #include "core/shell/modMain.h"
-#include "ui/shell/frmMain.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QXmlStreamReader>
 
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -28,19 +26,6 @@ constexpr int reportRows = 32'767;
 
 using Value = std::variant<qint64, double, std::string>;
 using Values = std::array<Value, dayColumns.size()>;
-
-/// The report's own name of a column of the table.
-QString reportColumn(const QByteArray &column) {
-    if (column == "GoogleDate")
-        return QStringLiteral("date");
-    if (column == "Impressions")
-        return QStringLiteral("imps");
-    if (column == "AdwordsTyp")
-        return QStringLiteral("adwordstype");
-    if (column == "ConvCost")
-        return QStringLiteral("convCost");
-    return QString::fromLatin1(column).toLower();
-}
 
 Value valueOf(const DayColumn &column, const QString &text) {
     bool whole = false;
@@ -99,53 +84,18 @@ void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) 
     transaction.commit();
 }
 
-/// Chooses the report; nothing else may be asked.
-class ChoosesReport : public Dialogs {
-public:
-    ChoosesReport() { setDialogs(this); }
-    ~ChoosesReport() override { setDialogs(nullptr); }
-    Answer message(MessageStyle, const QString &, const QString &text) override {
-        qFatal("%s", qPrintable(text));
-    }
-    int choose(const QString &, const QString &text, const QStringList &) override {
-        qFatal("%s", qPrintable(text));
-    }
-    QString openFile(const FileDialogSetup &) override { return QStringLiteral(BENCH_REPORT); }
-    QString saveFile(const FileDialogSetup &) override { return {}; }
-};
+const QString report = QStringLiteral(BENCH_REPORT);
 
-/// The real main window on an empty project, showing all dates.
-class Window {
-public:
-    Window() {
-        modMain::DbFileName = emptyProject();
-        m_window.initApp(true);
-        m_window.show();
-        m_window.cboRange.setListIndex(static_cast<int>(RangePreset::All));
-        QCoreApplication::processEvents();
-    }
-    ~Window() { m_window.close(); }
-
-    /// From the chosen file to the rebuilt views on the screen.
-    void import() {
-        m_window.impRep();
-        QCoreApplication::processEvents();
-    }
-
-private:
-    ChoosesReport m_dialogs;
-    frmMain m_window;
-};
-
-/// Imports into an empty project, or once more into the same one.
+/// Imports into an empty project that shows all dates, or once more into the same one.
 void importOnce(benchmark::State &state, bool again) {
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
-        Window window;
+        Window window(emptyProject());
+        window.chooseAllDates();
         if (again)
-            window.import();
+            window.import(report);
         state.ResumeTiming();
-        window.import();
+        window.import(report);
         state.PauseTiming();
         if (count(*modMain::DbConn) != reportRows)
             state.SkipWithError("rows are missing");
@@ -154,6 +104,29 @@ void importOnce(benchmark::State &state, bool again) {
 }
 BENCHMARK_CAPTURE(importOnce, _, false)->Name("import/ours")->UseRealTime();
 BENCHMARK_CAPTURE(importOnce, _, true)->Name("import/again")->UseRealTime();
+
+/// The report that follows the project's last day, into a project of `records` records that are all
+/// shown. The records are in memory before and after.
+void importBehind(benchmark::State &state, int records) {
+    const QString behind = reportBehind(largeRecords, reportRows);
+    const QString project = records > 0 ? copyOfProject(records) : emptyProject();
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        openProject(project)->execute("DELETE FROM tblGoogleDays WHERE GoogleDayId > " +
+                                      std::to_string(records));
+        auto window = std::make_unique<Window>(project);
+        window->chooseAllDates();
+        state.ResumeTiming();
+        window->import(behind);
+        state.PauseTiming();
+        if (count(*modMain::DbConn) != records + reportRows)
+            state.SkipWithError("rows are missing");
+        window.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK_CAPTURE(importBehind, _, 0)->Name("importBehind/none")->UseRealTime();
+BENCHMARK_CAPTURE(importBehind, _, largeRecords)->Name("importBehind/large")->UseRealTime();
 
 void baseline(benchmark::State &state) {
     const std::vector<Values> &rows = rowsOfReport();

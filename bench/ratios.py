@@ -9,8 +9,9 @@ import pathlib
 import sys
 
 ONE_SCAN = "one plain scan with the twelve sums in the engine"
-GROUPED = "one `GROUP BY GoogleDate` with the same condition, sum and count"
-TENTH = "the same over a tenth of the records"
+WEEK = "the engine's own indexed query of that week"
+GROUPED = "one `GROUP BY GoogleDate` of the root, sum and count"
+FIFTH = "the same over 1,022,000 records"
 
 # What, beside it, the two benchmarks, the limit of their ratio.
 ROWS = [
@@ -18,30 +19,46 @@ ROWS = [
      "one prepared insert of the same rows in one transaction", "import/ours", "import/baseline",
      3),
     ("the same report again", "its first import", "import/again", "import/ours", 0.7),
-    ("refresh of the root over a year", ONE_SCAN, "refreshYear/ours", "refreshYear/baseline", 1.5),
-    ("refresh of the root over a week", "the engine's own indexed query of that week",
-     "refreshWeek/ours", "refreshWeek/baseline", 2),
-    ("90 bars, root, a sum", GROUPED, "chartRootSum/ours", "chartRootSum/baseline", 1.5),
-    ("90 bars, root, a mean", GROUPED, "chartRootMean/ours", "chartRootMean/baseline", 1.5),
-    ("90 bars, a campaign, a sum", GROUPED, "chartCampaignSum/ours", "chartCampaignSum/baseline",
-     1.5),
-    ("90 bars, a campaign, a mean", GROUPED, "chartCampaignMean/ours",
-     "chartCampaignMean/baseline", 1.5),
+    ("the next report of a year, into 1,022,000 records, views rebuilt",
+     "the same into an empty project", "importBehind/large", "importBehind/none", 2),
+    ("first wide click in the window, painted", ONE_SCAN, "firstWideClick/large",
+     "plainScan/large", 2),
+    ("grid of the root over a year, after that", ONE_SCAN, "refreshRoot/large", "plainScan/large",
+     0.1),
+    ("grid of a campaign over a year", ONE_SCAN, "refreshCampaign/large", "plainScan/large", 0.03),
+    ("grid of the root over a week, before the records are in memory", WEEK, "refreshWeek/index",
+     "refreshWeek/baseline", 1.5),
+    ("grid of the root over a week, after that", WEEK, "refreshWeek/memory",
+     "refreshWeek/baseline", 0.5),
+    ("90 bars, root, a sum", GROUPED, "chartRootSum/ours", "chart/baseline", 0.06),
+    ("90 bars, root, a mean", GROUPED, "chartRootMean/ours", "chart/baseline", 0.06),
+    ("90 bars, a campaign, a sum", GROUPED, "chartCampaignSum/ours", "chart/baseline", 0.06),
+    ("90 bars, a campaign, a mean", GROUPED, "chartCampaignMean/ours", "chart/baseline", 0.06),
+    ("click on the root in the window, painted", ONE_SCAN, "clickRoot/large", "plainScan/large",
+     0.2),
+    ("click on a campaign in the window, painted", ONE_SCAN, "clickCampaign/large",
+     "plainScan/large", 0.08),
+    ("another metric in the window, painted", ONE_SCAN, "metric/large", "plainScan/large", 0.06),
+    ("first wide click at 5,110,000 records", FIFTH, "firstWideClick/huge",
+     "firstWideClick/large", 5.5),
+    ("click on the root at 5,110,000 records", FIFTH, "clickRoot/huge", "clickRoot/large", 5.5),
+    ("another metric at 5,110,000 records", FIFTH, "metric/huge", "metric/large", 5.5),
     ("the tree", "one `SELECT DISTINCT` of its four columns", "tree/ours", "tree/baseline", 2),
-    ("refresh at 1,022,000 records", TENTH, "refreshYear/ours", "refreshYear/small", 12),
-    ("chart at 1,022,000 records", TENTH, "chartAll/ours", "chartAll/small", 12),
-    ("tree at 1,022,000 records", TENTH, "tree/ours", "tree/small", 12),
+    ("tree at 1,022,000 records", "the same over a tenth of the records", "tree/ours",
+     "tree/small", 12),
     ("HTML report of 32,767 grid rows, no picture", "the same bytes written line by line",
      "report/ours", "report/baseline", 2),
     ("JPEG of 1,600 by 800 pixels", "libjpeg-turbo alone on the same pixels", "jpeg/ours",
      "jpeg/baseline", 1.1),
 ]
+MOST_BYTES = 56  # that a record takes in memory
 BEGIN, END = "<!-- ratios: made by scripts/bench -->\n", "<!-- end of ratios -->\n"
 
 
 def medians(results):
     """Benchmark -> median in milliseconds: processor time, which other programs don't disturb, or
-    real time where a benchmark asks for it since it waits for the disk."""
+    real time where a benchmark asks for it since it waits for the disk. The one that counts bytes
+    has those instead."""
     factor = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
     times = {}
     for run in results["benchmarks"]:
@@ -49,7 +66,7 @@ def medians(results):
             sys.exit(f"{run['name']}: {run['error_message']}")
         if run.get("aggregate_name") == "median":
             time = "real_time" if run["run_name"].endswith("/real_time") else "cpu_time"
-            times[run["run_name"]] = run[time] * factor[run["time_unit"]]
+            times[run["run_name"]] = run.get("bytes", run[time] * factor[run["time_unit"]])
     # Names go on with what the benchmark library adds: "/iterations:1", "/real_time".
     return {"/".join(name.split("/")[:2]): time for name, time in times.items()}
 
@@ -67,6 +84,11 @@ def table(times):
             broken.append(f"{what}: {ratio:.2f}, at most {limit}")
         lines.append(f"| {what} | {times[name]:.1f} | {beside} | {times[other]:.1f} "
                      f"| {ratio:.2f}{mark} | {limit} |")
+    if "memory/record" in times:
+        size = times["memory/record"]
+        lines.append(f"| a record in memory, bytes | {size:.1f} | | | | {MOST_BYTES} |")
+        if size > MOST_BYTES:
+            broken.append(f"a record in memory: {size:.1f} bytes, at most {MOST_BYTES}")
     return "\n".join(lines) + "\n", broken
 
 

@@ -1,0 +1,51 @@
+#include "benchWindow.h"
+
+#include "core/analysis/dateRanges.h"
+#include "core/shell/modMain.h"
+
+#include <QCoreApplication>
+
+namespace veltrona::bench {
+
+Answer ChoosesReport::message(MessageStyle, const QString &, const QString &text) {
+    qFatal("%s", qPrintable(text));
+}
+
+int ChoosesReport::choose(const QString &, const QString &text, const QStringList &) {
+    qFatal("%s", qPrintable(text));
+}
+
+Window::Window(const QString &project) {
+    modMain::DbFileName = project;
+    m_window.initApp(true);
+    m_window.show();
+    QCoreApplication::processEvents();
+}
+
+Window::~Window() {
+    m_window.close();
+}
+
+void Window::chooseAllDates() {
+    m_window.cboRange.setListIndex(static_cast<int>(RangePreset::All));
+    QCoreApplication::processEvents();
+}
+
+void Window::click(int node) {
+    m_window.treeList.setSelectedItem(m_window.treeList.Nodes().Item(node));
+    m_window.treeList.onNodeClick(m_window.treeList.SelectedItem());
+    QCoreApplication::processEvents();
+}
+
+void Window::chooseMetric(int index) {
+    m_window.cboLeft.setListIndex(index);
+    QCoreApplication::processEvents();
+}
+
+void Window::import(const QString &report) {
+    m_dialogs.m_report = report;
+    m_window.impRep();
+    QCoreApplication::processEvents();
+}
+
+} // namespace veltrona::bench

@@ -1,0 +1,40 @@
+// The real main window on a project, driven as a user does: each call ends when the screen shows
+// the result.
+#pragma once
+
+#include "core/platform/dialogs/dialogs.h"
+#include "ui/shell/frmMain.h"
+
+namespace veltrona::bench {
+
+/// Chooses one report; nothing else may be asked.
+class ChoosesReport : public Dialogs {
+public:
+    ChoosesReport() { setDialogs(this); }
+    ~ChoosesReport() override { setDialogs(nullptr); }
+    Answer message(MessageStyle, const QString &, const QString &text) override;
+    int choose(const QString &, const QString &text, const QStringList &) override;
+    QString openFile(const FileDialogSetup &) override { return m_report; }
+    QString saveFile(const FileDialogSetup &) override { return {}; }
+
+    QString m_report;
+};
+
+class Window {
+public:
+    explicit Window(const QString &project);
+    ~Window();
+
+    void chooseAllDates();
+    /// Nodes count from 1 in the order of the tree.
+    void click(int node);
+    void chooseMetric(int index);
+    /// From the chosen file to the rebuilt views.
+    void import(const QString &report);
+
+private:
+    ChoosesReport m_dialogs;
+    frmMain m_window;
+};
+
+} // namespace veltrona::bench
