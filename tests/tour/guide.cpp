@@ -17,7 +17,7 @@ namespace {
 // In milliseconds.
 constexpr int lookEvery = 20;
 constexpr int steadyFor = 150; // the window manager needs a moment to draw its frames
-constexpr int longestWait = 10'000;
+constexpr int longestWait = 30'000;
 
 } // namespace
 
