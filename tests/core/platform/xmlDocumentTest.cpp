@@ -138,9 +138,61 @@ private slots:
         QCOMPARE(error.url, path);
     }
 
+    // Whether the byte lies in what the parser fetches first, later, or behind more than one chunk.
+    void findsTheByteThatACodePageLacks_data() {
+        const test::DataTable<QByteArray, QByteArray, int> row("encoding", "byte", "lines");
+        row("first", "windows-1252", "\x9D", 60);
+        row("later", "windows-1252", "\x9D", 1000);
+        row("far", "windows-1252", "\x9D", 50000);
+        row("of two", "Shift_JIS", "\x81\xFF", 1000);
+    }
+    void findsTheByteThatACodePageLacks() {
+        QFETCH(QByteArray, encoding);
+        QFETCH(int, lines);
+        const QByteArray start = "<?xml version='1.0' encoding='" + encoding + "'?><r>\n";
+        QFETCH(QByteArray, byte);
+        Document document;
+        QVERIFY(!document.load(
+            write(start + repeated("<a/>\n", lines) + "<b c='" + byte + "x'/>\n</r>")));
+        const xml::ParseError &error = document.parseError();
+        QVERIFY(error.reason.contains("conversion failed"));
+        QCOMPARE(error.line, 1 + lines + 1);
+        QCOMPARE(error.linepos, 7);
+        QCOMPARE(int(error.filepos), int(start.size()) + 5 * lines + 6);
+        QVERIFY2(error.srcText.startsWith("<b c='"), qPrintable(error.srcText));
+    }
+
+    void takesAsMuchAsAReportCouldNeed_data() {
+        const test::DataTable<QByteArray, QByteArray, QByteArray, int, QString> row(
+            "start", "piece", "end", "most", "reason"); // # in a piece is its number
+        row("attributes", "<r ", "a#='' ", "/>", 256, "more than 256 attributes");
+        row("namespaces", "<r ", "xmlns:a#='u' ", "><a/></r>", 256, "256 namespaces");
+        row("defaults", "<!DOCTYPE r [<!ATTLIST a ", "a# CDATA '' ", ">]><r/>", 100,
+            "100 default attributes");
+        row("entities", "<!DOCTYPE r [", "<!ENTITY e# 'x'>", "]><r/>", 1000, "1000 entities");
+    }
+    void takesAsMuchAsAReportCouldNeed() {
+        QFETCH(QByteArray, start);
+        QFETCH(QByteArray, piece);
+        QFETCH(QByteArray, end);
+        QFETCH(int, most);
+        QFETCH(QString, reason);
+        for (int i = 0; i < most; ++i)
+            start += QByteArray(piece).replace('#', QByteArray::number(i));
+        Document document;
+        QVERIFY(document.load(write(start + end)));
+        QVERIFY(!document.load(write(start + piece.replace('#', "x") + end)));
+        QVERIFY2(document.parseError().reason.contains(reason),
+                 qPrintable(document.parseError().reason));
+    }
+
     void refusesBrokenAndHostileFiles_data() {
         const test::DataTable<QByteArray, QString> row("content", "reason"); // a part of it
-        row("empty", "", "empty");
+        row("empty", "", "The file is empty.");
+        row("a NUL", QByteArray(1, '\0'), "The file holds no XML document.");
+        row("UTF-32", QByteArray("\xFF\xFE\0\0<\0\0\0r\0\0\0/\0\0\0>\0\0\0", 20),
+            "The file is in UTF-32, which can't be read. Save it in UTF-8.");
+        row("a long name", "<" + repeated("x", 10'100'000) + "/>", "longer than 10,000,000 bytes");
         row("cut off", "<r><row a='1'/><row a='", "AttValue");
         row("NUL behind the root", QByteArray("<r/>\0<r/>", 9), "Extra content");
         row("bad UTF-8", "<r a='\xE4'/>", "not proper UTF-8");
@@ -159,10 +211,21 @@ private slots:
             "<!DOCTYPE r [<!ENTITY x '" + repeated("x", 900) + "'>]><r>" +
                 repeated("<a b='&x;'/>", 10000) + "</r>",
             "Entities");
-        QByteArray names = "<r ";
-        for (int i = 0; i < 200000; ++i)
-            names += "a" + QByteArray::number(i) + "='' ";
-        row("a multitude of names", names + "/>", "too many different names");
+        QByteArray names = "<r>";
+        QByteArray attributes = "<r ";
+        QByteArray namespaces = "<!DOCTYPE r [<!ATTLIST a ";
+        for (int i = 0; i < 60000; ++i) {
+            names += "<a" + QByteArray::number(i) + "/>";
+            attributes += "a" + QByteArray::number(i) + "='' ";
+            if (i < 100)
+                namespaces += "xmlns:a" + QByteArray::number(i) + " CDATA 'u' ";
+        }
+        row("a multitude of names", names + "</r>", "too many different names");
+        row("a tag without end", attributes, "more than 256 attributes");
+        row("default namespaces", namespaces + ">]><r>" + repeated("<a/>", 10000) + "</r>",
+            "default attributes make the file too large");
+        row("a small entity many times in content",
+            "<!DOCTYPE r [<!ENTITY x 'x'>]><r>" + repeated("&x;", 30000) + "</r>", "Entities");
     }
     void refusesBrokenAndHostileFiles() {
         QFETCH(QByteArray, content);
@@ -203,6 +266,7 @@ private slots:
             Document document;
             QVERIFY(!document.load(path));
             QVERIFY(document.parseError().errorCode != 0);
+            QVERIFY(!document.parseError().reason.contains("Invalid argument"));
             QCOMPARE(document.parseError().line, 0);
             QCOMPARE(document.parseError().url, path);
         }

@@ -15,7 +15,10 @@ namespace {
 ParseError systemError(int errorNumber) {
     ParseError error;
     error.errorCode = errorNumber;
-    error.reason = QString::fromLocal8Bit(std::strerror(errorNumber)) + QStringLiteral("\r\n");
+    error.reason = errorNumber == EINVAL
+                       ? QStringLiteral("It is a pipe or a device; only a plain file can be read.")
+                       : QString::fromLocal8Bit(std::strerror(errorNumber));
+    error.reason += QStringLiteral("\r\n");
     return error;
 }
 

@@ -15,6 +15,8 @@ namespace {
 constexpr qint64 before = 160;
 constexpr qint64 behind = 80;
 
+constexpr qint64 chunk = qint64(1) << 16;
+
 using BufferPointer = std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)>;
 
 bool isWide(const QByteArray &encoding) {
@@ -38,6 +40,23 @@ QString decoded(const QByteArray &bytes, const QByteArray &encoding) {
     xmlCharEncCloseFunc(handler);
     return good ? QString::fromUtf8(reinterpret_cast<const char *>(xmlBufferContent(out.get())))
                 : QString::fromLatin1(bytes);
+}
+
+/// Moves the place behind the characters of a piece of the file, given in UTF-8.
+void advance(ParseError &place, std::string_view utf8) {
+    for (const char c : utf8) {
+        if (c == '\n') {
+            ++place.line;
+            place.linepos = 1;
+        } else if ((c & 0xC0) != 0x80) {
+            ++place.linepos;
+        }
+    }
+}
+
+std::string_view view(const BufferPointer &buffer) {
+    return {reinterpret_cast<const char *>(xmlBufferContent(buffer.get())),
+            static_cast<std::size_t>(xmlBufferLength(buffer.get()))};
 }
 
 } // namespace
@@ -64,6 +83,34 @@ QString sourceLine(QFile &file, qint64 position, const QByteArray &encoding) {
     line = line.trimmed();
     const QString dots = QStringLiteral("...");
     return (cutLeft ? dots : QString()) + line + (cutRight ? dots : QString());
+}
+
+bool locateBadByte(QFile &file, const QByteArray &encoding, ParseError &error) {
+    xmlCharEncodingHandler *handler = xmlFindCharEncodingHandler(encoding.constData());
+    if (handler == nullptr || !file.seek(0))
+        return false;
+    const BufferPointer in(xmlBufferCreate(), &xmlBufferFree);
+    const BufferPointer out(xmlBufferCreate(), &xmlBufferFree);
+    error.line = error.linepos = 1;
+    bool isFound = false;
+    for (QByteArray bytes = file.read(chunk); !bytes.isEmpty() && !isFound;) {
+        xmlBufferAdd(in.get(), reinterpret_cast<const xmlChar *>(bytes.constData()),
+                     static_cast<int>(bytes.size()));
+        error.filepos = file.pos();
+        // One call may find its buffer too small; half a character waits for the next chunk.
+        for (int before = 0; before != xmlBufferLength(in.get()) && !isFound;) {
+            before = xmlBufferLength(in.get());
+            isFound = xmlCharEncInFunc(handler, out.get(), in.get()) == -2;
+            const bool isMark =
+                error.line == 1 && error.linepos == 1 && view(out).starts_with("\xEF\xBB\xBF");
+            advance(error, view(out).substr(isMark ? 3 : 0));
+            xmlBufferEmpty(out.get());
+        }
+        bytes = file.read(chunk);
+    }
+    xmlCharEncCloseFunc(handler);
+    error.filepos -= xmlBufferLength(in.get());
+    return isFound;
 }
 
 } // namespace veltrona::xml

@@ -1,0 +1,84 @@
+#include "core/platform/xml/bounds.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace veltrona::xml {
+
+namespace {
+
+// Entities and defaults may not make more of a file than another encoding could.
+constexpr std::size_t mostGrowth = 4;
+constexpr std::size_t freeGrowth = std::size_t(1) << 20;
+constexpr std::size_t namespaceBytes = 12; // what the shortest declaration takes in a file
+constexpr std::size_t contentWork = 64;    // bytes that are read as slowly as one entity is
+
+/// By the mark of its encoding, or by its first "<".
+bool isUtf32(QFile &file) {
+    const QByteArray starts[] = {QByteArray("\xFF\xFE\0\0", 4), QByteArray("\0\0\xFE\xFF", 4),
+                                 QByteArray("<\0\0\0", 4), QByteArray("\0\0\0<", 4)};
+    file.seek(0);
+    const QByteArray start = file.read(4);
+    return std::find(std::begin(starts), std::end(starts), start) != std::end(starts);
+}
+
+} // namespace
+
+void Growth::addEntity(std::size_t length, bool isInContent) {
+    entityBytes += length + (isInContent ? contentWork : 1);
+}
+
+bool Growth::isTooLarge(std::size_t nodeBytes) const {
+    const std::size_t most = mostGrowth * bytesRead + freeGrowth;
+    return entityBytes > most || nodeBytes + namespaceBytes * namespaces > most;
+}
+
+QString tooDeep(unsigned most) {
+    return QStringLiteral("Elements are nested more than %1 deep.").arg(most);
+}
+
+QString tooManyNames() {
+    return QStringLiteral("The file has too many different names.");
+}
+
+QString tooManyAttributes() {
+    return QStringLiteral("An element has more than %1 attributes; no report needs so many.")
+        .arg(mostAttributes);
+}
+
+QString tooManyNamespaces() {
+    return QStringLiteral("More than %1 namespaces are in force; no report needs so many.")
+        .arg(mostNamespaces);
+}
+
+QString tooManyDefaults() {
+    return QStringLiteral("The document type sets more than %1 default attributes; no report needs "
+                          "so many.")
+        .arg(mostDefaults);
+}
+
+QString tooManyEntities() {
+    return QStringLiteral("The document type declares more than %1 entities; no report needs so "
+                          "many.")
+        .arg(mostEntities);
+}
+
+QString grownTooLarge() {
+    return QStringLiteral("Entities or default attributes make the file too large.");
+}
+
+QString plainReason(const QString &reason, QFile &file) {
+    if (file.size() == 0)
+        return QStringLiteral("The file is empty.");
+    if (isUtf32(file))
+        return QStringLiteral("The file is in UTF-32, which can't be read. Save it in UTF-8.");
+    if (reason.startsWith(QStringLiteral("Document is empty")))
+        return QStringLiteral("The file holds no XML document.");
+    if (reason.contains(QStringLiteral("Huge input lookup")))
+        return QStringLiteral("A name or another piece of the file is longer than 10,000,000 "
+                              "bytes.");
+    return reason.simplified();
+}
+
+} // namespace veltrona::xml
