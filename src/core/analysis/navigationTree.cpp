@@ -3,6 +3,7 @@
 #include "core/analysis/nodeTag.h"
 #include "core/analysis/readingOrder.h"
 #include "core/base/blanks.h"
+#include "core/base/storedText.h"
 
 #include <QScopeGuard>
 
@@ -26,8 +27,7 @@ struct Name {
 };
 
 QString nameOf(std::string_view utf8) {
-    const std::string_view name = withoutBlanks(utf8);
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    return textOf(withoutBlanks(utf8));
 }
 
 using Columns = std::array<std::string, levels>;

@@ -6,6 +6,7 @@
 #include "core/analysis/statisticsGrid.h"
 #include "core/analysis/summary.h"
 #include "core/base/blanks.h"
+#include "core/base/storedText.h"
 
 #include <algorithm>
 #include <string>
@@ -94,7 +95,7 @@ public:
             Row &row = m_rows[static_cast<std::size_t>(place)];
             if (!row.hasRecords)
                 continue;
-            row.sums.name = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+            row.sums.name = textOf(name);
             order.emplace_back(ReadingKey(row.sums.name), &row.sums);
         }
         std::sort(order.begin(), order.end(),

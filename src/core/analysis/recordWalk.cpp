@@ -1,6 +1,7 @@
 #include "core/analysis/recordWalk.h"
 
 #include "core/base/failureNumbers.h"
+#include "core/base/storedText.h"
 
 #include <algorithm>
 
@@ -29,7 +30,8 @@ struct CodedCondition {
 std::vector<CodedCondition> codedConditions(const NodeTag &tag, const TextDictionary &names) {
     std::vector<CodedCondition> coded;
     for (const NodeCondition &condition : tag.conditions)
-        coded.push_back({columnOf(condition), names.find(condition.value.toStdString())});
+        coded.push_back(
+            {columnOf(condition), names.find(storedBytes(condition.value).toStdString())});
     return coded;
 }
 
@@ -61,7 +63,7 @@ DateValue dateOf(std::string_view text, const QString &path) {
         return *date;
     throw Failure(unreadableDate,
                   QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
-                      .arg(path, QString::fromUtf8(text.data(), qsizetype(text.size())).left(40)));
+                      .arg(path, textOf(text).left(40)));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "core/base/failure.h"
 #include "core/base/failureNumbers.h"
+#include "core/base/storedText.h"
 
 #include <QDir>
 
@@ -23,7 +24,7 @@ bool isSameName(std::string_view a, std::string_view b) {
 void declare(ReportColumnNames &names, std::string_view name) {
     for (std::size_t i = 0; i < reportColumns.size(); ++i) {
         if (isSameName(name, reportColumns[i].name))
-            names[i] = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+            names[i] = textOf(name);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "core/import/importRows.h"
 
 #include "core/base/failureNumbers.h"
+#include "core/base/storedText.h"
 #include "core/import/progress.h"
 #include "core/import/reportValues.h"
 #include "core/import/rowReader.h"
@@ -43,9 +44,7 @@ static_assert(insertSources[dayColumns.size() - 2] == reportColumnCount);
 
 QString shortened(std::string_view value) {
     // Enough bytes for the characters that are shown, whatever they are.
-    QString text = QString::fromUtf8(value.substr(0, 8 * mostShown).data(),
-                                     static_cast<qsizetype>(std::min<std::size_t>(
-                                         value.size(), static_cast<std::size_t>(8 * mostShown))));
+    QString text = textOf(value.substr(0, static_cast<std::size_t>(8 * mostShown)));
     for (QChar &c : text) {
         if (c.category() == QChar::Other_Control)
             c = QLatin1Char(' ');

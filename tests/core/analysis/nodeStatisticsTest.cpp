@@ -1,6 +1,11 @@
 // The statistics of a node from records worked out by hand, from the table to the grid's cells.
 #include "core/analysis/nodeStatistics.h"
+
+#include "core/analysis/chartSeries.h"
+#include "core/analysis/navigationTree.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/base/storedText.h"
+#include "core/report/reportText.h"
 #include "support/gridText.h"
 #include "support/recordTable.h"
 
@@ -80,6 +85,42 @@ private slots:
         root.Tag = " AND campaign='shoes' ORDER BY adGroup";
         QCOMPARE(queryNodeStatistics(table.connection(), root, {day, day}).rows.size(), 1U);
         QCOMPARE(queryNodeStatistics(table.connection(), root, {day, day}).rows[0].clicks, 100.0);
+    }
+
+    // From the table to tree, grid, chart and report, and back to the records by the node's Tag.
+    void keepsEveryCharacterOfAName() {
+        const QStringList names = {QStringLiteral("\uFEFF\uFEFFmark"),
+                                   QString::fromLatin1("a\0b", 3),
+                                   textOf("\xFFz\xED\xA0\x80"),
+                                   textOf("\xFEz\xED\xA0\x80"),
+                                   "\uFFFDz",
+                                   "\U0001F600"};
+        test::RecordTable table;
+        for (const QString &name : names)
+            table.insert({{"Campaign", name}, {"GoogleDate", "2007-05-14"}, {"Clicks", 7}});
+        Tree tree;
+        buildNavigationTree(table.connection(), "", tree);
+        const DateValue day = dateValue(CalendarDay{2007, 5, 14});
+        const int clicks = int(chartMetrics().indexOf("Clicks"));
+        QStringList found;
+        for (const TreeNode *node : tree.Nodes().Item(1)->Children) {
+            found += node->Text;
+            const NodeStatistics below = queryNodeStatistics(table.connection(), *node, {day, day});
+            QCOMPARE(int(below.rows.size()), 1);
+            QCOMPARE(below.rows[0].clicks, 7.0);
+            const ChartSeries series =
+                queryChartSeries(table.connection(), {clicks, 0, {day, day}, false, node->Tag});
+            QCOMPARE(series.bars[0].value, 7.0);
+        }
+        QCOMPARE(QSet(found.begin(), found.end()), QSet(names.begin(), names.end()));
+        const NodeStatistics all =
+            queryNodeStatistics(table.connection(), *tree.Nodes().Item(1), {day, day});
+        QCOMPARE(shown(all).filter(names[0] + '|').size(), 1);
+        QCOMPARE(shown(all).filter(names[1] + '|').size(), 1);
+        std::string page;
+        appendAnsi(page, names[0] + names[1] + names[2]);
+        QCOMPARE(page,
+                 std::string("&#65279;&#65279;marka\0b&#65533;z&#65533;&#65533;&#65533;", 56));
     }
 };
 

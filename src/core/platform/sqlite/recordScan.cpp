@@ -1,5 +1,7 @@
 #include "core/platform/sqlite/recordScan.h"
 
+#include "core/base/storedText.h"
+
 #include <exception>
 #include <memory>
 #include <sqlite3.h>
@@ -102,7 +104,7 @@ void scanRecords(const Connection &connection, std::string_view columns, std::st
 
     int code = sqlite3_bind_pointer(statement.get(), 1, &scan, pointerType, nullptr);
     for (std::size_t i = 0; i < bindings.size() && code == SQLITE_OK; ++i) {
-        const QByteArray text = bindings[i].toUtf8();
+        const QByteArray text = storedBytes(bindings[i]);
         code = sqlite3_bind_text64(statement.get(), static_cast<int>(i) + 2, text.constData(),
                                    static_cast<sqlite3_uint64>(text.size()), SQLITE_TRANSIENT,
                                    SQLITE_UTF8);

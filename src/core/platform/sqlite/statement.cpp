@@ -1,5 +1,7 @@
 #include "core/platform/sqlite/connection.h"
 
+#include "core/base/storedText.h"
+
 #include <sqlite3.h>
 
 #include <utility>
@@ -34,7 +36,7 @@ void Statement::bind(int parameter, std::string_view text) {
 }
 
 void Statement::bind(int parameter, const QString &text) {
-    const QByteArray utf8 = text.toUtf8();
+    const QByteArray utf8 = storedBytes(text);
     bind(parameter, std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
 }
 
@@ -74,8 +76,7 @@ std::string_view Statement::utf8(int column) const {
 }
 
 QString Statement::text(int column) const {
-    const std::string_view text = utf8(column);
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return textOf(utf8(column));
 }
 
 void Statement::check(int code) const {
