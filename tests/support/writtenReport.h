@@ -16,7 +16,7 @@ struct WrittenReport {
     QStringList redNames = {};
     ReportOptions options{.graph = false};
 
-    void write(const QString &path) const {
+    ReportPlaces write(const QString &path) const {
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
         grid.setRows(static_cast<int>(names.size()) + 3);
@@ -41,7 +41,7 @@ struct WrittenReport {
         source.options = options;
         source.copyChart = [&] { return &picture; };
         source.locale = QLocale::c();
-        writeReport(path, true, source);
+        return writeReport(path, true, source);
     }
 };
 

@@ -44,7 +44,7 @@ public:
 
     bool isEnabled() override { return true; }
 
-    void print(ReportDocument &report, QWidget *) override {
+    void print(const ReportDocument &report, QWidget *) override {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file);

@@ -269,7 +269,7 @@ void Tour::planPrint() {
         press(Qt::Key_Return);
     });
     m_guide.step(
-        u"the preview"_s, [] { return inFront(u"frmPrev"_s) && frmPrev::instance().isComplete(); },
+        u"the preview"_s, [] { return inFront(u"frmPrev"_s) && frmPrev::instance().isLoaded(); },
         [this] {
             m_guide.takePicture(u"preview"_s);
             press(Qt::Key_P, Qt::AltModifier);

@@ -12,6 +12,7 @@ enum FailureNumber : int {
     newerProject = 17,
     unreadableDate = 20,
     noProject = 26,
+    changedReport = 75,
     movedProject = 1032,
 };
 

@@ -22,28 +22,42 @@ bool isLatin(char16_t unit) {
     return unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF);
 }
 
-void appendOther(std::string &out, char32_t character) {
+void appendOther(std::string &out, char32_t character, std::vector<BytePlace> *references) {
     const auto *found = std::find(std::begin(upperPage), std::end(upperPage), character);
     if (character != 0 && found != std::end(upperPage)) {
         out += static_cast<char>(0x80 + (found - std::begin(upperPage)));
     } else if (character >= 0x80 && character < 0xA0 && upperPage[character - 0x80] == 0) {
         out += static_cast<char>(character);
     } else {
+        const std::size_t begin = out.size();
         out += "&#";
         out += std::to_string(static_cast<std::uint32_t>(character));
         out += ';';
+        if (references)
+            references->push_back({begin, out.size()});
     }
 }
 
 class Lines {
 public:
-    explicit Lines(std::size_t expectedSize) { m_text.reserve(expectedSize); }
+    Lines(std::size_t expectedSize, ReportPlaces *places) : m_places(places) {
+        m_text.reserve(expectedSize);
+    }
 
     /// Writes one line of pieces that are the report's own or a value.
     template<typename... Pieces>
     void write(const Pieces &...pieces) {
         (append(pieces), ...);
         m_text += "\r\n";
+    }
+    /// What is written between the two is a row of the statistics.
+    void beginRow() {
+        if (m_places)
+            m_places->rows.push_back({{m_text.size(), 0}, m_places->values.size()});
+    }
+    void endRow() {
+        if (m_places)
+            m_places->rows.back().place.end = m_text.size();
     }
     std::string take() { return std::move(m_text); }
 
@@ -54,10 +68,16 @@ private:
     }
     void append(std::string_view piece) { m_text += piece; }
     void append(QLatin1String piece) { m_text.append(piece.data(), std::size_t(piece.size())); }
-    void append(const QString &value) { appendAnsi(m_text, value); }
-    void append(QStringView value) { appendAnsi(m_text, value); }
+    void append(QStringView value) {
+        const std::size_t begin = m_text.size();
+        appendAnsi(m_text, value, m_places ? &m_places->references : nullptr);
+        if (m_places)
+            m_places->values.push_back({begin, m_text.size()});
+    }
+    void append(const QString &value) { append(QStringView(value)); }
 
     std::string m_text;
+    ReportPlaces *m_places;
 };
 
 constexpr char head[] =
@@ -66,9 +86,9 @@ constexpr char style[] =
     R"(<style type="text/css"><!--.Stil5 {font-family: Arial, Helvetica, sans-serif; font-size: 12px; }.Stil6 {font-family: Arial, Helvetica, sans-serif; font-size: 18px; }.Stil8 {color: #FF3333}.GoogleHeader {font-family: Arial, Helvetica, sans-serif}.GoogleFooter {color: #008000}--></style><body>)";
 constexpr char tableHead[] = R"(<table width="800" border="1" cellspacing="0">)";
 constexpr char rowHead[] = R"(<tr class="Stil5">)";
-constexpr char redOpen[] = R"(<span class="Stil8">)";
 
-void writeDetailRow(Lines &lines, std::string_view caption, const QString &value) {
+template<class Value>
+void writeDetailRow(Lines &lines, std::string_view caption, const Value &value) {
     lines.write(rowHead);
     lines.write("<td>", caption, "</td>");
     lines.write("<td>", value, "</td>");
@@ -86,7 +106,7 @@ void writeDetails(Lines &lines, const ReportContent &content) {
     writeDetailRow(lines, "Search or Content", details.searchType);
     writeDetailRow(lines, "Keyword", details.keyword);
     writeDetailRow(lines, "Keyword type", details.keywordType);
-    writeDetailRow(lines, "&nbsp;", QStringLiteral("&nbsp;"));
+    writeDetailRow(lines, "&nbsp;", std::string_view("&nbsp;"));
     writeDetailRow(lines, "Start date", content.start);
     writeDetailRow(lines, "End date", content.end);
     lines.write("</table>");
@@ -100,17 +120,19 @@ void writeStatistics(Lines &lines, const Grid &grid, bool doColor) {
                     withoutBlanks(grid.TextMatrix(gridRow::Heading, col)), "</div></th>");
     lines.write("</tr>");
     for (int row = gridRow::FirstData; row < grid.Rows(); ++row) {
+        lines.beginRow();
         lines.write(rowHead);
         for (int col = 0; col < gridColumn::Shown; ++col) {
             const std::string_view open = col == gridColumn::Name ? R"(<td><div align="left">)"
                                                                   : R"(<td><div align="right">)";
             const QStringView text = withoutBlanks(grid.TextMatrix(row, col));
             if (doColor && grid.cellColor(row, col) == red)
-                lines.write(open, redOpen, text, "</span></div></td>");
+                lines.write(open, reportMark, text, "</span></div></td>");
             else
                 lines.write(open, text, "</div></td>");
         }
         lines.write("</tr>");
+        lines.endRow();
     }
     lines.write("</table>");
 }
@@ -123,7 +145,7 @@ std::size_t expectedSize(const ReportContent &content, const Grid &grid) {
 
 } // namespace
 
-void appendAnsi(std::string &out, QStringView text) {
+void appendAnsi(std::string &out, QStringView text, std::vector<BytePlace> *references) {
     const char16_t *units = text.utf16();
     const qsizetype size = text.size();
     qsizetype at = 0;
@@ -134,17 +156,17 @@ void appendAnsi(std::string &out, QStringView text) {
             out += static_cast<char>(units[at]);
         } else if (QChar::isHighSurrogate(units[at]) && at + 1 < size &&
                    QChar::isLowSurrogate(units[at + 1])) {
-            appendOther(out, QChar::surrogateToUcs4(units[at], units[at + 1]));
+            appendOther(out, QChar::surrogateToUcs4(units[at], units[at + 1]), references);
             ++at;
         } else {
-            appendOther(out, QChar::isSurrogate(units[at]) ? 0xFFFD : units[at]);
+            appendOther(out, QChar::isSurrogate(units[at]) ? 0xFFFD : units[at], references);
         }
     }
 }
 
-std::string reportText(const ReportContent &content, const Grid &grid) {
+std::string reportText(const ReportContent &content, const Grid &grid, ReportPlaces *places) {
     const ReportOptions &options = content.options;
-    Lines lines(expectedSize(content, grid));
+    Lines lines(expectedSize(content, grid), places);
     lines.write(head, productName, " Report</title>");
     lines.write(style);
     lines.write(R"(<p class="Stil6">)", productName, " Report</p>");
@@ -162,10 +184,19 @@ std::string reportText(const ReportContent &content, const Grid &grid) {
         lines.write(R"(<p>&nbsp;</p><p align="center" class="Stil5">Created with <a href=")",
                     homePage, R"(">)", productName, "</a></p>");
     lines.write("</body></html>");
-    return lines.take();
+    std::string text = lines.take();
+    if (places) {
+        places->columns = gridColumn::Shown;
+        places->digest = reportDigest(text);
+    }
+    return text;
 }
 
-QString textOfAnsi(const QByteArray &bytes) {
+std::size_t reportDigest(std::string_view bytes) {
+    return std::hash<std::string_view>()(bytes);
+}
+
+QString textOfAnsi(QByteArrayView bytes) {
     QString text = QString::fromLatin1(bytes);
     for (QChar &c : text) {
         const int place = c.unicode() - 0x80;

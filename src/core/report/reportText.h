@@ -3,9 +3,13 @@
 #pragma once
 
 #include "core/controls/grid.h"
+#include "core/report/reportPlaces.h"
 #include "core/report/reportValues.h"
 
+#include <QByteArrayView>
+
 #include <string>
+#include <string_view>
 
 namespace veltrona {
 
@@ -30,12 +34,18 @@ struct ReportContent {
     bool doColor = false; // marks the cells that are red in the grid
 };
 
-/// The grid is read for the details alone; its current cell stays.
-std::string reportText(const ReportContent &content, const Grid &grid);
+/// Stands before the text of a coloured cell.
+inline constexpr char reportMark[] = R"(<span class="Stil8">)";
 
-/// Appends a text in windows-1252.
-void appendAnsi(std::string &out, QStringView text);
+/// The grid is read for the details alone; its current cell stays. `places`, if wanted, gets the
+/// places of the values.
+std::string reportText(const ReportContent &content, const Grid &grid,
+                       ReportPlaces *places = nullptr);
+std::size_t reportDigest(std::string_view bytes);
+
+/// Appends a text in windows-1252, and to `references` the places of what the code page lacks.
+void appendAnsi(std::string &out, QStringView text, std::vector<BytePlace> *references = nullptr);
 /// The text of bytes in windows-1252.
-QString textOfAnsi(const QByteArray &bytes);
+QString textOfAnsi(QByteArrayView bytes);
 
 } // namespace veltrona

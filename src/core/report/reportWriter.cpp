@@ -52,10 +52,11 @@ bool savePicture(const ReportSource &source, const QString &path) {
 
 } // namespace
 
-void writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
+ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
     const QString fileName = withoutBlanks(strFilename).toString();
     desktop::ReplacementFile page(fileName);
-    page.write(reportText(contentOf(source, doColor), *source.grid));
+    ReportPlaces places;
+    page.write(reportText(contentOf(source, doColor), *source.grid, &places));
     if (source.options.details) {
         source.grid->setRow(gridRow::summary(source.grid->Rows()));
         source.grid->setCol(gridColumn::Transactions);
@@ -64,12 +65,13 @@ void writeReport(const QString &strFilename, bool doColor, const ReportSource &s
     const bool saved = source.options.graph && savePicture(source, picture.path());
     page.commit();
     if (!saved)
-        return;
+        return places;
     try {
         picture.commit();
     } catch (const Failure &failure) {
         tellPictureFailure(failure.number(), failure.text());
     }
+    return places;
 }
 
 } // namespace veltrona

@@ -31,6 +31,7 @@ struct ReportSource {
 /// Blanks around the name are cut; a relative name starts from the current directory. Throws
 /// Failure where the page can't be written: an older page and its picture are as they were then. A
 /// picture that can't be written is told in a message, and the page is put in place all the same.
-void writeReport(const QString &strFilename, bool doColor, const ReportSource &source);
+/// Gives the places of the values in the page.
+ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportSource &source);
 
 } // namespace veltrona

@@ -130,7 +130,7 @@ void frmOutput::runExport() {
 void frmOutput::runPrint() {
     frmPrev &preview = frmPrev::instance();
     preview.FileName = printReportPath(m_settings.dataFolder);
-    doExport(preview.FileName, m_settings.printColor);
+    preview.places = doExport(preview.FileName, m_settings.printColor);
     preview.Show();
     accept();
 }
@@ -139,13 +139,13 @@ void frmOutput::cmdClose_Click() {
     reject();
 }
 
-void frmOutput::doExport(const QString &strFilename, bool doColor) {
+ReportPlaces frmOutput::doExport(const QString &strFilename, bool doColor) {
     const Hourglass hourglass;
     m_source.options = {.graph = chkOpts[0]->isChecked(),
                         .details = chkOpts[1]->isChecked(),
                         .dateAndTime = chkOpts[2]->isChecked(),
                         .footer = chkOpts[3]->isChecked()};
-    writeReport(strFilename, doColor, m_source);
+    return writeReport(strFilename, doColor, m_source);
 }
 
 void frmOutput::showHtml(const QString &FileName) {

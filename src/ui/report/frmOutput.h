@@ -38,8 +38,9 @@ public:
     /// Shows the dialog modally; returns when it has been unloaded.
     void Show();
 
-    /// Writes the report with the options ticked; throws Failure.
-    void doExport(const QString &strFilename, bool doColor);
+    /// Writes the report with the options ticked, and gives the places of its values; throws
+    /// Failure.
+    ReportPlaces doExport(const QString &strFilename, bool doColor);
 
 protected:
     void changeEvent(QEvent *event) override;

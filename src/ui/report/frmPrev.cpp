@@ -9,8 +9,6 @@
 #include "ui/views/hourglass.h"
 
 #include <QKeyEvent>
-#include <QLabel>
-#include <QLocale>
 #include <QPushButton>
 #include <QScreen>
 #include <QTextBrowser>
@@ -22,10 +20,9 @@ namespace {
 constexpr TwipRect innerSize{0, 0, 10020, 8250};
 // clang-format off
 constexpr DesignedControl design[] = {
-    {"cmdPrint",    { 480, 120, 1815,  375}, "&Print"},
-    {"cmdClose",    {2640, 120, 1935,  375}, "&Close"},
-    {"wbPP",        { 120, 600, 9735, 7335}},
-    {"lblProgress", {4800, 120, 5055,  375}},
+    {"cmdPrint", { 480, 120, 1815,  375}, "&Print"},
+    {"cmdClose", {2640, 120, 1935,  375}, "&Close"},
+    {"wbPP",     { 120, 600, 9735, 7335}},
 };
 // clang-format on
 constexpr float widthReserve = 300;
@@ -48,23 +45,22 @@ void tell(const QString &text) {
 frmPrev::frmPrev()
     : cmdPrint(desktop::makeControl<QPushButton>(design, "cmdPrint", this)),
       cmdClose(desktop::makeControl<QPushButton>(design, "cmdClose", this)),
-      wbPP(desktop::makeControl<QTextBrowser>(design, "wbPP", this)),
-      m_progress(desktop::makeControl<QLabel>(design, "lblProgress", this)) {
+      wbPP(desktop::makeControl<QTextBrowser>(design, "wbPP", this)) {
     setObjectName(QStringLiteral("frmPrev"));
     setWindowTitle(QStringLiteral("Print Preview"));
     setWindowFlags(desktop::fixedDialog);
     wbPP->setAccessibleName(QStringLiteral("Report"));
     wbPP->setOpenLinks(false);
+    // A caret lets a screen reader read the page along the arrow keys.
+    wbPP->setTextInteractionFlags(wbPP->textInteractionFlags() | Qt::TextSelectableByKeyboard);
     wbPP->setPalette(paperPalette());
     // The page keeps its width, as on paper, however wide the window is.
     wbPP->setLineWrapMode(QTextEdit::FixedPixelWidth);
-    wbPP->setLineWrapColumnOrWidth(ReportDocument::pageWidth);
+    wbPP->setLineWrapColumnOrWidth(ReportSheet::pageWidth);
     cmdPrint->setAutoDefault(false);
     cmdClose->setAutoDefault(false);
     desktop::handle(cmdPrint, &QPushButton::clicked, this, &frmPrev::cmdPrint_Click);
     desktop::handle(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
-    m_loading.setSingleShot(true); // a part that fails must not come again behind its message
-    desktop::handle(&m_loading, &QTimer::timeout, this, &frmPrev::loadMore);
 }
 
 frmPrev::~frmPrev() {
@@ -114,8 +110,6 @@ void frmPrev::Form_Resize() {
 }
 
 void frmPrev::Form_Unload() {
-    m_loading.stop();
-    m_progress->clear();
     wbPP->setDocument(nullptr);
     m_page = nullptr;
 }
@@ -153,36 +147,18 @@ void frmPrev::keyPressEvent(QKeyEvent *event) {
 /// A page that can't be loaded leaves its reason in the browser's place, and nothing to print.
 void frmPrev::Navigate(const QString &fileName) {
     const Hourglass hourglass;
-    auto page = std::make_unique<ReportDocument>();
     try {
-        page->load(fileName);
+        m_page = std::make_unique<ReportDocument>(fileName, places);
+        wbPP->setDocument(m_page.get());
     } catch (const Failure &failure) {
         wbPP->setPlainText(failure.text());
-        return;
     }
-    m_page = std::move(page);
-    wbPP->setDocument(m_page.get());
-    if (!m_page->isComplete())
-        m_loading.start(0);
-}
-
-void frmPrev::loadMore() {
-    if (m_page->isComplete()) {
-        m_progress->clear();
-        return;
-    }
-    m_page->loadMore();
-    const QLocale locale;
-    m_progress->setText(
-        QStringLiteral("Laying out the page: %1 of %2 rows")
-            .arg(locale.toString(m_page->loadedRows()), locale.toString(m_page->rows())));
-    m_loading.start(0);
 }
 
 void frmPrev::cmdPrint_Click() {
     QString noted;
     try {
-        if (printing().isEnabled() && isComplete())
+        if (printing().isEnabled() && isLoaded())
             printing().print(*m_page, this);
         else
             tell(QStringLiteral("The Print command is currently disabled."));

@@ -1,16 +1,13 @@
 // The print preview: shows a report's HTML file and prints it with the system's own dialog. One
-// shared instance serves the whole run; each showing loads the file afresh. A long report comes in
-// parts while the window is up and can be read and closed meanwhile.
+// shared instance serves the whole run; each showing loads the file afresh.
 #pragma once
 
 #include "ui/report/reportDocument.h"
 
 #include <QDialog>
-#include <QTimer>
 
 #include <memory>
 
-class QLabel;
 class QPushButton;
 class QTextBrowser;
 
@@ -24,13 +21,14 @@ public:
     ~frmPrev() override;
     static frmPrev &instance();
 
-    /// The file to show.
+    /// The file to show, and where the values lie in it.
     QString FileName;
+    ReportPlaces places;
 
     /// Loads the file and shows the preview modally, filling the screen; returns when it is closed.
     void Show();
-    /// Whether the whole report is on the screen, so that it can be printed.
-    bool isComplete() const { return m_page && m_page->isComplete(); }
+    /// Whether the report is on the screen, so that it can be printed.
+    bool isLoaded() const { return m_page != nullptr; }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -45,15 +43,12 @@ private:
     void cmdPrint_Click();
     void cmdClose_Click();
     void Navigate(const QString &fileName);
-    void loadMore();
     void fillScreen();
     void arrange();
 
     QPushButton *cmdPrint;
     QPushButton *cmdClose;
     QTextBrowser *wbPP;
-    QLabel *m_progress; // beside the buttons while a long report is loading
-    QTimer m_loading;
     QRect m_screen; // what the window fills, its frame included
     std::unique_ptr<ReportDocument> m_page;
 };

@@ -1,9 +1,9 @@
 #include "ui/report/pagination.h"
 
-#include "ui/report/reportDocument.h"
+#include "ui/report/reportSheet.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
+#include <QTextFrame>
 
 #include <algorithm>
 
@@ -19,68 +19,88 @@ struct Span {
     bool isPicture = false;
 };
 
-/// What must stay on one page. The cells of a row overlap in height, so they make one span.
-std::vector<Span> spansOf(const ReportDocument &document) {
-    const QAbstractTextDocumentLayout &layout = *document.documentLayout();
+/// The lines of the frame, in frame coordinates. A picture stays with the line above that says
+/// what it shows.
+std::vector<Span> linesOf(const QTextDocument &frame) {
+    const QAbstractTextDocumentLayout &layout = *frame.documentLayout();
     std::vector<Span> spans;
     double captionTop = -1;
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    for (QTextBlock block = frame.begin(); block.isValid(); block = block.next()) {
         const QRectF rect = layout.blockBoundingRect(block);
-        Span span{rect.top(), rect.bottom()};
         const QString text = block.text();
-        if (text.contains(QChar::ObjectReplacementCharacter)) {
-            span.isPicture = true;
-            // A picture stays with the line above that says what it shows.
-            if (captionTop >= 0)
-                span.top = captionTop;
-        } else if (!text.isEmpty()) {
-            captionTop = span.top;
+        const bool isPicture = text.contains(QChar::ObjectReplacementCharacter);
+        const bool isCaptioned = isPicture && captionTop >= 0;
+        spans.push_back({isCaptioned ? captionTop : rect.top(), rect.bottom(), isPicture});
+        if (!isPicture && !text.isEmpty())
+            captionTop = rect.top();
+    }
+    return spans;
+}
+
+/// What must stay on one page, from top to bottom. The cells of a row overlap in height, so they
+/// make one span, and a table's first and last edge stay with the row beside them. The statistics
+/// are one span: their rows are cut where they meet.
+std::vector<Span> spansOf(const ReportSheet &sheet) {
+    const QTextDocument &frame = sheet.frame();
+    std::vector<Span> spans = linesOf(frame);
+    for (const QTextFrame *table : frame.rootFrame()->childFrames()) {
+        const QRectF rect =
+            frame.documentLayout()->frameBoundingRect(const_cast<QTextFrame *>(table));
+        spans.push_back({rect.top(), rect.top() + borders});
+        spans.push_back({rect.bottom() - borders, rect.bottom()});
+    }
+    if (sheet.rows() > 0) {
+        const double bottom = sheet.statisticsBottom() - sheet.rowsBelow();
+        std::erase_if(spans, [&](const Span &span) {
+            return span.top >= sheet.statisticsTop() && span.bottom <= bottom;
+        });
+        for (Span &span : spans) {
+            span.top += span.top >= bottom ? sheet.rowsBelow() : 0;
+            span.bottom += span.bottom > bottom ? sheet.rowsBelow() : 0;
         }
-        spans.push_back(span);
+        spans.push_back({sheet.statisticsTop(), sheet.statisticsBottom()});
     }
     std::sort(spans.begin(), spans.end(),
               [](const Span &left, const Span &right) { return left.top < right.top; });
     return spans;
 }
 
-/// The middles of the gaps between the spans, and the document's end.
-std::vector<double> breaksOf(const ReportDocument &document) {
-    const ReportDocument::Statistics statistics = document.statistics();
+/// The middles of the gaps between the spans, the places between rows, and the sheet's end.
+std::vector<double> breaksOf(const ReportSheet &sheet) {
     std::vector<double> breaks;
     double bottom = 0;
-    for (const Span &span : spansOf(document)) {
-        const double gap = (bottom + span.top) / 2;
-        // The headings stay with the first row below them.
-        const bool isBelowHeadings =
-            gap > statistics.top + borders && gap <= statistics.headingsEnd + 1;
-        if (span.top > bottom && bottom > 0 && !isBelowHeadings)
-            breaks.push_back(gap);
+    for (const Span &span : spansOf(sheet)) {
+        if (span.top >= bottom && bottom > 0)
+            breaks.push_back((bottom + span.top) / 2);
         bottom = std::max(bottom, span.bottom);
     }
+    // The headings stay with the first row below them.
+    for (int row = 1; row < sheet.rows(); ++row)
+        breaks.push_back(sheet.rowTop(row));
     breaks.push_back(bottom + borders);
+    std::sort(breaks.begin(), breaks.end());
     return breaks;
 }
 
 } // namespace
 
-double highestPicture(const ReportDocument &document) {
+double highestPicture(const ReportSheet &sheet) {
     double highest = 0;
-    for (const Span &span : spansOf(document)) {
+    for (const Span &span : linesOf(sheet.frame())) {
         if (span.isPicture)
             highest = std::max(highest, span.bottom - span.top);
     }
     return highest;
 }
 
-std::vector<ReportPage> paginate(const ReportDocument &document, double height) {
-    const std::vector<double> breaks = breaksOf(document);
-    const ReportDocument::Statistics statistics = document.statistics();
-    const double headings = statistics.headingsEnd - statistics.top;
+std::vector<ReportPage> paginate(const ReportSheet &sheet, double height) {
+    const std::vector<double> breaks = breaksOf(sheet);
+    const double headings = sheet.rows() > 0 ? sheet.rowsTop() - sheet.statisticsTop() : 0;
     std::vector<ReportPage> pages;
     for (double top = 0; top < breaks.back();) {
         ReportPage page{top, top, false};
-        page.repeatsHeadings = headings < height / 2 && top >= statistics.headingsEnd &&
-                               top < statistics.bottom - borders;
+        page.repeatsHeadings = headings > 0 && headings < height / 2 && top >= sheet.rowsTop() &&
+                               top < sheet.rowsBottom();
         const double end = top + height - (page.repeatsHeadings ? headings : 0);
         const auto above = std::upper_bound(breaks.begin(), breaks.end(), end);
         page.bottom = above != breaks.begin() && *(above - 1) > top ? *(above - 1) : end;

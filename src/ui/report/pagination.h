@@ -1,13 +1,13 @@
-// Where a laid-out report is cut into pages: between its lines, never through a row or a picture.
+// Where a sheet is cut into pages: between its lines, never through a row or a picture.
 #pragma once
 
 #include <vector>
 
 namespace veltrona {
 
-class ReportDocument;
+class ReportSheet;
 
-/// A piece of the document, in pixels from its top.
+/// A piece of the sheet, in pixels from its top.
 struct ReportPage {
     double top = 0;
     double bottom = 0;
@@ -16,9 +16,9 @@ struct ReportPage {
 };
 
 /// The pages for paper of that height. Only what is higher than a whole page is cut.
-std::vector<ReportPage> paginate(const ReportDocument &document, double height);
+std::vector<ReportPage> paginate(const ReportSheet &sheet, double height);
 
 /// The height of the highest picture with the line above it; 0 if there is no picture.
-double highestPicture(const ReportDocument &document);
+double highestPicture(const ReportSheet &sheet);
 
 } // namespace veltrona

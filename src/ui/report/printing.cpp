@@ -26,7 +26,7 @@ public:
     // Without any printer the dialog still prints to a file.
     bool isEnabled() override { return true; }
 
-    void print(ReportDocument &report, QWidget *owner) override {
+    void print(const ReportDocument &report, QWidget *owner) override {
         QPrinter printer(QPrinter::HighResolution);
         printer.setDocName(productName + QStringLiteral(" Report"));
         printer.setCreator(productName);
@@ -40,28 +40,29 @@ public:
 
 Printing *installed = nullptr;
 
-void drawPiece(QPainter &painter, const ReportDocument &report, const QRectF &piece) {
-    QAbstractTextDocumentLayout::PaintContext context;
-    context.clip = piece;
-    context.palette.setColor(QPalette::Text, Qt::black);
+void drawPiece(QPainter &painter, const ReportSheet &sheet, const QRectF &piece) {
     painter.save();
     painter.translate(0, -piece.top());
     painter.setClipRect(piece);
-    report.documentLayout()->draw(&painter, context);
+    sheet.draw(painter, piece);
     painter.restore();
     painter.translate(0, piece.height());
 }
 
-void drawPage(QPainter &painter, const ReportDocument &report, const ReportPage &page,
-              double width) {
+void drawPage(QPainter &painter, const ReportSheet &sheet, const ReportPage &page) {
     painter.save();
     if (page.repeatsHeadings) {
-        const ReportDocument::Statistics statistics = report.statistics();
-        drawPiece(painter, report,
-                  {0, statistics.top, width, statistics.headingsEnd - statistics.top});
+        const double top = sheet.statisticsTop();
+        drawPiece(painter, sheet, {0, top, sheet.width(), sheet.rowsTop() - top});
     }
-    drawPiece(painter, report, {0, page.top, width, page.bottom - page.top});
+    drawPiece(painter, sheet, {0, page.top, sheet.width(), page.bottom - page.top});
     painter.restore();
+}
+
+/// In the middle of the paper's foot.
+void drawPageNumber(QPainter &painter, const QSizeF &paper, int number, std::size_t pages) {
+    painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
+                     QStringLiteral("Page %1 of %2").arg(number).arg(pages));
 }
 
 /// The numbers of the pages that the user asked for, in the order of printing.
@@ -87,31 +88,34 @@ std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
 }
 
 /// The page is as wide as the paper, unless a picture would then be higher than the paper is.
-double scaleFor(const ReportDocument &report, const QSizeF &paper, double width) {
+double scaleFor(const ReportSheet &sheet, const QSizeF &paper) {
     constexpr double bearable = 3; // smaller still, nothing could be read
-    const double scale = paper.width() / width;
-    const double picture = highestPicture(report) * scale;
+    const double scale = paper.width() / sheet.width();
+    const double picture = highestPicture(sheet) * scale;
     return picture > paper.height() && picture < bearable * paper.height()
                ? scale * paper.height() / picture
                : scale;
 }
 
-class PaperGraph {
-public:
-    explicit PaperGraph(ReportDocument &report) : m_report(report) { report.showGraphFor(true); }
-    ~PaperGraph() { m_report.showGraphFor(false); }
-    PaperGraph(const PaperGraph &) = delete;
-    PaperGraph &operator=(const PaperGraph &) = delete;
+/// Printers ask for some margin of their own; reports have more.
+void widenMargins(QPrinter &printer) {
+    constexpr double least = 10; // millimetres
+    const QMarginsF own = printer.pageLayout().margins(QPageLayout::Millimeter);
+    printer.setPageMargins({qMax(own.left(), least), qMax(own.top(), least),
+                            qMax(own.right(), least), qMax(own.bottom(), least)},
+                           QPageLayout::Millimeter);
+}
 
-private:
-    ReportDocument &m_report;
-};
-
-bool drawPages(ReportDocument &report, QPrinter &printer) {
-    const QRectF paper = printer.pageLayout().paintRectPixels(printer.resolution());
-    const double width = qMax<double>(ReportDocument::pageWidth, report.size().width());
-    const double scale = scaleFor(report, paper.size(), width);
-    const std::vector<ReportPage> pages = paginate(report, paper.height() / scale);
+bool drawPages(const ReportDocument &report, QPrinter &printer) {
+    const ReportSheet sheet = report.paperSheet();
+    widenMargins(printer);
+    const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
+    QFont footFont(QStringLiteral("Arial"));
+    footFont.setPointSize(8);
+    const double foot = 2 * QFontMetricsF(footFont, &printer).height();
+    const QSizeF body = paper - QSizeF(0, foot);
+    const double scale = scaleFor(sheet, body);
+    const std::vector<ReportPage> pages = paginate(sheet, body.height() / scale);
     const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
     if (numbers.empty()) // an empty sheet would come out
         throw Failure(noSuchPage,
@@ -121,14 +125,17 @@ bool drawPages(ReportDocument &report, QPrinter &printer) {
     if (!painter.begin(&printer))
         return false;
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.scale(scale, scale);
-    const PaperGraph graph(report);
+    painter.setFont(footFont);
     bool isFirst = true;
     for (const int number : numbers) {
         if (!isFirst && !printer.newPage())
             return false;
         isFirst = false;
-        drawPage(painter, report, pages[std::size_t(number - 1)], width);
+        painter.save();
+        painter.scale(scale, scale);
+        drawPage(painter, sheet, pages[std::size_t(number - 1)]);
+        painter.restore();
+        drawPageNumber(painter, paper, number, pages.size());
     }
     return painter.end() && printer.printerState() != QPrinter::Error &&
            printer.printerState() != QPrinter::Aborted;
@@ -141,7 +148,7 @@ bool isWhole(const QString &pdf) {
            file.readAll().contains("%%EOF");
 }
 
-void printToFile(ReportDocument &report, QPrinter &printer) {
+void printToFile(const ReportDocument &report, QPrinter &printer) {
     const QString target = printer.outputFileName();
     desktop::ReplacementFile file(target);
     printer.setOutputFileName(file.path());
@@ -167,7 +174,7 @@ void setPrinting(Printing *printing) {
     installed = printing;
 }
 
-void printReport(ReportDocument &report, QPrinter &printer) {
+void printReport(const ReportDocument &report, QPrinter &printer) {
     if (!printer.outputFileName().isEmpty())
         printToFile(report, printer);
     else if (!drawPages(report, printer))

@@ -16,7 +16,7 @@ public:
     /// Whether something can be printed at this moment; throws Failure if that can't be told.
     virtual bool isEnabled() = 0;
     /// Asks the user by the system's print dialog and prints; throws Failure.
-    virtual void print(ReportDocument &report, QWidget *owner) = 0;
+    virtual void print(const ReportDocument &report, QWidget *owner) = 0;
 };
 
 /// The printing in force: the system's unless another one has been installed.
@@ -25,8 +25,8 @@ Printing &printing();
 /// Installs a printing that the caller keeps alive; null brings the system's back.
 void setPrinting(Printing *printing);
 
-/// Prints what the preview shows, as wide as the paper. Throws Failure if printer or file refuses;
-/// a file that stood there before is unharmed then.
-void printReport(ReportDocument &report, QPrinter &printer);
+/// Prints what the preview shows, as wide as the paper between its margins, and numbers the pages.
+/// Throws Failure if printer or file refuses; a file that stood there before is unharmed then.
+void printReport(const ReportDocument &report, QPrinter &printer);
 
 } // namespace veltrona

@@ -40,14 +40,18 @@ void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int t
                        rect);
 }
 
-QString PlainTextDelegate::displayText(const QVariant &value, const QLocale &) const {
-    QString text = shortened(value.toString());
-    for (QChar &c : text) {
+QString onOneLine(const QString &text) {
+    QString line = shortened(text);
+    for (QChar &c : line) {
         if (c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t') ||
             c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             c = QLatin1Char(' ');
     }
-    return text;
+    return line;
+}
+
+QString PlainTextDelegate::displayText(const QVariant &value, const QLocale &) const {
+    return onOneLine(value.toString());
 }
 
 } // namespace veltrona

@@ -17,7 +17,10 @@ QString plainToolTip(const QString &text);
 /// `taken` is the width within the item's rectangle that isn't there for text.
 void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken);
 
-/// An item's text on one line, shortened where nobody could read it anyway.
+/// A text on one line, shortened where nobody could read it anyway.
+QString onOneLine(const QString &text);
+
+/// Shows an item's text on one line.
 class PlainTextDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;

@@ -193,7 +193,7 @@ private slots:
                 QTimer::singleShot(0, this, [&] {
                     frmPrev &preview = frmPrev::instance();
                     QVERIFY(QTest::qWaitForWindowExposed(&preview));
-                    previewed = dialog.isVisible() && preview.isComplete();
+                    previewed = dialog.isVisible() && preview.isLoaded();
                     QCOMPARE(preview.FileName, report);
                     const QString text = preview.findChild<QTextBrowser *>()->toPlainText();
                     QVERIFY(text.contains(QStringLiteral("Transactions")));

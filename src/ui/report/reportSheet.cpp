@@ -1,0 +1,282 @@
+#include "ui/report/reportSheet.h"
+
+#include "ui/report/sampleRows.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextTable>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace veltrona {
+
+namespace {
+
+/// A wider graph is shown as wide as the tables.
+constexpr int tableWidth = 800;
+constexpr int cellFontPixels = 12;
+constexpr double paragraphMargin = 12;
+constexpr double documentMargin = 4;
+
+QFont cellFont(double zoom) {
+    QFont font(QStringLiteral("Arial"));
+    font.setPixelSize(qRound(cellFontPixels * zoom));
+    return font;
+}
+
+/// At most as wide as the tables, however many pixels that takes.
+QImage fitted(QImage graph, double zoom) {
+    graph.setDevicePixelRatio(std::max(1.0, double(graph.width()) / tableWidth) / zoom);
+    return graph;
+}
+
+/// The drawing of rich text leaves pixels out where there are too many.
+QImage forScreen(const QImage &graph, double zoom) {
+    const int width = qRound(tableWidth * zoom * qGuiApp->devicePixelRatio());
+    return fitted(
+        graph.width() > width ? graph.scaledToWidth(width, Qt::SmoothTransformation) : graph, zoom);
+}
+
+/// What stands for a picture that isn't there. A null image won't do: the drawing of rich text
+/// would then read a file of that name by itself.
+QImage noPicture() {
+    QImage image(1, 1, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// The reader of rich text takes a style sheet between comment marks for a comment; links have the
+/// colour that they have on light paper; values keep their blanks.
+QString styled(QString html, double zoom) {
+    const auto pixels = [zoom](double length) { return QString::number(qRound(length * zoom)); };
+    QString head = html.first(html.indexOf(QLatin1String("<body>")));
+    html.remove(0, head.size());
+    head.replace(QLatin1String("<!--"),
+                 QStringLiteral("a {color: #0000EE} td {white-space: pre-wrap} "
+                                "p {margin-top: %1px; margin-bottom: %1px} ")
+                     .arg(pixels(paragraphMargin)));
+    head.remove(QLatin1String("-->"));
+    for (const int size : {cellFontPixels, 18})
+        head.replace(QStringLiteral("font-size: %1px").arg(size),
+                     QStringLiteral("font-size: %1px").arg(pixels(size)));
+    html.replace(QStringLiteral("<table width=\"%1\"").arg(tableWidth),
+                 QStringLiteral("<table width=\"%1\"").arg(pixels(tableWidth)));
+    return head + html;
+}
+
+QTextBlock blockOf(const QTextTable &table, int row, int col) {
+    return table.cellAt(row, col).firstCursorPosition().block();
+}
+
+} // namespace
+
+/// Reads no file and no network: all that it is asked for is the graph.
+class ReportSheet::Frame : public QTextDocument {
+protected:
+    QVariant loadResource(int type, const QUrl &) override {
+        return type == ImageResource ? QVariant(noPicture()) : QVariant();
+    }
+};
+
+ReportSheet::ReportSheet(const ReportFile &file, const QImage &graph, Options options)
+    : m_file(file) {
+    const std::vector<int> shownRows = sampleRows(file, cellFont(options.zoom));
+    m_html = styled(file.html(shownRows, shownValue), options.zoom);
+    makeFrame(graph, options);
+    if (!shownRows.empty()) {
+        readTable(shownRows);
+        measureRows();
+    }
+}
+
+double ReportSheet::width() const {
+    return m_frame->size().width();
+}
+
+QTextTable *ReportSheet::statisticsIn(const QTextDocument &document) {
+    const QList<QTextFrame *> frames = document.rootFrame()->childFrames();
+    return frames.size() < 2 ? nullptr : qobject_cast<QTextTable *>(frames[1]);
+}
+
+void ReportSheet::makeFrame(const QImage &graph, Options options) {
+    m_frame = std::make_unique<Frame>();
+    m_frame->setUndoRedoEnabled(false);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    m_frame->setDefaultTextOption(option);
+    QFont font = m_frame->defaultFont();
+    font.setPointSizeF(font.pointSizeF() * options.zoom);
+    m_frame->setDefaultFont(font);
+    m_frame->setDocumentMargin(documentMargin * options.zoom);
+    if (!graph.isNull())
+        m_frame->addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("graph.jpg")),
+                             options.forPaper ? fitted(graph, options.zoom)
+                                              : forScreen(graph, options.zoom));
+    m_frame->setHtml(m_html);
+    m_frame->setTextWidth(pageWidth * options.zoom);
+}
+
+/// Takes the places and formats from the frame's rows.
+void ReportSheet::readTable(const std::vector<int> &shownRows) {
+    const QTextTable &table = *statisticsIn(*m_frame);
+    const QAbstractTextDocumentLayout &layout = *m_frame->documentLayout();
+    m_border = table.format().border();
+    m_padding = table.format().cellPadding();
+    for (int col = 0; col < table.columns(); ++col) {
+        const QTextBlock block = blockOf(table, 1, col);
+        m_columns.push_back({layout.blockBoundingRect(block).left(),
+                             block.layout()->lineAt(0).width(), block.blockFormat()});
+    }
+    m_plain = m_marked = blockOf(table, 1, 0).charFormat();
+    for (std::size_t i = 0; i < shownRows.size(); ++i) {
+        if (m_file.isMarked(shownRows[i], 0))
+            m_marked = blockOf(table, int(i) + 1, 0).begin().fragment().charFormat();
+    }
+    const auto top = [&](int row) {
+        return layout.blockBoundingRect(blockOf(table, row, 0)).top() - m_padding - m_border;
+    };
+    m_tops = {top(1)};
+    m_frameRowsBottom = top(table.rows() - 1) + rowHeight(shownRows.back());
+    m_table.setTop(top(0) - m_border);
+    m_table.setBottom(m_frameRowsBottom + m_border);
+    m_table.setLeft(cellLeft(m_columns.front()) - m_border);
+    m_table.setRight(cellRight(m_columns.back()) + m_border);
+}
+
+void ReportSheet::measureRows() {
+    CharacterWidths widths(m_plain.font());
+    const double line = rowHeight(0);
+    m_tops.reserve(std::size_t(m_file.rows()) + 1);
+    for (int row = 0; row < m_file.rows(); ++row) {
+        bool fits = true;
+        for (int col = 0; fits && col < m_file.columns(); ++col) {
+            const QString text = cellText(row, col);
+            constexpr double reserve = 2; // pixels
+            fits = CharacterWidths::areExactFor(text) &&
+                   widths.of(text) + reserve < m_columns[std::size_t(col)].width;
+        }
+        m_tops.push_back(m_tops.back() + (fits ? line : rowHeight(row)));
+    }
+    m_rowsBelow = m_tops.back() - m_frameRowsBottom;
+}
+
+double ReportSheet::rowHeight(int row) const {
+    double height = 0;
+    for (int col = 0; col < m_file.columns(); ++col) {
+        QTextLayout layout(cellText(row, col), m_frame->defaultFont());
+        layOutCell(layout, row, col);
+        height = std::max(height, layout.boundingRect().height());
+    }
+    return height + 2 * (m_padding + m_border);
+}
+
+int ReportSheet::rowAt(double y) const {
+    const auto below = std::upper_bound(m_tops.begin(), m_tops.end(), y);
+    return std::clamp(static_cast<int>(below - m_tops.begin()) - 1, 0, rows() - 1);
+}
+
+int ReportSheet::columnAt(double x) const {
+    const auto right = std::find_if(m_columns.begin() + 1, m_columns.end(),
+                                    [&](const Column &column) { return cellLeft(column) > x; });
+    return static_cast<int>(right - m_columns.begin()) - 1;
+}
+
+QString ReportSheet::cellText(int row, int col) const {
+    return shownValue(m_file.cell(row, col));
+}
+
+QTextCharFormat ReportSheet::cellFormat(int row, int col) const {
+    return m_file.isMarked(row, col) ? m_marked : m_plain;
+}
+
+QPointF ReportSheet::cellPlace(int row, int col) const {
+    return {m_columns[std::size_t(col)].left, rowTop(row) + m_padding + m_border};
+}
+
+void ReportSheet::layOutCell(QTextLayout &layout, int row, int col) const {
+    const Column &column = m_columns[std::size_t(col)];
+    QTextOption option = m_frame->defaultTextOption();
+    option.setTextDirection(column.format.layoutDirection());
+    option.setAlignment(column.format.alignment());
+    layout.setTextOption(option);
+    layout.setFormats({{0, static_cast<int>(layout.text().size()), cellFormat(row, col)}});
+    layout.beginLayout();
+    double y = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLeadingIncluded(true);
+        line.setLineWidth(column.width);
+        line.setPosition({0, y});
+        y += line.ascent() + line.descent() + line.leading(); // fonts may lead backwards
+    }
+    layout.endLayout();
+}
+
+void ReportSheet::draw(QPainter &painter, const QAbstractTextDocumentLayout::PaintContext &context,
+                       const DrawCell &drawCell) const {
+    const auto drawFrame = [&](double top, double bottom, double lowerBy) {
+        const QRectF part = context.clip & QRectF(0, top + lowerBy, width(), bottom - top);
+        if (part.isEmpty())
+            return;
+        auto inFrame = context;
+        inFrame.clip = part.translated(0, -lowerBy);
+        painter.save();
+        painter.translate(0, lowerBy);
+        painter.setClipRect(inFrame.clip, Qt::IntersectClip);
+        m_frame->documentLayout()->draw(&painter, inFrame);
+        painter.restore();
+    };
+    if (rows() == 0)
+        return drawFrame(0, frameHeight(), 0);
+    drawFrame(0, rowsTop(), 0);
+    drawFrame(m_frameRowsBottom, frameHeight(), m_rowsBelow);
+    painter.save();
+    painter.setPen(context.palette.color(QPalette::Text));
+    for (int row = rowAt(context.clip.top()); row < rows() && rowTop(row) < context.clip.bottom() &&
+                                              rowTop(row + 1) > context.clip.top();
+         ++row) {
+        drawRowLines(painter, row);
+        for (int col = 0; col < m_file.columns(); ++col) {
+            QTextLayout layout(cellText(row, col), m_frame->defaultFont());
+            layOutCell(layout, row, col);
+            drawCell(row, col, layout, cellPlace(row, col));
+        }
+    }
+    painter.restore();
+}
+
+void ReportSheet::draw(QPainter &painter, const QRectF &piece) const {
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = piece;
+    context.palette.setColor(QPalette::Text, Qt::black);
+    draw(painter, context, [&](int, int, const QTextLayout &layout, const QPointF &place) {
+        layout.draw(&painter, place);
+    });
+}
+
+/// The lines as the tables of rich text have them: the table's edges stand out and those of the
+/// cells are cut in.
+void ReportSheet::drawRowLines(QPainter &painter, int row) const {
+    const QTextTable &table = *statisticsIn(*m_frame);
+    const QColor dark = table.format().borderBrush().color();
+    const QColor light = dark.lighter();
+    const double top = rowTop(row), height = rowTop(row + 1) - top;
+    const auto upright = [&](double x, const QColor &color) {
+        painter.fillRect(QRectF(x, top, m_border, height), color);
+    };
+    upright(m_table.left(), light);
+    upright(m_table.right() - m_border, dark);
+    for (const Column &column : m_columns) {
+        const QRectF cell(QPointF(cellLeft(column), top), QPointF(cellRight(column), top + height));
+        upright(cell.left(), dark);
+        upright(cell.right() - m_border, light);
+        painter.fillRect(QRectF(cell.left() + m_border, top, cell.width() - m_border, m_border),
+                         dark);
+        painter.fillRect(QRectF(cell.left() + m_border, cell.bottom() - m_border,
+                                cell.width() - m_border, m_border),
+                         light);
+    }
+}
+
+} // namespace veltrona
