@@ -49,6 +49,8 @@ int main(int argc, char **argv) {
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
     qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toLocal8Bit());
     veltrona::Application application(argc, argv);
+    // On a busy machine the letters typed into a list come far apart.
+    QApplication::setKeyboardInputInterval(10'000);
     const QStringList arguments = QCoreApplication::arguments();
     QTextStream err(stderr);
     if (arguments.size() != 3) {
