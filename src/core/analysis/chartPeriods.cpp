@@ -68,6 +68,13 @@ QString padded(int number, int width) {
     return QStringLiteral("%1").arg(number, width, 10, QLatin1Char('0'));
 }
 
+/// English, short; `month` counts from 1.
+QString monthName(int month) {
+    constexpr std::array names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return QLatin1String(names.at(static_cast<std::size_t>(month - 1)));
+}
+
 QString label(ChartUnit unit, int day) {
     const CalendarDay date = calendarDay(day);
     const QString year = padded(date.year, 4);
@@ -109,10 +116,9 @@ std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start) {
     return bars;
 }
 
-QString monthName(int month) {
-    constexpr std::array names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    return QLatin1String(names.at(static_cast<std::size_t>(month - 1)));
+QString dateInWords(int day) {
+    const CalendarDay date = calendarDay(day);
+    return QStringLiteral("%1 %2 %3").arg(date.day).arg(monthName(date.month)).arg(date.year);
 }
 
 } // namespace veltrona

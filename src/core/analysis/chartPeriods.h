@@ -23,6 +23,7 @@ struct ChartBar {
     int fromDay = 0; // the first and the last day number that the bar counts
     int toDay = 0;
     double value = 0;
+    bool hasRecords = false; // of the node, whatever their values
 };
 
 /// `grouping` is the wish: 0 days, 1 weeks, 2 months. A coarser unit is taken where the wish would
@@ -31,7 +32,7 @@ ChartPeriods choosePeriods(int grouping, const DateRange &range);
 /// The bars from `start` on. The first one counts that single day, whatever the unit; each other
 /// one ends with its own date.
 std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start);
-/// English, short; `month` counts from 1.
-QString monthName(int month);
+/// "5 Jan 2007"
+QString dateInWords(int day);
 
 } // namespace veltrona

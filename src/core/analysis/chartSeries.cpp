@@ -1,6 +1,7 @@
 #include "core/analysis/chartSeries.h"
 
 #include "core/analysis/cellText.h"
+#include "core/analysis/chartWords.h"
 #include "core/analysis/nodeTag.h"
 #include "core/analysis/recordWalk.h"
 
@@ -55,6 +56,7 @@ private:
 
 struct BarSum {
     Sum sum;
+    qint64 records = 0;
     qint64 valued = 0; // records whose value isn't 0
 };
 
@@ -87,11 +89,35 @@ private:
     int m_bar = -1;
 };
 
-std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const QString &tag,
+bool holdsRecords(ProjectRecords &records, const NodeTag &tag, const DateRange &range) {
+    constexpr Figure any = Figure::Clicks;
+    bool found = false;
+    const RecordQuestion question{tag,
+                                  isoText(dayNumber(range.start)),
+                                  isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
+                                  std::nullopt,
+                                  [](std::string_view) { return 0; },
+                                  {&any, 1}};
+    walkRecords(records, question, [&found](int, const auto &) { found = true; });
+    return found;
+}
+
+/// Asked for where no bar has a record.
+ChartSurroundings surroundings(ProjectRecords &records, const NodeTag &tag,
+                               const DateRange &range) {
+    const bool inRange = holdsRecords(records, tag, range);
+    try {
+        return {tableDates(records), inRange};
+    } catch (const Failure &) {
+        return {range, inRange}; // a date that can't be read is told where it is asked for
+    }
+}
+
+std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const NodeTag &tag,
                               const std::vector<ChartBar> &bars) {
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
-    const RecordQuestion question{readNodeTag(tag),
+    const RecordQuestion question{tag,
                                   finder.first(),
                                   finder.last(),
                                   std::nullopt,
@@ -99,9 +125,10 @@ std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, con
                                   {&metric.figure, 1}};
     walkRecords(records, question, [&](int bar, const auto &record) {
         const auto figure = record[0];
+        BarSum &sum = sums[static_cast<std::size_t>(bar)];
+        ++sum.records;
         if (metric.aboveZero && !isAboveZero(figure))
             return;
-        BarSum &sum = sums[static_cast<std::size_t>(bar)];
         const double value = engineNumberOf(figure);
         sum.sum.add(value);
         sum.valued += value != 0;
@@ -122,17 +149,6 @@ double barValue(const Metric &metric, const BarSum &bar) {
     return roundHalfToEven(value, 2) + 0.0; // no negative zero
 }
 
-QString dateInWords(int day) {
-    const CalendarDay date = calendarDay(day);
-    return QStringLiteral("%1 %2 %3").arg(date.day).arg(monthName(date.month)).arg(date.year);
-}
-
-QString datesInWords(const ChartBar &bar) {
-    if (bar.fromDay == bar.toDay)
-        return dateInWords(bar.toDay);
-    return dateInWords(bar.fromDay) + QStringLiteral(" \u2013 ") + dateInWords(bar.toDay);
-}
-
 } // namespace
 
 QStringList chartMetrics() {
@@ -148,6 +164,7 @@ QStringList chartGroupings() {
 
 ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request) {
     const Metric &metric = metrics.at(static_cast<std::size_t>(request.metric));
+    const NodeTag tag = readNodeTag(request.tag);
     ChartSeries series;
     series.range = request.range;
     if (request.allDates)
@@ -155,9 +172,16 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
     series.periods = choosePeriods(request.grouping, series.range);
     series.metric = metric.caption.toString();
     series.bars = emptyBars(series.periods, series.range.start);
-    const std::vector<BarSum> sums = sumUpBars(records, metric, request.tag, series.bars);
-    for (std::size_t i = 0; i < sums.size(); ++i)
+    const std::vector<BarSum> sums = sumUpBars(records, metric, tag, series.bars);
+    bool empty = true;
+    for (std::size_t i = 0; i < sums.size(); ++i) {
         series.bars[i].value = barValue(metric, sums[i]);
+        series.bars[i].hasRecords = sums[i].records > 0;
+        empty = empty && sums[i].records == 0;
+    }
+    series.words =
+        chartWords(series.periods, series.range, series.bars,
+                   empty ? surroundings(records, tag, series.range) : ChartSurroundings{});
     return series;
 }
 
@@ -170,7 +194,9 @@ void showSeries(const ChartSeries &series, Chart &chart) {
         chart.DataGrid().setRowLabel(row, 1, bar.label);
         chart.DataGrid().SetData(row, 1, bar.value, 0);
         chart.DataGrid().setRowDates(row, datesInWords(bar));
+        chart.DataGrid().setRowHasRecords(row, bar.hasRecords);
     }
+    chart.setWords(series.words);
     chart.changed();
 }
 

@@ -30,6 +30,7 @@ struct ChartSeries {
     ChartPeriods periods;
     QString metric; // its caption
     std::vector<ChartBar> bars;
+    ChartWords words;
 };
 
 /// Throws Failure; touches no control.

@@ -12,7 +12,15 @@ struct ChartRow {
     QString label;
     double value = 0;
     bool isNull = true;
-    QString dates; // what the bar counts, in words, for the tooltip
+    QString dates;          // what the bar counts, in words, for the tooltip
+    bool hasRecords = true; // else the value stands for nothing
+};
+
+/// What is said about the chart: on the screen and to a screen reader, never in the picture.
+struct ChartWords {
+    QString notice;      // why there are no bars; empty where there are
+    QString note;        // what a bar counts
+    QString description; // all of it in a few sentences, for those who hear it
 };
 
 /// Rows count from 1; the one column has the number 1.
@@ -24,6 +32,7 @@ public:
     double value(int row) const { return at(row).value; }
     /// The dates that a bar really counts, in words.
     void setRowDates(int row, const QString &dates);
+    void setRowHasRecords(int row, bool has) { at(row).hasRecords = has; }
     const std::vector<ChartRow> &rows() const { return m_rows; }
 
 private:
@@ -45,6 +54,9 @@ public:
     const QString &SeriesName() const { return m_seriesName; }
     void setSeriesName(const QString &name) { m_seriesName = name; }
 
+    const ChartWords &words() const { return m_words; }
+    void setWords(const ChartWords &words) { m_words = words; }
+
     /// To be called when a set of rows is complete.
     void changed();
     std::function<void()> onChange;
@@ -52,6 +64,7 @@ public:
 private:
     ChartDataGrid m_grid;
     QString m_seriesName;
+    ChartWords m_words;
 };
 
 } // namespace veltrona

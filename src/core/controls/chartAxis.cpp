@@ -10,6 +10,7 @@ namespace veltrona {
 namespace {
 
 constexpr QChar thousandsMark(0x202F); // narrow no-break space
+constexpr QChar minusSign(0x2212);     // as wide as the plus
 constexpr double largestPlain = 1E15;  // beyond it, digits would feign an exactness
 
 double finite(double value) {
@@ -23,7 +24,7 @@ QString grouped(QString text) {
     for (auto at = whole - 3; at > start; at -= 3)
         text.insert(at, thousandsMark);
     if (start == 1)
-        text[0] = QChar(0x2212); // the minus sign, as wide as the plus
+        text[0] = minusSign;
     return text;
 }
 
@@ -80,6 +81,10 @@ QString valueText(double value) {
         return grouped(shortest(single));
     const QString digits = QString::number(value, 'g', 15);
     return digits.contains(QLatin1Char('e')) ? digits : grouped(digits);
+}
+
+QString spokenValue(double value) {
+    return valueText(value).remove(thousandsMark).replace(minusSign, QLatin1Char('-'));
 }
 
 int labelStep(double columnWidth, double labelWidth, double gap) {

@@ -25,6 +25,8 @@ QString axisText(const AxisScale &scale, int line);
 /// A value as it was set, thousands set apart by narrow blanks, so that neither point nor comma can
 /// be mistaken for another country's.
 QString valueText(double value);
+/// The same for a screen reader, which would part such a number at its blanks.
+QString spokenValue(double value);
 
 /// Every how many bars a label is shown, so that labels of `labelWidth` stay `gap` apart.
 int labelStep(double columnWidth, double labelWidth, double gap);

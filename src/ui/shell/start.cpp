@@ -8,7 +8,26 @@
 #include "ui/views/clipboard.h"
 #include "ui/views/icons.h"
 
+#include <QAccessible>
+#include <QWindow>
+
 namespace veltrona {
+
+namespace {
+
+/// A window that comes up or back takes a screen reader's attention from the control that has the
+/// keys.
+void tellFocus() {
+    QWidget *widget = QAccessible::isActive() ? QApplication::focusWidget() : nullptr;
+    QAccessibleInterface *face = widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
+    if (!face)
+        return;
+    QAccessibleInterface *child = face->focusChild();
+    QAccessibleEvent focused(child ? child : face, QAccessible::Focus);
+    QAccessible::updateAccessibility(&focused);
+}
+
+} // namespace
 
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // No display name: the toolkit would append it to every caption.
@@ -20,6 +39,7 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
     drawing::useSystemClipboard();
+    connect(this, &QGuiApplication::focusWindowChanged, this, tellFocus, Qt::QueuedConnection);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event) {

@@ -102,6 +102,17 @@ void paintLabels(QPainter &painter, const ChartLayout &layout, const Chart &char
     }
 }
 
+QRectF titleRow(const QFontMetricsF &metrics, const ChartLayout &layout, const QRectF &area) {
+    return {layout.plot.left(), area.top() + gap, area.right() - gap - layout.plot.left(),
+            metrics.height()};
+}
+
+bool hasBars(const Chart &chart) {
+    const std::vector<ChartRow> &rows = chart.DataGrid().rows();
+    return std::any_of(rows.begin(), rows.end(),
+                       [](const ChartRow &row) { return !row.isNull && row.value != 0; });
+}
+
 } // namespace
 
 ChartColors ChartColors::ofPalette(const QPalette &palette) {
@@ -162,13 +173,37 @@ void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const 
     const ChartLayout layout = layOutChart(metrics, area, chart);
     if (layout.plot.width() < 1 || layout.plot.height() < 1)
         return;
-    const QRectF title(layout.plot.left(), area.top() + gap, area.right() - layout.plot.left(),
-                       metrics.height());
+    const QRectF title = titleRow(metrics, layout, area);
     painter.drawText(title, Qt::AlignLeft | Qt::TextSingleLine,
                      metrics.elidedText(chart.SeriesName(), Qt::ElideRight, title.width()));
     paintLines(painter, layout, area, colors);
     paintBars(painter, layout, chart, colors, marked);
     paintLabels(painter, layout, chart);
+}
+
+void paintWords(QPainter &painter, const QRect &area, const Chart &chart,
+                const ChartColors &colors) {
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    const ChartLayout layout = layOutChart(metrics, area, chart);
+    if (layout.plot.width() < 1 || layout.plot.height() < 1)
+        return;
+    const bool bars = hasBars(chart);
+    const QString &notice = chart.words().notice;
+    QRectF beside = titleRow(metrics, layout, area);
+    beside.setLeft(beside.left() + metrics.horizontalAdvance(chart.SeriesName()) + 4 * gap);
+    painter.setPen(mixed(colors.paper, colors.text, 0.7));
+    const QString note = bars && !notice.isEmpty() ? notice : chart.words().note;
+    if (beside.width() > 0)
+        painter.drawText(beside, Qt::AlignRight | Qt::TextSingleLine,
+                         metrics.elidedText(note, Qt::ElideRight, beside.width()));
+    if (bars || notice.isEmpty())
+        return;
+    constexpr int wrapped = Qt::AlignCenter | Qt::TextWordWrap;
+    const QRectF room = layout.plot.adjusted(2 * gap, 2 * gap, -2 * gap, -2 * gap);
+    const QRectF text = metrics.boundingRect(room, wrapped, notice);
+    painter.fillRect(text.adjusted(-gap, -gap, gap, gap), colors.paper);
+    painter.setPen(colors.text);
+    painter.drawText(room, wrapped, notice);
 }
 
 } // namespace veltrona

@@ -43,4 +43,8 @@ ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const 
 void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const ChartColors &colors,
                 int marked = -1);
 
+/// Over a chart painted there: the note beside its title, the notice where there are no bars.
+void paintWords(QPainter &painter, const QRect &area, const Chart &chart,
+                const ChartColors &colors);
+
 } // namespace veltrona

@@ -43,7 +43,9 @@ QSize ChartView::minimumSizeHint() const {
 
 void ChartView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    paintChart(painter, rect(), m_chart, ChartColors::ofPalette(palette()), m_marked);
+    const ChartColors colors = ChartColors::ofPalette(palette());
+    paintChart(painter, rect(), m_chart, colors, m_marked);
+    paintWords(painter, rect(), m_chart, colors);
     if (hasFocus()) {
         painter.setPen(palette().color(QPalette::Highlight));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
@@ -63,8 +65,8 @@ QImage ChartView::picture() const {
     return image;
 }
 
-int ChartView::barAt(double x) const {
-    return layOutChart(QFontMetricsF(font(), this), rect(), m_chart).barAt(x);
+int ChartView::barAt(const QPoint &place) const {
+    return layOutChart(QFontMetricsF(font(), this), rect(), m_chart).barAt(place.x());
 }
 
 QRect ChartView::columnRect(int bar) const {
@@ -78,7 +80,9 @@ QString ChartView::barText(int bar) const {
     QStringList lines{row.label};
     if (!row.dates.isEmpty())
         lines.append(row.dates);
-    const QString value = row.isNull ? QStringLiteral("\u2013") : valueText(row.value);
+    QString value = row.isNull ? QStringLiteral("\u2013") : valueText(row.value);
+    if (!row.hasRecords)
+        value += QStringLiteral(" (no records)");
     const QString &series = m_chart.SeriesName();
     lines.append(series.isEmpty() ? value : QStringLiteral("%1: %2").arg(series, value));
     return lines.join(QLatin1Char('\n'));
@@ -88,7 +92,7 @@ bool ChartView::event(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto *help = static_cast<QHelpEvent *>(event);
-    const int bar = barAt(help->pos().x());
+    const int bar = barAt(help->pos());
     if (bar < 0)
         QToolTip::hideText();
     else

@@ -27,6 +27,8 @@ public:
     void markBar(int bar);
     /// The whole column of a bar, from the top of the widget to its bottom.
     QRect columnRect(int bar) const;
+    /// The bar in whose column a place of the widget lies, or -1.
+    int barAt(const QPoint &place) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -39,7 +41,6 @@ protected:
 
 private:
     void refresh();
-    int barAt(double x) const;
 
     Chart &m_chart;
     int m_marked = -1;

@@ -1,15 +1,23 @@
 #include "ui/views/comboBoxView.h"
 
+#include "ui/views/comboBoxAccessible.h"
+
+#include <QAbstractItemView>
 #include <QWheelEvent>
 
 namespace veltrona {
 
 ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent) : QComboBox(parent), m_combo(combo) {
+    installComboBoxAccessible();
     setFocusPolicy(Qt::StrongFocus);
     addItems(combo.items());
     setCurrentIndex(combo.ListIndex());
     m_combo.onChange = [this] { setCurrentIndex(m_combo.ListIndex()); };
-    connect(this, &QComboBox::activated, this, [this](int index) { m_combo.setListIndex(index); });
+    connect(this, &QComboBox::activated, this, [this](int index) {
+        m_combo.setListIndex(index);
+        if (hasFocus() && !view()->isVisible())
+            tellChoice(*this);
+    });
 }
 
 ComboBoxView::~ComboBoxView() {

@@ -1,8 +1,11 @@
 #include "ui/views/datePickerView.h"
 
 #include <QCalendarWidget>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QStyleOptionComboBox>
+#include <QTableView>
 #include <QTimeZone>
 #include <QWheelEvent>
 
@@ -27,7 +30,6 @@ DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
     m_picker.onValue = [this] { showValue(); };
     // Not dateChanged: it comes when the cursor goes from the day to the month, too.
     connect(this, &QDateEdit::editingFinished, this, &DatePickerView::finishEdit);
-    calendarWidget()->installEventFilter(this);
 }
 
 DatePickerView::~DatePickerView() {
@@ -45,9 +47,41 @@ void DatePickerView::stepBy(int steps) {
     finishEdit();
 }
 
+// The toolkit makes its calendar at the first press of the arrow.
+void DatePickerView::mousePressEvent(QMouseEvent *event) {
+    QDateEdit::mousePressEvent(event);
+    if (!m_calendar)
+        setUpCalendar();
+}
+
+void DatePickerView::setUpCalendar() {
+    m_calendar = findChild<QCalendarWidget *>();
+    if (!m_calendar)
+        return;
+    m_calendar->setFirstDayOfWeek(Qt::Sunday); // as the weeks of the presets and of the chart
+    m_calendar->installEventFilter(this);
+}
+
+/// The toolkit opens its calendar by the mouse alone.
+void DatePickerView::openCalendar() {
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = true;
+    const QPointF arrow =
+        style()
+            ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this)
+            .center();
+    QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(this, &press);
+}
+
 // After "02" the cursor stands on the month already; the point that the user types next, because it
 // belongs there, would move it on to the year.
 void DatePickerView::keyPressEvent(QKeyEvent *event) {
+    const bool altDown = event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier;
+    if (altDown || (event->key() == Qt::Key_F4 && event->modifiers() == Qt::NoModifier))
+        return openCalendar();
     const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
     const bool separator = typed.isPrint() && !typed.isLetterOrNumber();
     const bool movedOn = std::exchange(m_movedOn, false);
@@ -59,9 +93,14 @@ void DatePickerView::keyPressEvent(QKeyEvent *event) {
 }
 
 bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
-    // The day chosen arrives only after the calendar has begun to close.
-    if (event->type() == QEvent::Hide && watched == calendarWidget())
-        QMetaObject::invokeMethod(this, &DatePickerView::finishEdit, Qt::QueuedConnection);
+    if (watched == m_calendar && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
+        const bool hidden = event->type() == QEvent::Hide;
+        // A hidden calendar follows the date; a screen reader would tell of it.
+        m_calendar->findChild<QTableView *>()->selectionModel()->blockSignals(hidden);
+        // The day chosen arrives only after the calendar has begun to close.
+        if (hidden)
+            QMetaObject::invokeMethod(this, &DatePickerView::finishEdit, Qt::QueuedConnection);
+    }
     return QDateEdit::eventFilter(watched, event);
 }
 

@@ -6,6 +6,8 @@
 
 #include <QDateEdit>
 
+class QCalendarWidget;
+
 namespace veltrona {
 
 class DatePickerView : public QDateEdit {
@@ -23,14 +25,18 @@ public:
     void stepBy(int steps) override;
 
 protected:
+    void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void showValue();
+    void openCalendar();
+    void setUpCalendar();
 
     DatePicker &m_picker;
+    QCalendarWidget *m_calendar = nullptr; // the toolkit's, from the first opening on
     bool m_movedOn = false; // the last digit filled its section and moved on to the next
 };
 

@@ -4,6 +4,8 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QHelpEvent>
+#include <QToolTip>
 
 namespace veltrona {
 
@@ -14,8 +16,16 @@ ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {
 void ElidedLabel::setFullText(const QString &text) {
     m_fullText = text;
     setAccessibleName(text);
-    setToolTip(plainToolTip(text));
     elide();
+}
+
+// Not the toolTip property: a screen reader would be given its markup.
+bool ElidedLabel::event(QEvent *event) {
+    if (event->type() != QEvent::ToolTip)
+        return QLabel::event(event);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), plainToolTip(m_fullText),
+                       this);
+    return true;
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent *event) {

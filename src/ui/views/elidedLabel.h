@@ -16,6 +16,7 @@ public:
     const QString &fullText() const { return m_fullText; }
 
 protected:
+    bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
 

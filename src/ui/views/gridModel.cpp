@@ -1,5 +1,7 @@
 #include "ui/views/gridModel.h"
 
+#include "core/analysis/statisticsGrid.h"
+
 #include <QHash>
 #include <QSet>
 
@@ -37,7 +39,7 @@ int GridModel::rowCount(const QModelIndex &parent) const {
 }
 
 int GridModel::columnCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : m_grid.Cols();
+    return parent.isValid() ? 0 : std::min<int>(m_grid.Cols(), gridColumn::Shown);
 }
 
 // A repaint may come while the grid has fewer rows than the views have been told of.
@@ -67,11 +69,6 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return m_grid.TextMatrix(index.row() + 1, index.column());
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignment(index));
-    case Qt::AccessibleDescriptionRole: {
-        const QString heading = m_grid.TextMatrix(gridRow::Heading, index.column());
-        return isLoss(index) ? heading + QStringLiteral(", loss: did not earn back its cost")
-                             : heading;
-    }
     default:
         return {};
     }
@@ -85,7 +82,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return role == Qt::DisplayRole && known ? m_grid.TextMatrix(section + 1, gridColumn::Name)
                                                 : QVariant();
     }
-    if (section >= m_grid.Cols() || m_grid.Rows() == 0)
+    if (section >= columnCount() || m_grid.Rows() == 0)
         return {};
     if (role == Qt::DisplayRole)
         return m_grid.TextMatrix(gridRow::Heading, section);

@@ -1,6 +1,7 @@
 #include "ui/views/gridView.h"
 
 #include "ui/views/colorMixing.h"
+#include "ui/views/gridAccessible.h"
 #include "ui/views/gridDelegate.h"
 #include "ui/views/gridModel.h"
 #include "ui/views/readableColor.h"
@@ -35,6 +36,7 @@ QString tableText(QString text) {
 GridView::GridView(Grid &grid, QWidget *parent)
     : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)),
       m_shownWidths(static_cast<std::size_t>(grid.Cols()), -1) {
+    installGridAccessible();
     setModel(m_model);
     setItemDelegate(new GridDelegate(*this));
     setEditTriggers(NoEditTriggers);
@@ -66,7 +68,7 @@ void GridView::refresh() {
 }
 
 void GridView::applyWidths(bool all) {
-    for (int col = 0; col < m_grid.Cols(); ++col) {
+    for (int col = 0; col < m_model->columnCount(); ++col) {
         const int twips = m_grid.ColWidth(col);
         int &shown = m_shownWidths[static_cast<std::size_t>(col)];
         if (twips == shown && !all)
@@ -98,6 +100,10 @@ QColor GridView::baseColor(const QModelIndex &index) const {
 QColor GridView::textColor(const QModelIndex &index, bool selected) const {
     const QColor base = selected ? palette().color(QPalette::Highlight) : baseColor(index);
     return toColor(readableColor(m_model->cellColor(index), toRgb(base)));
+}
+
+bool GridView::isLoss(const QModelIndex &index) const {
+    return m_model->isLoss(index);
 }
 
 QString GridView::selectedText() const {

@@ -21,6 +21,8 @@ public:
     /// The colours in which a cell is drawn: the grid's own, mapped so that they can be read.
     QColor textColor(const QModelIndex &index, bool selected = false) const;
     QColor baseColor(const QModelIndex &index) const;
+    /// A cell of a row that didn't earn back its cost.
+    bool isLoss(const QModelIndex &index) const;
 
     /// The selected cells, or else the current one: a line for each row, cells parted by tabs.
     QString selectedText() const;

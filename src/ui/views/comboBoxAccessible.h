@@ -1,0 +1,15 @@
+// A drop-down list for a screen reader: the toolkit's own says neither its value when it gets the
+// focus nor the new one at a change by key.
+#pragma once
+
+namespace veltrona {
+
+class ComboBoxView;
+
+/// Makes the toolkit ask here for each ComboBoxView; once is enough, more does no harm.
+void installComboBoxAccessible();
+
+/// The user has changed the value while the list is closed.
+void tellChoice(ComboBoxView &view);
+
+} // namespace veltrona
