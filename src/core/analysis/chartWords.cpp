@@ -29,19 +29,19 @@ bool covers(const DateRange &range, const DateRange &dates) {
 QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
                     const ChartSurroundings &surroundings) {
     if (!surroundings.table)
-        return QStringLiteral("This project has no records yet. "
+        return QStringLiteral("This project has no records yet.\n"
                               "Choose Import to read a report file into it.");
     if (surroundings.inRange) {
         constexpr int singleBars = 90; // days that get a bar each
         const int days = dayNumber(range.end) - dayNumber(range.start) + 1;
         return QStringLiteral("The records of this period lie on days that no bar counts.") +
                (periods.unit != ChartUnit::Day && days <= singleBars
-                    ? QStringLiteral(" Group by days to see them.")
+                    ? QStringLiteral("\nGroup by days to see them.")
                     : QString());
     }
     if (covers(range, *surroundings.table))
         return QStringLiteral("There are no records for this selection.");
-    return QStringLiteral("There are no records %1. The project has records %2; "
+    return QStringLiteral("There are no records %1.\nThe project has records %2; "
                           "the date range \"All\" shows them.")
         .arg(period(range), period(*surroundings.table));
 }
@@ -104,7 +104,7 @@ ChartWords chartWords(const ChartPeriods &periods, const DateRange &range,
     if (!empty)
         sentences.prepend(descriptionOf(bars));
     sentences.removeAll(QString());
-    words.description = sentences.join(u' ');
+    words.description = sentences.join(u' ').replace(u'\n', u' ');
     return words;
 }
 

@@ -15,15 +15,17 @@ namespace veltrona {
 
 namespace {
 
-/// A window that comes up or back takes a screen reader's attention from the control that has the
-/// keys.
-void tellFocus() {
+/// Tells a screen reader of the control that has the keys, or of the item in it.
+void tellFocus(bool itemsOnly) {
     QWidget *widget = QAccessible::isActive() ? QApplication::focusWidget() : nullptr;
     QAccessibleInterface *face = widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
     if (!face)
         return;
-    QAccessibleInterface *child = face->focusChild();
-    QAccessibleEvent focused(child ? child : face, QAccessible::Focus);
+    QAccessibleInterface *item = face->focusChild();
+    const bool isItem = item && item->object() != widget;
+    if (itemsOnly && !isItem)
+        return;
+    QAccessibleEvent focused(isItem ? item : face, QAccessible::Focus);
     QAccessible::updateAccessibility(&focused);
 }
 
@@ -39,7 +41,12 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
     drawing::useSystemClipboard();
-    connect(this, &QGuiApplication::focusWindowChanged, this, tellFocus, Qt::QueuedConnection);
+    // The toolkit tells of a window after the control in it, and of a control after its item.
+    connect(
+        this, &QGuiApplication::focusWindowChanged, this, [] { tellFocus(false); },
+        Qt::QueuedConnection);
+    connect(
+        this, &QApplication::focusChanged, this, [] { tellFocus(true); }, Qt::QueuedConnection);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event) {

@@ -93,4 +93,12 @@ void installGridAccessible() {
     QAccessible::installFactory(gridFactory);
 }
 
+void tellRowEntered(GridView &view) {
+    auto *grid = QAccessible::isActive()
+                     ? dynamic_cast<GridAccessible *>(QAccessible::queryAccessibleInterface(&view))
+                     : nullptr;
+    if (grid)
+        grid->forgetRow(view.currentIndex().row(), nameColumn, view.currentIndex().column());
+}
+
 } // namespace veltrona

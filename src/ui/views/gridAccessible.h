@@ -4,7 +4,12 @@
 
 namespace veltrona {
 
+class GridView;
+
 /// Makes the toolkit ask here for each GridView; once is enough, more does no harm.
 void installGridAccessible();
+
+/// To be called when the keyboard has come to another row, before a reader is told of it.
+void tellRowEntered(GridView &view);
 
 } // namespace veltrona

@@ -91,6 +91,12 @@ void GridView::changeEvent(QEvent *event) {
         applyFont();
 }
 
+void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    if (current.row() != previous.row())
+        tellRowEntered(*this);
+    QTableView::currentChanged(current, previous);
+}
+
 QColor GridView::baseColor(const QModelIndex &index) const {
     const QColor base = palette().color(QPalette::Base);
     return m_model->isSummary(index.row()) ? mixed(base, palette().color(QPalette::Text), 0.07)

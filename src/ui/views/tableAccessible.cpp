@@ -91,6 +91,18 @@ TableAccessible::~TableAccessible() {
         QAccessible::deleteAccessibleInterface(id);
 }
 
+void TableAccessible::forgetRow(int row, int oneColumn, int otherColumn) {
+    for (int column = -m_headers; column < columnCount(); ++column) {
+        const auto cell = column == oneColumn || column == otherColumn
+                              ? m_cells.end()
+                              : m_cells.find(indexOf(row, column));
+        if (cell == m_cells.end())
+            continue;
+        QAccessible::deleteAccessibleInterface(cell->second);
+        m_cells.erase(cell);
+    }
+}
+
 bool TableAccessible::isCellSelected(int row, int column) const {
     return markedCell() == QPoint(column, row);
 }
@@ -105,6 +117,10 @@ int TableAccessible::childCount() const {
 }
 
 // The order in which the toolkit's own views count their cells in events.
+int TableAccessible::indexOf(int row, int column) const {
+    return (row + m_headers) * (columnCount() + m_headers) + column + m_headers;
+}
+
 QAccessibleInterface *TableAccessible::child(int index) const {
     const int width = columnCount() + m_headers;
     return index < 0 ? nullptr : cellAt(index / width - m_headers, index % width - m_headers);
@@ -112,10 +128,7 @@ QAccessibleInterface *TableAccessible::child(int index) const {
 
 int TableAccessible::indexOfChild(const QAccessibleInterface *child) const {
     const auto *cell = const_cast<QAccessibleInterface *>(child)->tableCellInterface();
-    if (!cell)
-        return -1;
-    return (cell->rowIndex() + m_headers) * (columnCount() + m_headers) + cell->columnIndex() +
-           m_headers;
+    return cell ? indexOf(cell->rowIndex(), cell->columnIndex()) : -1;
 }
 
 QAccessibleInterface *TableAccessible::childAt(int x, int y) const {
@@ -132,8 +145,7 @@ QAccessibleInterface *TableAccessible::focusChild() const {
 QAccessibleInterface *TableAccessible::cellAt(int row, int column) const {
     if (row < -m_headers || row >= rowCount() || column < -m_headers || column >= columnCount())
         return nullptr;
-    const int index = (row + m_headers) * (columnCount() + m_headers) + column + m_headers;
-    const auto [place, isNew] = m_cells.try_emplace(index, 0);
+    const auto [place, isNew] = m_cells.try_emplace(indexOf(row, column), 0);
     if (isNew)
         place->second = QAccessible::registerAccessibleInterface(
             new Cell(const_cast<TableAccessible &>(*this), row, column));

@@ -39,6 +39,10 @@ public:
     QString columnDescription(int column) const override { return cellText(-1, column); }
     QString rowDescription(int row) const override { return cellText(row, -1); }
 
+    /// Readers remember what a cell was like; the cells of a row that are forgotten are made anew
+    /// for them. Those in two columns stay.
+    void forgetRow(int row, int oneColumn, int otherColumn);
+
     bool hasHeaders() const { return m_headers == 1; }
     QPoint toScreen(const QPoint &place) const { return widget()->mapToGlobal(place); }
 
@@ -59,6 +63,8 @@ public:
     void modelChange(QAccessibleTableModelChangeEvent *) override {}
 
 private:
+    int indexOf(int row, int column) const;
+
     const int m_headers;
     mutable std::unordered_map<int, QAccessible::Id> m_cells; // by child index, made when asked for
 };

@@ -38,14 +38,14 @@ private slots:
         row("records", Days, "2007-05-14", "2007-05-15", "", "Each bar counts one day of 2007.");
         row("one day", Days, "2007-05-14", "2007-05-14", "", "The bar counts 14 May 2007.");
         row("none in the period", Days, "2006-12-31", "2007-01-06",
-            "There are no records from 31 Dec 2006 to 6 Jan 2007. " + all,
+            "There are no records from 31 Dec 2006 to 6 Jan 2007.\n" + all,
             "Each bar counts one day, 2006 to 2007.");
         row("none on the day", Days, "2007-05-13", "2007-05-13",
-            "There are no records on 13 May 2007. " + all, "The bar counts 13 May 2007.");
+            "There are no records on 13 May 2007.\n" + all, "The bar counts 13 May 2007.");
         row("behind the last boundary", Days, "2007-06-02", "2007-06-02", uncounted,
             "The bar counts 2 Jun 2007.");
         row("less than a week", Weeks, "2007-05-13", "2007-05-15",
-            uncounted + " Group by days to see them.", "The bar counts 13 May 2007.");
+            uncounted + "\nGroup by days to see them.", "The bar counts 13 May 2007.");
         row("backwards", Days, "2007-05-15", "2007-05-14",
             "The start date lies behind the end date.", "The bar counts 15 May 2007.");
         row("steps", Days, "2007-05-14", "2007-08-20", "",
@@ -62,7 +62,7 @@ private slots:
         QFETCH(QString, start);
         QFETCH(QString, end);
         const ChartRequest request{9, grouping, {day(start), day(end)}, false, QString()};
-        const ChartWords words = queryChartSeries(m_table->connection(), request).words;
+        const ChartWords words = queryChartSeries(m_table->records(), request).words;
         QTEST(words.notice, "notice");
         QTEST(words.note, "note");
     }
@@ -70,11 +70,11 @@ private slots:
     void anEmptyProjectAndAnEmptyNode() {
         ChartRequest request{0, Days, {day("2007-05-01"), day("2007-06-30")}, true, QString()};
         const QString empty =
-            "This project has no records yet. Choose Import to read a report file into it.";
+            "This project has no records yet.\nChoose Import to read a report file into it.";
         test::RecordTable nothing;
-        QCOMPARE(queryChartSeries(nothing.connection(), request).words.notice, empty);
+        QCOMPARE(queryChartSeries(nothing.records(), request).words.notice, empty);
         request.tag = " AND campaign='Gone' ORDER BY adGroup";
-        QCOMPARE(queryChartSeries(m_table->connection(), request).words.notice,
+        QCOMPARE(queryChartSeries(m_table->records(), request).words.notice,
                  "There are no records for this selection.");
     }
 
