@@ -29,7 +29,7 @@ STEPS = [
     ("Tab Tab Tab", ["...", rf"End Date: {DATE} spin button\."]),
     ("Tab Tab Tab", ["...", r"Date Range: combo box\.", r"Custom\."]),
     ("Up", [r"List with 6 items\.", r"All\."]),
-    ("Tab", [r"Statistics\.", r"table with 4 rows 13 columns\.", LOSS]),
+    ("Tab", [r"Statistics\.", r"table with 4 rows 13 columns\.?", LOSS]),
     ("Right", [r"Clicks column header 36\."]),
     ("Down", [r"Brand\.", r"78\."]),
     ("Right", [r"Impr\. column header 3900\."]),

@@ -62,7 +62,8 @@ private slots:
         QFETCH(QString, start);
         QFETCH(QString, end);
         const ChartRequest request{9, grouping, {day(start), day(end)}, false, QString()};
-        const ChartWords words = queryChartSeries(m_table->records(), request).words;
+        ProjectRecords records(m_table->connection());
+        const ChartWords words = queryChartSeries(records, request).words;
         QTEST(words.notice, "notice");
         QTEST(words.note, "note");
     }
@@ -72,9 +73,11 @@ private slots:
         const QString empty =
             "This project has no records yet.\nChoose Import to read a report file into it.";
         test::RecordTable nothing;
-        QCOMPARE(queryChartSeries(nothing.records(), request).words.notice, empty);
+        ProjectRecords noRecords(nothing.connection());
+        QCOMPARE(queryChartSeries(noRecords, request).words.notice, empty);
         request.tag = " AND campaign='Gone' ORDER BY adGroup";
-        QCOMPARE(queryChartSeries(m_table->records(), request).words.notice,
+        ProjectRecords records(m_table->connection());
+        QCOMPARE(queryChartSeries(records, request).words.notice,
                  "There are no records for this selection.");
     }
 
