@@ -20,15 +20,16 @@ bool isSame(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-double wholeOf(double number, double scale) {
-    return std::nearbyint(number * scale);
+/// The nearest whole number.
+std::int64_t wholeOf(double scaled) {
+    return static_cast<std::int64_t>(scaled + (scaled < 0 ? -0.5 : 0.5));
 }
 
 /// False for what no whole number of 1 / scale gives back: a negative zero too.
 bool isWhole(double number, double scale) {
-    const double whole = wholeOf(number, scale);
-    return std::abs(whole) < shortLimit &&
-           isSame(static_cast<double>(static_cast<std::int64_t>(whole)) / scale, number);
+    const double scaled = number * scale;
+    return std::abs(scaled) < shortLimit - 1 &&
+           isSame(static_cast<double>(wholeOf(scaled)) / scale, number);
 }
 
 /// The smallest power of ten that makes all numbers whole and short; 0 if there is none.
@@ -64,9 +65,8 @@ PackedColumn PackedColumn::ofNumbers(std::span<const double> numbers) {
         return column;
     }
     std::vector<std::int64_t> whole(numbers.size());
-    std::transform(numbers.begin(), numbers.end(), whole.begin(), [scale](double number) {
-        return static_cast<std::int64_t>(wholeOf(number, scale));
-    });
+    std::transform(numbers.begin(), numbers.end(), whole.begin(),
+                   [scale](double number) { return wholeOf(number * scale); });
     column.m_scale = scale;
     column.pack(std::span<const std::int64_t>(whole));
     return column;

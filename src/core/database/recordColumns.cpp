@@ -3,7 +3,9 @@
 #include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
+#include <optional>
 #include <tuple>
+#include <utility>
 
 namespace veltrona {
 
@@ -18,10 +20,17 @@ constexpr std::size_t batchSize = 256;
 /// A whole number from here on has more than 15 digits, which only the engine's value tells.
 constexpr qint64 oddWhole = 1'000'000'000'000'000;
 
-bool isOdd(const RecordValue &value) {
-    if (value.type() == ValueType::Integer)
-        return value.int64() >= oddWhole || value.int64() <= -oddWhole;
-    return value.type() != ValueType::Real;
+/// The number of a value that a block takes.
+std::optional<double> numberOf(const RecordValue &value) {
+    const ValueType type = value.type();
+    if (type == ValueType::Real)
+        return value.real();
+    if (type != ValueType::Integer)
+        return std::nullopt;
+    const qint64 whole = value.int64();
+    if (whole >= oddWhole || whole <= -oddWhole)
+        return std::nullopt;
+    return static_cast<double>(whole);
 }
 
 /// What stands in front of the figures in a record of the reading scan.
@@ -56,9 +65,9 @@ public:
         m_leaves.push_back(m_columns.m_leaves.add(names));
         for (std::size_t i = 0; i < m_figures.size(); ++i) {
             const RecordValue &value = record[FirstFigure + i];
-            const bool odd = isOdd(value);
-            m_figures[i].push_back(odd ? 0 : value.real());
-            if (odd)
+            const std::optional<double> number = numberOf(value);
+            m_figures[i].push_back(number.value_or(0));
+            if (!number)
                 m_oddValues.push_back({place,
                                        static_cast<Figure>(i),
                                        {value.type(), value.int64(), value.real(), value.utf8()}});

@@ -1,5 +1,7 @@
 #include "core/database/textDictionary.h"
 
+#include <algorithm>
+
 namespace veltrona {
 
 namespace {
@@ -29,19 +31,49 @@ TextDictionary::Code TextDictionary::find(std::string_view text) const {
 LeafDictionary::Code LeafDictionary::add(const Names &names) {
     std::size_t hash = 0;
     for (const std::string_view name : names)
-        hash = hash * 0x9E3779B97F4A7C15 + std::hash<std::string_view>()(name);
-    const auto [first, last] = m_byHash.equal_range(hash);
-    for (auto same = first; same != last; ++same) {
-        if (namesOf(same->second) == names)
-            return same->second;
-    }
+        hash = (hash ^ std::hash<std::string_view>()(name)) * 0x9E3779B97F4A7C15;
+    hash ^= hash >> 32; // the slots go by the lowest bits
+    if (2 * m_leaves.size() >= m_slots.size())
+        grow();
+    Code &slot = m_slots[slotOf(hash, names)];
+    if (slot != TextDictionary::none)
+        return slot;
     NameCodes codes;
     for (std::size_t i = 0; i < names.size(); ++i)
         codes[i] = m_names.add(names[i]);
-    const auto code = static_cast<Code>(m_leaves.size());
     m_leaves.push_back(codes);
-    m_byHash.emplace(hash, code);
-    return code;
+    m_hashes.push_back(hash);
+    slot = static_cast<Code>(m_leaves.size() - 1);
+    return slot;
+}
+
+std::size_t LeafDictionary::slotOf(std::size_t hash, const Names &names) const {
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t slot = hash & mask;
+    while (m_slots[slot] != TextDictionary::none &&
+           (m_hashes[m_slots[slot]] != hash || !isLeaf(m_slots[slot], names)))
+        slot = (slot + 1) & mask;
+    return slot;
+}
+
+void LeafDictionary::grow() {
+    constexpr std::size_t fewest = 64; // a power of two, as all that follow
+    m_slots.assign(std::max(fewest, 2 * m_slots.size()), TextDictionary::none);
+    const std::size_t mask = m_slots.size() - 1;
+    for (std::size_t leaf = 0; leaf < m_leaves.size(); ++leaf) {
+        std::size_t slot = m_hashes[leaf] & mask;
+        while (m_slots[slot] != TextDictionary::none)
+            slot = (slot + 1) & mask;
+        m_slots[slot] = static_cast<Code>(leaf);
+    }
+}
+
+bool LeafDictionary::isLeaf(Code leaf, const Names &names) const {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (m_names.text(m_leaves[leaf][i]) != names[i])
+            return false;
+    }
+    return true;
 }
 
 LeafDictionary::Names LeafDictionary::namesOf(std::size_t leaf) const {
@@ -53,7 +85,7 @@ LeafDictionary::Names LeafDictionary::namesOf(std::size_t leaf) const {
 
 std::size_t LeafDictionary::bytes() const {
     return m_names.bytes() + m_leaves.capacity() * sizeof(NameCodes) +
-           m_byHash.size() * (nodeBytes + sizeof(std::size_t) + sizeof(Code));
+           m_hashes.capacity() * sizeof(std::size_t) + m_slots.capacity() * sizeof(Code);
 }
 
 } // namespace veltrona

@@ -60,10 +60,17 @@ public:
 
 private:
     using NameCodes = std::array<Code, nameColumns.size()>;
+    bool isLeaf(Code leaf, const Names &names) const;
+    /// The slot that holds the leaf, or the empty one where it belongs.
+    std::size_t slotOf(std::size_t hash, const Names &names) const;
+    void grow();
 
     TextDictionary m_names;
     std::vector<NameCodes> m_leaves;
-    std::unordered_multimap<std::size_t, Code> m_byHash;
+    std::vector<std::size_t> m_hashes; // of the leaves
+    // An open hash table, since every record of a project looks itself up here: the standard one
+    // takes as long as the engine needs for the whole record.
+    std::vector<Code> m_slots;
 };
 
 } // namespace veltrona
