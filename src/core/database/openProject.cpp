@@ -1,6 +1,7 @@
 #include "core/base/product.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
+#include "core/database/tableSchema.h"
 
 #include <QFileInfo>
 
@@ -10,7 +11,9 @@ namespace {
 
 using sqlite::Connection;
 
-constexpr int sqlError = 1; // SQLite's number for a statement that doesn't fit the schema
+// SQLite's numbers for a statement that doesn't fit the schema and for a record that it refuses.
+constexpr int sqlError = 1;
+constexpr int brokenConstraint = 19;
 
 /// In KiB. Keeps the pages of one batch of an import in memory: the engine would otherwise write,
 /// and lock out every reader, in the middle of the batch.
@@ -39,7 +42,7 @@ void proveIdentity(const Connection &connection) {
                QStringLiteral("it is damaged, its version is missing"));
 }
 
-void proveTable(const Connection &connection) {
+void proveTable(Connection &connection) {
     try {
         // A real table has pages of its own, which a view or a virtual table hasn't.
         if (number(connection, "SELECT rootpage FROM sqlite_master WHERE type = 'table' AND "
@@ -48,6 +51,8 @@ void proveTable(const Connection &connection) {
                    QStringLiteral("its table tblGoogleDays is missing"));
         // Names each column and the index of the six key columns.
         connection.prepare(dayInsertStatement());
+        if (const char *fault = schemaFault(connection))
+            refuse(damagedProject, connection.path(), QLatin1String(fault));
         // Reads from the table and from both indexes.
         number(connection, "SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
                            " (SELECT min(GoogleDate) FROM tblGoogleDays),"
@@ -69,10 +74,36 @@ void configure(Connection &connection) {
     connection.execute("PRAGMA cache_size = -" + std::to_string(cacheSize));
 }
 
-/// Writes a page and takes it back: only that shows that the journal can be made, too.
+/// Whether the table takes a record that no report can hold, since it has no date.
+bool takesRecord(const Connection &connection) {
+    sqlite::Statement insert = connection.prepare(dayInsertStatement());
+    int parameter = 0;
+    for (const DayColumn &column : dayColumns) {
+        ++parameter;
+        if (column.kind == ColumnKind::Number)
+            insert.bind(parameter, 0.5);
+        else
+            insert.bind(parameter, std::string_view());
+    }
+    try {
+        insert.step();
+    } catch (const Failure &failure) {
+        if ((failure.number() & 0xff) != brokenConstraint)
+            throw;
+        return false;
+    }
+    return connection.changes() == 1;
+}
+
+/// Writes a page and a record, and takes both back: only that shows that the journal can be made,
+/// too.
 void proveWritable(Connection &connection) {
     const sqlite::Transaction transaction(connection);
     connection.execute("PRAGMA user_version = " + std::to_string(projectSchemaVersion));
+    if (!takesRecord(connection))
+        refuse(damagedProject, connection.path(),
+               QStringLiteral("its table tblGoogleDays has columns or conditions that would refuse "
+                              "every new record"));
 }
 
 } // namespace

@@ -61,17 +61,18 @@ bool Application::notify(QObject *receiver, QEvent *event) {
 int modMain::Main() {
     ExitFlag = false;
     int status = 1;
-    filtered([&status] {
+    // The whole run isn't one command, so it takes the filter without its scope.
+    try {
         frmMain window;
-        if (!window.Form_Load()) {
-            status = 0;
-            return;
-        }
+        if (!window.Form_Load())
+            return 0;
         window.show();
         status = QApplication::exec();
         // After a failure that ends the run the window still has its project open.
         window.close();
-    });
+    } catch (...) {
+        filterCurrentException();
+    }
     return status;
 }
 

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+#include <sys/stat.h>
+
 using namespace veltrona;
 using sqlite::Connection;
 using test::allow, test::contents, test::write;
@@ -30,9 +32,48 @@ qint64 records(const Connection &connection) {
 }
 
 void addRecords(const QString &path, int count) {
-    openProject(path)->execute("INSERT INTO tblGoogleDays (CreativeId) WITH n(i) AS (VALUES (1) "
-                               "UNION ALL SELECT i + 1 FROM n WHERE i < " +
-                               std::to_string(count) + ") SELECT i FROM n");
+    openProject(path)->execute(
+        "INSERT OR IGNORE INTO tblGoogleDays (CreativeId) WITH n(i) AS (VALUES (1) "
+        "UNION ALL SELECT i + 1 FROM n WHERE i < " +
+        std::to_string(count) + ") SELECT i FROM n");
+}
+
+/// The table and its indexes again, with one part of the table's declaration in other words.
+void declareOtherwise(const QString &path, const QString &part, const QString &words) {
+    Connection connection;
+    connection.open(path);
+    QStringList declarations;
+    sqlite::Statement each = connection.prepare("SELECT sql FROM sqlite_master ORDER BY rowid");
+    while (each.step())
+        declarations += each.text(0);
+    each = {};
+    declarations.first().replace(part, words);
+    const QString sql = "DROP TABLE tblGoogleDays;" + declarations.join(u';');
+    connection.execute(sql.toStdString());
+}
+
+/// In the middle of a change of all records, the first page included: what a crash leaves.
+QByteArray journalOf(const QString &path, const char *end = "ROLLBACK") {
+    const auto connection = openProject(path);
+    connection->execute("PRAGMA cache_size = 2; BEGIN; PRAGMA user_version = 1; UPDATE "
+                        "tblGoogleDays SET Clicks = 1, headline = hex(zeroblob(500)); "
+                        "SELECT * FROM tblGoogleDays");
+    const QByteArray journal = contents(path + "-journal");
+    connection->execute(end);
+    return journal;
+}
+
+/// The end of a journal that names the file of a change over several databases.
+QByteArray superJournal(const QByteArray &name) {
+    QByteArray end;
+    QDataStream stream(&end, QIODevice::WriteOnly);
+    quint32 sum = 0;
+    for (const char c : name)
+        sum += static_cast<quint32>(c);
+    stream << quint32(0x40000000 / 8192 + 1);
+    stream.writeRawData(name.constData(), static_cast<int>(name.size()));
+    stream << static_cast<quint32>(name.size()) << sum << quint64(0xd9d505f920a163d7);
+    return end;
 }
 
 using Spoil = std::function<void(const QString &path)>;
@@ -99,6 +140,98 @@ private slots:
         };
         row("overwritten table", damagedProject, "damaged", overwritten(1));
         row("overwritten index of dates", damagedProject, "damaged", overwritten(3));
+
+        const QString lastColumn("GoogleWeek      TEXT    NOT NULL DEFAULT ''");
+        const auto more = [lastColumn](const QString &column) {
+            return [=](const QString &path) {
+                declareOtherwise(path, lastColumn, lastColumn + ", " + column);
+            };
+        };
+        row("CHECK", damagedProject, "expressions", more("CHECK (length(hex(zeroblob(9e8))) > 1)"));
+        row("generated", damagedProject, "expressions", more("x AS (hex(zeroblob(9e8))) STORED"));
+        row("default", damagedProject, "expressions", more("x DEFAULT (hex(zeroblob(9e8)))"));
+        row("expression in an index", damagedProject, "expressions",
+            sql("CREATE INDEX x ON tblGoogleDays (Clicks || Clicks)"));
+        row("index over a part", damagedProject, "expressions",
+            sql("CREATE INDEX x ON tblGoogleDays (Clicks) WHERE Clicks > 7"));
+        row("another key", damagedProject, "unique",
+            sql("CREATE UNIQUE INDEX x ON tblGoogleDays (Clicks)"));
+        row("case in the key", damagedProject, "unique",
+            sql("DROP INDEX idxRecord; CREATE UNIQUE INDEX x ON tblGoogleDays (Campaign COLLATE "
+                "NOCASE, Adgroup, KeyWord, kwType, GoogleDate, CreativeId)"));
+        row("column without default", damagedProject, "refuse every", more("x NOT NULL"));
+        row("records without a number", damagedProject, "refuse every", [](const QString &path) {
+            declareOtherwise(path, "INTEGER PRIMARY KEY", "TEXT NOT NULL");
+        });
+    }
+
+    void journalIsRefused_data() {
+        const test::DataTable<QString, Spoil> row("reason", "spoil");
+        const auto beside = [](const char *suffix, auto make) {
+            return [suffix, make](const QString &path) { make(QFile::encodeName(path + suffix)); };
+        };
+        const auto pipe = [](const QByteArray &path) { QVERIFY(mkfifo(path, 0600) == 0); };
+        row("pipe", "ordinary", beside("-journal", pipe));
+        row("pipe for a log", "ordinary", beside("-wal", pipe));
+        row("pipe beside a log", "ordinary", [pipe](const QString &path) {
+            change(path, "PRAGMA journal_mode = WAL");
+            write(path + "-wal", {});
+            pipe(QFile::encodeName(path + "-shm"));
+        });
+        row("link", "ordinary", [](const QString &path) {
+            QVERIFY(QFile::link(QFileInfo(path).path() + "/letter", path + "-journal"));
+        });
+        row("super-journal", "several databases", [](const QString &path) {
+            const QByteArray letter = QFile::encodeName(QFileInfo(path).path() + "/letter");
+            write(path + "-journal", journalOf(path) + superJournal(letter));
+        });
+        row("super-journal that is gone", "several databases", [](const QString &path) {
+            write(path + "-journal", journalOf(path) + superJournal("/none"));
+        });
+        row("backup of a later time", "another state", [](const QString &path) {
+            const QByteArray journal = journalOf(path);
+            change(path, "UPDATE tblGoogleDays SET Clicks = 2");
+            change(path, "UPDATE tblGoogleDays SET Clicks = 3");
+            write(path + "-journal", journal);
+        });
+        row("other file of the same age", "another state", [](const QString &path) {
+            const QByteArray journal = journalOf(path);
+            change(path, "CREATE TABLE t (i)");
+            QByteArray content = contents(path);
+            content[27] = static_cast<char>(content[27] - 1); // the count of changes
+            write(path, content);
+            write(path + "-journal", journal);
+        });
+        row("backup with fewer records", "another state", [](const QString &path) {
+            write(path + "-journal", journalOf(path));
+            write(path, contents(QCoreApplication::applicationDirPath() + "/data.dat"));
+        });
+        row("backup with more records", "another state", [](const QString &path) {
+            const QByteArray journal = journalOf(path);
+            addRecords(path, 2000);
+            QByteArray unwritten = journal.left(8192 + 512);
+            unwritten.replace(8, 4, QByteArray(4, '\0')); // as before its first sync
+            write(path + "-journal", unwritten);
+        });
+    }
+
+    /// Nothing is played back, nothing else is touched, and the text says what to do.
+    void journalIsRefused() {
+        QFETCH(QString, reason);
+        QFETCH(Spoil, spoil);
+        const QString file = project();
+        addRecords(file, 200);
+        write(path("letter"), "Dear Anna");
+        spoil(file);
+        const auto state = [&] { return contents(file) + contents(path("letter")); };
+        const QByteArray before = state();
+        const QStringList filesBefore = files();
+        const auto failure = failureOf([&] { openProject(file); });
+        QVERIFY(failure);
+        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
+        QVERIFY(failure->text().contains(file));
+        QVERIFY(state() == before);
+        QCOMPARE(files(), filesBefore);
     }
 
     void badProjectIsRefused() {
@@ -133,18 +266,17 @@ private slots:
         QCOMPARE(contents(file), before);
     }
 
-    /// A crash in the middle of a batch: the next start takes the batch back.
+    /// A crash in the middle of a batch, or before its end is sealed: the next start takes it back.
     void crashCostsTheOpenBatchAlone() {
-        const QString file = project();
-        addRecords(file, 200);
-        const auto connection = openProject(file);
-        connection->execute("PRAGMA cache_size = 2; BEGIN; UPDATE tblGoogleDays SET Clicks = 1, "
-                            "headline = hex(zeroblob(500))");
-        QVERIFY(QFile::copy(file, path("crashed.vlt")));
-        QVERIFY(QFile::copy(file + "-journal", path("crashed.vlt-journal")));
-        const auto crashed = openProject(path("crashed.vlt"));
-        QCOMPARE(number(*crashed, "SELECT sum(Clicks) FROM tblGoogleDays"), 0);
-        QCOMPARE(records(*crashed), 200);
+        for (const char *end : {"ROLLBACK", "COMMIT"}) {
+            renewFolder();
+            const QString file = project();
+            addRecords(file, 200);
+            write(file + "-journal", journalOf(file, end));
+            const auto crashed = openProject(file);
+            QCOMPARE(number(*crashed, "SELECT sum(Clicks) FROM tblGoogleDays"), 0);
+            QCOMPARE(records(*crashed), 200);
+        }
     }
 
     void foreignTriggersNeverRun() {

@@ -1,4 +1,5 @@
 #include "core/platform/sqlite/connection.h"
+#include "core/base/command.h"
 #include "support/failureOf.h"
 #include "support/testFolder.h"
 
@@ -15,8 +16,10 @@ using namespace veltrona::sqlite;
 
 namespace {
 
-// SQLite's result code, as a user would report it.
+// SQLite's result codes, as a user would report it.
 constexpr int cantOpen = 14;
+constexpr int tooBig = 18;
+constexpr int tooMuchWork = 9;
 
 qint64 count(const Connection &connection) {
     Statement statement = connection.prepare("SELECT count(*) FROM t");
@@ -104,6 +107,56 @@ private slots:
             QVERIFY(!connection.isOpen());
         }
         QVERIFY(!QFile::exists(path("missing.vlt")));
+    }
+
+    void textsAndWorkHaveBounds() {
+        Connection connection;
+        connection.open(makeDatabase());
+        const auto fails = [&](std::string_view sql) {
+            const auto failure = failureOf([&] {
+                Statement statement = connection.prepare(sql);
+                while (statement.step())
+                    statement.utf8(0);
+            });
+            return failure ? failure->number() : 0;
+        };
+        QCOMPARE(fails("SELECT hex(zeroblob(5000000))"), 0);
+        QCOMPARE(fails("SELECT hex(zeroblob(5000001))"), tooBig);
+        QCOMPARE(fails("SELECT length(zeroblob(150000000))"), 0); // what a record may come to
+        QCOMPARE(fails("SELECT length(zeroblob(200000000))"), tooBig);
+        QCOMPARE(fails("WITH n AS (SELECT 1 UNION ALL SELECT 1 FROM n) SELECT count(*) FROM n"),
+                 tooMuchWork);
+        QCOMPARE(fails("SELECT 1"), 0);
+    }
+
+    void patienceWithLocks() {
+        const auto exhaust = [](LockPatience &patience) {
+            for (int attempt = 0; patience.wait(attempt);)
+                ++attempt;
+        };
+        const auto restore = qScopeGuard([wait = lockWait, all = lockWaitOfCommand] {
+            lockWait = wait;
+            lockWaitOfCommand = all;
+        });
+        constexpr int never = 1'000'000;
+        LockPatience patience;
+        {
+            const CommandScope command;
+            lockWait = 1;
+            exhaust(patience);
+            lockWait = never;
+            QVERIFY(!patience.wait(0)); // given up for this command
+            patience.renew();
+            QVERIFY(patience.wait(0));
+            lockWaitOfCommand = 5;
+            exhaust(patience);
+            const CommandScope inner;
+            patience.renew();
+            LockPatience other;
+            QVERIFY(!patience.wait(0) && !other.wait(0)); // for all connections
+        }
+        const CommandScope next;
+        QVERIFY(patience.wait(0));
     }
 
     void readsOneStateWhileAnotherCommits() {

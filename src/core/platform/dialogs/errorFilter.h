@@ -3,6 +3,7 @@
 // boxes are titled with the application's name.
 #pragma once
 
+#include "core/base/command.h"
 #include "core/base/failure.h"
 
 #include <exception>
@@ -25,6 +26,7 @@ void filterCurrentException() noexcept;
 
 template<typename Handler>
 void filtered(Handler &&handler) noexcept {
+    const CommandScope command;
     try {
         std::forward<Handler>(handler)();
     } catch (...) {

@@ -1,10 +1,10 @@
 #include "core/platform/sqlite/connection.h"
 
+#include "core/platform/sqlite/fileAccess.h"
+
 #include <QDir>
 #include <QFileInfo>
-#include <QThread>
 
-#include <algorithm>
 #include <cstring>
 #include <sqlite3.h>
 
@@ -26,13 +26,14 @@ constexpr Reason reasons[] = {
     {SQLITE_READONLY, "it can't be written: the file, its folder or its drive is read-only"},
     {SQLITE_PERM, "the system denies access to it"},
     {SQLITE_AUTH, "the system denies access to it"},
-    {SQLITE_FULL, "the disk is full"},
+    {SQLITE_FULL, "the disk is full; free some space on the drive that holds it and try again"},
     {SQLITE_IOERR, "reading or writing it failed"},
     {SQLITE_CORRUPT, "it is damaged"},
     {SQLITE_NOTADB, "it isn't a database, or it is damaged"},
     {SQLITE_CANTOPEN, "the file, or the journal beside it, can't be opened"},
     {SQLITE_NOMEM, "there isn't enough memory"},
-    {SQLITE_TOOBIG, "a value is too large"},
+    {SQLITE_TOOBIG, "a value in it is larger than any that a report can hold"},
+    {SQLITE_INTERRUPT, "reading it takes more work than a file of its size can; it is damaged"},
 };
 
 QString reasonOf(sqlite3 *handle, int code) {
@@ -49,9 +50,13 @@ QString reasonOf(sqlite3 *handle, int code) {
     return QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
 }
 
-Failure failureOf(sqlite3 *handle, int code, const QString &path) {
+Failure failureBecause(int code, const QString &path, const QString &reason) {
     return {code, QStringLiteral("The file \"%1\" can't be used: %2.")
-                      .arg(QDir::toNativeSeparators(path), reasonOf(handle, code))};
+                      .arg(QDir::toNativeSeparators(path), reason)};
+}
+
+Failure failureOf(sqlite3 *handle, int code, const QString &path) {
+    return failureBecause(code, path, reasonOf(handle, code));
 }
 
 Failure refusal(int code, const QString &path, const char *reason) {
@@ -79,6 +84,14 @@ void distrustSchema(sqlite3 *handle) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
 }
 
+/// No text of a record is longer than the parser's longest attribute; a record has room for
+/// fifteen.
+void limitLengths(sqlite3 *handle) {
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 16 * longestText);
+    sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1'000'000);
+    sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 1); // which a clean needs
+}
+
 /// A full disk and the like may have ended the transaction already.
 void rollBack(sqlite3 *handle) {
     if (!sqlite3_get_autocommit(handle))
@@ -91,6 +104,8 @@ bool isBlank(std::string_view sql) {
 
 } // namespace
 
+Connection::Connection() = default;
+
 Connection::~Connection() {
     close();
 }
@@ -100,10 +115,11 @@ void Connection::open(const QString &path) {
     refuseUnlessRegularFile(path);
     // Absolute, so that no name of a file is taken for one of SQLite's own ("file:x?mode=ro").
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
+    auto files = std::make_unique<FileAccess>();
     sqlite3 *handle = nullptr;
     const int code = sqlite3_open_v2(
         name.constData(), &handle,
-        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, files->name());
     if (code != SQLITE_OK) {
         const Failure failure = failureOf(handle, code, path);
         sqlite3_close_v2(handle);
@@ -115,18 +131,23 @@ void Connection::open(const QString &path) {
         throw failureOf(nullptr, SQLITE_READONLY, path);
     }
     distrustSchema(handle);
+    limitLengths(handle);
     m_handle = handle;
+    m_files = std::move(files);
     m_path = path;
     sqlite3_busy_handler(m_handle, waitForLock, this);
+    sqlite3_progress_handler(m_handle, workStep, countWork, this);
 }
 
 void Connection::close() noexcept {
     sqlite3_close_v2(m_handle);
     m_handle = nullptr;
+    m_files.reset();
     m_path.clear();
 }
 
 Statement Connection::prepareFirst(std::string_view &sql) const {
+    beginWork();
     sqlite3_stmt *handle = nullptr;
     const char *rest = nullptr;
     const int code =
@@ -175,22 +196,25 @@ bool Connection::hasMoved() const {
 }
 
 Failure Connection::failure(int code) const {
-    return failureOf(m_handle, code, m_path);
+    const char *refusal = m_files ? m_files->takeRefusal() : nullptr;
+    return refusal ? failureBecause(code, m_path, QLatin1String(refusal))
+                   : failureOf(m_handle, code, m_path);
 }
 
 void Connection::fail(int code) const {
     throw failure(code);
 }
 
-/// SQLite's own handler sleeps ever longer and then loses each race against a busy writer.
 int Connection::waitForLock(void *self, int attempt) {
-    QElapsedTimer &timer = static_cast<Connection *>(self)->m_lockTimer;
-    if (attempt == 0)
-        timer.start();
-    if (timer.elapsed() >= lockWait)
-        return 0;
-    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 2)));
-    return 1;
+    return static_cast<Connection *>(self)->m_patience.wait(attempt);
+}
+
+/// A foreign file may make the engine walk the same pages over and over. What a program of ours
+/// asks for takes some hundred steps for a record, and a record some hundred bytes.
+int Connection::countWork(void *self) {
+    const auto &connection = *static_cast<Connection *>(self);
+    connection.m_work += workStep;
+    return connection.m_work > 5'000'000 + 4 * connection.m_files->databaseSize();
 }
 
 Transaction::Transaction(Connection &connection) : m_connection(connection) {
@@ -204,6 +228,7 @@ Transaction::~Transaction() {
 
 void Transaction::commit() {
     m_connection.execute("COMMIT");
+    m_connection.renewPatience();
     m_open = false;
 }
 

@@ -1,12 +1,13 @@
 // SQLite behind a small RAII layer: a connection to one database file and prepared statements with
 // bound values. Every failure is thrown as Failure, with SQLite's extended result code and a text
-// that names the file. A connection must outlive its statements. No call waits longer than the lock
-// wait for another program; a transaction waits twice at most, at its begin and at its commit.
+// that names the file. A connection must outlive its statements. Locks of other programs are waited
+// for as lockPatience.h says. A file may be anybody's: nothing in its schema runs, no other file is
+// touched, and texts and work have their bounds.
 #pragma once
 
 #include "core/base/failure.h"
+#include "core/platform/sqlite/lockPatience.h"
 
-#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -17,13 +18,13 @@ struct sqlite3_stmt;
 
 namespace veltrona::sqlite {
 
-/// How long a lock of another program is waited for, in milliseconds: a command waits four times at
-/// the most, and no window may stand still for longer than ten seconds. Tests shorten it.
-inline int lockWait = 2500;
+/// In bytes; a longer one that is read is a failure.
+inline constexpr int longestText = 10'000'000;
 
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
 class Connection;
+class FileAccess;
 
 /// A prepared statement; parameters count from 1, columns from 0.
 class Statement {
@@ -65,7 +66,7 @@ private:
 
 class Connection {
 public:
-    Connection() = default;
+    Connection();
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
@@ -98,16 +99,25 @@ public:
     /// The Failure for the connection's last error, whose result code is `code`.
     Failure failure(int code) const;
     [[noreturn]] void fail(int code) const;
+    /// From here on the work of one more statement is counted.
+    void beginWork() const { m_work = 0; }
+    /// After a commit.
+    void renewPatience() { m_patience.renew(); }
 
 private:
+    static constexpr int workStep = 1'000'000;
+
     /// Cuts the first statement off `sql`; an empty one where it held a comment alone.
     Statement prepareFirst(std::string_view &sql) const;
 
     static int waitForLock(void *self, int attempt);
+    static int countWork(void *self);
 
+    std::unique_ptr<FileAccess> m_files; // outlives the handle
     sqlite3 *m_handle = nullptr;
     QString m_path;
-    QElapsedTimer m_lockTimer;
+    LockPatience m_patience;
+    mutable qint64 m_work = 0; // steps of the engine
 };
 
 /// A write transaction, begun at once (BEGIN IMMEDIATE); rolled back unless committed.

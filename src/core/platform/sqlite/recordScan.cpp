@@ -18,6 +18,8 @@ namespace {
 
 constexpr const char *pointerType = "veltrona_scan";
 
+struct TooLong {};
+
 struct Scan {
     const RecordVisitor &visitor;
     std::exception_ptr exception; // no exception may pass through the engine
@@ -36,6 +38,8 @@ void visitRecord(sqlite3_context *context, int count, sqlite3_value **arguments)
     try {
         scan->visitor({reinterpret_cast<const RecordValue *>(arguments + 1),
                        static_cast<std::size_t>(count - 1)});
+    } catch (const TooLong &) {
+        sqlite3_result_error_toobig(context);
     } catch (...) {
         scan->exception = std::current_exception();
         sqlite3_result_error_code(context, SQLITE_ABORT);
@@ -60,6 +64,7 @@ int prepareOn(sqlite3 *handle, const std::string &sql, StatementPointer &stateme
 /// another scan runs, and make every prepared statement stale.
 StatementPointer prepareScan(const Connection &connection, const std::string &sql) {
     sqlite3 *handle = connection.handle();
+    connection.beginWork();
     StatementPointer statement(nullptr, &sqlite3_finalize);
     int code = prepareOn(handle, sql, statement);
     if (code == SQLITE_ERROR) {
@@ -92,7 +97,10 @@ std::string_view RecordValue::utf8() const {
     const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(m_value));
     if (!text)
         return {};
-    return {text, static_cast<std::size_t>(sqlite3_value_bytes(m_value))};
+    const int size = sqlite3_value_bytes(m_value);
+    if (size > longestText)
+        throw TooLong();
+    return {text, static_cast<std::size_t>(size)};
 }
 
 void scanRecords(const Connection &connection, std::string_view columns, std::string_view rest,

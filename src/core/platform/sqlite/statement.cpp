@@ -54,6 +54,8 @@ bool Statement::step() {
 void Statement::reset() {
     // The result repeats the failure of the last step, which has been thrown already.
     sqlite3_reset(m_statement);
+    if (m_connection)
+        m_connection->beginWork();
 }
 
 ValueType Statement::type(int column) const {
@@ -72,7 +74,10 @@ std::string_view Statement::utf8(int column) const {
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
     if (!text)
         return {};
-    return {text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
+    const int size = sqlite3_column_bytes(m_statement, column);
+    if (size > longestText)
+        m_connection->fail(SQLITE_TOOBIG);
+    return {text, static_cast<std::size_t>(size)};
 }
 
 QString Statement::text(int column) const {

@@ -1,0 +1,43 @@
+#include "core/platform/sqlite/lockPatience.h"
+
+#include "core/base/command.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <utility>
+
+namespace veltrona::sqlite {
+
+namespace {
+
+/// Of all connections of a command together.
+struct CommandWaits {
+    long command = 0;
+    qint64 milliseconds = 0;
+};
+thread_local CommandWaits waits;
+
+} // namespace
+
+/// SQLite's own handler sleeps ever longer and then loses each race against a busy writer.
+bool LockPatience::wait(int attempt) {
+    const long command = CommandScope::running();
+    if (command == 0 || waits.command != command)
+        waits = {command, attempt == 0 ? 0 : waits.milliseconds};
+    if (attempt == 0) {
+        m_timer.start();
+        m_counted = 0;
+    }
+    const qint64 elapsed = m_timer.elapsed();
+    waits.milliseconds += elapsed - std::exchange(m_counted, elapsed);
+    const bool gaveUpBefore = command != 0 && m_gaveUpIn == command;
+    if (gaveUpBefore || elapsed >= lockWait || waits.milliseconds >= lockWaitOfCommand) {
+        m_gaveUpIn = command;
+        return false;
+    }
+    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 2)));
+    return true;
+}
+
+} // namespace veltrona::sqlite
