@@ -1,5 +1,6 @@
 // Failures of the engine, the parser and the file system inside the window's handlers: each is told
 // once, and leaves a window that shows one node and goes on.
+#include "core/base/command.h"
 #include "core/shell/modMain.h"
 #include "support/mainWindow.h"
 #include "ui/import/frmWait.h"
@@ -99,7 +100,11 @@ private slots:
         other.open(modMain::DbFileName);
         other.execute("BEGIN EXCLUSIVE");
         m_home->dialogs.expectAnswer(Answer::Ok);
-        m_home->dialogs.whileOpen = [] { QVERIFY(!frmWait::instance().isVisible()); };
+        QVERIFY(CommandScope::running() == 0);
+        m_home->dialogs.whileOpen = [] {
+            QVERIFY(!frmWait::instance().isVisible());
+            QVERIFY(CommandScope::running() != 0); // which locks are waited for but once in
+        };
         m_home->importRows(more);
         const QString text = m_home->dialogs.boxes().value(0).text;
         QVERIFY2(text.contains("locked by another program") && text.contains("has stored: 0."),

@@ -9,12 +9,19 @@
 #include "support/mainWindow.h"
 #include "support/projectTemplate.h"
 #include "support/testFolder.h"
+#include "ui/import/frmWait.h"
 
 #include <QDir>
 #include <QMenu>
+<<<<<<< HEAD
 #include <QProcess>
+=======
+#include <QProgressBar>
+>>>>>>> bb7809d (End in order on SIGTERM, SIGHUP and SIGINT)
 #include <QTest>
 #include <QTimer>
+
+#include <csignal>
 
 using namespace veltrona;
 
@@ -179,6 +186,49 @@ private slots:
         QCOMPARE(modMain::Main(), 1);
         QVERIFY(home.dialogs.boxes().value(0).text.contains("out of paper"));
         QVERIFY(modMain::ExitFlag && !modMain::DbConn && !QApplication::overrideCursor());
+    }
+
+    void signalEndsTheRunInOrder_data() {
+        const test::DataTable<int, bool> row("number", "inAnImport");
+        row("idle", SIGTERM, false);
+        row("SIGTERM in an import", SIGTERM, true);
+        row("SIGHUP in an import", SIGHUP, true);
+        row("SIGINT in an import", SIGINT, true);
+    }
+
+    void signalEndsTheRunInOrder() {
+        QFETCH(int, number);
+        QFETCH(bool, inAnImport);
+        test::MainWindow home;
+        QStringList rows;
+        for (int i = 0; i < 3000; ++i)
+            rows << QString("c|g|k%1|Exact|Search Only|2007-05-07|1").arg(i);
+        const QString report = home.writeFile("rows.xml", test::smallReport(rows));
+        QTimer step;
+        connect(&step, &QTimer::timeout, qApp, [&] {
+            const auto *bar = frmWait::instance().findChild<QProgressBar *>("pbWait");
+            if (!inAnImport || bar->value() > 1500)
+                std::raise(number);
+        });
+        if (inAnImport) {
+            home.dialogs.expectFile(report);
+            QTimer::singleShot(0, qApp, [] {
+                for (QWidget *window : QApplication::topLevelWidgets()) {
+                    if (window->objectName() == QLatin1String("frmMain"))
+                        window->findChild<QAction *>("mnuImport")->trigger();
+                }
+            });
+        }
+        step.start(0);
+        QCOMPARE(modMain::Main(), 0);
+        QVERIFY(home.dialogs.boxes().isEmpty());
+        QCOMPARE(QDir(home.file("data/Veltrona")).entryList(QDir::Files),
+                 QStringList("Veltrona.vlt"));
+        const auto project = openProject(defaultProject(home));
+        auto count = project->prepare("SELECT count(*) FROM tblGoogleDays");
+        QVERIFY(count.step());
+        QCOMPARE(count.int64(0) > 1500, inAnImport);
+        QVERIFY(count.int64(0) < 3000);
     }
 };
 

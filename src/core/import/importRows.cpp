@@ -65,10 +65,10 @@ class RowLoader {
 public:
     RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
               const xml::Document &document, const ColumnCheck &check);
-    void run(const std::function<void()> &inc);
+    void run(const std::function<bool()> &inc);
 
 private:
-    void importRows(const std::function<void()> &inc);
+    void importRows(const std::function<bool()> &inc);
     void importRow();
     bool isStored();
     void insert();
@@ -103,7 +103,7 @@ RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicat
     m_test = connection.prepare(duplicateTestSql);
 }
 
-void RowLoader::run(const std::function<void()> &inc) {
+void RowLoader::run(const std::function<bool()> &inc) {
     try {
         importRows(inc);
     } catch (const UnreadableValue &value) {
@@ -119,7 +119,7 @@ void RowLoader::run(const std::function<void()> &inc) {
     }
 }
 
-void RowLoader::importRows(const std::function<void()> &inc) {
+void RowLoader::importRows(const std::function<bool()> &inc) {
     for (auto step = m_walk.next(); step != xml::Walk::Step::End; step = m_walk.next()) {
         if (step != xml::Walk::Step::Element || m_walk.name() != "row")
             continue;
@@ -127,7 +127,8 @@ void RowLoader::importRows(const std::function<void()> &inc) {
             desktop::steadyTime() - m_batchBegan > shortestBatch)
             commitBatch();
         ++m_row;
-        inc();
+        if (!inc())
+            break;
         importRow();
     }
     commitBatch();
@@ -251,7 +252,7 @@ Failure RowLoader::told(const Failure &failure) {
 
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,
-                const std::function<void()> &inc) {
+                const std::function<bool()> &inc) {
     RowLoader(connection, duplicateTest, document, check).run(inc);
 }
 

@@ -9,9 +9,10 @@
 namespace veltrona {
 
 /// Walks the document and stores every row whose six key values the table doesn't hold yet.
-/// `inc` is called first for each row. Rows are stored in batches: where `inc` is about to paint,
-/// the batch at hand is committed unless it is a tenth of a second young. A program that is killed
-/// loses one batch, and another program never waits long for its turn.
+/// `inc` is called first for each row; false from it ends the import there, in order. Rows are
+/// stored in batches: where `inc` is about to paint, the batch at hand is committed unless it is a
+/// tenth of a second young. A program that is killed loses one batch, and another program never
+/// waits long for its turn.
 ///
 /// Throws Failure with one text that names file, row, line, column and value, or what the engine
 /// said; everything read before a value that can't be read is committed by then.
@@ -19,6 +20,6 @@ namespace veltrona {
 /// connection.
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,
-                const std::function<void()> &inc);
+                const std::function<bool()> &inc);
 
 } // namespace veltrona

@@ -3,6 +3,7 @@
 #include "core/analysis/dateRanges.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/database/projectFile.h"
+#include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/xml/document.h"
 #include "core/shell/modMain.h"
@@ -80,6 +81,12 @@ void frmMain::loadDefaults() {
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
+    if (m_importing) {
+        // The loader is at work on the project: it stops at its next step and closes then.
+        desktop::requestEnd();
+        event->ignore();
+        return;
+    }
     Form_Unload();
     event->accept();
 }

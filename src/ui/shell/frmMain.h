@@ -189,6 +189,7 @@ private:
     ComboBoxView *m_groupView = nullptr;
     int m_refreshPauses = 0;
     bool m_unloaded = false;
+    bool m_importing = false;
     bool m_viewBehind = false; // a refresh failed: the view isn't what tree, dates and combos say
     bool m_viewStale = false;  // a switch of projects failed half-way through the view
 };

@@ -5,12 +5,15 @@
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
+#include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/xml/document.h"
 #include "core/shell/modMain.h"
 #include "ui/import/frmWait.h"
 #include "ui/shell/frmMain.h"
 #include "ui/views/hourglass.h"
+
+#include <QScopeGuard>
 
 namespace veltrona {
 
@@ -40,6 +43,8 @@ void frmMain::impRep() {
     } catch (const Failure &) {
         failed = std::current_exception();
     }
+    if (desktop::endRequested())
+        close();
     // The end of the session closes a message box and then this window, project and all.
     if (m_unloaded)
         return;
@@ -70,9 +75,13 @@ void frmMain::loadReport() {
     }
     frmWait &wait = frmWait::instance();
     wait.init(0, modMain::ReportRowCount);
+    m_importing = true;
+    const auto done = qScopeGuard([this] { m_importing = false; });
     wait.Show([&] {
-        importRows(*modMain::DbConn, *modMain::RowSet, *modMain::ReportDoc, check,
-                   [&wait] { wait.inc(); });
+        importRows(*modMain::DbConn, *modMain::RowSet, *modMain::ReportDoc, check, [&wait] {
+            wait.inc();
+            return !desktop::endRequested();
+        });
     });
 }
 

@@ -1,6 +1,7 @@
 #include "ui/shell/start.h"
 
 #include "core/base/product.h"
+#include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/shell/modMain.h"
 #include "core/shell/version.h"
@@ -64,6 +65,7 @@ int modMain::Main() {
     // The whole run isn't one command, so it takes the filter without its scope.
     try {
         frmMain window;
+        const desktop::EndSignals endSignals([&window] { window.close(); });
         if (!window.Form_Load())
             return 0;
         window.show();

@@ -61,6 +61,7 @@ class ImportTest : public QObject {
         importRows(m_table->connection(), duplicateTest, m_document, check, [&] {
             if (++steps == 100)
                 m_time += std::chrono::milliseconds(110); // a batch is old enough to be committed
+            return true;
         });
         return steps;
     }
@@ -280,7 +281,7 @@ private slots:
                       sqlite::Connection connection;
                       connection.open(path);
                       sqlite::Statement duplicateTest;
-                      importRows(connection, duplicateTest, m_document, check, [] {});
+                      importRows(connection, duplicateTest, m_document, check, [] { return true; });
                   }).has_value());
         }
         import(rows(1001, 4000));

@@ -1,0 +1,31 @@
+// The system's wish that the program ends: SIGTERM, SIGHUP and SIGINT, which would kill it in the
+// middle of its work.
+#pragma once
+
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+
+namespace veltrona::desktop {
+
+/// True once the program is to end; long work that is done in steps stops at its next one.
+bool endRequested();
+/// Asks for the end without a signal.
+void requestEnd();
+
+/// Catches the signals while it lives, one at a time, and calls `end` from the event loop after
+/// each; a signal that the program was started to ignore stays ignored. Needs a QCoreApplication.
+/// With a new one the program is no longer to end.
+class EndSignals {
+public:
+    explicit EndSignals(std::function<void()> end);
+    ~EndSignals();
+    EndSignals(const EndSignals &) = delete;
+    EndSignals &operator=(const EndSignals &) = delete;
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace veltrona::desktop
