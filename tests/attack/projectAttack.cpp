@@ -39,7 +39,8 @@ void useProject(const QString &path) {
     const auto connection = openProject(path);
     Tree tree;
     buildNavigationTree(*connection, QStringLiteral("p"), tree);
-    queryNodeStatistics(*connection, *tree.Nodes().Item(1), {-1e6, 1e6});
+    ProjectRecords records(*connection);
+    queryNodeStatistics(records, *tree.Nodes().Item(1), {-1e6, 1e6});
     storeRecord(*connection);
     cleanProject(*connection);
     auto count = connection->prepare("SELECT count(*) FROM tblGoogleDays");
