@@ -13,11 +13,8 @@
 
 #include <QDir>
 #include <QMenu>
-<<<<<<< HEAD
 #include <QProcess>
-=======
 #include <QProgressBar>
->>>>>>> bb7809d (End in order on SIGTERM, SIGHUP and SIGINT)
 #include <QTest>
 #include <QTimer>
 
