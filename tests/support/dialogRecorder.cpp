@@ -20,7 +20,12 @@ DialogRecorder::~DialogRecorder() {
 }
 
 Answer DialogRecorder::message(MessageStyle style, const QString &title, const QString &text) {
-    m_boxes.push_back({static_cast<int>(style), title, text, {}});
+    return messageWithDetails(style, title, text, {});
+}
+
+Answer DialogRecorder::messageWithDetails(MessageStyle style, const QString &title,
+                                          const QString &text, const QString &details) {
+    m_boxes.push_back({static_cast<int>(style), title, text, {}, details});
     if (whileOpen)
         whileOpen();
     if (m_answers.empty()) {

@@ -16,6 +16,7 @@ struct ShownBox {
     QString title;
     QString text;
     QStringList buttons; // of choose()
+    QString details = {};
 };
 
 class DialogRecorder : public Dialogs {
@@ -37,6 +38,8 @@ public:
     bool allUsed() const { return m_answers.empty() && m_choices.empty() && m_files.empty(); }
 
     Answer message(MessageStyle style, const QString &title, const QString &text) override;
+    Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
+                              const QString &details) override;
     int choose(const QString &title, const QString &text, const QStringList &buttons) override;
     QString openFile(const FileDialogSetup &setup) override;
     QString saveFile(const FileDialogSetup &setup) override;

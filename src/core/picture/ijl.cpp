@@ -6,6 +6,8 @@
 #include <cstring>
 #include <filesystem>
 #include <new>
+#include <string>
+#include <system_error>
 
 #include <jerror.h>
 #include <jpeglib.h>
@@ -105,6 +107,11 @@ std::int32_t resultOfOpening(int error) {
     }
 }
 
+void tellSystemError(JPEG_CORE_PROPERTIES &record, int error) {
+    const std::string reason = std::generic_category().message(error);
+    record.message[reason.copy(record.message, sizeof record.message - 1)] = '\0';
+}
+
 bool startEncoder(Encoder &encoder) {
     if (setjmp(encoder.leave) != 0)
         return false;
@@ -141,11 +148,15 @@ std::int32_t ijlWrite(JPEG_CORE_PROPERTIES *record, std::int32_t mode) {
     if (!record->JPGFile || record->JPGFile[0] == '\0')
         return IJL_INVALID_FILENAME;
     std::FILE *const file = std::fopen(record->JPGFile, "wb");
-    if (!file)
+    if (!file) {
+        tellSystemError(*record, errno);
         return resultOfOpening(errno);
+    }
     std::int32_t result = encode(*record, file);
-    if (std::fclose(file) != 0 && result == IJL_OK)
+    if (std::fclose(file) != 0 && result == IJL_OK) {
+        tellSystemError(*record, errno);
         result = IJL_ERR_FILECLOSE;
+    }
     std::error_code ignored; // the failure to tell is the first one
     if (result != IJL_OK && std::filesystem::is_regular_file(record->JPGFile, ignored))
         std::remove(record->JPGFile);

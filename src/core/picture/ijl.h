@@ -20,7 +20,7 @@ struct JPEG_CORE_PROPERTIES {
     std::int32_t jquality; // 1 to 100
 
     Encoder *encoder;
-    char message[200]; // the library's own words for the last failure
+    char message[200]; // the library's or the system's own words for the last failure
 };
 
 inline constexpr std::int32_t IJL_JFILE_WRITEWHOLEIMAGE = 8;

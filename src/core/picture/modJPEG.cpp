@@ -65,7 +65,7 @@ bool mayReplace(const QString &fileName) {
 }
 
 bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
-            std::int32_t &errNumber, QString &errDescription) {
+            std::int32_t &errNumber, QString &errDescription, QString *reason) {
     ijl::JPEG_CORE_PROPERTIES record{};
     errNumber = ijl::ijlInit(&record);
     if (errNumber != 0) {
@@ -85,6 +85,8 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
     errNumber = ijl::ijlWrite(&record, ijl::IJL_JFILE_WRITEWHOLEIMAGE);
     if (errNumber != 0)
         errDescription = QStringLiteral("ijlWrite Error - ") + codecText(errNumber, record);
+    if (reason)
+        *reason = QString::fromLocal8Bit(record.message);
     ijl::ijlFree(&record);
     return errNumber == 0;
 }
@@ -92,7 +94,7 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
 } // namespace
 
 bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t quality, bool prompt,
-              std::int32_t &errNumber, QString &errDescription) {
+              std::int32_t &errNumber, QString &errDescription, QString *reason) {
     errNumber = 0;
     errDescription.clear();
     if (!picture.PictureLoaded()) {
@@ -106,7 +108,8 @@ bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t qualit
             return true;
         QFile::remove(FileName);
     }
-    return encode(picture, FileName, std::clamp(quality, 1, 100), errNumber, errDescription);
+    return encode(picture, FileName, std::clamp(quality, 1, 100), errNumber, errDescription,
+                  reason);
 }
 
 QString ijlErrorText(std::int32_t code) {

@@ -9,7 +9,8 @@
 #include "core/platform/dialogs/dialogs.h"
 #include "core/report/reportNames.h"
 
-#include <optional>
+#include <QFile>
+#include <QFileInfo>
 
 namespace veltrona {
 
@@ -30,24 +31,37 @@ ReportContent contentOf(const ReportSource &source, bool doColor) {
     return content;
 }
 
-void tellPictureFailure(int number, const QString &description) {
-    dialogs().message(
+void tellPictureFailure(int number, const QString &description, const QString &details) {
+    dialogs().messageWithDetails(
         MessageStyle::OkExclamation, QStringLiteral("  Error Saving JPEG"),
         QStringLiteral("The following error occured while trying to save the JPEG file:\r\r"
                        "Error Number = ") +
-            QString::number(number) + QStringLiteral("\rError Description = ") + description);
+            QString::number(number) + QStringLiteral("\rError Description = ") + description,
+        details);
 }
 
-bool savePicture(const ReportSource &source, const QString &path) {
+bool savePicture(const ReportSource &source, const QString &path, const QString &target) {
     cJPEG jpeg;
     if (const drawing::Picture *chart = source.copyChart ? source.copyChart() : nullptr)
         jpeg.CreateFromPicture(*chart);
     std::int32_t number = 0;
-    QString description;
-    const bool saved = modJPEG::saveJPEG(jpeg, path, 85, false, number, description);
+    QString description, reason;
+    const bool saved = modJPEG::saveJPEG(jpeg, path, 85, false, number, description, &reason);
     if (!saved)
-        tellPictureFailure(number, description);
+        tellPictureFailure(number, description,
+                           QStringLiteral("The picture \"%1\" wasn't written: %2")
+                               .arg(target, reason.isEmpty() ? description : reason));
     return saved;
+}
+
+bool putInPlace(desktop::ReplacementFile &picture) {
+    try {
+        picture.commit();
+        return true;
+    } catch (const Failure &failure) {
+        tellPictureFailure(failure.number(), failure.text(), failure.text());
+        return false;
+    }
 }
 
 } // namespace
@@ -61,16 +75,13 @@ ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportS
         source.grid->setRow(gridRow::summary(source.grid->Rows()));
         source.grid->setCol(gridColumn::Transactions);
     }
-    desktop::ReplacementFile picture(graphPath(fileName));
-    const bool saved = source.options.graph && savePicture(source, picture.path());
+    const QString graph = graphPath(fileName);
+    desktop::ReplacementFile picture(graph);
+    const bool saved = source.options.graph && savePicture(source, picture.path(), graph);
     page.commit();
-    if (!saved)
-        return places;
-    try {
-        picture.commit();
-    } catch (const Failure &failure) {
-        tellPictureFailure(failure.number(), failure.text());
-    }
+    // An older picture would pass for one of this report.
+    if (source.options.graph && !(saved && putInPlace(picture)) && QFileInfo(graph).isFile())
+        QFile::remove(graph);
     return places;
 }
 

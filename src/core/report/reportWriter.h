@@ -30,7 +30,8 @@ struct ReportSource {
 
 /// Blanks around the name are cut; a relative name starts from the current directory. Throws
 /// Failure where the page can't be written: an older page and its picture are as they were then. A
-/// picture that can't be written is told in a message, and the page is put in place all the same.
+/// picture that can't be written is told in a message, and the page is put in place all the same,
+/// without an older picture beside it.
 /// Gives the places of the values in the page.
 ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportSource &source);
 

@@ -11,7 +11,12 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QTextBrowser>
+
+#include <algorithm>
+#include <cmath>
 
 namespace veltrona {
 
@@ -60,6 +65,12 @@ frmPrev::frmPrev()
     cmdPrint->setAutoDefault(false);
     cmdClose->setAutoDefault(false);
     desktop::handle(cmdPrint, &QPushButton::clicked, this, &frmPrev::cmdPrint_Click);
+    const std::pair<const char *, int> zoomKeys[] = {
+        {"Ctrl++", 1}, {"Ctrl+=", 1}, {"Ctrl+-", -1}, {"Ctrl+0", 0}};
+    for (const auto &[key, steps] : zoomKeys)
+        connect(new QShortcut(QKeySequence(QLatin1String(key)), this), &QShortcut::activated, this,
+                [this, steps = steps] { filtered([&] { zoomBy(steps); }); });
+    wbPP->viewport()->installEventFilter(this);
     desktop::handle(cmdClose, &QPushButton::clicked, this, &frmPrev::cmdClose_Click);
 }
 
@@ -133,6 +144,35 @@ void frmPrev::changeEvent(QEvent *event) {
     QDialog::changeEvent(event);
     if (desktop::changesSizes(*event))
         arrange();
+}
+
+/// The view's own zoom would leave tables, pictures and most texts as they are.
+bool frmPrev::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() != QEvent::Wheel)
+        return QDialog::eventFilter(watched, event);
+    const auto &wheel = static_cast<const QWheelEvent &>(*event);
+    if (!(wheel.modifiers() & Qt::ControlModifier))
+        return false;
+    constexpr int notch = 120;
+    m_wheel += wheel.angleDelta().y();
+    if (const int steps = m_wheel / notch; steps != 0) {
+        m_wheel -= steps * notch;
+        filtered([&] { zoomBy(steps); });
+    }
+    return true;
+}
+
+void frmPrev::zoomBy(int steps) {
+    constexpr double step = 1.1, smallest = 0.4, largest = 4;
+    if (!m_page)
+        return;
+    const double zoom =
+        steps == 0 ? 1 : std::clamp(m_page->zoom() * std::pow(step, steps), smallest, largest);
+    const QScrollBar &bar = *wbPP->verticalScrollBar();
+    const double place = double(bar.value()) / std::max(1, bar.maximum());
+    const Hourglass hourglass;
+    m_page->setZoom(zoom);
+    wbPP->verticalScrollBar()->setValue(qRound(place * bar.maximum()));
 }
 
 /// Enter presses the button that has the focus; there is no default button.

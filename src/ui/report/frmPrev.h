@@ -35,6 +35,7 @@ protected:
     void moveEvent(QMoveEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void Form_Load();
@@ -43,13 +44,16 @@ private:
     void cmdPrint_Click();
     void cmdClose_Click();
     void Navigate(const QString &fileName);
+    /// By so many steps larger, or smaller below 0; back to the first size for 0.
+    void zoomBy(int steps);
     void fillScreen();
     void arrange();
 
     QPushButton *cmdPrint;
     QPushButton *cmdClose;
     QTextBrowser *wbPP;
-    QRect m_screen; // what the window fills, its frame included
+    int m_wheel = 0; // turned with Ctrl and not yet zoomed, in eighths of a degree
+    QRect m_screen;  // what the window fills, its frame included
     std::unique_ptr<ReportDocument> m_page;
 };
 

@@ -4,6 +4,7 @@
 #include "core/base/failureNumbers.h"
 #include "core/base/product.h"
 #include "core/platform/desktop/replacementFile.h"
+#include "core/platform/desktop/spooler.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
 #include "ui/views/hourglass.h"
@@ -23,8 +24,12 @@ namespace {
 
 class SystemPrinting : public Printing {
 public:
-    // Without any printer the dialog still prints to a file.
-    bool isEnabled() override { return true; }
+    // Without any printer the dialog still prints to a file; with a server that is silent it would
+    // never come up.
+    bool isEnabled() override {
+        desktop::requireSpooler();
+        return true;
+    }
 
     void print(const ReportDocument &report, QWidget *owner) override {
         QPrinter printer(QPrinter::HighResolution);
@@ -176,11 +181,13 @@ void setPrinting(Printing *printing) {
 
 void printReport(const ReportDocument &report, QPrinter &printer) {
     if (!printer.outputFileName().isEmpty())
-        printToFile(report, printer);
-    else if (!drawPages(report, printer))
+        return printToFile(report, printer);
+    desktop::requireReadyPrinter(printer.printerName());
+    if (!drawPages(report, printer))
         throw Failure(static_cast<int>(printer.printerState()),
                       QStringLiteral("The printer \"%1\" doesn't take the report.")
                           .arg(printer.printerName()));
+    desktop::requireTakenJob(printer.printerName());
 }
 
 } // namespace veltrona

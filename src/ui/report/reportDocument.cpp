@@ -4,6 +4,7 @@
 #include "ui/report/reportLayout.h"
 
 #include <QImageReader>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextTable>
 
@@ -21,21 +22,31 @@ ReportDocument::ReportDocument(const QString &path, ReportPlaces places)
     m_layout->setSheet(std::move(sheet));
 }
 
-/// The frame's rows give way to all rows of the file.
+/// A table of all rows takes the place of the frame's: to add rows to that one would take many
+/// times as long.
 void ReportDocument::fillRows(const ReportSheet &sheet) {
-    QTextTable &table = *ReportSheet::statisticsIn(*this);
+    const QTextTable &few = *ReportSheet::statisticsIn(*this);
     QTextCursor cursor(this);
     cursor.beginEditBlock();
-    table.removeRows(1, table.rows() - 1);
-    table.appendRows(m_file.rows());
-    cursor.setPosition(table.cellAt(1, 0).firstPosition());
+    cursor.setPosition(few.firstPosition() - 1);
+    cursor.setPosition(few.lastPosition() + 1, QTextCursor::KeepAnchor);
+    const QTextTableFormat format = few.format();
+    cursor.removeSelectedText();
+    cursor.insertTable(m_file.rows() + 1, m_file.columns(), format);
+    const auto fill = [&](const QTextBlockFormat &block, const QTextCharFormat &characters,
+                          const QString &text) {
+        cursor.setBlockFormat(block);
+        cursor.insertText(text, characters);
+        cursor.setPosition(cursor.position() + 1);
+    };
+    const QTextTable &frame = *ReportSheet::statisticsIn(sheet.frame());
+    for (int col = 0; col < m_file.columns(); ++col) {
+        const QTextBlock heading = frame.cellAt(0, col).firstCursorPosition().block();
+        fill(heading.blockFormat(), heading.charFormat(), heading.text());
+    }
     for (int row = 0; row < m_file.rows(); ++row) {
-        for (int col = 0; col < m_file.columns(); ++col) {
-            cursor.setBlockFormat(sheet.columnFormat(col));
-            cursor.setBlockCharFormat(sheet.cellFormat(row, col));
-            cursor.insertText(sheet.cellText(row, col), sheet.cellFormat(row, col));
-            cursor.setPosition(cursor.position() + 1);
-        }
+        for (int col = 0; col < m_file.columns(); ++col)
+            fill(sheet.columnFormat(col), sheet.cellFormat(row, col), sheet.cellText(row, col));
     }
     cursor.endEditBlock();
 }

@@ -149,6 +149,11 @@ QString withLineBreaks(const QString &text) {
 }
 
 Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text) {
+    return messageWithDetails(style, title, text, {});
+}
+
+Answer QtDialogs::messageWithDetails(MessageStyle style, const QString &title, const QString &text,
+                                     const QString &details) {
     const OrdinaryCursor cursor;
     QMessageBox box(desktop::owningWindow());
     for (const BoxStyle &known : boxStyles) {
@@ -159,6 +164,8 @@ Answer QtDialogs::message(MessageStyle style, const QString &title, const QStrin
         }
     }
     setUp(box, title, text);
+    if (!details.isEmpty())
+        box.setDetailedText(details);
     return answerOf(box.exec());
 }
 

@@ -9,6 +9,8 @@ namespace veltrona {
 class QtDialogs : public Dialogs {
 public:
     Answer message(MessageStyle style, const QString &title, const QString &text) override;
+    Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
+                              const QString &details) override;
     int choose(const QString &title, const QString &text, const QStringList &buttons) override;
     QString openFile(const FileDialogSetup &setup) override;
     QString saveFile(const FileDialogSetup &setup) override;

@@ -40,9 +40,10 @@ class SaveJpegTest : public QObject, test::TestFolder {
     cJPEG m_picture;
     int m_number = 7;
     QString m_text = "stale";
+    QString m_reason;
 
     bool save(const QString &file, int quality = 85, bool prompt = false) {
-        return modJPEG::saveJPEG(m_picture, file, quality, prompt, m_number, m_text);
+        return modJPEG::saveJPEG(m_picture, file, quality, prompt, m_number, m_text, &m_reason);
     }
     static void load(cJPEG &picture, const QImage &image) {
         picture.CreateFromPicture(drawing::Picture(drawing::createBitmap(
@@ -97,6 +98,7 @@ private slots:
         QVERIFY(!save(path("missing/g.jpg")));
         QCOMPARE(m_number, -10);
         QCOMPARE(m_text, "ijlWrite Error - Invalid file name");
+        QCOMPARE(m_reason, "No such file or directory");
         QVERIFY(!save(folder()));
         QCOMPARE(m_number, -10);
 

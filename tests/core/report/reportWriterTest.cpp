@@ -124,8 +124,20 @@ private slots:
         QCOMPARE(recorder.boxes().first().text,
                  "The following error occured while trying to save the JPEG file:\r\r"
                  "Error Number = -1\rError Description = No picture loaded to save.");
+        QCOMPARE(recorder.boxes().first().details,
+                 "The picture \"" + m_picture + "\" wasn't written: No picture loaded to save.");
         QVERIFY(contents(m_page).contains("<img src=\"graph.jpg\">"));
-        QCOMPARE(contents(m_picture), "older picture");
+        QCOMPARE(files(), QStringList{"report.html"}); // no picture of another report
+    }
+
+    void aPictureThatCannotBePutInPlaceIsTold() {
+        DialogRecorder recorder;
+        recorder.expectAnswer(Answer::Ok);
+        QVERIFY(QDir().mkdir(m_picture));
+        write(m_page);
+        const QString details = recorder.boxes().first().details;
+        QVERIFY2(details.contains(m_picture) && details.contains("irectory"), qPrintable(details));
+        QCOMPARE(files(), (QStringList{"graph.jpg", "report.html"}));
     }
 };
 

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBrowser>
+#include <QWheelEvent>
 
 #include <numeric>
 
@@ -240,6 +241,28 @@ private slots:
             QVERIFY(browser()->toPlainText().isEmpty());
         }
         QCOMPARE(stub.prints, 2);
+    }
+
+    void zoom() {
+        show({.names = numberedNames(60), .options = {}}, [&] {
+            const QTextDocument &page = *browser()->document();
+            const QSizeF size = page.size();
+            const auto isLargerBy = [&](double factor) {
+                return qAbs(page.size().width() / size.width() - factor) < 0.02 &&
+                       qAbs(page.size().height() / size.height() - factor) < 0.05;
+            };
+            QTest::keyClick(m_form, Qt::Key_Plus, Qt::ControlModifier);
+            QTest::keyClick(browser(), Qt::Key_Equal, Qt::ControlModifier);
+            QVERIFY(isLargerBy(1.21));
+            browser()->setTextCursor(page.find("row 60"));
+            QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
+            QWheelEvent back({9, 9}, {9, 9}, {}, {0, -360}, {}, Qt::ControlModifier,
+                             Qt::NoScrollPhase, false);
+            QApplication::sendEvent(browser()->viewport(), &back);
+            QVERIFY(isLargerBy(0.91));
+            QTest::keyClick(m_form, Qt::Key_0, Qt::ControlModifier);
+            QCOMPARE(page.size(), size);
+        });
     }
 
     /// The rows look as if rich text had laid out all of them; it has done so here.

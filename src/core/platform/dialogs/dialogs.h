@@ -42,6 +42,12 @@ public:
     /// Shows a modal message box. Both texts are plain text: markup in them is shown, not rendered.
     virtual Answer message(MessageStyle style, const QString &title, const QString &text) = 0;
 
+    /// The same box with details, which its user can unfold; without them where there is no room.
+    virtual Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
+                                      const QString & /*details*/) {
+        return message(style, title, text);
+    }
+
     /// A question with buttons of its own; gives the index of the button pressed, the last one if
     /// the box was closed by Esc or the window's close button.
     virtual int choose(const QString &title, const QString &text, const QStringList &buttons) = 0;
