@@ -1,20 +1,16 @@
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
+#include "core/platform/desktop/clock.h"
+#include "core/platform/desktop/nativePath.h"
+#include "core/platform/desktop/replacementFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
-#include <QUuid>
 
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <unistd.h>
-#endif
 
 namespace veltrona {
 
@@ -24,40 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr auto makeAction = "Can't make the project";
 
-/// Never throws, whatever a name holds.
-fs::path systemPath(const QString &path) {
-    const QByteArray utf8 = path.toUtf8();
-    return {reinterpret_cast<const char8_t *>(utf8.cbegin()),
-            reinterpret_cast<const char8_t *>(utf8.cend())};
-}
-
-[[noreturn]] void fail(const QFile &file, const char *action, const QString &path) {
-    const int number = errno;
-    const QString native = QDir::toNativeSeparators(path);
-    if (number != 0)
-        throw Failure::ofSystem(number, QLatin1String(action), native);
-    throw Failure(EIO, QLatin1String(action) +
-                           QStringLiteral(" \"%1\": %2.").arg(native, file.errorString()));
-}
-
-bool syncToDisk(int handle) {
-#ifdef Q_OS_WIN
-    return _commit(handle) == 0;
-#else
-    return fsync(handle) == 0;
-#endif
-}
-
-/// Makes the new name itself survive a power cut, where the system has a way to say so.
-void syncFolder([[maybe_unused]] const QString &folder) {
-#ifndef Q_OS_WIN
-    const int handle = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-    if (handle < 0)
-        return;
-    fsync(handle);
-    close(handle);
-#endif
-}
+using desktop::nativePath;
 
 /// Looks at the header alone: opening would need the right to write beside the program.
 bool isProject(const QByteArray &bytes) {
@@ -74,37 +37,28 @@ bool isProject(const QByteArray &bytes) {
 }
 
 QByteArray readTemplate(const QString &path) {
-    constexpr auto action = "The template for new projects can't be read, file";
+    const QString action = QStringLiteral("The template for new projects can't be read, file");
+    const QString native = QDir::toNativeSeparators(path);
     QFile file(path);
     errno = 0;
-    if (!file.open(QIODevice::ReadOnly))
-        fail(file, action, path);
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (file.error() != QFileDevice::NoError && errno != 0)
+        throw Failure::ofSystem(errno, action, native);
     if (file.error() != QFileDevice::NoError)
-        fail(file, action, path);
+        throw Failure(EIO, action + QStringLiteral(" \"%1\": %2.").arg(native, file.errorString()));
     if (!isProject(bytes))
-        throw Failure(damagedProject,
-                      QStringLiteral("The template for new projects, file \"%1\", is damaged.")
-                          .arg(QDir::toNativeSeparators(path)));
+        throw Failure(
+            damagedProject,
+            QStringLiteral("The template for new projects, file \"%1\", is damaged.").arg(native));
     return bytes;
 }
-
-/// Removed when this ends, unless it has got another name by then.
-struct DraftFile : QFile {
-    using QFile::QFile;
-    ~DraftFile() override {
-        close();
-        if (exists())
-            remove();
-    }
-};
 
 /// A file of the engine beside the older file, such as the journal of a crashed program: it would
 /// be played back into the new file. Comes back when this ends, unless dropped.
 class SideFile {
 public:
     SideFile(const QString &target, const char *suffix)
-        : m_file(systemPath(target + QLatin1String(suffix))), m_aside(m_file) {
+        : m_file(nativePath(target + QLatin1String(suffix))), m_aside(m_file) {
         m_aside += "-old";
         std::error_code error;
         m_moved = fs::exists(m_file, error);
@@ -136,53 +90,68 @@ private:
     bool m_moved = false;
 };
 
-/// A rename would replace a write-protected file or a device without asking for a right to it.
-void refuseUnlessReplaceable(const QString &target) {
+void refuseUnlessFile(const QString &target) {
     const QFileInfo older(target);
-    const int number = !older.exists()      ? 0
-                       : older.isDir()      ? EISDIR
-                       : !older.isFile()    ? EINVAL
-                       : older.isWritable() ? 0
-                                            : EACCES;
-    if (number != 0)
-        throw Failure::ofSystem(number, QLatin1String(makeAction),
+    if (older.exists() && !older.isFile())
+        throw Failure::ofSystem(older.isDir() ? EISDIR : EINVAL, QLatin1String(makeAction),
                                 QDir::toNativeSeparators(target));
+}
+
+/// "Garden set aside 2007-05-14 130509.vlt", with a number where that name is taken.
+QString nameAside(const QString &path) {
+    const qsizetype dot = path.lastIndexOf(QLatin1Char('.'));
+    const QString name =
+        path.left(dot) + desktop::now().toString(QStringLiteral("' set aside 'yyyy-MM-dd hhmmss"));
+    QString aside = name + path.mid(dot);
+    for (int copy = 2; QFileInfo::exists(aside); ++copy)
+        aside = name + QStringLiteral(" %1").arg(copy) + path.mid(dot);
+    return aside;
 }
 
 } // namespace
 
 void makeProject(const QString &templatePath, const QString &target) {
     const QByteArray bytes = readTemplate(templatePath);
-    refuseUnlessReplaceable(target);
-    // A link stays a link: what it leads to is replaced.
-    const QFileInfo older(target);
-    const QString place = older.exists() ? older.canonicalFilePath() : older.absoluteFilePath();
-    const QString folder = QFileInfo(place).absolutePath();
-    // A short name of its own: the target's may already be as long as the system allows.
-    DraftFile draft(folder + QStringLiteral("/.veltrona-") +
-                    QUuid::createUuid().toString(QUuid::Id128));
-    errno = 0;
-    if (!draft.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        fail(draft, makeAction, target);
-    if (draft.write(bytes) != bytes.size() || !draft.flush() || !syncToDisk(draft.handle()))
-        fail(draft, makeAction, target);
-    if (older.exists())
-        draft.setPermissions(older.permissions());
-    SideFile journal(place, "-journal");
-    SideFile writeAheadLog(place, "-wal");
-    std::error_code error;
-    fs::rename(systemPath(draft.fileName()), systemPath(place), error);
-    if (error)
-        throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
-                                QDir::toNativeSeparators(target));
+    refuseUnlessFile(target);
+    desktop::ReplacementFile draft(target, QLatin1String(makeAction));
+    draft.write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    SideFile journal(draft.target(), "-journal");
+    SideFile writeAheadLog(draft.target(), "-wal");
+    draft.commit();
     journal.drop();
     writeAheadLog.drop();
-    syncFolder(folder);
+}
+
+void makeMissingProject(const QString &templatePath, const QString &target) {
+    const QString folder = QFileInfo(target).path();
+    if (!QDir().mkpath(folder))
+        throw Failure::ofSystem(errno, QStringLiteral("Can't make the folder"), folder);
+    if (!QFileInfo::exists(target))
+        makeProject(templatePath, target);
+}
+
+void setProjectAside(const QString &path) {
+    const QString aside = nameAside(path);
+    QStringList moved;
+    // The journal of a crashed program goes along: it belongs to this file, and to no new one.
+    for (const char *part : {"-journal", "-wal", ""}) {
+        const QString suffix = QLatin1String(part);
+        QFile file(path + suffix);
+        if (!file.exists())
+            continue;
+        if (!file.rename(aside + suffix)) {
+            for (const QString &back : moved)
+                QFile::rename(aside + back, path + back);
+            throw Failure(EIO, QStringLiteral("The file \"%1\" can't be set aside: %2.")
+                                   .arg(path + suffix, file.errorString()));
+        }
+        moved << suffix;
+    }
 }
 
 bool isSameFile(const QString &first, const QString &second) {
     std::error_code error;
-    return fs::equivalent(systemPath(first), systemPath(second), error);
+    return fs::equivalent(nativePath(first), nativePath(second), error);
 }
 
 } // namespace veltrona

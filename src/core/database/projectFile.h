@@ -25,6 +25,13 @@ std::unique_ptr<sqlite::Connection> openProject(const QString &path);
 /// named.
 void makeProject(const QString &templatePath, const QString &target);
 
+/// Makes the folder of `target` and the project, so far as they are missing. Throws Failure.
+void makeMissingProject(const QString &templatePath, const QString &target);
+
+/// Gives a project, and the files that the engine has left beside it, a name that says so and when.
+/// Throws Failure, with everything as it was.
+void setProjectAside(const QString &path);
+
 /// Whether two paths lead to the same file, by whatever links.
 bool isSameFile(const QString &first, const QString &second);
 

@@ -132,7 +132,6 @@ private:
     bool chooseProjectFile();
     void setProject(const QString &path);
     void useDefaultProject();
-    void setAsideDefaultProject();
     void switchProject(const QString &path, const QString &templatePath);
 
     // Reports.

@@ -2,7 +2,6 @@
 #include "core/base/blanks.h"
 #include "core/base/product.h"
 #include "core/database/projectFile.h"
-#include "core/platform/desktop/clock.h"
 #include "core/platform/desktop/folders.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/dialogs/errorFilter.h"
@@ -12,10 +11,6 @@
 #include "ui/views/hourglass.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
-#include <cerrno>
 
 namespace veltrona {
 
@@ -24,12 +19,9 @@ namespace {
 const QString projectFilter = productName + QStringLiteral(" Data files (*.vlt)|*.vlt");
 const QString projectExtension = QStringLiteral(".vlt");
 
-QString projectFolder() {
-    return modMain::DataFolder + QDir::separator() + productName;
-}
-
 QString defaultProjectPath() {
-    return projectFolder() + QDir::separator() + productName + projectExtension;
+    return modMain::DataFolder + QDir::separator() + productName + QDir::separator() + productName +
+           projectExtension;
 }
 
 QString templatePath() {
@@ -54,10 +46,7 @@ QString frmMain::getFileName(const QString &fname) const {
 }
 
 void frmMain::makeDefaultProject() {
-    if (!QDir().mkpath(projectFolder()))
-        throw Failure::ofSystem(errno, QStringLiteral("Can't make the folder"), projectFolder());
-    if (!QFileInfo::exists(defaultProjectPath()))
-        makeProject(templatePath(), defaultProjectPath());
+    makeMissingProject(templatePath(), defaultProjectPath());
 }
 
 void frmMain::useDefaultProject() {
@@ -109,7 +98,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
         return true;
     case 1:
         if (isDefault) {
-            filtered([this] { setAsideDefaultProject(); });
+            filtered([] { setProjectAside(defaultProjectPath()); });
         } else {
             rememberProject(QString());
             useDefaultProject();
@@ -118,22 +107,6 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
     default:
         return false;
     }
-}
-
-void frmMain::setAsideDefaultProject() {
-    const QString path = defaultProjectPath();
-    const QString stamp = desktop::now().toString(QStringLiteral("yyyy-MM-dd hhmmss"));
-    QString aside;
-    for (int copy = 1; aside.isEmpty() || QFileInfo::exists(aside); ++copy)
-        aside = projectFolder() + QDir::separator() + productName + QStringLiteral(" set aside ") +
-                stamp + (copy > 1 ? QStringLiteral(" %1").arg(copy) : QString()) + projectExtension;
-    QFile project(path);
-    if (project.exists() && !project.rename(aside))
-        throw Failure(EIO, QStringLiteral("The file \"%1\" can't be set aside: %2.")
-                               .arg(path, project.errorString()));
-    // The journal of a crashed program goes along: it belongs to this file, and to no new one.
-    for (const char *part : {"-journal", "-wal"})
-        QFile::rename(path + QLatin1String(part), aside + QLatin1String(part));
 }
 
 bool frmMain::chooseProjectFile() {

@@ -1,3 +1,4 @@
+#include "core/platform/desktop/clock.h"
 #include "projectFolder.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
@@ -74,6 +75,26 @@ private slots:
         QCOMPARE(files(), before);
         for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
             QCOMPARE(contents(path(name)), QByteArray(name));
+    }
+
+    void setAsideWithAllThatBelongsToIt() {
+        desktop::setClock([] { return QDateTime(QDate(2007, 5, 14), QTime(13, 5, 9)); });
+        const QString aside = path("O'Neil set aside 2007-05-14 130509");
+        for (const char *time : {"", " 2"}) {
+            for (const char *part : {"", "-journal", "-wal"})
+                write(path("O'Neil.vlt") + part, QByteArray("old") + part);
+            setProjectAside(path("O'Neil.vlt"));
+            for (const char *part : {"", "-journal", "-wal"})
+                QCOMPARE(contents(aside + time + ".vlt" + part), QByteArray("old") + part);
+        }
+        QCOMPARE(files().size(), 6);
+        // What can't move leaves everything where it was.
+        const QString longest = path(QString(235, 'n') + ".vlt");
+        write(longest, "old");
+        write(longest + "-wal", "log");
+        QVERIFY(failureOf([&] { setProjectAside(longest); }));
+        QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
+        desktop::setClock({});
     }
 
     void sameFileByAnyPath() {
