@@ -1,5 +1,6 @@
 #include "core/analysis/cellText.h"
 
+#include "core/base/numberGrammar.h"
 #include "core/base/powersOfTen.h"
 
 #include <QVarLengthArray>
@@ -15,40 +16,6 @@ namespace {
 template<typename Char>
 using View = std::basic_string_view<Char>;
 
-template<typename Char>
-std::size_t skipDigits(View<Char> text, std::size_t at) {
-    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
-        ++at;
-    return at;
-}
-
-template<typename Char>
-std::size_t skipSign(View<Char> text, std::size_t at) {
-    return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
-}
-
-/// Length of the leading part that reads as a decimal number; 0 if there is none.
-template<typename Char>
-std::size_t numberLength(View<Char> text) {
-    const std::size_t begin = skipSign(text, 0);
-    std::size_t end = skipDigits(text, begin);
-    std::size_t digits = end - begin;
-    if (end < text.size() && text[end] == '.') {
-        const std::size_t fraction = end + 1;
-        end = skipDigits(text, fraction);
-        digits += end - fraction;
-    }
-    if (digits == 0)
-        return 0;
-    if (end < text.size() && (text[end] == 'E' || text[end] == 'e')) {
-        const std::size_t exponent = skipSign(text, end + 1);
-        const std::size_t exponentEnd = skipDigits(text, exponent);
-        if (exponentEnd > exponent)
-            return exponentEnd;
-    }
-    return end;
-}
-
 /// `text` holds a decimal number and nothing else. An overflow is no number, and so gives 0.
 double readNumber(std::string_view text) {
     if (text.front() == '+')
@@ -60,7 +27,7 @@ double readNumber(std::string_view text) {
 
 template<typename Char>
 double leadingNumber(View<Char> text) {
-    const std::size_t length = numberLength(text);
+    const std::size_t length = scanNumber(text).length;
     if (length == 0)
         return 0;
     if constexpr (sizeof(Char) == 1) {

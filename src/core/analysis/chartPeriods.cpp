@@ -1,5 +1,7 @@
 #include "core/analysis/chartPeriods.h"
 
+#include "core/base/text.h"
+
 #include <array>
 
 namespace veltrona {
@@ -64,15 +66,10 @@ int advanced(int day, const ChartPeriods &periods) {
     return day;
 }
 
-QString padded(int number, int width) {
-    return QStringLiteral("%1").arg(number, width, 10, QLatin1Char('0'));
-}
-
-/// English, short; `month` counts from 1.
+/// English; `month` counts from 1.
 QString monthName(int month) {
-    constexpr std::array names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    return QLatin1String(names.at(static_cast<std::size_t>(month - 1)));
+    const std::string_view name = shortMonthName(month);
+    return QLatin1String(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 QString label(ChartUnit unit, int day) {
@@ -80,9 +77,9 @@ QString label(ChartUnit unit, int day) {
     const QString year = padded(date.year, 4);
     switch (unit) {
     case ChartUnit::Day:
-        return monthName(date.month) + u' ' + padded(date.day, 2);
+        return monthName(date.month) + u' ' + padded(date.day);
     case ChartUnit::Week:
-        return year + u' ' + padded(weekOfYear(day), 2);
+        return year + u' ' + padded(weekOfYear(day));
     case ChartUnit::Month:
         return year + u' ' + monthName(date.month);
     case ChartUnit::Year:

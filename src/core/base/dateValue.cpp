@@ -1,5 +1,7 @@
 #include "core/base/dateValue.h"
 
+#include "core/base/text.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -72,14 +74,10 @@ DateValue dateValue(const CalendarDay &day, int secondOfDay) {
 QString isoText(DateValue value) {
     const int seconds = secondOfDay(value);
     const CalendarDay day = calendarDay(dayNumber(value));
-    const auto two = [](int number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    QString text = QStringLiteral("%1-").arg(day.year, 4, 10, QLatin1Char('0')) + two(day.month) +
-                   QLatin1Char('-') + two(day.day);
+    QString text = padded(day.year, 4) + u'-' + padded(day.month) + u'-' + padded(day.day);
     if (seconds != 0)
-        text += QLatin1Char(' ') + two(seconds / 3600) + QLatin1Char(':') + two(seconds / 60 % 60) +
-                QLatin1Char(':') + two(seconds % 60);
+        text += u' ' + padded(seconds / 3600) + u':' + padded(seconds / 60 % 60) + u':' +
+                padded(seconds % 60);
     return text;
 }
 

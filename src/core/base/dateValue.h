@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QString>
 
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -47,6 +48,14 @@ DateValue dateValue(const CalendarDay &day, int secondOfDay = 0);
 QString isoText(DateValue value);
 /// Reads the two forms of isoText, a midnight written out too; anything else gives none.
 std::optional<DateValue> dateOfIsoText(std::string_view text);
+
+/// Of January and so on, in English; the first three letters are the short name.
+inline constexpr std::array<std::string_view, 12> monthNames{
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
+constexpr std::string_view shortMonthName(int month) {
+    return monthNames.at(static_cast<std::size_t>(month - 1)).substr(0, 3);
+}
 
 /// Sunday is 1, Saturday is 7.
 int weekday(int dayNumber);

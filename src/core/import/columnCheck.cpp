@@ -3,10 +3,9 @@
 #include "core/base/failure.h"
 #include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <QDir>
-
-#include <algorithm>
 
 namespace veltrona {
 
@@ -14,12 +13,6 @@ namespace {
 
 constexpr auto campaign = static_cast<std::size_t>(reportColumn("campaign"));
 constexpr auto date = static_cast<std::size_t>(reportColumn("date"));
-
-bool isSameName(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [&](char x, char y) { return lower(x) == lower(y); });
-}
 
 void declare(ReportColumnNames &names, std::string_view name) {
     for (std::size_t i = 0; i < reportColumns.size(); ++i) {

@@ -2,9 +2,10 @@
 
 #include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 #include "core/import/progress.h"
-#include "core/import/reportValues.h"
 #include "core/import/rowReader.h"
+#include "core/import/rowValues.h"
 #include "core/platform/desktop/clock.h"
 
 #include <QDir>
@@ -44,11 +45,8 @@ static_assert(insertSources[dayColumns.size() - 2] == reportColumnCount);
 
 QString shortened(std::string_view value) {
     // Enough bytes for the characters that are shown, whatever they are.
-    QString text = textOf(value.substr(0, static_cast<std::size_t>(8 * mostShown)));
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
+    const QString text =
+        onOneLine(textOf(value.substr(0, static_cast<std::size_t>(8 * mostShown))));
     if (text.size() <= mostShown)
         return text;
     const bool splitsPair = text.at(mostShown - 1).isHighSurrogate();
@@ -89,7 +87,7 @@ private:
     std::optional<sqlite::Transaction> m_batch;
     std::chrono::milliseconds m_batchBegan{};
     std::string_view m_dateText; // the report's text of m_date
-    ReportDate m_date;
+    RowDate m_date;
     int m_row = 0;
     qint64 m_inBatch = 0;
     qint64 m_committed = 0;
@@ -203,7 +201,7 @@ void RowLoader::bindNumber(sqlite::Statement &statement, int parameter, int colu
         statement.bind(parameter, qint64(0));
         return;
     }
-    const std::optional<ReportNumber> number = readNumber(text);
+    const std::optional<RowNumber> number = readNumber(text);
     if (!number)
         throw UnreadableValue{column, "is no number"};
     std::visit([&](auto value) { statement.bind(parameter, value); }, *number);
@@ -214,7 +212,7 @@ void RowLoader::readRowDate() {
     // Neighbours mostly share their date. The text before lives on in the document.
     if (!text.empty() && text == m_dateText)
         return;
-    std::optional<ReportDate> read = readDate(text);
+    std::optional<RowDate> read = readDate(text);
     if (!read)
         throw UnreadableValue{date, text.empty() ? "is missing" : "is no date"};
     m_date = std::move(*read);

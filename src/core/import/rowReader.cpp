@@ -1,7 +1,7 @@
 #include "core/import/rowReader.h"
 
 #include "core/base/blanks.h"
-#include "core/import/reportValues.h"
+#include "core/import/rowValues.h"
 
 namespace veltrona {
 

@@ -1,6 +1,7 @@
 #include "core/report/reportValues.h"
 
 #include "core/analysis/nodeTag.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -52,10 +53,7 @@ QChar dateSeparator(const QLocale &locale) {
 
 QString reportDate(DateValue date, QChar separator) {
     const CalendarDay day = calendarDay(dayNumber(date));
-    const auto padded = [](int number, int width) {
-        return QString::number(number).rightJustified(width, u'0');
-    };
-    return padded(day.month, 2) + separator + padded(day.day, 2) + separator + padded(day.year, 4);
+    return padded(day.month) + separator + padded(day.day) + separator + padded(day.year, 4);
 }
 
 } // namespace veltrona

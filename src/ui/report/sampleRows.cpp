@@ -11,7 +11,7 @@
 namespace veltrona {
 
 QString shownValue(const QString &text) {
-    QString shown = onOneLine(text);
+    QString shown = shownLine(text);
     for (QChar &c : shown) {
         constexpr char16_t frameBegins = 0xFDD0, frameEnds = 0xFDD1;
         if (c < u' ' || c == frameBegins || c == frameEnds ||

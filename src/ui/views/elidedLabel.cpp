@@ -1,5 +1,6 @@
 #include "ui/views/elidedLabel.h"
 
+#include "core/base/text.h"
 #include "ui/views/plainText.h"
 
 #include <QEvent>
@@ -40,10 +41,7 @@ void ElidedLabel::changeEvent(QEvent *event) {
 }
 
 void ElidedLabel::elide() {
-    QString line = m_fullText;
-    // A name may hold line ends; the label has one line.
-    line.replace(u'\n', u' ').replace(u'\r', u' ');
-    setText(fontMetrics().elidedText(line, Qt::ElideMiddle, width()));
+    setText(fontMetrics().elidedText(onOneLine(m_fullText), Qt::ElideMiddle, width()));
 }
 
 } // namespace veltrona

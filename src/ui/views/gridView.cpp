@@ -1,5 +1,6 @@
 #include "ui/views/gridView.h"
 
+#include "core/base/text.h"
 #include "ui/views/colorMixing.h"
 #include "ui/views/gridAccessible.h"
 #include "ui/views/gridDelegate.h"
@@ -21,15 +22,6 @@ namespace {
 
 constexpr int rowPadding = 6; // pixels above and below a line together
 constexpr int textMargins = 6;
-
-/// A cell's text for a table of tabs and lines, which none of its own may break.
-QString tableText(QString text) {
-    for (QChar &c : text) {
-        if (c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r'))
-            c = QLatin1Char(' ');
-    }
-    return text;
-}
 
 } // namespace
 
@@ -131,7 +123,7 @@ QString GridView::selectedText() const {
         QStringList line;
         for (const int column : columns) {
             const bool taken = chosen.contains({row, column});
-            line.append(taken ? tableText(m_model->index(row, column).data().toString())
+            line.append(taken ? onOneLine(m_model->index(row, column).data().toString())
                               : QString());
         }
         lines.append(line.join(QLatin1Char('\t')));

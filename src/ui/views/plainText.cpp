@@ -1,5 +1,7 @@
 #include "ui/views/plainText.h"
 
+#include "core/base/text.h"
+
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QToolTip>
@@ -40,18 +42,12 @@ void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int t
                        rect);
 }
 
-QString onOneLine(const QString &text) {
-    QString line = shortened(text);
-    for (QChar &c : line) {
-        if (c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t') ||
-            c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            c = QLatin1Char(' ');
-    }
-    return line;
+QString shownLine(const QString &text) {
+    return onOneLine(shortened(text));
 }
 
 QString PlainTextDelegate::displayText(const QVariant &value, const QLocale &) const {
-    return onOneLine(value.toString());
+    return shownLine(value.toString());
 }
 
 } // namespace veltrona

@@ -18,7 +18,7 @@ QString plainToolTip(const QString &text);
 void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken);
 
 /// A text on one line, shortened where nobody could read it anyway.
-QString onOneLine(const QString &text);
+QString shownLine(const QString &text);
 
 /// Shows an item's text on one line.
 class PlainTextDelegate : public QStyledItemDelegate {

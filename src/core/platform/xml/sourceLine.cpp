@@ -1,5 +1,7 @@
 #include "core/platform/xml/sourceLine.h"
 
+#include "core/base/text.h"
+
 #include <QFile>
 #include <QStringDecoder>
 
@@ -75,12 +77,7 @@ QString sourceLine(QFile &file, qint64 position, const QByteArray &encoding) {
     const bool cutRight = end < 0 && !file.atEnd();
     if (end < 0)
         end = right.size();
-    QString line = left.mid(start) + right.left(end);
-    for (QChar &c : line) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    line = line.trimmed();
+    const QString line = onOneLine(left.mid(start) + right.left(end)).trimmed();
     const QString dots = QStringLiteral("...");
     return (cutLeft ? dots : QString()) + line + (cutRight ? dots : QString());
 }

@@ -1,4 +1,4 @@
-#include "core/import/reportValues.h"
+#include "core/import/rowValues.h"
 #include "core/base/blanks.h"
 #include "support/dataTable.h"
 
@@ -8,7 +8,7 @@
 
 using namespace veltrona;
 
-class ReportValuesTest : public QObject {
+class RowValuesTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -40,7 +40,7 @@ private slots:
     }
     void readsDates() {
         QFETCH(QString, text);
-        const std::optional<ReportDate> date = readDate(text.toStdString());
+        const std::optional<RowDate> date = readDate(text.toStdString());
         QTEST(QString::fromStdString(date ? date->text : std::string()), "date");
     }
 
@@ -54,7 +54,7 @@ private slots:
         row("2000-12-31", "2000 12", "2000 54"); // a Sunday in a leap year
     }
     void worksOutMonthAndWeek() {
-        const std::optional<ReportDate> date = readDate(QTest::currentDataTag());
+        const std::optional<RowDate> date = readDate(QTest::currentDataTag());
         QVERIFY(date);
         QTEST(QString::fromStdString(date->month), "month");
         QTEST(QString::fromStdString(date->week), "week");
@@ -84,7 +84,7 @@ private slots:
     void readsNumbers() {
         QFETCH(qint64, whole);
         QFETCH(double, decimal);
-        const std::optional<ReportNumber> number = readNumber(QTest::currentDataTag());
+        const std::optional<RowNumber> number = readNumber(QTest::currentDataTag());
         QVERIFY(number);
         QCOMPARE(std::holds_alternative<qint64>(*number), qIsNaN(decimal));
         if (qIsNaN(decimal))
@@ -110,5 +110,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ReportValuesTest)
-#include "reportValuesTest.moc"
+QTEST_APPLESS_MAIN(RowValuesTest)
+#include "rowValuesTest.moc"

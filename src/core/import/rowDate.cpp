@@ -1,18 +1,11 @@
-#include "core/import/reportValues.h"
+#include "core/import/rowValues.h"
 
 #include "core/base/dateValue.h"
-
-#include <array>
-#include <cstdio>
+#include "core/base/text.h"
 
 namespace veltrona {
 
 namespace {
-
-constexpr std::array<std::string_view, 12> monthNames{
-    "january", "february", "march",     "april",   "may",      "june",
-    "july",    "august",   "september", "october", "november", "december"};
-constexpr std::size_t shortNameLength = 3;
 
 /// The first day of the calendar in use.
 constexpr CalendarDay firstDay{1752, 9, 14};
@@ -66,9 +59,10 @@ private:
 
 /// 0 where the word is no month.
 int monthOfWord(const std::string &word) {
-    for (std::size_t i = 0; i < monthNames.size(); ++i) {
-        if (word == monthNames[i] || word == monthNames[i].substr(0, shortNameLength))
-            return static_cast<int>(i) + 1;
+    for (int month = 1; month <= 12; ++month) {
+        if (isSameName(word, monthNames[static_cast<std::size_t>(month - 1)]) ||
+            isSameName(word, shortMonthName(month)))
+            return month;
     }
     return 0;
 }
@@ -135,15 +129,9 @@ std::optional<int> time(Scanner &scanner) {
     return (hour * 60 + minute) * 60 + second;
 }
 
-std::string formatted(const char *form, int a, int b, int c = 0) {
-    std::array<char, 40> text{};
-    const int length = std::snprintf(text.data(), text.size(), form, a, b, c);
-    return {text.data(), static_cast<std::size_t>(length)};
-}
-
 } // namespace
 
-std::optional<ReportDate> readDate(std::string_view text) {
+std::optional<RowDate> readDate(std::string_view text) {
     Scanner scanner(text);
     const std::optional<CalendarDay> day = veltrona::day(scanner);
     if (!day || day->year < firstDay.year || !isValid(*day))
@@ -160,13 +148,10 @@ std::optional<ReportDate> readDate(std::string_view text) {
             return std::nullopt;
         seconds = *read;
     }
-    ReportDate date;
-    date.text = formatted("%04d-%02d-%02d", day->year, day->month, day->day);
-    if (seconds != 0)
-        date.text += formatted(" %02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
-    date.month = formatted("%d %02d", day->year, day->month);
-    date.week = formatted("%d %02d", day->year, weekOfYear(number));
-    return date;
+    const QString year = QString::number(day->year) + u' ';
+    return RowDate{isoText(dateValue(*day, seconds)).toStdString(),
+                   (year + padded(day->month)).toStdString(),
+                   (year + padded(weekOfYear(number))).toStdString()};
 }
 
 } // namespace veltrona

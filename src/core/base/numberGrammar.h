@@ -1,0 +1,56 @@
+// The grammar of decimal numbers: a sign, digits with "." as the point, an exponent. A cell counts
+// by its longest leading part that is one, the value of a report has to be one as a whole.
+#pragma once
+
+#include <string_view>
+
+namespace veltrona {
+
+/// The longest leading part of a text that reads as a decimal number.
+template<typename Char>
+struct ScannedNumber {
+    using View = std::basic_string_view<Char>;
+
+    std::size_t length = 0; // with the sign; 0 if there is no such part
+    View whole;
+    View decimals;
+    View exponent;       // with its sign
+    bool isWhole = true; // neither point nor exponent
+};
+
+template<typename Char>
+constexpr ScannedNumber<Char> scanNumber(std::basic_string_view<Char> text) {
+    const auto behindDigits = [text](std::size_t at) {
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+            ++at;
+        return at;
+    };
+    const auto behindSign = [text](std::size_t at) {
+        return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
+    };
+    ScannedNumber<Char> number;
+    const std::size_t begin = behindSign(0);
+    std::size_t end = behindDigits(begin);
+    number.whole = text.substr(begin, end - begin);
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fraction = end + 1;
+        end = behindDigits(fraction);
+        number.decimals = text.substr(fraction, end - fraction);
+        number.isWhole = false;
+    }
+    if (number.whole.empty() && number.decimals.empty())
+        return number;
+    if (end < text.size() && (text[end] == 'E' || text[end] == 'e')) {
+        const std::size_t digits = behindSign(end + 1);
+        const std::size_t exponentEnd = behindDigits(digits);
+        if (exponentEnd > digits) {
+            number.exponent = text.substr(end + 1, exponentEnd - end - 1);
+            number.isWhole = false;
+            end = exponentEnd;
+        }
+    }
+    number.length = end;
+    return number;
+}
+
+} // namespace veltrona

@@ -1,0 +1,20 @@
+// Small helpers for texts: names whose case doesn't count, digits in front of which zeros stand,
+// and texts that have to be shown on one line.
+#pragma once
+
+#include <QString>
+
+#include <string_view>
+
+namespace veltrona {
+
+/// Compares with the case of the letters A to Z not counting.
+bool isSameName(std::string_view a, std::string_view b);
+
+/// The number with zeros in front up to `width` digits.
+QString padded(int number, int width = 2);
+
+/// A blank in the place of every control character and line end.
+QString onOneLine(QString text);
+
+} // namespace veltrona
