@@ -6,6 +6,7 @@
 #include "core/analysis/navigationTree.h"
 #include "core/analysis/nodeStatistics.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
 
 #include <benchmark/benchmark.h>
 
@@ -44,7 +45,8 @@ void refresh(benchmark::State &state, ProjectRecords &records, const TreeNode &n
     resetSummary(grid);
     const auto width = [](const QString &text) { return 90.0F * static_cast<float>(text.size()); };
     for ([[maybe_unused]] auto _ : state) {
-        showStatistics(queryNodeStatistics(records, node, range), grid, true);
+        pourStatistics(queryNodeStatistics(records, node, range), grid, true);
+        sumUp(grid, true);
         sizeColumns(grid, -1, width);
         benchmark::DoNotOptimize(grid.TextMatrix(1, 1));
     }

@@ -5,7 +5,7 @@
 
 #include "core/analysis/cellText.h"
 #include "core/base/dateValue.h"
-#include "core/import/reportValues.h"
+#include "core/import/rowValues.h"
 
 #include <QRegularExpression>
 
@@ -48,7 +48,7 @@ double plainNumber(const QString &text) {
 }
 
 void attackNumbers(std::string_view bytes, const QString &text) {
-    const std::optional<ReportNumber> read = readNumber(bytes);
+    const std::optional<RowNumber> read = readNumber(bytes);
     const QByteArray latin = text.toLatin1();
     errno = 0;
     if (wholeNumber.match(text).hasMatch()) {
@@ -121,7 +121,7 @@ int secondsOf(const QRegularExpressionMatch &match) {
 }
 
 void attackDates(std::string_view bytes, const QString &text) {
-    const std::optional<ReportDate> read = readDate(bytes);
+    const std::optional<RowDate> read = readDate(bytes);
     QRegularExpressionMatch match;
     for (const QRegularExpression &form : dateForms) {
         if (!match.hasMatch())

@@ -172,7 +172,7 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
     return {node.Key.mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
 }
 
-void showStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor) {
+void pourStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor) {
     const RedrawPause pause(grid);
     if (statistics.rows.empty()) {
         grid.Clear();
@@ -186,7 +186,6 @@ void showStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor
         grid.AddItem(QString(), gridRow::spacer(grid.Rows()));
         writeRow(grid, gridRow::dataRows(grid.Rows()), row);
     }
-    sumUp(grid, gridColor);
 }
 
 } // namespace veltrona

@@ -41,8 +41,8 @@ struct NodeStatistics {
 NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range);
 
-/// Puts the sums into the grid's cells and finishes them (summary and colours); without rows the
-/// grid gets its empty form. Widths are not touched.
-void showStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor);
+/// Puts the sums into the grid's cells, to be finished by sumUp; without rows the grid gets its
+/// empty form, which is finished. Widths are not touched.
+void pourStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor);
 
 } // namespace veltrona

@@ -29,10 +29,6 @@ constexpr int date = reportColumn("date");
 constexpr int keyword = reportColumn("keyword");
 constexpr int kwType = reportColumn("kwtype");
 
-constexpr const char *duplicateTestSql =
-    "SELECT 1 FROM tblGoogleDays WHERE Adgroup = ? AND Campaign = ? AND CreativeId = ? "
-    "AND GoogleDate = ? AND KeyWord = ? AND kwType = ?";
-
 /// For each column of the insert, the report column that feeds it; the last two are worked out.
 constexpr auto insertSources = [] {
     std::array<int, dayColumns.size()> sources{};
@@ -97,9 +93,7 @@ RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicat
                      const xml::Document &document, const ColumnCheck &check)
     : m_connection(connection), m_document(document), m_check(check), m_test(duplicateTest),
       m_insert(connection.prepare(dayInsertStatement())), m_walk(document.walk()),
-      m_reader(check.names) {
-    m_test = connection.prepare(duplicateTestSql);
-}
+      m_reader(check.names) {}
 
 void RowLoader::run(const std::function<bool()> &inc) {
     try {
@@ -247,6 +241,12 @@ Failure RowLoader::told(const Failure &failure) {
 }
 
 } // namespace
+
+sqlite::Statement prepareDuplicateTest(const sqlite::Connection &connection) {
+    return connection.prepare(
+        "SELECT 1 FROM tblGoogleDays WHERE Adgroup = ? AND Campaign = ? AND CreativeId = ? "
+        "AND GoogleDate = ? AND KeyWord = ? AND kwType = ?");
+}
 
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,

@@ -8,6 +8,10 @@
 
 namespace veltrona {
 
+/// The look-up that each row of an import begins with: whether the table holds a record of its six
+/// key values.
+sqlite::Statement prepareDuplicateTest(const sqlite::Connection &connection);
+
 /// Walks the document and stores every row whose six key values the table doesn't hold yet.
 /// `inc` is called first for each row; false from it ends the import there, in order. Rows are
 /// stored in batches: where `inc` is about to paint, the batch at hand is committed unless it is a
@@ -16,8 +20,7 @@ namespace veltrona {
 ///
 /// Throws Failure with one text that names file, row, line, column and value, or what the engine
 /// said; everything read before a value that can't be read is committed by then.
-/// `duplicateTest` takes the look-up that each row begins with; it stays prepared on the
-/// connection.
+/// `duplicateTest` is what prepareDuplicateTest gave for the connection.
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,
                 const std::function<bool()> &inc);

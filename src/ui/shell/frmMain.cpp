@@ -3,6 +3,7 @@
 #include "core/analysis/dateRanges.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/database/projectFile.h"
+#include "core/import/importRows.h"
 #include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/xml/document.h"
@@ -46,7 +47,7 @@ void frmMain::initApp(bool first) {
     modMain::ConnectionText = modMain::DbFileName;
     auto connection = openProject(modMain::ConnectionText);
     auto reportDocument = std::make_unique<xml::Document>();
-    auto rowSet = std::make_unique<sqlite::Statement>();
+    auto rowSet = std::make_unique<sqlite::Statement>(prepareDuplicateTest(*connection));
     auto records = std::make_unique<ProjectRecords>(*connection);
     std::swap(modMain::DbConn, connection);
     std::swap(modMain::RowSet, rowSet);
@@ -75,9 +76,7 @@ void frmMain::loadDefaults() {
     flxStat.setRedraw(false);
     initGrid(flxStat, modMain::GridColor);
     flxStat.setRedraw(true);
-    loadTree();
-    selectRoot();
-    treeList_NodeClick(treeList.SelectedItem());
+    rebuildViews();
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {

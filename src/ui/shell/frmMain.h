@@ -139,11 +139,13 @@ private:
     const drawing::Picture *copyChart();
 
     // Import.
+    bool loadDocument();
     void loadReport();
 
     // Analysis.
     void loadTree();
     void selectRoot();
+    void rebuildViews();
     void treeList_NodeClick(TreeNode *node);
     void fillChart();
     void showChart(const ChartSeries &series);

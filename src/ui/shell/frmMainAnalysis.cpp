@@ -37,6 +37,13 @@ void frmMain::selectRoot() {
     treeList.setSelectedItem(treeList.Nodes().Item(1));
 }
 
+/// The tree anew, and the whole account selected and shown.
+void frmMain::rebuildViews() {
+    loadTree();
+    selectRoot();
+    treeList_NodeClick(treeList.SelectedItem());
+}
+
 /// Both questions are asked before either answer is shown, so that a failure leaves caption, rows
 /// and bars of one and the same node on the screen.
 void frmMain::treeList_NodeClick(TreeNode *node) {
@@ -55,7 +62,9 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
     lblSum->setFullText(statistics.caption);
     {
         const RedrawPause pause(flxStat);
-        showStatistics(statistics, flxStat, modMain::GridColor);
+        pourStatistics(statistics, flxStat, modMain::GridColor);
+        if (!statistics.rows.empty())
+            sumup();
         sizeColumns(flxStat, -1, [this](const QString &text) { return textWidth(text); });
     }
     showChart(series);

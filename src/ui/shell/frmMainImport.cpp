@@ -17,50 +17,51 @@
 
 namespace veltrona {
 
+/// What a step has failed by, to be told when the next ones have run.
+template<class Step>
+static std::exception_ptr failureOf(Step &&step) {
+    try {
+        step();
+        return nullptr;
+    } catch (const Failure &) {
+        return std::current_exception();
+    }
+}
+
 void frmMain::impRep() {
     cdMain = {.DefaultExt = QStringLiteral("xml"),
               .Filter = QStringLiteral("XML files (*.xml)|*.xml"),
               .DialogTitle = QStringLiteral("Import a Google Report XML file"),
               .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
     cdMain.ShowOpen();
-    if (cdMain.FileName.isEmpty())
+    if (cdMain.FileName.isEmpty() || !loadDocument())
         return;
-    bool loaded = false;
-    {
-        const Hourglass hourglass;
-        loaded = modMain::ReportDoc->load(cdMain.FileName);
-    }
-    if (!loaded) {
-        dialogs().message(MessageStyle::OkExclamation, productName,
-                          parserReport(modMain::ReportDoc->parseError()));
-        return;
-    }
     removeDataRows(flxStat);
     modMain::ReportColumns = {};
-    std::exception_ptr failed;
-    try {
-        loadReport();
-    } catch (const Failure &) {
-        failed = std::current_exception();
-    }
+    const std::exception_ptr failed = failureOf([this] { loadReport(); });
     if (desktop::endRequested())
         close();
     // The end of the session closes a message box and then this window, project and all.
     if (m_unloaded)
         return;
     // Whatever was stored before a failure is there, so the views show it before the message comes.
-    try {
-        loadTree();
-        selectRoot();
-        treeList_NodeClick(treeList.SelectedItem());
-    } catch (const Failure &) {
-        // The summary of the rows that are gone must not stand there as if it were of what is.
-        showStatistics({}, flxStat, modMain::GridColor);
-        if (!failed)
-            throw;
+    const std::exception_ptr unshown = failureOf([this] { rebuildViews(); });
+    if (unshown) // the summary of the rows that are gone must not stand there as if it were of any
+        pourStatistics({}, flxStat, modMain::GridColor);
+    if (failed || unshown)
+        std::rethrow_exception(failed ? failed : unshown);
+}
+
+/// Tells why the chosen file can't be loaded.
+bool frmMain::loadDocument() {
+    {
+        const Hourglass hourglass;
+        if (modMain::ReportDoc->load(cdMain.FileName))
+            return true;
     }
-    if (failed)
-        std::rethrow_exception(failed);
+    dialogs().message(MessageStyle::OkExclamation, productName,
+                      parserReport(modMain::ReportDoc->parseError()));
+    return false;
 }
 
 void frmMain::loadReport() {

@@ -4,6 +4,7 @@
 #include "core/analysis/chartSeries.h"
 #include "core/analysis/navigationTree.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
 #include "core/base/storedText.h"
 #include "core/report/reportText.h"
 #include "support/gridText.h"
@@ -18,7 +19,8 @@ namespace {
 QStringList shown(const NodeStatistics &statistics) {
     Grid grid(gridColumn::Count);
     initGrid(grid, false);
-    showStatistics(statistics, grid, false);
+    pourStatistics(statistics, grid, false);
+    sumUp(grid, false);
     return test::gridText(grid);
 }
 

@@ -6,6 +6,7 @@
 #include "core/analysis/nodeTag.h"
 #include "core/analysis/recordWalk.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
 #include "core/database/projectFile.h"
 #include "support/recordTable.h"
 
@@ -114,7 +115,9 @@ private:
         for (int i = 0; i < 2; ++i) {
             statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, node, range);
             initGrid(grids[i], true);
-            showStatistics(statistics[i], grids[i], true);
+            pourStatistics(statistics[i], grids[i], true);
+            if (!statistics[i].rows.empty())
+                sumUp(grids[i], true);
         }
         QCOMPARE(bits(statistics[0]), bits(statistics[1]));
         QCOMPARE(grids[0].Rows(), grids[1].Rows());

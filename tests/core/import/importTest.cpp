@@ -57,7 +57,7 @@ class ImportTest : public QObject {
         if (!check.passed)
             qFatal("the report should pass");
         int steps = 0;
-        sqlite::Statement duplicateTest;
+        sqlite::Statement duplicateTest = prepareDuplicateTest(m_table->connection());
         importRows(m_table->connection(), duplicateTest, m_document, check, [&] {
             if (++steps == 100)
                 m_time += std::chrono::milliseconds(110); // a batch is old enough to be committed
@@ -280,7 +280,7 @@ private slots:
             _exit(failureOf([&] {
                       sqlite::Connection connection;
                       connection.open(path);
-                      sqlite::Statement duplicateTest;
+                      sqlite::Statement duplicateTest = prepareDuplicateTest(connection);
                       importRows(connection, duplicateTest, m_document, check, [] { return true; });
                   }).has_value());
         }

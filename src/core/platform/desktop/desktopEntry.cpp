@@ -114,7 +114,13 @@ bool DesktopEntry::opens(const QString &mimeType) const {
 }
 
 QStringList DesktopEntry::command(const QString &path) const {
-    const QString url = QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+    const QMap<QChar, QString> expansions = {
+        {u'f', path},
+        {u'u', QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())},
+        {u'c', value("Name")},
+        {u'k', m_file},
+        {u'%', QStringLiteral("%")},
+    };
     QStringList command;
     bool hasFile = false;
     for (const QString &argument : arguments(value("Exec"))) {
@@ -131,12 +137,7 @@ QStringList DesktopEntry::command(const QString &path) const {
             }
             const QChar code = argument[++i].toLower();
             hasFile = hasFile || code == u'f' || code == u'u';
-            expanded += code == u'f'   ? path
-                        : code == u'u' ? url
-                        : code == u'c' ? value("Name")
-                        : code == u'k' ? m_file
-                        : code == u'%' ? QStringLiteral("%")
-                                       : QString(); // codes that are out of use
+            expanded += expansions.value(code); // nothing for codes that are out of use
         }
         if (!expanded.isEmpty() || argument.isEmpty())
             command << expanded;
