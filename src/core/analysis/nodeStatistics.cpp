@@ -9,6 +9,7 @@
 #include "core/base/storedText.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <unordered_map>
 

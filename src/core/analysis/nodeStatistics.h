@@ -7,7 +7,6 @@
 #include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
-#include <array>
 #include <vector>
 
 namespace veltrona {

@@ -1,7 +1,6 @@
 #include "core/import/rowReader.h"
 
 #include "core/base/blanks.h"
-#include "core/import/rowValues.h"
 
 namespace veltrona {
 

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <csetjmp>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <new>
 #include <string>

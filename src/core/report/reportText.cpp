@@ -3,7 +3,6 @@
 #include "core/analysis/statisticsGrid.h"
 #include "core/base/blanks.h"
 #include "core/base/product.h"
-#include "core/report/reportNames.h"
 
 #include <algorithm>
 #include <string_view>

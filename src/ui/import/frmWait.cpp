@@ -4,7 +4,6 @@
 #include "ui/views/forms.h"
 
 #include <QCloseEvent>
-#include <QFrame>
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>

@@ -5,7 +5,6 @@
 #include "core/controls/commonDialog.h"
 #include "core/platform/desktop/browser.h"
 #include "core/platform/dialogs/dialogs.h"
-#include "core/platform/dialogs/errorFilter.h"
 #include "core/report/reportNames.h"
 #include "ui/report/frmPrev.h"
 #include "ui/views/formCheckBox.h"

@@ -3,7 +3,6 @@
 #include "core/base/failure.h"
 #include "core/base/product.h"
 #include "core/platform/dialogs/dialogs.h"
-#include "core/platform/dialogs/errorFilter.h"
 #include "ui/report/printing.h"
 #include "ui/views/forms.h"
 #include "ui/views/hourglass.h"

@@ -1,6 +1,5 @@
 // frmMain: the construction of the window, and its layout.
 #include "core/analysis/chartSeries.h"
-#include "core/analysis/dateRanges.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"

@@ -26,6 +26,14 @@ int blue(const cJPEG &picture, int x, int row) {
     return picture.DIBSectionBitsPtr()[row * picture.BytesPerScanLine() + x * 3];
 }
 
+QList<int> blues(const cJPEG &picture) {
+    QList<int> values;
+    for (int row = 0; row < picture.Height(); ++row)
+        for (int x = 0; x < picture.Width(); ++x)
+            values.append(blue(picture, x, row));
+    return values;
+}
+
 /// A picture of gray values, row by row as they lie in memory.
 std::unique_ptr<cJPEG> grayPicture(int width, const QList<int> &values) {
     auto picture = std::make_unique<cJPEG>();
@@ -72,6 +80,51 @@ private slots:
         QCOMPARE(picture.hDC(), 0U);
     }
 
+    // Bit for bit, of a source of 0011 over a target of 0101; the pattern is white.
+    void rasterOperations_data() {
+        const test::DataTable<unsigned, int> row("operation", "expected");
+        row("SRCCOPY", drawing::SRCCOPY, 0x33);
+        row("SRCPAINT", drawing::SRCPAINT, 0x77);
+        row("SRCAND", drawing::SRCAND, 0x11);
+        row("SRCINVERT", drawing::SRCINVERT, 0x66);
+        row("source erased by the target", 0x440328u, 0x22);
+        row("pattern or not the source, or the target", 0xFB0A09u, 0xFF);
+        row("pattern and source", 0xC000CAu, 0x33);
+        // These look at no source, and so need none.
+        row("DSTINVERT", drawing::DSTINVERT, 0xAA);
+        row("BLACKNESS", drawing::BLACKNESS, 0x00);
+        row("WHITENESS", drawing::WHITENESS, 0xFF);
+        row("pattern against the target", 0x5A0049u, 0xAA);
+    }
+    void rasterOperations() {
+        QFETCH(unsigned, operation);
+        QFETCH(int, expected);
+        const auto source = grayPicture(1, {0x33});
+        const auto target = grayPicture(1, {0x55});
+        target->LoadPictureBlt(source->hDC(), 0, 0, -1, -1, operation);
+        QCOMPARE(blue(*target, 0, 0), expected);
+        const auto alone = grayPicture(1, {0x55});
+        alone->LoadPictureBlt(0, 0, 0, -1, -1, operation);
+        const bool needsNone =
+            QByteArray("DSTINVERT BLACKNESS WHITENESS pattern against the target")
+                .contains(QTest::currentDataTag());
+        QCOMPARE(blue(*alone, 0, 0), needsNone ? expected : 0x55);
+    }
+
+    void transfersSoFarAsBothReach() {
+        cJPEG picture;
+        picture.CreateFromPicture(markedBitmap(3, 2));
+        const auto target = grayPicture(3, {9, 9, 9, 9, 9, 9});
+        picture.PaintPicture(target->hDC(), -1, 1);
+        QCOMPARE(blues(*target), QList<int>({1, 2, 9, 9, 9, 9}));
+        // A picture may be copied over itself in any direction.
+        const auto column = grayPicture(1, {1, 2, 3});
+        column->PaintPicture(column->hDC(), 0, 1);
+        QCOMPARE(blues(*column), QList<int>({2, 3, 3}));
+        column->PaintPicture(column->hDC(), 0, -2);
+        QCOMPARE(blues(*column), QList<int>({2, 3, 2}));
+    }
+
     void resample_data() {
         using List = QList<int>;
         const test::DataTable<int, List, int, int, List> row("sourceWidth", "source", "width",
@@ -93,12 +146,7 @@ private slots:
         const auto picture = grayPicture(sourceWidth, source);
         const auto scaled = picture->Resample(height, width);
         QVERIFY(scaled && !scaled->PictureLoaded());
-        QList<int> values;
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x)
-                values.append(blue(*scaled, x, y));
-        }
-        QTEST(values, "expected");
+        QTEST(blues(*scaled), "expected");
         QVERIFY(!picture->Resample(0, width));
     }
 };

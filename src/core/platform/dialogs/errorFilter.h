@@ -6,7 +6,6 @@
 #include "core/base/command.h"
 #include "core/base/failure.h"
 
-#include <exception>
 #include <utility>
 
 namespace veltrona {

@@ -10,7 +10,6 @@
 
 #include <QString>
 
-#include <memory>
 #include <string_view>
 
 struct sqlite3;

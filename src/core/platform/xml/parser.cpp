@@ -10,7 +10,6 @@
 #include <libxml/SAX2.h>
 
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <new>
 
