@@ -7,6 +7,7 @@
 #include "core/analysis/recordWalk.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/analysis/summary.h"
+#include "core/base/blanks.h"
 #include "core/database/projectFile.h"
 #include "support/recordTable.h"
 
@@ -31,7 +32,12 @@ public:
 
     int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
 
-    QVariant number() {
+    /// Some columns are of one kind throughout, as those of real reports.
+    QVariant number(std::size_t figure) {
+        if (figure % 3 == 0)
+            return below(257) - 9;
+        if (figure % 3 == 1)
+            return (below(100'000) - 9000) / 100.0;
         switch (below(oddities ? 12 : 6)) {
         case 0:
             return 0;
@@ -69,8 +75,8 @@ public:
                 {"kwType", names[below(2)]},
                 {"AdwordsTyp", kinds[below(4)]},
                 {"GoogleDate", isoText(dateValue(calendarDay(firstDay + below(60)), second))}};
-            for (const char *figure : figureColumns)
-                values.emplace(figure, number());
+            for (std::size_t figure = 0; figure < figureColumns.size(); ++figure)
+                values.emplace(figureColumns[figure], number(figure));
             table.insert(std::move(values));
         }
         table.connection().execute("COMMIT");
@@ -249,6 +255,29 @@ private slots:
                                          "Campaign = x'53686F70' WHERE GoogleDayId = 9");
         roads.compare(12);
         QVERIFY(!roads.canBeHeld());
+    }
+
+    void leavesAddUpToTheirCampaign() {
+        Roads roads;
+        roads.insert(300);
+        ProjectRecords records(roads.table.connection());
+        TreeNode root;
+        root.Key = "0-";
+        root.Tag = " ORDER BY campaign";
+        const DateRange days{firstDay, firstDay + 60};
+        std::map<QString, double> costs;
+        std::map<QString, double> values;
+        visitLeafSums(records, days, [&](const LeafSums &leaf) {
+            const std::string_view name = withoutBlanks(leaf.names[0]);
+            const QString campaign = QString::fromUtf8(name.data(), qsizetype(name.size()));
+            costs[campaign] += leaf.cost;
+            values[campaign] += leaf.conversionValue;
+        });
+        for (const StatisticsRow &row : queryNodeStatistics(records, root, days).rows) {
+            QVERIFY(std::abs(costs[row.name] - row.cost) < 1E-8);
+            QVERIFY(std::abs(values[row.name] - row.conversionValue) < 1E-8);
+        }
+        QCOMPARE(costs.size(), std::size_t(8)); // two differ in a blank alone
     }
 
     void fewRecordsGoByTheIndex() {
