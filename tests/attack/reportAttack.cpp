@@ -6,6 +6,7 @@
 #include "core/analysis/navigationTree.h"
 #include "core/analysis/nodeStatistics.h"
 #include "core/analysis/statisticsGrid.h"
+#include "core/analysis/summary.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
 #include "core/report/reportText.h"
@@ -39,7 +40,7 @@ private:
     QTemporaryFile m_file;
     test::RecordTable m_table;
     ProjectRecords m_records{m_table.connection()};
-    sqlite::Statement m_duplicateTest = m_table.connection().prepare("SELECT 1");
+    sqlite::Statement m_duplicateTest = prepareDuplicateTest(m_table.connection());
     xml::Document m_document;
     DateRange m_range;
 };
@@ -99,7 +100,9 @@ void Attack::lookAtEverything() {
         const bool isBranch =
             node.Key.startsWith('3') || node.Key.startsWith('4') || node.Key.startsWith('5');
         FINDING_UNLESS(isBranch || !statistics.rows.empty(), "a node finds no record");
-        showStatistics(statistics, grid, true);
+        pourStatistics(statistics, grid, true);
+        if (!statistics.rows.empty())
+            sumUp(grid, true);
         ReportContent content;
         content.details = reportDetails(node.Key, node.Tag, node.Text);
         FINDING_UNLESS(reportText(content, grid).ends_with("</body></html>\r\n"), "the page's end");
