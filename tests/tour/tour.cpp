@@ -274,11 +274,14 @@ void Tour::planPrint() {
             m_guide.takePicture(u"preview"_s);
             press(Qt::Key_P, Qt::AltModifier);
         });
-    at(u"frmPrev"_s, [this] {
-        keepFile(m_printing.file);
-        m_guide.require(holdsPicture(m_printing.file), u"the print has no graph"_s);
-        press(Qt::Key_C, Qt::AltModifier);
-    });
+    m_guide.step(
+        u"the print"_s,
+        [this] { return inFront(u"frmPrev"_s) && QFileInfo(m_printing.file).size() > 0; },
+        [this] {
+            keepFile(m_printing.file);
+            m_guide.require(holdsPicture(m_printing.file), u"the print has no graph"_s);
+            press(Qt::Key_C, Qt::AltModifier);
+        });
 }
 
 void Tour::planLeave() {
