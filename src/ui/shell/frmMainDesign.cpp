@@ -123,11 +123,11 @@ void frmMain::buildToolBar() {
     // The toolkit's own context menu, on the menu bar too, could take the tool bar away.
     setContextMenuPolicy(Qt::NoContextMenu);
     Toolbar1->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    Toolbar1->setIconSize({32, 32});
     for (const ToolButton &button : toolButtons) {
         QAction *action = Toolbar1->addAction(icon(QString::fromLatin1(button.picture)),
                                               QString::fromLatin1(button.caption));
         action->setObjectName(QLatin1String(button.key));
+        action->setIconText(action->text()); // of itself it would drop the blanks
         action->setToolTip(action->text().trimmed());
         connect(action, &QAction::triggered, this, [this, key = QString::fromLatin1(button.key)] {
             runCommand([&] { Toolbar1_ButtonClick(key); });
@@ -228,6 +228,8 @@ float frmMain::textWidth(const QString &text) const {
 void frmMain::applyScale() {
     m_scale = TwipScale(font(), measuredLabels);
     m_gridView->setPixelsPerTwip(pixelsPerTwip(m_scale));
+    const int picture = 2 * smallIconPixels(fontMetrics());
+    Toolbar1->setIconSize({picture, picture});
     for (QLabel *label : {lblStart, lblEnd, lblRange, lblLeft, lblGroup})
         desktop::placeControl(*label, designed(label->objectName().toStdString()), m_scale);
     picChart->setGeometry(m_scale.toPixels(designed("picChart")));
@@ -321,6 +323,14 @@ void frmMain::changeEvent(QEvent *event) {
         return;
     applyScale();
     Form_Resize();
+}
+
+bool frmMain::event(QEvent *event) {
+    const bool handled = QMainWindow::event(event);
+    // Another font gives the bars another height only now.
+    if (event->type() == QEvent::LayoutRequest && m_groupView)
+        Form_Resize();
+    return handled;
 }
 
 } // namespace veltrona

@@ -6,6 +6,8 @@
 #include <QStyle>
 #include <QWindow>
 
+#include <cmath>
+
 namespace veltrona::desktop {
 
 QWidget *owningWindow() {
@@ -50,12 +52,25 @@ void placeOverOwner(QWidget &form, QWidget *owner) {
 }
 
 QSize frameExtent(const QWidget &window) {
-    const QSize known = window.frameGeometry().size() - window.size();
-    if (!known.isNull()) // a maximised window may have a title alone
-        return known;
     constexpr int border = 4;
-    const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), 24);
-    return {2 * border, title + border};
+    constexpr int lowestTitle = 24;
+    const QRect inner = window.geometry();
+    const QRect outer = window.frameGeometry();
+    if (inner == outer) {
+        const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), lowestTitle);
+        return {2 * border, title + border};
+    }
+    const int top = inner.top() - outer.top(); // a maximised window may have a title alone
+    const double ratio = window.devicePixelRatioF();
+    if (top >= lowestTitle || ratio == 1)
+        return outer.size() - inner.size();
+    // A title so low is drawn without regard to the screen's scale, which the layout must not
+    // depend on. The toolkit has rounded halves up.
+    const auto unscaled = [ratio](int edge) {
+        return edge > 0 ? static_cast<int>(std::ceil((edge - 0.5) * ratio)) : 0;
+    };
+    return {unscaled(inner.left() - outer.left()) + unscaled(outer.right() - inner.right()),
+            unscaled(top) + unscaled(outer.bottom() - inner.bottom())};
 }
 
 bool changesSizes(const QEvent &event) {

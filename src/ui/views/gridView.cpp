@@ -12,6 +12,8 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QProxyStyle>
+#include <QStyleOptionHeaderV2>
 
 #include <cmath>
 #include <set>
@@ -22,6 +24,22 @@ namespace {
 
 constexpr int rowPadding = 6; // pixels above and below a line together
 constexpr int textMargins = 6;
+
+/// Puts headings over the texts of their columns, which the style sets further in.
+class HeadingStyle : public QProxyStyle {
+public:
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override {
+        const auto *heading = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
+        if (element != CE_HeaderLabel || !heading)
+            return QProxyStyle::drawControl(element, option, painter, widget);
+        constexpr int gridLine = 1;
+        const int further = textMargins / 2 - pixelMetric(PM_HeaderMargin, option, widget);
+        QStyleOptionHeaderV2 moved = *heading;
+        moved.rect.adjust(further, 0, -further - gridLine, 0);
+        QProxyStyle::drawControl(element, &moved, painter, widget);
+    }
+};
 
 } // namespace
 
@@ -39,6 +57,9 @@ GridView::GridView(Grid &grid, QWidget *parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
+    auto *headings = new HeadingStyle;
+    headings->setParent(this);
+    horizontalHeader()->setStyle(headings);
     horizontalHeader()->setMinimumSectionSize(1);
     applyFont();
     applyWidths(true);

@@ -1,6 +1,7 @@
 #include "ui/views/icons.h"
 
 #include <QDir>
+#include <QFontMetrics>
 
 // A static library's resources are linked in by this call, which has to stand in no namespace.
 static void initResources() {
@@ -8,6 +9,12 @@ static void initResources() {
 }
 
 namespace veltrona {
+
+int smallIconPixels(const QFontMetrics &metrics) {
+    constexpr int usual = 16;
+    constexpr int usualLine = 18;
+    return metrics.height() <= usualLine ? usual : metrics.height();
+}
 
 QIcon icon(const QString &name) {
     initResources();

@@ -4,8 +4,13 @@
 
 #include <QIcon>
 
+class QFontMetrics;
+
 namespace veltrona {
 
 QIcon icon(const QString &name);
+
+/// The edge of an icon in a line of text, which grows with large fonts.
+int smallIconPixels(const QFontMetrics &metrics);
 
 } // namespace veltrona

@@ -1,5 +1,6 @@
 #include "ui/views/treeView.h"
 
+#include "ui/views/icons.h"
 #include "ui/views/plainText.h"
 #include "ui/views/treeModel.h"
 
@@ -9,10 +10,6 @@
 #include <QScopedValueRollback>
 
 namespace veltrona {
-
-namespace {
-constexpr int iconPixels = 16;
-} // namespace
 
 TreeView::TreeView(Tree &tree, QWidget *parent)
     : QTreeView(parent), m_tree(tree), m_model(new TreeModel(tree, this)) {
@@ -25,7 +22,7 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     setUniformRowHeights(true);
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
-    setIconSize({iconPixels, iconPixels});
+    applyFont();
     setVerticalScrollMode(ScrollPerPixel);
     setModel(m_model);
     // The flag lives in the node, so that it outlasts the view's own bookkeeping.
@@ -112,11 +109,36 @@ void TreeView::tellClick() {
         m_tree.onNodeClick(m_tree.SelectedItem());
 }
 
+void TreeView::applyFont() {
+    const int picture = smallIconPixels(fontMetrics());
+    setIconSize({picture, picture});
+}
+
+void TreeView::changeEvent(QEvent *event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        applyFont();
+}
+
+// The arrow of the selected row stands on the highlight, like its text.
+void TreeView::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const {
+    const QScopedValueRollback onHighlight(m_onHighlight, selectionModel()->isSelected(index));
+    QTreeView::drawBranches(painter, rect, index);
+}
+
+void TreeView::initViewItemOption(QStyleOptionViewItem *option) const {
+    QTreeView::initViewItemOption(option);
+    if (!m_onHighlight)
+        return;
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText})
+        option->palette.setBrush(role, option->palette.highlightedText());
+}
+
 bool TreeView::viewportEvent(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
         return QTreeView::viewportEvent(event);
     constexpr int margins = 10; // around icon and text
-    showToolTipIfElided(*this, *static_cast<QHelpEvent *>(event), iconPixels + margins);
+    showToolTipIfElided(*this, *static_cast<QHelpEvent *>(event), iconSize().width() + margins);
     return true;
 }
 

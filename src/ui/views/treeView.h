@@ -21,6 +21,10 @@ public:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void drawBranches(QPainter *painter, const QRect &rect,
+                      const QModelIndex &index) const override;
+    void initViewItemOption(QStyleOptionViewItem *option) const override;
     void selectionChanged(const QItemSelection &now, const QItemSelection &before) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
@@ -31,11 +35,13 @@ private:
     void showSelected();
     void noteClick(TreeNode *node);
     void tellClick();
+    void applyFont();
 
     Tree &m_tree;
     TreeModel *m_model;
-    QTimer m_click;         // runs while a click waits to be told
-    bool m_showing = false; // the program selects, not the user
+    QTimer m_click;                     // runs while a click waits to be told
+    bool m_showing = false;             // the program selects, not the user
+    mutable bool m_onHighlight = false; // a branch of the selected row is being drawn
 };
 
 } // namespace veltrona
