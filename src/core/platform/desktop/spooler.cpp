@@ -2,9 +2,10 @@
 
 #include "core/base/failure.h"
 
+#include <QElapsedTimer>
+
 #include <cups/cups.h>
 
-#include <cerrno>
 #include <memory>
 
 namespace veltrona::desktop {
@@ -16,6 +17,7 @@ constexpr int patience = 5000; // milliseconds
 struct Close {
     void operator()(http_t *server) const { httpClose(server); }
     void operator()(cups_dest_t *printer) const { cupsFreeDests(1, printer); }
+    void operator()(ipp_t *message) const { ippDelete(message); }
 };
 using Server = std::unique_ptr<http_t, Close>;
 
@@ -28,7 +30,9 @@ Server connected() {
     return server;
 }
 
-[[noreturn]] void fail(const QString &sentence, const QString &reason) {
+[[noreturn]] void fail(const QString &sentence, QString reason) {
+    if (reason.endsWith(QLatin1Char('.')))
+        reason.chop(1);
     throw Failure(cupsLastError(), sentence + QStringLiteral(": ") + reason + QLatin1Char('.'));
 }
 
@@ -37,19 +41,31 @@ QString lastReason() {
     return QString::fromUtf8(cupsLastErrorString());
 }
 
+/// What the server's keeper has to say of a printer, or else the server's keywords.
+QString stateOf(const Server &server, const char *uri, const QString &keywords) {
+    ipp_t *request = ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES); // the library deletes it
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr,
+                 "printer-state-message");
+    const std::unique_ptr<ipp_t, Close> answer(cupsDoRequest(server.get(), request, "/"));
+    ipp_attribute_t *message =
+        ippFindAttribute(answer.get(), "printer-state-message", IPP_TAG_TEXT);
+    const QString text = QString::fromUtf8(message ? ippGetString(message, 0, nullptr) : nullptr);
+    return text.isEmpty() ? keywords : text;
+}
+
 } // namespace
 
 void requireSpooler() {
-    errno = 0;
+    QElapsedTimer sinceAsked;
+    sinceAsked.start();
     const Server server = connected();
-    if (!server && (errno == ECONNREFUSED || errno == ENOENT))
-        return;
     if (server)
         cupsGetDefault2(server.get());
-    if (!server || httpError(server.get()) != 0)
-        fail(QStringLiteral("The print server \"%1\" doesn't answer")
-                 .arg(QString::fromUtf8(cupsServer())),
-             lastReason());
+    // Where there is no server that is known at once.
+    if (server ? httpError(server.get()) != 0 : sinceAsked.hasExpired(patience / 2))
+        throw Failure(cupsLastError(), QStringLiteral("The print server \"%1\" doesn't answer.")
+                                           .arg(QString::fromUtf8(cupsServer())));
 }
 
 void requireReadyPrinter(const QString &printer) {
@@ -61,13 +77,17 @@ void requireReadyPrinter(const QString &printer) {
     if (!found)
         fail(QStringLiteral("The printer \"%1\" can't be reached").arg(printer), lastReason());
     const auto option = [&](const char *key) {
-        return QString::fromUtf8(cupsGetOption(key, found->num_options, found->options));
+        return cupsGetOption(key, found->num_options, found->options);
     };
-    const QString reasons = option("printer-state-reasons");
-    if (option("printer-state").toInt() == IPP_PSTATE_STOPPED)
-        fail(QStringLiteral("The printer \"%1\" is stopped").arg(printer), reasons);
-    if (option("printer-is-accepting-jobs") == QLatin1String("false"))
-        fail(QStringLiteral("The printer \"%1\" takes no jobs").arg(printer), reasons);
+    const bool isStopped =
+        QByteArray(option("printer-state")).toInt() == static_cast<int>(IPP_PSTATE_STOPPED);
+    if (!isStopped && QByteArrayView(option("printer-is-accepting-jobs")) != "false")
+        return;
+    fail((isStopped ? QStringLiteral("The printer \"%1\" is stopped")
+                    : QStringLiteral("The printer \"%1\" takes no jobs"))
+             .arg(printer),
+         stateOf(server, option("printer-uri-supported"),
+                 QString::fromUtf8(option("printer-state-reasons"))));
 }
 
 void requireTakenJob(const QString &printer) {
