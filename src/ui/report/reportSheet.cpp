@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextTable>
 #include <QUrl>
@@ -58,9 +59,13 @@ QString styled(QString html, double zoom) {
                                 "p {margin-top: %1px; margin-bottom: %1px} ")
                      .arg(pixels(paragraphMargin)));
     head.remove(QLatin1String("-->"));
-    for (const int size : {cellFontPixels, 18})
-        head.replace(QStringLiteral("font-size: %1px").arg(size),
-                     QStringLiteral("font-size: %1px").arg(pixels(size)));
+    static const QRegularExpression fontSize(QStringLiteral("font-size: (\\d+)px"));
+    qsizetype at = 0;
+    for (auto found = fontSize.match(head); found.hasMatch(); found = fontSize.match(head, at)) {
+        const QString size = pixels(found.captured(1).toInt());
+        head.replace(found.capturedStart(1), found.capturedLength(1), size);
+        at = found.capturedStart(1) + size.size();
+    }
     html.replace(QStringLiteral("<table width=\"%1\"").arg(tableWidth),
                  QStringLiteral("<table width=\"%1\"").arg(pixels(tableWidth)));
     return head + html;
