@@ -13,7 +13,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QProxyStyle>
-#include <QStyleOptionHeaderV2>
+#include <QStyleOptionHeader>
 
 #include <cmath>
 #include <set>
@@ -30,12 +30,13 @@ class HeadingStyle : public QProxyStyle {
 public:
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override {
-        const auto *heading = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
+        const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
         if (element != CE_HeaderLabel || !heading)
             return QProxyStyle::drawControl(element, option, painter, widget);
         constexpr int gridLine = 1;
         const int further = textMargins / 2 - pixelMetric(PM_HeaderMargin, option, widget);
-        QStyleOptionHeaderV2 moved = *heading;
+        QStyleOptionHeader moved = *heading;
+        moved.version = QStyleOptionHeader::Version; // what the copy holds
         moved.rect.adjust(further, 0, -further - gridLine, 0);
         QProxyStyle::drawControl(element, &moved, painter, widget);
     }
