@@ -10,6 +10,7 @@
 
 #include <QDir>
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 
@@ -19,8 +20,12 @@ namespace {
 
 constexpr qsizetype mostShown = 40;
 
-// A commit waits for the disk some four times; younger batches aren't worth it.
+// A commit waits for the disk some four times; younger batches aren't worth it. In a large project
+// a batch touches a page of the index with nearly every row, however many rows it has: the longer
+// its commits take, the longer it may last, short of what another program notices.
 constexpr std::chrono::milliseconds shortestBatch{100};
+constexpr std::chrono::milliseconds longestBatch{500};
+constexpr int commitsWorth = 4;
 
 constexpr int adgroup = reportColumn("adgroup");
 constexpr int campaign = reportColumn("campaign");
@@ -82,6 +87,7 @@ private:
     RowReader m_reader;
     std::optional<sqlite::Transaction> m_batch;
     std::chrono::milliseconds m_batchBegan{};
+    std::chrono::milliseconds m_batchLasts = shortestBatch;
     std::string_view m_dateText; // the report's text of m_date
     RowDate m_date;
     int m_row = 0;
@@ -116,7 +122,7 @@ void RowLoader::importRows(const std::function<bool()> &inc) {
         if (step != xml::Walk::Step::Element || m_walk.name() != "row")
             continue;
         if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
-            desktop::steadyTime() - m_batchBegan > shortestBatch)
+            desktop::steadyTime() - m_batchBegan > m_batchLasts)
             commitBatch();
         ++m_row;
         if (!inc())
@@ -183,7 +189,10 @@ void RowLoader::beginBatch() {
 void RowLoader::commitBatch() {
     if (!m_batch)
         return;
+    const auto began = desktop::steadyTime();
     m_batch->commit();
+    m_batchLasts = std::clamp<std::chrono::milliseconds>(
+        commitsWorth * (desktop::steadyTime() - began), shortestBatch, longestBatch);
     m_batch.reset();
     m_committed += m_inBatch;
     m_inBatch = 0;
