@@ -115,7 +115,7 @@ ChartRequest ninetyBars(int metric, const TreeNode &node) {
     ChartRequest request;
     request.metric = metric;
     request.range = {static_cast<DateValue>(firstDay()), firstDay() + 359.0};
-    request.tag = node.Tag;
+    request.tag = node.Tag();
     return request;
 }
 

@@ -33,8 +33,8 @@ void fill(Grid &grid) {
 
 void writeOurs(Grid &grid) {
     TreeNode root;
-    root.Key = QStringLiteral("0-Campaign Summary");
-    root.Tag = QStringLiteral(" ORDER BY campaign");
+    root.setKey(QStringLiteral("0-Campaign Summary"));
+    root.setTag(QStringLiteral(" ORDER BY campaign"));
     ReportSource source;
     source.selected = &root;
     source.range = daysOf(largeRecords);

@@ -224,8 +224,8 @@ private slots:
         road.window().cboRange.setListIndex(2); // 2025-02-01 to 2025-02-20
         const TreeNode *campaign = road.window().treeList.Nodes().Item(1)->Children.at(1);
         const TreeNode *group = campaign->Children.at(0);
-        const QStringList path = {campaign->Text, group->Text, "Search keywords",
-                                  group->Children.at(0)->Children.at(0)->Text};
+        const QStringList path = {campaign->Text(), group->Text(), "Search keywords",
+                                  group->Children.at(0)->Children.at(0)->Text()};
         const QStringList conditions = {"campaign=" + path[0], "adGroup=" + path[1],
                                         "adWordsTyp=Search Only", "Keyword=" + path[3]};
         const char *const groupings[] = {"campaign", "adGroup", "adWordsTyp", "Keyword", "kwType"};

@@ -80,7 +80,7 @@ TreeNode *MainWindow::node(const QStringList &texts) {
     TreeNode *node = m_window->treeList.Nodes().Item(1);
     for (const QString &text : texts) {
         const auto child = std::find_if(node->Children.begin(), node->Children.end(),
-                                        [&](const TreeNode *n) { return n->Text == text; });
+                                        [&](const TreeNode *n) { return n->Text() == text; });
         if (child == node->Children.end())
             return nullptr;
         node = *child;
@@ -107,7 +107,7 @@ void MainWindow::selectNode(const QStringList &texts) {
 
 namespace {
 void dumpNode(const TreeNode &node, int level, QStringList &lines) {
-    lines << QString(level * 2, u' ') + node.Text;
+    lines << QString(level * 2, u' ') + node.Text();
     for (const TreeNode *child : node.Children)
         dumpNode(*child, level + 1, lines);
 }

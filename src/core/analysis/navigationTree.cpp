@@ -1,14 +1,16 @@
 #include "core/analysis/navigationTree.h"
 
-#include "core/analysis/nodeTag.h"
+#include "core/analysis/navigationTexts.h"
 #include "core/analysis/readingOrder.h"
 #include "core/base/blanks.h"
 #include "core/base/storedText.h"
 
 #include <QScopeGuard>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
 
 namespace veltrona {
@@ -18,13 +20,14 @@ namespace {
 constexpr int folderImage = 1;
 constexpr std::size_t levels = 4; // campaign, ad group, keyword, keyword type
 
-/// A name and, one level down, the names below it.
+/// A name, and where the names below it stand in the list of the next level.
 struct Name {
-    explicit Name(const QString &name) : text(name), key(name) {}
     QString text;
-    ReadingKey key;
-    std::vector<Name> below;
+    std::size_t firstBelow;
+    std::size_t endBelow;
 };
+/// A list of names for each level; the names below one name stand side by side.
+using Names = std::array<std::vector<Name>, levels>;
 
 QString nameOf(std::string_view utf8) {
     return textOf(withoutBlanks(utf8));
@@ -86,95 +89,103 @@ private:
     bool m_isFirst = true;
 };
 
-std::vector<Name> readNames(const sqlite::Connection &connection) {
+/// Gives equal names one and the same memory.
+class NamePool {
+public:
+    QString name(std::size_t level, const std::string &utf8) {
+        Last &last = m_last[level];
+        if (last.name.isNull() || last.utf8 != utf8)
+            last = {utf8, *m_names.insert(nameOf(utf8))};
+        return last.name;
+    }
+
+private:
+    struct Last {
+        std::string utf8;
+        QString name;
+    };
+    std::array<Last, levels> m_last;
+    QSet<QString> m_names;
+};
+
+Names readNames(const sqlite::Connection &connection) {
     NameRows rows(connection);
-    std::vector<Name> campaigns;
+    NamePool pool;
+    Names names;
     for (std::size_t first = rows.next(); first < levels; first = rows.next()) {
-        std::vector<Name> *siblings = &campaigns;
-        for (std::size_t level = 0; level < levels; ++level) {
-            if (level >= first)
-                siblings->emplace_back(nameOf(rows.row()[level]));
-            siblings = &siblings->back().below;
+        for (std::size_t level = first; level < levels; ++level) {
+            const std::size_t below = level + 1 < levels ? names[level + 1].size() : 0;
+            names[level].push_back({pool.name(level, rows.row()[level]), below, below});
+            if (level > 0)
+                names[level - 1].back().endBelow = names[level].size();
         }
     }
-    return campaigns;
+    return names;
 }
 
-void sortForReader(std::vector<Name> &names) {
-    std::sort(names.begin(), names.end(),
-              [](const Name &a, const Name &b) { return a.key < b.key; });
+void sortForReader(std::span<Name> names) {
+    if (names.size() < 2)
+        return;
+    std::vector<std::pair<ReadingKey, Name>> sorted;
+    sorted.reserve(names.size());
     for (Name &name : names)
-        sortForReader(name.below);
+        sorted.emplace_back(ReadingKey(name.text), std::move(name));
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto &a, const auto &b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < names.size(); ++i)
+        names[i] = std::move(sorted[i].second);
 }
 
-TreeNode *addNode(Tree &tree, TreeNode *parent, const QString &key, const QString &text,
-                  const QString &tag) {
-    TreeNode *node = tree.Nodes().Add(parent, TreeRelationship::Child, key, text, folderImage);
-    node->Tag = tag;
-    return node;
-}
+class Builder {
+public:
+    Builder(Tree &tree, Names names) : m_nodes(tree.Nodes()), m_names(std::move(names)) {}
 
-void addKeywords(Tree &tree, TreeNode *branch, const QString &path, const QString &conditions,
-                 const std::vector<Name> &keywords) {
-    for (const Name &keyword : keywords) {
-        const QString keywordPath = path + QStringLiteral(" > Keyword: '") + keyword.text + u'\'';
-        const QString tag = conditions + QStringLiteral(" AND Keyword='") +
-                            doubledApostrophes(keyword.text) + QStringLiteral("' ORDER BY kwType");
-        TreeNode *node =
-            addNode(tree, branch, QStringLiteral("4-") + keywordPath, keyword.text, tag);
-        for (const Name &type : keyword.below)
-            addNode(tree, node,
-                    QStringLiteral("5-") + keywordPath + QStringLiteral(" > KeywordType: '") +
-                        type.text + u'\'',
-                    type.text, tag);
+    void build(const QString &projectTitle) {
+        TreeNode *root = add(nullptr, projectTitle);
+        root->Expanded = true;
+        addNames(root, 0, 0, m_names[0].size());
     }
-}
 
-void addAdGroup(Tree &tree, TreeNode *campaign, const QString &campaignPath,
-                const QString &campaignCondition, const Name &adGroup) {
-    const QString path = campaignPath + QStringLiteral(" > Adgroup: '") + adGroup.text + u'\'';
-    const QString condition = campaignCondition + QStringLiteral(" AND adGroup='") +
-                              doubledApostrophes(adGroup.text) + u'\'';
-    TreeNode *node = addNode(tree, campaign, QStringLiteral("2-") + path, adGroup.text,
-                             condition + QStringLiteral(" ORDER BY adWordsTyp"));
+private:
+    enum : std::size_t { AdGroup = 1 };
 
-    const QString searchPath = path + QStringLiteral(" > Search keywords");
-    const QString searchCondition = condition + QStringLiteral(" AND adWordsTyp='Search Only'");
-    TreeNode *search =
-        addNode(tree, node, QStringLiteral("3-") + searchPath, QStringLiteral("Search keywords"),
-                searchCondition + QStringLiteral(" ORDER BY Keyword"));
-    addNode(tree, node, QStringLiteral("3-") + path + QStringLiteral(" > Content"),
-            QStringLiteral("Content"),
-            condition + QStringLiteral(" AND adWordsTyp='Content Only' ORDER BY Keyword"));
-    // All keywords stand under the search branch, those of content records alone too.
-    addKeywords(tree, search, searchPath, searchCondition, adGroup.below);
-}
+    TreeNode *add(TreeNode *parent, const QString &name) {
+        return m_nodes.addByName(parent, navigationTexts(), name, folderImage);
+    }
 
-void addCampaign(Tree &tree, TreeNode *root, const Name &campaign) {
-    const QString path = QStringLiteral("Campain: '") + campaign.text + u'\'';
-    const QString condition =
-        QStringLiteral(" AND campaign='") + doubledApostrophes(campaign.text) + u'\'';
-    TreeNode *node = addNode(tree, root, QStringLiteral("1-") + path, campaign.text,
-                             condition + QStringLiteral(" ORDER BY adGroup"));
-    for (const Name &adGroup : campaign.below)
-        addAdGroup(tree, node, path, condition, adGroup);
-}
+    void addNames(TreeNode *parent, std::size_t level, std::size_t begin, std::size_t end) {
+        const auto siblings = std::span(m_names[level]).subspan(begin, end - begin);
+        sortForReader(siblings);
+        parent->Children.reserve(siblings.size());
+        for (const Name &name : siblings) {
+            TreeNode *node = add(parent, name.text);
+            if (level + 1 == levels)
+                continue;
+            TreeNode *above = node;
+            if (level == AdGroup) {
+                // All keywords stand under the search branch, those of content records alone too.
+                above = add(node, m_search);
+                add(node, m_content);
+            }
+            addNames(above, level + 1, name.firstBelow, name.endBelow);
+        }
+    }
+
+    Nodes &m_nodes;
+    Names m_names;
+    const QString m_search = QStringLiteral("Search keywords");
+    const QString m_content = QStringLiteral("Content");
+};
 
 } // namespace
 
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
                          Tree &tree) {
-    std::vector<Name> campaigns = readNames(connection);
-    sortForReader(campaigns);
-
+    Builder builder(tree, readNames(connection));
     tree.beginRebuild();
     const auto end = qScopeGuard([&tree] { tree.endRebuild(); });
     tree.Nodes().Clear();
-    TreeNode *root = addNode(tree, nullptr, QStringLiteral("0-Campaign Summary"), projectTitle,
-                             QStringLiteral(" ORDER BY campaign"));
-    for (const Name &campaign : campaigns)
-        addCampaign(tree, root, campaign);
-    root->Expanded = true;
+    builder.build(projectTitle);
 }
 
 } // namespace veltrona

@@ -33,7 +33,8 @@ constexpr std::array<Level, 6> levels = {{
 }};
 
 const Level &levelOf(const TreeNode &node) {
-    const int digit = node.Key.isEmpty() ? 0 : node.Key.front().digitValue();
+    const QString key = node.Key();
+    const int digit = key.isEmpty() ? 0 : key.front().digitValue();
     return levels.at(static_cast<std::size_t>(digit));
 }
 
@@ -161,7 +162,7 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
     const Level &level = levelOf(node);
     RowsByName rows;
     const RecordQuestion question{
-        readNodeTag(node.Tag),
+        readNodeTag(node.Tag()),
         isoText(dayNumber(range.start)),
         isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
         level.groupingColumn,
@@ -170,7 +171,7 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
     walkRecords(records, question, [&rows](int place, const auto &record) {
         addRecord(rows.rowToAddTo(place), record);
     });
-    return {node.Key.mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
+    return {node.Key().mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
 }
 
 void pourStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor) {

@@ -2,23 +2,52 @@
 
 namespace veltrona {
 
+QString TreeNode::Key() const {
+    if (m_set && m_set->key)
+        return *m_set->key;
+    return m_texts ? m_texts->key(*this) : QString();
+}
+
+QString TreeNode::Tag() const {
+    if (m_set && m_set->tag)
+        return *m_set->tag;
+    return m_texts ? m_texts->tag(*this) : QString();
+}
+
+TreeNode::SetTexts &TreeNode::set() {
+    if (!m_set)
+        m_set = std::make_unique<SetTexts>();
+    return *m_set;
+}
+
 TreeNode *Nodes::Item(int index) const {
-    return m_nodes.at(static_cast<std::size_t>(index - 1)).get();
+    return &m_nodes.at(static_cast<std::size_t>(index - 1));
 }
 
 TreeNode *Nodes::Add(TreeNode *relative, TreeRelationship, const QString &key, const QString &text,
                      int image) {
-    auto node = std::make_unique<TreeNode>();
-    node->Key = key;
-    node->Text = text;
+    TreeNode *node = append(relative, text, image);
+    node->setKey(key);
+    return node;
+}
+
+TreeNode *Nodes::addByName(TreeNode *relative, const NodeTexts &texts, const QString &name,
+                           int image) {
+    TreeNode *node = append(relative, name, image);
+    node->m_texts = &texts;
+    return node;
+}
+
+TreeNode *Nodes::append(TreeNode *parent, const QString &name, int image) {
+    TreeNode *node = &m_nodes.emplace_back();
+    node->m_name = name;
     node->Image = image;
-    node->Parent = relative;
-    if (relative) {
-        node->IndexInParent = static_cast<int>(relative->Children.size());
-        relative->Children.push_back(node.get());
+    node->Parent = parent;
+    if (parent) {
+        node->IndexInParent = static_cast<int>(parent->Children.size());
+        parent->Children.push_back(node);
     }
-    m_nodes.push_back(std::move(node));
-    return m_nodes.back().get();
+    return node;
 }
 
 void Nodes::Clear() {

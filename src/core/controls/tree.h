@@ -1,24 +1,57 @@
 // The data behind a tree control: nodes with the text fields Key, Text and Tag, kept in the order
-// in which they were added, and one selected node.
+// in which they were added, and one selected node. Fields that are set are held as they are; a
+// node that was added by name holds the name alone, and rules work its fields out when they are
+// read: in a tree of a few hundred thousand nodes the names of all parents are in each Key.
 #pragma once
 
 #include <QString>
 
+#include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace veltrona {
 
-struct TreeNode {
-    QString Key;
-    QString Text;
-    QString Tag;
+class TreeNode;
+
+/// The rules of nodes that were added by name; they must outlive the nodes.
+class NodeTexts {
+public:
+    virtual ~NodeTexts() = default;
+    virtual QString key(const TreeNode &node) const = 0;
+    virtual QString tag(const TreeNode &node) const = 0;
+};
+
+class TreeNode {
+public:
+    QString Key() const;
+    const QString &Text() const { return m_set && m_set->text ? *m_set->text : m_name; }
+    QString Tag() const;
+    void setKey(const QString &key) { set().key = key; }
+    void setText(const QString &text) { set().text = text; }
+    void setTag(const QString &tag) { set().tag = tag; }
+
+    /// What the node was added by; it is the Text too, unless another was set.
+    const QString &name() const { return m_name; }
+
     int Image = 0;
+    int IndexInParent = 0; // 0-based place among the parent's children
     bool Expanded = false;
     TreeNode *Parent = nullptr;
     std::vector<TreeNode *> Children;
-    int IndexInParent = 0; // 0-based place among the parent's children
+
+private:
+    friend class Nodes;
+    struct SetTexts {
+        std::optional<QString> key, text, tag;
+    };
+    SetTexts &set();
+
+    QString m_name;
+    const NodeTexts *m_texts = nullptr;
+    std::unique_ptr<SetTexts> m_set;
 };
 
 /// What Nodes::Add does with its first argument.
@@ -33,11 +66,15 @@ public:
     /// Adds a node behind the other children of `relative`; null adds the root.
     TreeNode *Add(TreeNode *relative, TreeRelationship relationship, const QString &key,
                   const QString &text, int image);
+    /// The same, with a name and the rules of Key and Tag.
+    TreeNode *addByName(TreeNode *relative, const NodeTexts &texts, const QString &name, int image);
     void Clear();
 
 private:
     friend class Tree;
-    std::vector<std::unique_ptr<TreeNode>> m_nodes;
+    TreeNode *append(TreeNode *parent, const QString &name, int image);
+
+    mutable std::deque<TreeNode> m_nodes;
     std::function<void()> m_beforeClear;
 };
 

@@ -21,7 +21,7 @@ ReportContent contentOf(const ReportSource &source, bool doColor) {
     const TreeNode &node = source.selected ? *source.selected : root;
     const QChar separator = dateSeparator(source.locale);
     ReportContent content;
-    content.details = reportDetails(node.Key, node.Tag, node.Text);
+    content.details = reportDetails(node.Key(), node.Tag(), node.Text());
     content.now = source.locale.toString(desktop::now(), QLocale::ShortFormat);
     content.start = reportDate(source.range.start, separator);
     content.end = reportDate(source.range.end, separator);

@@ -75,7 +75,7 @@ ChartRequest frmMain::chartRequest() const {
     const TreeNode *node = treeList.SelectedItem();
     return {cboLeft.ListIndex(), cboGroup.ListIndex(), dateRange(),
             cboRange.ListIndex() == static_cast<int>(RangePreset::All),
-            node ? node->Tag : QString()};
+            node ? node->Tag() : QString()};
 }
 
 void frmMain::fillChart() {

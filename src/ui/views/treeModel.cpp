@@ -56,11 +56,11 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
     if (!node)
         return {};
     if (role == Qt::DisplayRole)
-        return node->Text;
+        return node->Text();
     if (role == Qt::DecorationRole)
         return m_folder;
     // Nothing at all would be read for a node without a name.
-    if (role == Qt::AccessibleTextRole && node->Text.isEmpty())
+    if (role == Qt::AccessibleTextRole && node->Text().isEmpty())
         return QStringLiteral("(no name)");
     return {};
 }

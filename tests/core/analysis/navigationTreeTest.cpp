@@ -22,7 +22,7 @@ void add(test::RecordTable &table, const QString &campaign, const QString &adGro
 QStringList texts(const std::vector<TreeNode *> &nodes) {
     QStringList list;
     for (const TreeNode *node : nodes)
-        list += node->Text;
+        list += node->Text();
     return list;
 }
 
@@ -31,7 +31,7 @@ TreeNode *find(const Tree &tree, const QStringList &path) {
     TreeNode *node = tree.Nodes().Item(1);
     for (const QString &text : path) {
         const auto found = std::find_if(node->Children.begin(), node->Children.end(),
-                                        [&](const TreeNode *child) { return child->Text == text; });
+                                        [&](const TreeNode *child) { return child->Text() == text; });
         if (found == node->Children.end())
             throw Failure(1, "no node " + text);
         node = *found;
@@ -50,13 +50,13 @@ private slots:
         Tree tree;
         buildNavigationTree(table.connection(), "My <b>project</b>", tree);
         const TreeNode *root = tree.Nodes().Item(1);
-        QCOMPARE(root->Key + root->Tag, "0-Campaign Summary ORDER BY campaign");
-        QCOMPARE(root->Text, "My <b>project</b>");
+        QCOMPARE(root->Key() + root->Tag(), "0-Campaign Summary ORDER BY campaign");
+        QCOMPARE(root->Text(), "My <b>project</b>");
         QVERIFY(root->Expanded && !tree.SelectedItem());
         const auto check = [&](const QStringList &path, const QString &key, const QString &tag) {
             const TreeNode *node = find(tree, path);
-            QCOMPARE(node->Key, key);
-            QCOMPARE(node->Tag, tag);
+            QCOMPARE(node->Key(), key);
+            QCOMPARE(node->Tag(), tag);
             QCOMPARE(node->Image, 1);
             QVERIFY(!node->Expanded);
         };
@@ -143,11 +143,11 @@ private slots:
         QStringList leaves;
         for (int i = 1; i <= tree.Nodes().Count(); ++i) {
             const TreeNode *node = tree.Nodes().Item(i);
-            if (!node->Key.startsWith("5-"))
+            if (!node->Key().startsWith("5-"))
                 continue;
             const TreeNode *keyword = node->Parent;
             const TreeNode *adGroup = keyword->Parent->Parent;
-            leaves += (QStringList{adGroup->Parent->Text, adGroup->Text, keyword->Text, node->Text})
+            leaves += (QStringList{adGroup->Parent->Text(), adGroup->Text(), keyword->Text(), node->Text()})
                           .join('/');
         }
         QCOMPARE(leaves, expected);

@@ -52,8 +52,8 @@ private slots:
         // Avg.CPC: .3 for B; (.25 + .3 + 0) / 3 below.
         ProjectRecords records(table.connection());
         TreeNode root;
-        root.Key = "0-Campaign Summary";
-        root.Tag = " ORDER BY campaign";
+        root.setKey("0-Campaign Summary");
+        root.setTag(" ORDER BY campaign");
         const DateValue day = dateValue(CalendarDay{2007, 5, 14});
         QCOMPARE(shown(queryNodeStatistics(records, root, {day, day})).mid(1),
                  QStringList(

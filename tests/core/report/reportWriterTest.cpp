@@ -54,7 +54,7 @@ private slots:
         renewFolder();
         m_page = path("report.html");
         m_picture = path("graph.jpg");
-        m_node.Key = "0-Campaign Summary";
+        m_node.setKey("0-Campaign Summary");
         m_grid.setRow(0);
         m_grid.setCol(0);
         m_chart = whitePicture(40, 30);

@@ -1,0 +1,121 @@
+// A wide tree: built beside one SELECT DISTINCT of its columns, and every step of its view, which
+// no user may wait for. bench/ratios.py knows the limits.
+#include "benchProject.h"
+
+#include "core/analysis/navigationTree.h"
+#include "core/database/projectFile.h"
+#include "ui/views/treeView.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QKeyEvent>
+
+#include <benchmark/benchmark.h>
+
+namespace veltrona::bench {
+
+namespace {
+
+// 20 campaigns of 100 ad groups of 50 keywords of one type, a record of each.
+constexpr int wideCampaigns = 20;
+constexpr int wideAdGroups = 20 * 100;
+constexpr int wideKeywords = wideAdGroups * 50;
+constexpr int wideNodes = 1 + wideCampaigns + 3 * wideAdGroups + 2 * wideKeywords;
+
+constexpr const char *fillWide =
+    "WITH leaf(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM leaf WHERE i < 99999) "
+    "INSERT INTO tblGoogleDays (Campaign, Adgroup, KeyWord, kwType, AdwordsTyp, GoogleDate, "
+    "Clicks, Impressions, cost) SELECT printf('Campaign %d', i / 5000), "
+    "printf('Ad group %d of %d', i / 50 % 100, i / 5000), "
+    "printf('keyword %d for %d', i % 50, i / 50), 'Broad', 'Search Only', '2025-01-02', "
+    "i % 7, i % 77, i % 777 * 10000 FROM leaf";
+
+sqlite::Connection &wideProject() {
+    static std::unique_ptr<sqlite::Connection> connection;
+    if (!connection) {
+        const QString path = QStringLiteral(BENCH_FOLDER "/wide.vlt");
+        makeProject(QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat"), path);
+        connection = openProject(path);
+        connection->execute(fillWide);
+    }
+    return *connection;
+}
+
+void wideTree(benchmark::State &state) {
+    const sqlite::Connection &connection = wideProject();
+    Tree tree;
+    for ([[maybe_unused]] auto _ : state)
+        buildNavigationTree(connection, QStringLiteral("wide"), tree);
+    if (tree.Nodes().Count() != wideNodes)
+        state.SkipWithError("the tree isn't whole");
+}
+void wideTreeBaseline(benchmark::State &state) {
+    const sqlite::Connection &connection = wideProject();
+    int rows = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        sqlite::Statement statement = connection.prepare(
+            "SELECT DISTINCT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays");
+        for (rows = 0; statement.step(); ++rows)
+            benchmark::DoNotOptimize(statement.utf8(3));
+    }
+    if (rows != wideKeywords)
+        state.SkipWithError("not all names");
+}
+BENCHMARK(wideTree)->Name("wideTree/ours");
+BENCHMARK(wideTreeBaseline)->Name("wideTree/baseline");
+
+/// The tree in a window, the root open and selected.
+class WideView {
+public:
+    WideView() {
+        buildNavigationTree(wideProject(), QStringLiteral("wide"), m_tree);
+        m_tree.setSelectedItem(m_tree.Nodes().Item(1));
+        m_view.resize(300, 400);
+        m_view.show();
+        m_view.setFocus();
+        QCoreApplication::processEvents();
+    }
+    void key(Qt::Key key) {
+        QKeyEvent press(QEvent::KeyPress, key, {});
+        QCoreApplication::sendEvent(&m_view, &press);
+        QCoreApplication::processEvents();
+    }
+    TreeNode *selected() const { return m_tree.SelectedItem(); }
+
+private:
+    Tree m_tree;
+    TreeView m_view{m_tree};
+};
+
+void openWide(benchmark::State &state) {
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        auto view = std::make_unique<WideView>();
+        state.ResumeTiming();
+        view->key(Qt::Key_Asterisk);
+        state.PauseTiming();
+        view.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(openWide)->Name("widePause/openAll");
+
+/// One key in the tree with everything open; back and forth, so that each press has its way to go.
+void moveInWide(benchmark::State &state, Qt::Key there, Qt::Key back) {
+    WideView view;
+    view.key(Qt::Key_Asterisk);
+    const TreeNode *before = view.selected();
+    view.key(there);
+    if (view.selected() == before)
+        state.SkipWithError("the key doesn't move");
+    bool isThere = true;
+    for ([[maybe_unused]] auto _ : state)
+        view.key((isThere = !isThere) ? there : back);
+}
+BENCHMARK_CAPTURE(moveInWide, _, Qt::Key_Down, Qt::Key_Up)->Name("widePause/down");
+BENCHMARK_CAPTURE(moveInWide, _, Qt::Key_PageDown, Qt::Key_PageUp)->Name("widePause/page");
+BENCHMARK_CAPTURE(moveInWide, _, Qt::Key_End, Qt::Key_Home)->Name("widePause/end");
+
+} // namespace
+
+} // namespace veltrona::bench
