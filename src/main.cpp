@@ -15,7 +15,7 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "%s\n", qPrintable(told));
         return 2;
     }
-    veltrona::QtDialogs dialogs;
+    veltrona::QtDialogs dialogs(veltrona::modMain::places);
     veltrona::setDialogs(&dialogs);
     return veltrona::modMain::Main();
 }

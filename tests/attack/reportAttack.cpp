@@ -98,13 +98,13 @@ void Attack::lookAtEverything() {
         const NodeStatistics statistics = queryNodeStatistics(m_records, node, m_range);
         // A branch may be empty; a campaign or an ad group has come from a record.
         const bool isBranch =
-            node.Key.startsWith('3') || node.Key.startsWith('4') || node.Key.startsWith('5');
+            node.Key().startsWith('3') || node.Key().startsWith('4') || node.Key().startsWith('5');
         FINDING_UNLESS(isBranch || !statistics.rows.empty(), "a node finds no record");
         pourStatistics(statistics, grid, true);
         if (!statistics.rows.empty())
             sumUp(grid, true);
         ReportContent content;
-        content.details = reportDetails(node.Key, node.Tag, node.Text);
+        content.details = reportDetails(node.Key(), node.Tag(), node.Text());
         FINDING_UNLESS(reportText(content, grid).ends_with("</body></html>\r\n"), "the page's end");
     }
     const qint64 campaigns =

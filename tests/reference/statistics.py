@@ -7,8 +7,11 @@ record is added to the texts of its row.
     statistics.py PROJECT FIRST-DATE LAST-DATE GROUPING-COLUMN [COLUMN=VALUE ...]
 
 prints a JSON object: "rows" is a list of rows of 15 texts without the heading and the spacer, the
-summary last; "red" the indexes of the rows that didn't earn back their cost.
+summary last; "red" the indexes of the rows that didn't earn back their cost; "notes" the lines that
+explain each figure, for each row a list by column.
 """
+
+import datetime
 
 import json
 import re
@@ -109,6 +112,61 @@ def summarise(rows):
     return summary
 
 
+def true_figure(records, column):
+    """The figure's value, its text and the sentence in front of it; None without a divisor."""
+    def total(name, condition=lambda record: True):
+        return sum(number(text_of(r[name])) for r in records if condition(r))
+
+    clicks, impressions, conversions = total("clicks"), total("impressions"), total("conv")
+    cost, value = total("cost") / 1e6, total("convvalue")
+    placed = [r for r in records if number(text_of(r["pos"])) != 0]
+    seen = sum(number(text_of(r["impressions"])) for r in placed)
+    weighted = sum(number(text_of(r["pos"])) * number(text_of(r["impressions"])) for r in placed)
+
+    def count(amount):
+        return re.sub(r"^\.", "0.", text_of(round(amount * 100) / 100))
+
+    def money(amount):
+        return "%.2f" % (round(amount * 100) / 100)
+
+    sums = {1: clicks, 2: impressions, 6: conversions, 12: total("transactions")}
+    if column in sums:
+        return sums[column], count(sums[column]), ""
+    if column in (5, 10):
+        amount = cost if column == 5 else value
+        return amount, money(amount), ""
+    above, below, factor, sentence, unit = {
+        3: (clicks, impressions, 100, f"{count(clicks)} clicks of {count(impressions)} impressions",
+            " %"),
+        4: (cost, clicks, 1, f"{money(cost)} for {count(clicks)} clicks", ""),
+        7: (conversions, clicks, 100, f"{count(conversions)} conversions of {count(clicks)} clicks",
+            " %"),
+        8: (cost, conversions, 1, f"{money(cost)} for {count(conversions)} conversions", ""),
+        9: (weighted, seen, 1, f"Weighted by {count(seen)} impressions", ""),
+        11: (value - cost, cost, 100, f"A value of {money(value)} for a cost of {money(cost)}",
+             " %"),
+    }[column]
+    if below == 0:
+        return None
+    ratio = above / below * factor
+    return ratio, money(ratio) + unit, f"{sentence}: {money(ratio)}{unit}"
+
+
+def notes(shown, before, dates):
+    columns = [[]]
+    for column in range(1, 13):
+        now, earlier = true_figure(shown, column), true_figure(before, column)
+        lines = [now[2]] if now and now[2] else []
+        if earlier and earlier[0] != 0:
+            change = ""
+            if now:
+                percent = round((now[0] - earlier[0]) / abs(earlier[0]) * 1000) / 10
+                change = ", %+.1f %%" % percent if percent else ", 0.0 %"
+            lines.append(f"{dates}: {earlier[1]}{change}")
+        columns.append(lines)
+    return columns
+
+
 def reading_key(row):
     folded = row[0].casefold()
     base = "".join(c for c in unicodedata.normalize("NFD", folded) if not unicodedata.combining(c))
@@ -118,22 +176,37 @@ def reading_key(row):
 def main():
     project, first, last, grouping, *conditions = sys.argv[1:]
     sql = "SELECT * FROM tblGoogleDays WHERE googleDate >= ? AND googleDate <= ?"
-    values = [first, last + " 23:59:59"]
-    for condition in conditions:
-        column, value = condition.split("=", 1)
+    narrowing = [condition.split("=", 1) for condition in conditions]
+    for column, _ in narrowing:
         sql += f" AND {column} = ?"
-        values.append(value)
     connection = sqlite3.connect(project)
     connection.row_factory = sqlite3.Row
+
+    def records(start, end):
+        return connection.execute(sql, [start, end + " 23:59:59", *(v for _, v in narrowing)])
+
     rows = {}
-    for record in connection.execute(sql, values):
+    shown = list(records(first, last))
+    for record in shown:
         name = record[grouping].strip(" ")
         add_record(rows.setdefault(name, [name] + [""] * 14), record)
 
     ordered = sorted(rows.values(), key=reading_key)
     ordered.append(summarise(ordered))
     red = [i for i, row in enumerate(ordered) if number(row[10]) < number(row[5])]
-    json.dump({"rows": ordered, "red": red}, sys.stdout)
+
+    start = datetime.date.fromisoformat(first)
+    days = datetime.date.fromisoformat(last) - start + datetime.timedelta(1)
+    earlier_end = start - datetime.timedelta(1)
+    before = list(records((start - days).isoformat(), earlier_end.isoformat()))
+    dates = f"{start - days:%-d} to {earlier_end:%-d %b}"  # days of one month
+
+    def explained(name):
+        return notes(*([r for r in some if name is None or r[grouping].strip(" ") == name]
+                       for some in (shown, before)), dates)
+
+    all_notes = [explained(row[0]) for row in ordered[:-1]] + [explained(None)]
+    json.dump({"rows": ordered, "red": red, "notes": all_notes}, sys.stdout)
 
 
 if __name__ == "__main__":

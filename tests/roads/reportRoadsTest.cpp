@@ -1,5 +1,6 @@
 // The road of a report file to tree, grid and chart, through the real window. The small figures are
 // worked out by hand; the large ones by tests/reference/statistics.py.
+#include "core/analysis/navigationTree.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/base/dateValue.h"
 #include "core/shell/modMain.h"
@@ -214,6 +215,7 @@ private slots:
         m_home.reset(); // one window at a time, as in the program
         m_home = std::make_unique<test::MainWindow>(QDate(2025, 2, 20));
         test::MainWindow &road = *m_home;
+        saveSetting(settingsKey, "grdcolor", "1", textValue);
         QVERIFY(road.start());
         const QString report = road.file("large.xml");
         QProcess python;
@@ -244,6 +246,17 @@ private slots:
             QStringList shown = road.gridDump().mid(1);
             shown.remove(shown.size() - 2); // the spacer
             QCOMPARE(shown, expected);
+            const QJsonArray notes = answer["notes"].toArray();
+            const Grid &grid = road.window().flxStat;
+            for (int row = 0; row < notes.size(); ++row) {
+                const int gridRow = row + 1 < notes.size() ? row + 1 : grid.Rows() - 1;
+                const QString name = grid.TextMatrix(gridRow, 0);
+                const TreeNode *node = nodeOfRow(*road.window().treeList.SelectedItem(), name);
+                QCOMPARE(node && node->IsLoss, node && answer["red"].toArray().contains(row));
+                for (int col = 1; col < 13; ++col)
+                    QCOMPARE(grid.notesOf(gridRow, col),
+                             notes[row][col].toVariant().toStringList());
+            }
         }
     }
 };

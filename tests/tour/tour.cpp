@@ -126,7 +126,8 @@ void Tour::clickRoot() {
 void Tour::walkDownTo(const QString &text) {
     atMain([=, this] {
         const Tree &tree = window().treeList;
-        for (int left = tree.Nodes().Count(); left > 0 && tree.SelectedItem()->Text() != text; --left)
+        for (int left = tree.Nodes().Count(); left > 0 && tree.SelectedItem()->Text() != text;
+             --left)
             press(Qt::Key_Down);
         m_guide.require(tree.SelectedItem()->Text() == text, u"the tree doesn't show "_s + text);
     });

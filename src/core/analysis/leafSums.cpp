@@ -64,21 +64,30 @@ void sumUpInEngine(const sqlite::Connection &connection, const NodeRecords &reco
     hand(leaves, sums, visitor);
 }
 
+RecordQuestion questionOf(const DateRange &range) {
+    return {NodeTag(),
+            isoText(dayNumber(range.start)),
+            isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
+            std::nullopt,
+            [](std::string_view) { return 0; },
+            figures};
+}
+
 } // namespace
 
 void visitLeafSums(ProjectRecords &records, const DateRange &range,
                    const std::function<void(const LeafSums &)> &visitor) {
-    const RecordQuestion question{NodeTag(),
-                                  isoText(dayNumber(range.start)),
-                                  isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
-                                  std::nullopt,
-                                  [](std::string_view) { return 0; },
-                                  figures};
+    const RecordQuestion question = questionOf(range);
     NodeRecords fromEngine;
     if (const RecordColumns *columns = recordWalk::columnsFor(records, question, fromEngine))
         sumUpColumns(*columns, question, visitor);
     else
         sumUpInEngine(records.connection(), fromEngine, visitor);
+}
+
+bool areLeafSumsCheap(ProjectRecords &records, const DateRange &range) {
+    NodeRecords fromEngine;
+    return recordWalk::columnsFor(records, questionOf(range), fromEngine) || fromEngine.areFew;
 }
 
 } // namespace veltrona

@@ -45,9 +45,9 @@ public:
         const Way way(node);
         QString key = QString::number(way.length - 1) + u'-';
         if (way.length == 1)
-            return key + levels[Root].path;
+            return key.append(levels[Root].path);
         for (std::size_t level = Campaign; level < way.length; ++level) {
-            key += levels[level].path + way.nodes[level]->name();
+            key.append(levels[level].path).append(way.nodes[level]->name());
             if (level != Branch)
                 key += u'\'';
         }
@@ -60,18 +60,12 @@ public:
         for (std::size_t level = Campaign; level < way.length; ++level) {
             if (levels[level].condition.isEmpty())
                 continue;
-            tag += levels[level].condition +
-                   (level == Branch ? branchType(*way.nodes[level])
-                                    : doubledApostrophes(way.nodes[level]->name())) +
-                   u'\'';
+            tag.append(levels[level].condition)
+                .append(level == Branch ? branchType(*way.nodes[level])
+                                        : doubledApostrophes(way.nodes[level]->name()))
+                .append(u'\'');
         }
-        return tag + QStringLiteral(" ORDER BY ") + levels[way.length - 1].orderBy;
-    }
-
-private:
-    static QString branchType(const TreeNode &branch) {
-        return branch.IndexInParent == 0 ? QStringLiteral("Search Only")
-                                         : QStringLiteral("Content Only");
+        return tag.append(u" ORDER BY ").append(levels[way.length - 1].orderBy);
     }
 };
 
@@ -80,6 +74,11 @@ private:
 const NodeTexts &navigationTexts() {
     static const NavigationTexts texts;
     return texts;
+}
+
+QString branchType(const TreeNode &branch) {
+    return branch.IndexInParent == 0 ? QStringLiteral("Search Only")
+                                     : QStringLiteral("Content Only");
 }
 
 } // namespace veltrona

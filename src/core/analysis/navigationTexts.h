@@ -10,4 +10,7 @@ namespace veltrona {
 /// them, whatever texts were set there.
 const NodeTexts &navigationTexts();
 
+/// The records' `AdwordsTyp` that a branch stands for.
+QString branchType(const TreeNode &branch);
+
 } // namespace veltrona

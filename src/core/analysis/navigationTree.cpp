@@ -92,6 +92,8 @@ private:
 /// Gives equal names one and the same memory.
 class NamePool {
 public:
+    NamePool() { m_names.reserve(manyNames); }
+
     QString name(std::size_t level, const std::string &utf8) {
         Last &last = m_last[level];
         if (last.name.isNull() || last.utf8 != utf8)
@@ -104,6 +106,8 @@ private:
         std::string utf8;
         QString name;
     };
+    static constexpr qsizetype manyNames = 100'000; // growing costs more than the room
+
     std::array<Last, levels> m_last;
     QSet<QString> m_names;
 };
@@ -124,7 +128,11 @@ Names readNames(const sqlite::Connection &connection) {
 }
 
 void sortForReader(std::span<Name> names) {
-    if (names.size() < 2)
+    // The engine's order is mostly the reader's already.
+    const auto outOfOrder = [](const Name &a, const Name &b) {
+        return !inReadingOrder(a.text, b.text);
+    };
+    if (std::adjacent_find(names.begin(), names.end(), outOfOrder) == names.end())
         return;
     std::vector<std::pair<ReadingKey, Name>> sorted;
     sorted.reserve(names.size());
@@ -149,16 +157,16 @@ public:
 private:
     enum : std::size_t { AdGroup = 1 };
 
-    TreeNode *add(TreeNode *parent, const QString &name) {
-        return m_nodes.addByName(parent, navigationTexts(), name, folderImage);
+    TreeNode *add(TreeNode *parent, QString name) {
+        return m_nodes.addByName(parent, navigationTexts(), std::move(name), folderImage);
     }
 
     void addNames(TreeNode *parent, std::size_t level, std::size_t begin, std::size_t end) {
         const auto siblings = std::span(m_names[level]).subspan(begin, end - begin);
         sortForReader(siblings);
         parent->Children.reserve(siblings.size());
-        for (const Name &name : siblings) {
-            TreeNode *node = add(parent, name.text);
+        for (Name &name : siblings) {
+            TreeNode *node = add(parent, std::move(name.text));
             if (level + 1 == levels)
                 continue;
             TreeNode *above = node;
@@ -186,6 +194,15 @@ void buildNavigationTree(const sqlite::Connection &connection, const QString &pr
     const auto end = qScopeGuard([&tree] { tree.endRebuild(); });
     tree.Nodes().Clear();
     builder.build(projectTitle);
+}
+
+TreeNode *nodeOfRow(const TreeNode &node, const QString &row) {
+    const bool isAdGroup = node.Key().startsWith(u"2-");
+    const auto found =
+        std::find_if(node.Children.begin(), node.Children.end(), [&](const TreeNode *child) {
+            return row == (isAdGroup ? branchType(*child) : child->name());
+        });
+    return found == node.Children.end() ? nullptr : *found;
 }
 
 } // namespace veltrona

@@ -12,4 +12,7 @@ namespace veltrona {
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
                          Tree &tree);
 
+/// The child of `node` that a row of its statistics stands for; null if it has none.
+TreeNode *nodeOfRow(const TreeNode &node, const QString &row);
+
 } // namespace veltrona

@@ -157,6 +157,10 @@ void writeRow(Grid &grid, int row, const StatisticsRow &sums) {
 
 } // namespace
 
+NameColumn groupingColumn(const TreeNode &node) {
+    return levelOf(node).groupingColumn;
+}
+
 NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range) {
     const Level &level = levelOf(node);

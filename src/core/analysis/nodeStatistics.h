@@ -36,6 +36,9 @@ struct NodeStatistics {
     std::vector<StatisticsRow> rows; // in reading order; empty if no record fell into the period
 };
 
+/// The column that tells the rows of a node's statistics apart.
+NameColumn groupingColumn(const TreeNode &node);
+
 /// Throws Failure; touches no control.
 NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range);

@@ -60,4 +60,11 @@ bool operator<(const ReadingKey &a, const ReadingKey &b) {
     return compareCodePoints(a.m_text, b.m_text) < 0;
 }
 
+bool inReadingOrder(const QString &a, const QString &b) {
+    if (!isAscii(a) || !isAscii(b))
+        return !(ReadingKey(b) < ReadingKey(a));
+    const int order = a.compare(b, Qt::CaseInsensitive);
+    return order < 0 || (order == 0 && a <= b);
+}
+
 } // namespace veltrona

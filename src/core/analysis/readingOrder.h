@@ -19,4 +19,7 @@ private:
     QString m_text;
 };
 
+/// Whether `a` comes before `b`, or both are the same; without keys where both are plain ASCII.
+bool inReadingOrder(const QString &a, const QString &b);
+
 } // namespace veltrona

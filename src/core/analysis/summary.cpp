@@ -77,7 +77,7 @@ void roundRow(Grid &grid, int row) {
 }
 
 bool earnedLessThanItsCost(const Grid &grid, int row) {
-    return cellNumber(grid, row, ConversionValue) < cellNumber(grid, row, Cost);
+    return isLoss(cellNumber(grid, row, ConversionValue), cellNumber(grid, row, Cost));
 }
 
 void colorRow(Grid &grid, int row, Rgb color) {
@@ -98,6 +98,11 @@ QString returnOnInvestment(double conversionValue, double cost) {
     if (conversionValue < cost)
         return u'-' + numberText(100 - percent) + u'%';
     return numberText(percent - 100) + u'%';
+}
+
+bool isLoss(double conversionValue, double cost) {
+    const auto shown = [](double sum) { return toFifteenDigits(roundHalfToEven(sum, 2)); };
+    return shown(conversionValue) < shown(cost);
 }
 
 void sumUp(Grid &grid, bool gridColor) {

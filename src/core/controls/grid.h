@@ -66,6 +66,11 @@ public:
 
     /// Called after a change while `Redraw` is on, and once when it is switched on after changes.
     std::function<void()> onChange;
+    /// Set by the window: the user chose a row by double click or Enter.
+    std::function<void(int row)> onRowChosen;
+    /// Set by the window: the lines that explain the figure in a cell; asked for when they are
+    /// about to be shown.
+    std::function<QStringList(int row, int col)> notesOf;
 
 private:
     struct Cell {

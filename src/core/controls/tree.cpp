@@ -1,5 +1,7 @@
 #include "core/controls/tree.h"
 
+#include <utility>
+
 namespace veltrona {
 
 QString TreeNode::Key() const {
@@ -31,16 +33,15 @@ TreeNode *Nodes::Add(TreeNode *relative, TreeRelationship, const QString &key, c
     return node;
 }
 
-TreeNode *Nodes::addByName(TreeNode *relative, const NodeTexts &texts, const QString &name,
-                           int image) {
-    TreeNode *node = append(relative, name, image);
+TreeNode *Nodes::addByName(TreeNode *relative, const NodeTexts &texts, QString name, int image) {
+    TreeNode *node = append(relative, std::move(name), image);
     node->m_texts = &texts;
     return node;
 }
 
-TreeNode *Nodes::append(TreeNode *parent, const QString &name, int image) {
+TreeNode *Nodes::append(TreeNode *parent, QString name, int image) {
     TreeNode *node = &m_nodes.emplace_back();
-    node->m_name = name;
+    node->m_name = std::move(name);
     node->Image = image;
     node->Parent = parent;
     if (parent) {
@@ -74,6 +75,11 @@ void Tree::beginRebuild() {
 void Tree::endRebuild() {
     if (onEndRebuild)
         onEndRebuild();
+}
+
+void Tree::marksChanged() {
+    if (onMarksChange)
+        onMarksChange();
 }
 
 } // namespace veltrona

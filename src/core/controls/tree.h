@@ -39,6 +39,7 @@ public:
     int Image = 0;
     int IndexInParent = 0; // 0-based place among the parent's children
     bool Expanded = false;
+    bool IsLoss = false; // carries a mark; of the view alone
     TreeNode *Parent = nullptr;
     std::vector<TreeNode *> Children;
 
@@ -67,12 +68,12 @@ public:
     TreeNode *Add(TreeNode *relative, TreeRelationship relationship, const QString &key,
                   const QString &text, int image);
     /// The same, with a name and the rules of Key and Tag.
-    TreeNode *addByName(TreeNode *relative, const NodeTexts &texts, const QString &name, int image);
+    TreeNode *addByName(TreeNode *relative, const NodeTexts &texts, QString name, int image);
     void Clear();
 
 private:
     friend class Tree;
-    TreeNode *append(TreeNode *parent, const QString &name, int image);
+    TreeNode *append(TreeNode *parent, QString name, int image);
 
     mutable std::deque<TreeNode> m_nodes;
     std::function<void()> m_beforeClear;
@@ -96,10 +97,14 @@ public:
     void beginRebuild();
     void endRebuild();
 
+    /// To be called when marks of nodes have changed.
+    void marksChanged();
+
     /// Set by the view.
     std::function<void()> onBeginRebuild;
     std::function<void()> onEndRebuild;
     std::function<void()> onSelect;
+    std::function<void()> onMarksChange;
     /// Set by the window: the user clicked a node or moved to it by key.
     std::function<void(TreeNode *)> onNodeClick;
 

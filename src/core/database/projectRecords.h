@@ -25,7 +25,6 @@ public:
     /// The same, but the records are read if none are held; null if they can't be: ask the engine.
     const RecordColumns *read();
 
-private:
     /// Differs as soon as the file may hold something else.
     struct Version {
         qint64 data = 0;    // counts what other programs have committed
@@ -33,6 +32,8 @@ private:
         friend bool operator==(const Version &, const Version &) = default;
     };
     Version version() const;
+
+private:
     bool readOn();
     void drop();
 

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "core/analysis/chartSeries.h"
+#include "core/analysis/figureNotes.h"
+#include "core/analysis/lossMarks.h"
 #include "core/controls/chart.h"
 #include "core/controls/comboBox.h"
 #include "core/controls/commonDialog.h"
@@ -16,6 +18,7 @@
 #include <QMainWindow>
 
 #include <functional>
+#include <optional>
 
 class QFrame;
 class QLabel;
@@ -71,6 +74,9 @@ protected:
     void changeEvent(QEvent *event) override;
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     /// While one lives, refreshes that a later step repeats are left out.
@@ -140,14 +146,24 @@ private:
     const drawing::Picture *copyChart();
 
     // Import.
-    bool loadDocument();
-    void loadReport();
+    /// False if the report wasn't read to its end; the message that tells why goes on with `note`.
+    bool importReport(const QString &path, const QString &note);
+    bool loadDocument(const QString &path, const QString &note);
+    bool loadReport(const QString &note);
+    /// One after the other; one that fails ends the rest.
+    void importReports(const QStringList &paths);
 
     // Analysis.
     void loadTree();
     void selectRoot();
     void rebuildViews();
     void treeList_NodeClick(TreeNode *node);
+    /// Selects the node that a row of the grid stands for; without one it does nothing.
+    void openRow(int row);
+    /// The menu of the view that has the focus.
+    void openContextMenu();
+    /// The lines that explain a figure of the grid.
+    QStringList figureNotes(int row, int col);
     void fillChart();
     void showChart(const ChartSeries &series);
     ChartRequest chartRequest() const;
@@ -190,6 +206,9 @@ private:
     ComboBoxView *m_metricView = nullptr;
     ComboBoxView *m_groupView = nullptr;
     int m_refreshPauses = 0;
+    DateRange m_shownRange;             // of the grid's figures
+    std::optional<FigureNotes> m_notes; // asked for when a tooltip is first wanted
+    LossMarks m_lossMarks;
     bool m_unloaded = false;
     bool m_importing = false;
     bool m_viewBehind = false; // a refresh failed: the view isn't what tree, dates and combos say

@@ -9,6 +9,10 @@
 #include "ui/shell/frmMain.h"
 #include "ui/views/elidedLabel.h"
 #include "ui/views/hourglass.h"
+#include "ui/views/treeView.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -26,7 +30,10 @@ DateValue currentDate() {
 
 void frmMain::loadTree() {
     m_viewBehind = true; // until the refresh that follows
+    m_lossMarks.forget();
     buildNavigationTree(*modMain::DbConn, modMain::ProjectTitle, treeList);
+    const QString path = QFileInfo(modMain::DbFileName).absoluteFilePath();
+    m_treeView->setRootDescription(QDir::toNativeSeparators(path));
 }
 
 void frmMain::sumup() {
@@ -51,6 +58,7 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
         return;
     const Hourglass hourglass;
     m_viewBehind = true;
+    m_notes.reset();
     NodeStatistics statistics;
     ChartSeries series;
     {
@@ -58,7 +66,9 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
         const sqlite::ReadTransaction reading(*modMain::DbConn);
         statistics = queryNodeStatistics(*modMain::Records, *node, dateRange());
         series = queryChartSeries(*modMain::Records, chartRequest());
+        m_lossMarks.update(*modMain::Records, dateRange(), modMain::GridColor, treeList);
     }
+    m_shownRange = dateRange();
     lblSum->setFullText(statistics.caption);
     {
         const RedrawPause pause(flxStat);

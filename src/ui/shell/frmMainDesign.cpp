@@ -17,9 +17,11 @@
 #include <QApplication>
 #include <QFrame>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -63,6 +65,13 @@ frmMain::frmMain()
     buildStatusBar();
     buildFrames();
     connectControls();
+    // The fields in the window would take the files' names as text.
+    for (QLineEdit *field : findChildren<QLineEdit *>())
+        field->setAcceptDrops(false);
+    setAcceptDrops(true);
+    // The menu key is the toolkit's, but not this one.
+    auto *menuKeys = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
+    connect(menuKeys, &QShortcut::activated, this, &frmMain::openContextMenu);
     applyDesignSize();
 }
 
@@ -210,6 +219,14 @@ void frmMain::buildChartFrame() {
 
 void frmMain::connectControls() {
     treeList.onNodeClick = [this](TreeNode *node) { filtered([&] { treeList_NodeClick(node); }); };
+    flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
+    flxStat.notesOf = [this](int row, int col) -> QStringList {
+        try {
+            return figureNotes(row, col);
+        } catch (const Failure &) {
+            return {}; // the next click tells it
+        }
+    };
     // A preset set by loadDefaults runs inside a handler that is filtered already, and so does a
     // picker's "Custom"; what comes from the user's own choice ends here.
     cboRange.onClick = [this] { filtered([&] { cboRange_Click(); }); };

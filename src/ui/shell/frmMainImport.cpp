@@ -34,45 +34,52 @@ void frmMain::impRep() {
               .DialogTitle = QStringLiteral("Import a Google Report XML file"),
               .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
     cdMain.ShowOpen();
-    if (cdMain.FileName.isEmpty() || !loadDocument())
-        return;
+    if (!cdMain.FileName.isEmpty())
+        importReport(cdMain.FileName, QString());
+}
+
+bool frmMain::importReport(const QString &path, const QString &note) {
+    if (!loadDocument(path, note))
+        return false;
     removeDataRows(flxStat);
     modMain::ReportColumns = {};
-    const std::exception_ptr failed = failureOf([this] { loadReport(); });
+    bool passed = false;
+    const std::exception_ptr failed = failureOf([&] { passed = loadReport(note); });
     if (desktop::endRequested())
         close();
     // The end of the session closes a message box and then this window, project and all.
     if (m_unloaded)
-        return;
+        return false;
     // Whatever was stored before a failure is there, so the views show it before the message comes.
     const std::exception_ptr unshown = failureOf([this] { rebuildViews(); });
     if (unshown) // the summary of the rows that are gone must not stand there as if it were of any
         pourStatistics({}, flxStat, modMain::GridColor);
     if (failed || unshown)
         std::rethrow_exception(failed ? failed : unshown);
+    return passed;
 }
 
-/// Tells why the chosen file can't be loaded.
-bool frmMain::loadDocument() {
+/// Tells why the file can't be loaded.
+bool frmMain::loadDocument(const QString &path, const QString &note) {
     {
         const Hourglass hourglass;
-        if (modMain::ReportDoc->load(cdMain.FileName))
+        if (modMain::ReportDoc->load(path))
             return true;
     }
     dialogs().message(MessageStyle::OkExclamation, productName,
-                      parserReport(modMain::ReportDoc->parseError()));
+                      parserReport(modMain::ReportDoc->parseError()) + note);
     return false;
 }
 
-void frmMain::loadReport() {
+bool frmMain::loadReport(const QString &note) {
     const ColumnCheck check = checkColumns(*modMain::ReportDoc);
     modMain::ReportColumns = check.names;
     modMain::ReportRowCount = check.rowCount;
     if (!check.passed) {
         dialogs().message(
             MessageStyle::OkExclamation, QStringLiteral("Error"),
-            QStringLiteral("Cannot load the XML file due to missing some report columns."));
-        return;
+            QStringLiteral("Cannot load the XML file due to missing some report columns.") + note);
+        return false;
     }
     frmWait &wait = frmWait::instance();
     wait.init(0, modMain::ReportRowCount);
@@ -84,6 +91,7 @@ void frmMain::loadReport() {
             return !desktop::endRequested();
         });
     });
+    return true;
 }
 
 } // namespace veltrona

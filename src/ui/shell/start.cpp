@@ -10,6 +10,8 @@
 #include "ui/views/icons.h"
 
 #include <QAccessible>
+#include <QDir>
+#include <QFileInfo>
 #include <QWindow>
 
 namespace veltrona {
@@ -57,6 +59,10 @@ bool Application::notify(QObject *receiver, QEvent *event) {
         filterCurrentException();
         return true;
     }
+}
+
+QStringList modMain::places() {
+    return {DataFolder + QDir::separator() + productName, QFileInfo(DbFileName).absolutePath()};
 }
 
 int modMain::Main() {

@@ -20,6 +20,9 @@ namespace modMain {
 /// Application and installed dialogs.
 int Main();
 
+/// The program's own folder and that of the open project.
+QStringList places();
+
 } // namespace modMain
 
 } // namespace veltrona

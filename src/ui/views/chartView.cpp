@@ -2,9 +2,12 @@
 
 #include "ui/views/chartAccessible.h"
 #include "ui/views/chartPainter.h"
+#include "ui/views/menuEntry.h"
 #include "ui/views/plainText.h"
 
+#include <QClipboard>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -19,6 +22,10 @@ ChartView::ChartView(Chart &chart, QWidget *parent) : QWidget(parent), m_chart(c
     installChartAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    addMenuEntry(*this, QStringLiteral("Copy Picture"), copyKeys(),
+                 [this] { QGuiApplication::clipboard()->setImage(picture()); });
+    addMenuEntry(*this, QStringLiteral("Copy Figures"), secondCopyKeys(),
+                 [this] { QGuiApplication::clipboard()->setText(figuresText()); });
     m_chart.onChange = [this] { refresh(); };
 }
 
@@ -86,6 +93,14 @@ QString ChartView::barText(int bar) const {
     const QString &series = m_chart.SeriesName();
     lines.append(series.isEmpty() ? value : QStringLiteral("%1: %2").arg(series, value));
     return lines.join(QLatin1Char('\n'));
+}
+
+QString ChartView::figuresText() const {
+    QString text = QStringLiteral("Bar\tDates\t") + m_chart.SeriesName();
+    for (const ChartRow &row : m_chart.DataGrid().rows())
+        text += u'\n' + row.label + u'\t' + row.dates + u'\t' +
+                (row.isNull ? QString() : QString::number(row.value, 'g', 15));
+    return text;
 }
 
 bool ChartView::event(QEvent *event) {

@@ -22,6 +22,8 @@ public:
 
     /// What a bar says of itself: label, dates and value, a line for each. Bars count from 0.
     QString barText(int bar) const;
+    /// All bars as a table of tabs and lines, headings above.
+    QString figuresText() const;
     /// The bar that the keyboard stands on, or -1.
     int markedBar() const { return m_marked; }
     void markBar(int bar);

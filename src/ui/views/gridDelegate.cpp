@@ -29,8 +29,7 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
     PlainTextDelegate::initStyleOption(option, index);
     option->palette.setColor(QPalette::Text, m_view.textColor(index));
     option->palette.setColor(QPalette::HighlightedText, m_view.textColor(index, true));
-    if (modelOf(index).isSummary(index.row()))
-        option->backgroundBrush = m_view.baseColor(index);
+    option->backgroundBrush = m_view.baseColor(index);
     const int room = option->rect.width() - 2 * textMargin;
     // A name that has to be shortened leaves the mark its room.
     if (option->rect.isValid() && isMarked(index) &&

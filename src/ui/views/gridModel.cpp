@@ -1,5 +1,6 @@
 #include "ui/views/gridModel.h"
 
+#include "core/analysis/columnNotes.h"
 #include "core/analysis/statisticsGrid.h"
 
 #include <QHash>
@@ -69,9 +70,28 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return m_grid.TextMatrix(index.row() + 1, index.column());
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignment(index));
+    case Qt::ToolTipRole:
+        return toolTip(index);
     default:
         return {};
     }
+}
+
+// Name, heading and figure are told where the row's name or the heading may have scrolled away.
+QString GridModel::toolTip(const QModelIndex &index) const {
+    constexpr int longestName = 200; // so that there is room for what follows
+    const int row = index.row() + 1;
+    const QString &figure = m_grid.TextMatrix(row, index.column());
+    if (index.column() == gridColumn::Name || figure.isEmpty())
+        return {};
+    QString name = m_grid.TextMatrix(row, gridColumn::Name);
+    if (name.size() > longestName)
+        name = name.left(longestName) + QChar(0x2026);
+    QStringList lines{name, m_grid.TextMatrix(gridRow::Heading, index.column()) +
+                                QStringLiteral(": ") + figure};
+    if (m_grid.notesOf)
+        lines += m_grid.notesOf(row, index.column());
+    return lines.join(QLatin1Char('\n'));
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -86,6 +106,8 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return {};
     if (role == Qt::DisplayRole)
         return m_grid.TextMatrix(gridRow::Heading, section);
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
+        return columnNote(section);
     if (role == Qt::TextAlignmentRole) {
         const bool left = m_grid.ColAlignment(section) == leftAligned;
         return QVariant::fromValue((left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);

@@ -30,6 +30,7 @@ public:
     void sync();
 
 private:
+    QString toolTip(const QModelIndex &index) const;
     bool holds(const QModelIndex &index) const;
     Qt::Alignment alignment(const QModelIndex &index) const;
     void moveSelection(const QStringList &names);

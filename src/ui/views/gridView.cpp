@@ -1,10 +1,12 @@
 #include "ui/views/gridView.h"
 
+#include "core/analysis/statisticsGrid.h"
 #include "core/base/text.h"
 #include "ui/views/colorMixing.h"
 #include "ui/views/gridAccessible.h"
 #include "ui/views/gridDelegate.h"
 #include "ui/views/gridModel.h"
+#include "ui/views/menuEntry.h"
 #include "ui/views/readableColor.h"
 
 #include <QClipboard>
@@ -62,6 +64,10 @@ GridView::GridView(Grid &grid, QWidget *parent)
     headings->setParent(this);
     horizontalHeader()->setStyle(headings);
     horizontalHeader()->setMinimumSectionSize(1);
+    addMenuEntry(*this, QStringLiteral("Copy"), copyKeys(), [this] { copy(false); });
+    addMenuEntry(*this, QStringLiteral("Copy with Headings"), secondCopyKeys(),
+                 [this] { copy(true); });
+    connect(this, &QTableView::doubleClicked, this, &GridView::chooseRow);
     applyFont();
     applyWidths(true);
     m_grid.onChange = [this] { refresh(); };
@@ -109,12 +115,18 @@ void GridView::currentChanged(const QModelIndex &current, const QModelIndex &pre
     if (current.row() != previous.row())
         tellRowEntered(*this);
     QTableView::currentChanged(current, previous);
+    updateRow(previous);
+    updateRow(current);
 }
 
 QColor GridView::baseColor(const QModelIndex &index) const {
-    const QColor base = palette().color(QPalette::Base);
-    return m_model->isSummary(index.row()) ? mixed(base, palette().color(QPalette::Text), 0.07)
-                                           : base;
+    QColor base = palette().color(QPalette::Base);
+    if (m_model->isSummary(index.row()))
+        base = mixed(base, palette().color(QPalette::Text), 0.07);
+    // The row under the current cell reads as one, also where its name has scrolled away.
+    if (index.row() == currentIndex().row())
+        base = mixed(base, palette().color(QPalette::Highlight), 0.15);
+    return base;
 }
 
 QColor GridView::textColor(const QModelIndex &index, bool selected) const {
@@ -126,7 +138,7 @@ bool GridView::isLoss(const QModelIndex &index) const {
     return m_model->isLoss(index);
 }
 
-QString GridView::selectedText() const {
+QString GridView::selectedText(bool withHeadings) const {
     QModelIndexList cells = selectionModel()->selectedIndexes();
     if (cells.isEmpty() && currentIndex().isValid())
         cells.append(currentIndex());
@@ -141,6 +153,12 @@ QString GridView::selectedText() const {
         chosen.insert({cell.row(), cell.column()});
     }
     QStringList lines;
+    if (withHeadings && !rows.empty()) {
+        QStringList line;
+        for (const int column : columns)
+            line.append(onOneLine(m_grid.TextMatrix(gridRow::Heading, column)));
+        lines.append(line.join(QLatin1Char('\t')));
+    }
     for (const int row : rows) {
         QStringList line;
         for (const int column : columns) {
@@ -153,31 +171,34 @@ QString GridView::selectedText() const {
     return lines.join(QLatin1Char('\n'));
 }
 
-bool GridView::event(QEvent *event) {
-    // Else a shortcut of the window could take the copy key before the grid sees it.
-    if (event->type() == QEvent::ShortcutOverride &&
-        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
-        event->accept();
-        return true;
-    }
-    return QTableView::event(event);
+void GridView::copy(bool withHeadings) const {
+    const QString text = selectedText(withHeadings);
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+void GridView::chooseRow(const QModelIndex &index) {
+    if (index.isValid() && m_grid.onRowChosen)
+        m_grid.onRowChosen(index.row() + 1);
 }
 
 void GridView::keyPressEvent(QKeyEvent *event) {
-    if (!event->matches(QKeySequence::Copy)) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
+        chooseRow(currentIndex());
+    else
         QTableView::keyPressEvent(event);
-        return;
-    }
-    const QString text = selectedText();
-    if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
-    event->accept();
+}
+
+void GridView::updateRow(const QModelIndex &index) {
+    const QRect cell = visualRect(index);
+    viewport()->update(0, cell.top(), viewport()->width(), cell.height());
 }
 
 bool GridView::viewportEvent(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
         return QTableView::viewportEvent(event);
-    showToolTipIfElided(*this, *static_cast<QHelpEvent *>(event), textMargins);
+    showToolTip(*this, *static_cast<QHelpEvent *>(event), textMargins);
     return true;
 }
 

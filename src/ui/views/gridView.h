@@ -24,11 +24,11 @@ public:
     /// A cell of a row that didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
 
-    /// The selected cells, or else the current one: a line for each row, cells parted by tabs.
-    QString selectedText() const;
+    /// The selected cells, or else the current one: a line for each row, cells parted by tabs; with
+    /// their columns' headings above, if asked for.
+    QString selectedText(bool withHeadings = false) const;
 
 protected:
-    bool event(QEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -38,6 +38,9 @@ private:
     void refresh();
     void applyWidths(bool all);
     void applyFont();
+    void copy(bool withHeadings) const;
+    void chooseRow(const QModelIndex &index);
+    void updateRow(const QModelIndex &index);
 
     Grid &m_grid;
     GridModel *m_model;

@@ -32,14 +32,17 @@ QString plainToolTip(const QString &text) {
              lines.join(QLatin1Char('\n')).toHtmlEscaped());
 }
 
-void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken) {
+void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken) {
     const QModelIndex index = view.indexAt(event.pos());
     const QRect rect = view.visualRect(index);
     const QString text = shortened(index.data().toString());
     const bool elided =
         index.isValid() && view.fontMetrics().horizontalAdvance(text) > rect.width() - taken;
-    QToolTip::showText(event.globalPos(), elided ? plainToolTip(text) : QString(), view.viewport(),
-                       rect);
+    const QString told = index.data(Qt::ToolTipRole).toString();
+    QStringList parts{elided && !told.contains(text) ? text : QString(), told};
+    parts.removeAll(QString());
+    QToolTip::showText(event.globalPos(), plainToolTip(parts.join(QLatin1Char('\n'))),
+                       view.viewport(), rect);
 }
 
 QString shownLine(const QString &text) {

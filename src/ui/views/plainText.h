@@ -13,9 +13,10 @@ namespace veltrona {
 /// that long names wrap. Line breaks stay.
 QString plainToolTip(const QString &text);
 
-/// Shows the whole text of the item under the mouse if the view has no room for all of it.
-/// `taken` is the width within the item's rectangle that isn't there for text.
-void showToolTipIfElided(QAbstractItemView &view, const QHelpEvent &event, int taken);
+/// Shows the whole text of the item under the mouse if the view has no room for all of it, and the
+/// tooltip that its model gives. `taken` is the width within the item's rectangle that isn't there
+/// for text.
+void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken);
 
 /// A text on one line, shortened where nobody could read it anyway.
 QString shownLine(const QString &text);

@@ -7,9 +7,11 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QUrl>
 
 #include <optional>
 
@@ -109,6 +111,34 @@ bool mayWrite(const QString &file, const FileDialogSetup &setup) {
     return box.exec() == QMessageBox::Yes;
 }
 
+/// Takes a name that is typed without its extension for the file that has it, but only where no
+/// file has the name as it is.
+class OpenFileDialog : public QFileDialog {
+public:
+    OpenFileDialog(const QString &title, QString extension)
+        : QFileDialog(desktop::owningWindow(), title), m_extension(std::move(extension)) {
+        setFileMode(ExistingFile);
+    }
+
+protected:
+    void accept() override {
+        auto *field = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        if (field && !field->text().isEmpty() && !m_extension.isEmpty()) {
+            const QString name = field->text() + u'.' + m_extension;
+            if (!exists(field->text()) && exists(name))
+                field->setText(name);
+        }
+        QFileDialog::accept();
+    }
+
+private:
+    bool exists(const QString &name) const {
+        return QFileInfo::exists(directory().absoluteFilePath(name));
+    }
+
+    QString m_extension;
+};
+
 std::optional<QString> runFileDialog(QFileDialog &dialog) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
@@ -183,17 +213,27 @@ int QtDialogs::choose(const QString &title, const QString &text, const QStringLi
     return static_cast<int>(chosen < 0 ? choices.size() - 1 : chosen);
 }
 
+void QtDialogs::offerPlaces(QFileDialog &dialog) const {
+    QList<QUrl> urls = dialog.sidebarUrls();
+    for (const QString &folder : m_places ? m_places() : QStringList()) {
+        const QUrl url = QUrl::fromLocalFile(QDir::cleanPath(folder));
+        if (QFileInfo(folder).isDir() && !urls.contains(url))
+            urls.append(url);
+    }
+    dialog.setSidebarUrls(urls);
+}
+
 QString QtDialogs::openFile(const FileDialogSetup &setup) {
-    QFileDialog dialog(desktop::owningWindow(), setup.title);
+    OpenFileDialog dialog(setup.title, setup.defaultExtension);
     setUp(dialog, setup);
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix(setup.defaultExtension);
+    offerPlaces(dialog);
     return QDir::toNativeSeparators(runFileDialog(dialog).value_or(QString()));
 }
 
 QString QtDialogs::saveFile(const FileDialogSetup &setup) {
     QFileDialog dialog(desktop::owningWindow(), setup.title);
     setUp(dialog, setup);
+    offerPlaces(dialog);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // The question is asked here, for the name that is really written.

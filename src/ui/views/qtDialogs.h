@@ -4,16 +4,27 @@
 
 #include "core/platform/dialogs/dialogs.h"
 
+class QFileDialog;
+
 namespace veltrona {
 
 class QtDialogs : public Dialogs {
 public:
+    /// Folders that the toolkit's file dialogs offer at their side, besides its own.
+    using Places = std::function<QStringList()>;
+    explicit QtDialogs(Places places = {}) : m_places(std::move(places)) {}
+
     Answer message(MessageStyle style, const QString &title, const QString &text) override;
     Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
                               const QString &details) override;
     int choose(const QString &title, const QString &text, const QStringList &buttons) override;
     QString openFile(const FileDialogSetup &setup) override;
     QString saveFile(const FileDialogSetup &setup) override;
+
+private:
+    void offerPlaces(QFileDialog &dialog) const;
+
+    Places m_places;
 };
 
 /// "XML files (*.xml)|*.xml" and its like as the toolkit writes filters.

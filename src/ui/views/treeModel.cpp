@@ -59,6 +59,15 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
         return node->Text();
     if (role == Qt::DecorationRole)
         return m_folder;
+    if (role == LossRole)
+        return node->IsLoss;
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
+        QStringList lines{node == m_root ? m_rootDescription : QString()};
+        if (node->IsLoss)
+            lines.append(QStringLiteral("Loss: did not earn back its cost."));
+        lines.removeAll(QString());
+        return lines.join(QLatin1Char('\n'));
+    }
     // Nothing at all would be read for a node without a name.
     if (role == Qt::AccessibleTextRole && node->Text().isEmpty())
         return QStringLiteral("(no name)");

@@ -12,10 +12,15 @@ namespace veltrona {
 class TreeModel : public QAbstractItemModel {
     Q_OBJECT
 public:
+    /// Whether a node carries the mark of a loss.
+    static constexpr int LossRole = Qt::UserRole;
+
     explicit TreeModel(Tree &tree, QObject *parent = nullptr);
 
     void letGo();
     void takeUp();
+
+    void setRootDescription(const QString &description) { m_rootDescription = description; }
 
     TreeNode *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(TreeNode *node) const;
@@ -30,6 +35,7 @@ private:
     Tree &m_tree;
     TreeNode *m_root = nullptr;
     QIcon m_folder;
+    QString m_rootDescription;
 };
 
 } // namespace veltrona

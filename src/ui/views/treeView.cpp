@@ -2,14 +2,33 @@
 
 #include "ui/views/icons.h"
 #include "ui/views/plainText.h"
+#include "ui/views/treeDelegate.h"
 #include "ui/views/treeModel.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QToolTip>
 
 namespace veltrona {
+
+namespace {
+
+/// The node behind `node` in the order of a tree that is wholly open; the root behind the last.
+TreeNode *nextOf(TreeNode *node) {
+    if (!node->Children.empty())
+        return node->Children.front();
+    for (; node->Parent; node = node->Parent) {
+        const auto next = static_cast<std::size_t>(node->IndexInParent) + 1;
+        if (next < node->Parent->Children.size())
+            return node->Parent->Children[next];
+    }
+    return node;
+}
+
+} // namespace
 
 TreeView::TreeView(Tree &tree, QWidget *parent)
     : QTreeView(parent), m_tree(tree), m_model(new TreeModel(tree, this)) {
@@ -17,7 +36,11 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     m_click.setInterval(0);
     connect(&m_click, &QTimer::timeout, this, &TreeView::tellClick);
 
-    setItemDelegate(new PlainTextDelegate(this));
+    m_typing.setSingleShot(true);
+    m_typing.setInterval(QApplication::keyboardInputInterval());
+    connect(&m_typing, &QTimer::timeout, this, &TreeView::find);
+
+    setItemDelegate(new TreeDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setEditTriggers(NoEditTriggers);
@@ -34,6 +57,7 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     m_tree.onBeginRebuild = [this] { beginRebuild(); };
     m_tree.onEndRebuild = [this] { endRebuild(); };
     m_tree.onSelect = [this] { showSelected(); };
+    m_tree.onMarksChange = [this] { viewport()->update(); };
     endRebuild();
 }
 
@@ -41,10 +65,12 @@ TreeView::~TreeView() {
     m_tree.onBeginRebuild = nullptr;
     m_tree.onEndRebuild = nullptr;
     m_tree.onSelect = nullptr;
+    m_tree.onMarksChange = nullptr;
 }
 
 void TreeView::beginRebuild() {
     m_click.stop(); // its node is about to go
+    m_typing.stop();
     const QScopedValueRollback showing(m_showing, true);
     m_model->letGo();
 }
@@ -98,7 +124,68 @@ QItemSelectionModel::SelectionFlags TreeView::selectionCommand(const QModelIndex
     return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
+void TreeView::setRootDescription(const QString &description) {
+    m_model->setRootDescription(description);
+}
+
+void TreeView::keyPressEvent(QKeyEvent *event) {
+    const QString text = event->text();
+    const bool isLetter = !text.isEmpty() && text.front().isPrint() &&
+                          !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    // Within a word the keys that open and close nodes are letters like any other.
+    if (m_typing.isActive() && isLetter)
+        keyboardSearch(text);
+    else if (event->key() == Qt::Key_Asterisk && currentIndex().isValid())
+        openBelow(m_model->nodeAt(currentIndex()));
+    else if (m_typing.isActive() && event->key() == Qt::Key_Return)
+        find();
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+/// Opens as many levels as a window can show without a pause, the first one always.
+void TreeView::openBelow(TreeNode *node) {
+    constexpr std::size_t mostRows = 5000;
+    std::size_t rows = 0;
+    for (std::vector<TreeNode *> level{node}; !level.empty();) {
+        std::vector<TreeNode *> below;
+        for (const TreeNode *each : level)
+            below.insert(below.end(), each->Children.begin(), each->Children.end());
+        rows += below.size();
+        if (rows > mostRows && level.front() != node)
+            return;
+        for (TreeNode *each : level)
+            expand(m_model->indexOf(each));
+        level = std::move(below);
+    }
+}
+
+void TreeView::keyboardSearch(const QString &letters) {
+    if (!m_typing.isActive())
+        m_letters.clear();
+    m_letters += letters;
+    m_typing.start();
+}
+
+void TreeView::find() {
+    m_typing.stop();
+    TreeNode *start = m_tree.SelectedItem();
+    if (!start || m_letters.trimmed().isEmpty())
+        return;
+    TreeNode *node = nextOf(start);
+    while (node != start && !node->Text().contains(m_letters, Qt::CaseInsensitive))
+        node = nextOf(node);
+    if (node != start)
+        noteClick(node);
+    else if (!node->Text().contains(m_letters, Qt::CaseInsensitive))
+        QToolTip::showText(
+            viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()),
+            plainToolTip(QStringLiteral("No name here contains \"%1\".").arg(m_letters)),
+            viewport());
+}
+
 void TreeView::noteClick(TreeNode *node) {
+    m_typing.stop();
     const QScopedValueRollback showing(m_showing, true);
     m_tree.setSelectedItem(node);
     m_click.start();
@@ -138,7 +225,7 @@ bool TreeView::viewportEvent(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
         return QTreeView::viewportEvent(event);
     constexpr int margins = 10; // around icon and text
-    showToolTipIfElided(*this, *static_cast<QHelpEvent *>(event), iconSize().width() + margins);
+    showToolTip(*this, *static_cast<QHelpEvent *>(event), iconSize().width() + margins);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // A tree on screen. Takes the tree's onBeginRebuild, onEndRebuild and onSelect, and calls its
 // onNodeClick; the tree must outlive the view. Arrow keys and typing count as clicks. A click is
-// told once the waiting events are through, so that a held key tells its last node alone.
+// told once the waiting events are through, so that a held key tells its last node alone. Letters
+// that are typed select the next node that contains them, once the typing pauses.
 #pragma once
 
 #include "core/controls/tree.h"
@@ -18,7 +19,12 @@ public:
     explicit TreeView(Tree &tree, QWidget *parent = nullptr);
     ~TreeView() override;
 
+    /// What the root says of itself: a tooltip, and a description for assistive software.
+    void setRootDescription(const QString &description);
+    void keyboardSearch(const QString &letters) override;
+
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -33,13 +39,17 @@ private:
     void beginRebuild();
     void endRebuild();
     void showSelected();
+    void find();
+    void openBelow(TreeNode *node);
     void noteClick(TreeNode *node);
     void tellClick();
     void applyFont();
 
     Tree &m_tree;
     TreeModel *m_model;
-    QTimer m_click;                     // runs while a click waits to be told
+    QTimer m_click;  // runs while a click waits to be told
+    QTimer m_typing; // runs while more letters may come
+    QString m_letters;
     bool m_showing = false;             // the program selects, not the user
     mutable bool m_onHighlight = false; // a branch of the selected row is being drawn
 };

@@ -30,8 +30,9 @@ QStringList texts(const std::vector<TreeNode *> &nodes) {
 TreeNode *find(const Tree &tree, const QStringList &path) {
     TreeNode *node = tree.Nodes().Item(1);
     for (const QString &text : path) {
-        const auto found = std::find_if(node->Children.begin(), node->Children.end(),
-                                        [&](const TreeNode *child) { return child->Text() == text; });
+        const auto found =
+            std::find_if(node->Children.begin(), node->Children.end(),
+                         [&](const TreeNode *child) { return child->Text() == text; });
         if (found == node->Children.end())
             throw Failure(1, "no node " + text);
         node = *found;
@@ -81,6 +82,25 @@ private slots:
               "KeywordType: 'Broad'",
               keywordTag);
         QCOMPARE(tree.Nodes().Count(), 7);
+    }
+
+    void textsSetFromOutsideAndNamesHeldOnce() {
+        test::RecordTable table;
+        add(table, "c", "g", "keyword", "Broad");
+        add(table, "c", "h", "keyword", "Broad");
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        TreeNode *campaign = find(tree, {"c"});
+        campaign->setKey("the key");
+        campaign->setText(QString());
+        campaign->setTag("the tag");
+        QCOMPARE(campaign->Key() + campaign->Text() + campaign->Tag(), "the keythe tag");
+        const TreeNode *keyword = campaign->Children[0]->Children[0]->Children[0];
+        QVERIFY(keyword->Key().startsWith("4-Campain: 'c' > Adgroup: 'g' >"));
+        QVERIFY(keyword->Tag().startsWith(" AND campaign='c' AND adGroup='g' AND"));
+        const TreeNode *same = campaign->Children[1]->Children[0]->Children[0];
+        QCOMPARE(keyword->Text().constData(), same->Text().constData());
+        QCOMPARE(find(tree, {})->Children[0], campaign);
     }
 
     void branchesWhateverTheTableHolds() {
@@ -147,7 +167,8 @@ private slots:
                 continue;
             const TreeNode *keyword = node->Parent;
             const TreeNode *adGroup = keyword->Parent->Parent;
-            leaves += (QStringList{adGroup->Parent->Text(), adGroup->Text(), keyword->Text(), node->Text()})
+            leaves += (QStringList{adGroup->Parent->Text(), adGroup->Text(), keyword->Text(),
+                                   node->Text()})
                           .join('/');
         }
         QCOMPARE(leaves, expected);

@@ -79,13 +79,13 @@ private slots:
         table.connection().execute("COMMIT");
         ProjectRecords records(table.connection());
         TreeNode root;
-        root.Tag = " ORDER BY campaign";
+        root.setTag(" ORDER BY campaign");
         const DateValue day = dateValue(CalendarDay{2007, 5, 14});
         QCOMPARE(shown(queryNodeStatistics(records, root, {day, day})).mid(1, 2),
                  QStringList({"Shoes|1|0|0%|0|3|-2|-2%|-1500000|0|0|-100%|0||",
                               "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||"}));
         QVERIFY(queryNodeStatistics(records, root, {day + 1, day - 1}).rows.empty());
-        root.Tag = " AND campaign='shoes' ORDER BY adGroup";
+        root.setTag(" AND campaign='shoes' ORDER BY adGroup");
         QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows.size(), 1U);
         QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows[0].clicks, 100.0);
     }
@@ -110,12 +110,12 @@ private slots:
             ProjectRecords records(table.connection(), bound); // asks the engine, or the memory
             records.read();
             for (const TreeNode *node : tree.Nodes().Item(1)->Children) {
-                found += node->Text;
+                found += node->Text();
                 const NodeStatistics below = queryNodeStatistics(records, *node, {day, day});
                 QCOMPARE(int(below.rows.size()), 1);
                 QCOMPARE(below.rows[0].clicks, 7.0);
                 const ChartSeries series =
-                    queryChartSeries(records, {clicks, 0, {day, day}, false, node->Tag});
+                    queryChartSeries(records, {clicks, 0, {day, day}, false, node->Tag()});
                 QCOMPARE(series.bars[0].value, 7.0);
             }
             const QStringList rows =

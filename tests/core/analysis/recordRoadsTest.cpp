@@ -103,11 +103,12 @@ public:
                 condition("adWordsTyp", kinds[below(4)]), condition("Keyword", names[below(4)])};
             TreeNode node;
             const int level = i % 5;
-            node.Key = QStringLiteral("%1-").arg(level);
+            node.setKey(QStringLiteral("%1-").arg(level));
+            QString tag;
             for (int j = 0; j < level; ++j)
-                node.Tag += conditions[j];
-            node.Tag += " ORDER BY kwType";
-            ChartRequest request{i % 12, below(3), {}, below(6) == 0, node.Tag};
+                tag += conditions[j];
+            node.setTag(tag + " ORDER BY kwType");
+            ChartRequest request{i % 12, below(3), {}, below(6) == 0, node.Tag()};
             request.range.start = firstDay + below(60);
             request.range.end = request.range.start + below(3) * below(40);
             compareGrids(node, request.range);
@@ -273,8 +274,8 @@ private slots:
         roads.insert(300);
         ProjectRecords records(roads.table.connection());
         TreeNode root;
-        root.Key = "0-";
-        root.Tag = " ORDER BY campaign";
+        root.setKey("0-");
+        root.setTag(" ORDER BY campaign");
         const DateRange days{firstDay, firstDay + 60};
         std::map<QString, double> costs;
         std::map<QString, double> values;
@@ -296,8 +297,8 @@ private slots:
         roads.insert(640);
         ProjectRecords records(roads.table.connection());
         TreeNode root;
-        root.Key = "0-";
-        root.Tag = " ORDER BY campaign";
+        root.setKey("0-");
+        root.setTag(" ORDER BY campaign");
         const DateValue day = firstDay + 7;
         queryNodeStatistics(records, root, {day, day});
         QVERIFY(!records.held());

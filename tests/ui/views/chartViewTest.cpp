@@ -7,6 +7,7 @@
 #include "support/dataTable.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QDate>
 #include <QHelpEvent>
 #include <QPainter>
@@ -173,6 +174,11 @@ private slots:
         view.markBar(3);
         fill(chart, 2); // the marked bar has gone
         QCOMPARE(view.markedBar(), -1);
+        QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 "Bar\tDates\tClicks\nSep 27\t2007-09-27\t10\nSep 28\t2007-09-28\t20");
+        QTest::keySequence(&view, QKeySequence(QKeySequence::Copy));
+        QCOMPARE(QGuiApplication::clipboard()->image().size(), view.size());
         fill(chart, 0);
         QCOMPARE(after(Qt::Key_Left), -1);
         QCOMPARE(after(Qt::Key_Home), -1);

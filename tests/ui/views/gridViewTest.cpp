@@ -1,6 +1,7 @@
 // The grid's view: what it shows, what a refresh keeps, copying, colours, and what a screen reader
 // is told.
 #include "ui/views/gridView.h"
+#include "core/analysis/columnNotes.h"
 #include "core/analysis/statisticsGrid.h"
 #include "core/analysis/summary.h"
 #include "ui/views/gridModel.h"
@@ -128,11 +129,15 @@ private slots:
 
     void copiesATableOfTabs() {
         Shown shown({"a\tb\nc", "<b>O'Neil</b>", "東京"});
+        QVERIFY(QTest::qWaitForWindowActive(&shown.view));
         shown.view.setFocus();
         shown.view.selectionModel()->select(QItemSelection(shown.cell(0, 0), shown.cell(1, 1)),
                                             QItemSelectionModel::ClearAndSelect);
         QTest::keySequence(&shown.view, QKeySequence(QKeySequence::Copy));
         QCOMPARE(QGuiApplication::clipboard()->text(), "a b c\t1.5%\n<b>O'Neil</b>\t1.5%");
+        QTest::keyClick(&shown.view, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 "Campaigns\tClicks\na b c\t1.5%\n<b>O'Neil</b>\t1.5%");
         shown.view.selectionModel()->select(shown.cell(2, 2), QItemSelectionModel::Select);
         QCOMPARE(shown.view.selectedText(), "a b c\t1.5%\t\n<b>O'Neil</b>\t1.5%\t\n\t\t3%");
         shown.view.selectAll(); // but no hidden columns
@@ -177,6 +182,18 @@ private slots:
         QCOMPARE(shown.grid.cellColor(2, 1), (Rgb{255, 0, 0}));
     }
 
+    void theCurrentRowIsTinted() {
+        Shown shown(names(3));
+        const QColor plain = shown.view.baseColor(shown.cell(1, 4));
+        shown.view.setCurrentIndex(shown.cell(1, 1));
+        QVERIFY(shown.view.baseColor(shown.cell(1, 4)) != plain);
+        const QImage image = shown.view.viewport()->grab().toImage();
+        const QRect free = shown.view.visualRect(shown.cell(1, 4));
+        QCOMPARE(image.pixel(free.left() + 3, free.top() + 2),
+                 shown.view.baseColor(shown.cell(1, 4)).rgb());
+        QCOMPARE(shown.view.baseColor(shown.cell(0, 1)), plain);
+    }
+
     // The cell of the loss's red has more ink than the same cell in nearly the same shade.
     void marksALossBesideItsText() {
         Shown shown({"x", "x"});
@@ -216,6 +233,12 @@ private slots:
         QToolTip::hideText();
         QTRY_VERIFY(!QToolTip::isVisible());
         QCOMPARE(toolTip(1), QString());
+        shown.grid.notesOf = [](int row, int col) {
+            return QStringList(QString::number(row) + ' ' + QString::number(col));
+        };
+        QCOMPARE(shown.cell(1, 1).data(Qt::ToolTipRole), "short\nClicks: 1.5%\n2 1");
+        QCOMPARE(shown.cell(2, 1).data(Qt::ToolTipRole), ""); // the spacer
+        QVERIFY(shown.cell(0, 1).data(Qt::ToolTipRole).toString().endsWith("\nClicks: 1.5%\n1 1"));
     }
 
     void isReadOut() {
@@ -230,6 +253,8 @@ private slots:
         QCOMPARE(table->cellAt(0, 1)->text(QAccessible::Description), QString());
         const auto header = table->cellAt(0, 1)->tableCellInterface()->columnHeaderCells().first();
         QCOMPARE(header->text(QAccessible::Name), "Clicks");
+        QVERIFY(header->text(QAccessible::Description).endsWith("\nUnit: clicks."));
+        QCOMPARE(columnNote(gridColumn::PositionCount), QString());
         // The loss belongs to the name. Of a row read as a whole, name and figure are heard.
         shown.view.setCurrentIndex(shown.cell(1, gridColumn::Cost));
         QString heard;

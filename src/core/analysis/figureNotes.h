@@ -1,0 +1,56 @@
+// What stands behind the figures of the statistics: the true ratio of a row's sums where a column
+// shows another figure, and the same for the period of equal length just before.
+#pragma once
+
+#include "core/base/dateValue.h"
+#include "core/controls/tree.h"
+#include "core/database/projectRecords.h"
+
+#include <QHash>
+#include <QStringList>
+
+#include <optional>
+
+namespace veltrona {
+
+/// What the records of a row add up to, without the rounding of cells. Money in currency units.
+struct PlainSums {
+    double clicks = 0;
+    double impressions = 0;
+    double cost = 0;
+    double conversions = 0;
+    double conversionValue = 0;
+    double transactions = 0;
+    double placedImpressions = 0; // of the records that have a position
+    double weightedPosition = 0;  // positions times those impressions
+};
+
+class FigureNotes {
+public:
+    /// Asks for the records of the node in both periods. Throws Failure.
+    static FigureNotes query(ProjectRecords &records, const TreeNode &node, const DateRange &range);
+
+    /// The lines below the figure of a column: none, one or two.
+    QStringList ofRow(const QString &name, int col) const;
+    QStringList ofSummary(int col) const;
+
+private:
+    struct Period {
+        QHash<QString, PlainSums> rows;
+        PlainSums all;
+    };
+    QStringList lines(const PlainSums &shown, const PlainSums &earlier, int col) const;
+    static Period periodOf(ProjectRecords &records, const TreeNode &node, const DateRange &range);
+
+    int m_year = 0; // of the shown period's first day
+    DateRange m_before;
+    Period m_shown;
+    Period m_earlier;
+};
+
+/// The days of equal number just before; none for a reversed range.
+std::optional<DateRange> periodBefore(const DateRange &range);
+/// "18 to 24 Nov", with the year where it isn't `year`.
+QString shortDates(const DateRange &range, int year);
+
+} // namespace veltrona
