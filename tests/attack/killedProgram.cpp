@@ -1,0 +1,82 @@
+// The program with its real main window, doing one command by itself: kills.py kills it meanwhile.
+// It says "ready" before the command and "done" behind it. A message that tells of a failure goes to
+// standard error and ends it with status 1.
+//
+// Usage: killedProgram import REPORT | clean | new PROJECT | export PAGE
+#include "core/platform/dialogs/dialogs.h"
+#include "ui/shell/frmMain.h"
+#include "ui/shell/start.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace veltrona;
+
+namespace {
+
+class Answers : public Dialogs {
+public:
+    explicit Answers(QString file) : m_file(std::move(file)) {}
+
+    Answer message(MessageStyle style, const QString &, const QString &text) override {
+        if (style == MessageStyle::YesNoCancelCriticalDefaultNo)
+            return Answer::Yes; // to clean
+        if (style == MessageStyle::YesNoQuestion)
+            return Answer::No; // the page is not to be opened
+        fail(text);
+    }
+    int choose(const QString &, const QString &text, const QStringList &) override { fail(text); }
+    QString openFile(const FileDialogSetup &) override { return m_file; }
+    QString saveFile(const FileDialogSetup &) override { return m_file; }
+
+private:
+    [[noreturn]] static void fail(const QString &text) {
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+        std::_Exit(1);
+    }
+
+    QString m_file;
+};
+
+void say(const char *word) {
+    std::puts(word);
+    std::fflush(stdout);
+}
+
+void fillExportForm(const QString &page) {
+    QWidget *form = QApplication::activeModalWidget();
+    form->findChild<QLineEdit *>(QStringLiteral("txtFilename"))->setText(page);
+    form->findChild<QPushButton *>(QStringLiteral("cmdRun"))->click();
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    Application application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    const QString command = arguments.value(1);
+    const QString file = arguments.value(2);
+    Answers answers(file);
+    setDialogs(&answers);
+    frmMain window;
+    if (!window.Form_Load())
+        return 1;
+    window.show();
+    QApplication::processEvents();
+    const QString name = QStringLiteral("mnu") + command.left(1).toUpper() + command.mid(1);
+    auto *action = window.findChild<QAction *>(name);
+    if (!action)
+        return 2;
+    if (command == QLatin1String("export"))
+        QTimer::singleShot(0, &window, [&] { fillExportForm(file); });
+    say("ready");
+    action->trigger();
+    say("done");
+    window.close();
+    return 0;
+}
