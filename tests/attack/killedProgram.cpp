@@ -1,6 +1,7 @@
 // The program with its real main window, doing one command by itself: kills.py kills it meanwhile.
-// It says "ready" before the command and "done" behind it. A message that tells of a failure goes to
-// standard error and ends it with status 1.
+// It says "ready" before the command, and behind it how often the command has synced, renamed or
+// removed a file; with KILL_BEFORE set to a number it kills itself before that one of these. A
+// message that tells of a failure goes to standard error and ends it with status 1.
 //
 // Usage: killedProgram import REPORT | clean | new PROJECT | export PAGE
 #include "core/platform/dialogs/dialogs.h"
@@ -12,10 +13,47 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 using namespace veltrona;
+
+namespace {
+
+int steps = 0;
+int lastStep = 0;
+
+void countStep() {
+    if (++steps == lastStep)
+        std::raise(SIGKILL);
+}
+
+} // namespace
+
+// These stand before the C library's of the same names, also for the engine and the toolkit.
+extern "C" {
+int fsync(int file) {
+    countStep();
+    return static_cast<int>(syscall(SYS_fsync, file));
+}
+int fdatasync(int file) {
+    countStep();
+    return static_cast<int>(syscall(SYS_fdatasync, file));
+}
+int rename(const char *from, const char *to) noexcept {
+    countStep();
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+int unlink(const char *path) noexcept {
+    countStep();
+    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+}
 
 namespace {
 
@@ -43,11 +81,6 @@ private:
     QString m_file;
 };
 
-void say(const char *word) {
-    std::puts(word);
-    std::fflush(stdout);
-}
-
 void fillExportForm(const QString &page) {
     QWidget *form = QApplication::activeModalWidget();
     form->findChild<QLineEdit *>(QStringLiteral("txtFilename"))->setText(page);
@@ -74,9 +107,13 @@ int main(int argc, char **argv) {
         return 2;
     if (command == QLatin1String("export"))
         QTimer::singleShot(0, &window, [&] { fillExportForm(file); });
-    say("ready");
+    std::puts("ready");
+    std::fflush(stdout);
+    lastStep = qEnvironmentVariableIntValue("KILL_BEFORE");
+    steps = 0;
     action->trigger();
-    say("done");
+    std::printf("%d\n", steps);
+    std::fflush(stdout);
     window.close();
     return 0;
 }

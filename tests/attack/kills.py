@@ -9,6 +9,7 @@ import datetime
 import os
 import pathlib
 import random
+import re
 import shutil
 import signal
 import sqlite3
@@ -80,7 +81,10 @@ class Attack:
         self.lasts = {}
 
     def pages(self):
-        return {name: (self.work / name).read_bytes() for name in ("page.html", "graph.jpg")}
+        """The page and its picture, but for the second in which they were made."""
+        page = (self.work / "page.html").read_bytes()
+        return {"page.html": re.sub(rb"Created on: [^<]*", b"", page),
+                "graph.jpg": (self.work / "graph.jpg").read_bytes()}
 
     def prepare(self, command, filled="first"):
         """The same state before each kill: the folders hold what belongs there and nothing else."""
@@ -90,26 +94,34 @@ class Attack:
         self.project.write_bytes(self.filled["all" if command == "clean" else filled])
         (self.work / "p.vlt").write_bytes(self.filled["first"])
 
-    def start(self, command, target):
-        return subprocess.Popen([self.program, command, str(target)], env=self.environment,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    def start(self, command, target, **environment):
+        process = subprocess.Popen([self.program, command, str(target)], text=True,
+                                   env=self.environment | environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        if process.stdout.readline() != "ready\n":
+            raise AssertionError(f"no start: {process.communicate()[1]}")
+        return process
 
     def run(self, command, target):
-        """To its end; gives the seconds that the command took."""
+        """To its end; gives the seconds that the command took and its steps in the file system."""
         process = self.start(command, target)
-        process.stdout.readline()
         began = time.monotonic()
-        process.stdout.readline()
+        steps = process.stdout.readline()
         seconds = time.monotonic() - began
         _, errors = process.communicate()
         require(process.returncode == 0, f"{command} ends with {process.returncode}: {errors}")
-        return seconds
+        return seconds, int(steps)
 
-    def kill(self, command, target, moment):
-        process = self.start(command, target)
-        require(process.stdout.readline() == "ready\n", "no start: " + process.stderr.read(2000))
-        time.sleep(moment)
-        process.send_signal(signal.SIGKILL)
+    def kill(self, command, target, share):
+        """After a share of the time that it takes, or before one of its steps in the file system."""
+        seconds, steps = self.lasts[command]
+        if share < 0:
+            step = 1 + int(-share * steps)
+            process = self.start(command, target, KILL_BEFORE=str(step))
+        else:
+            process = self.start(command, target)
+            time.sleep(share * seconds)
+            process.send_signal(signal.SIGKILL)
         process.communicate()
 
     def attack(self, command, share):
@@ -122,16 +134,18 @@ class Attack:
         if command not in self.lasts:
             self.lasts[command] = self.run(command, target)
             return
-        self.kill(command, target, share * self.lasts[command])
+        self.kill(command, target, share)
         getattr(self, "check_" + command)()
         # The setting may name the new project by now, which the kill left as the older one.
         shutil.rmtree(self.home / "config")
         self.run(command, target)
         self.check_end(command)
-        left = [str(path) for folder in (self.work, self.project.parent)
-                for path in folder.iterdir()
-                if path.name not in ("p.vlt", "page.html", "graph.jpg", "Veltrona.vlt")]
-        require(not left, f"left over: {left}")
+        require(not self.others(), f"left over: {self.others()}")
+
+    def others(self):
+        """What stands in the folders and is no file of the user's: drafts and journals."""
+        return [name for folder in (self.work, self.project.parent) for name in os.listdir(folder)
+                if name not in ("p.vlt", "page.html", "graph.jpg", "Veltrona.vlt")]
 
     def check_import(self):
         now = keywords(self.project)
@@ -166,11 +180,11 @@ def main():
     with tempfile.TemporaryDirectory() as home:
         attack = Attack(program, pathlib.Path(home))
         for number in range(kills + len(commands)):
-            command, share = commands[number % len(commands)], chance.uniform(0, 1.1)
+            command, share = commands[number % len(commands)], chance.uniform(-1, 1)
             try:
                 attack.attack(command, share)
             except AssertionError as finding:
-                print(f"kill {number}, {command} at {share:.2f}, seed {seed}: {finding}")
+                print(f"kill {number}, {command} at {share:.3f}, seed {seed}: {finding}")
                 return 1
     print(f"{kills} kills, seed {seed}: no finding")
     return 0
