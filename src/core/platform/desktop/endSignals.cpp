@@ -2,38 +2,18 @@
 
 #include <atomic>
 #include <cerrno>
-#include <utility>
-#ifndef Q_OS_WIN
 #include <csignal>
+#include <utility>
+
 #include <fcntl.h>
 #include <unistd.h>
-#endif
 
 namespace veltrona::desktop {
 
 namespace {
+
 std::atomic<bool> requested = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set it");
-} // namespace
-
-bool endRequested() {
-    return requested;
-}
-
-void requestEnd() {
-    requested = true;
-}
-
-#ifdef Q_OS_WIN
-
-EndSignals::EndSignals(std::function<void()>) {
-    requested = false;
-}
-EndSignals::~EndSignals() = default;
-
-#else
-
-namespace {
 
 constexpr std::pair<int, int> noPipe{-1, -1};
 std::pair<int, int> wakeUp = noPipe; // the read end, and the write end for the handler
@@ -61,6 +41,14 @@ void setHandler(void (*handler)(int)) {
 
 } // namespace
 
+bool endRequested() {
+    return requested;
+}
+
+void requestEnd() {
+    requested = true;
+}
+
 EndSignals::EndSignals(std::function<void()> end) {
     requested = false;
     int ends[2];
@@ -87,7 +75,5 @@ EndSignals::~EndSignals() {
     close(wakeUp.second);
     wakeUp = noPipe;
 }
-
-#endif
 
 } // namespace veltrona::desktop

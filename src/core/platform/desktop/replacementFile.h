@@ -1,6 +1,10 @@
 // A file that is written beside its target and put in the target's place when it is complete and on
 // the disk, so that a failure or a power cut leaves an older file as it was. The object owns the
 // unfinished file and removes it unless it was committed.
+//
+// A killed program leaves its unfinished file. Each carries the program's process number and is
+// held by a lock of the system's (flock); the next one in the same folder removes those of
+// processes that are gone, unless they are held, by a program on another computer.
 #pragma once
 
 #include <QString>
@@ -9,10 +13,38 @@
 
 namespace veltrona::desktop {
 
+/// An open file that no other program, and no other hold of this one, can hold. Owns the handle.
+class FileHold {
+public:
+    FileHold() = default;
+    /// `openFlags` are those of open(2).
+    FileHold(const QString &path, int openFlags);
+    ~FileHold();
+    FileHold(FileHold &&other) noexcept;
+    FileHold &operator=(FileHold &&other) noexcept;
+
+    bool isOpen() const { return m_handle >= 0; }
+    int handle() const { return m_handle; }
+    /// Of the system: why it isn't open, or isn't held; 0 if all is well.
+    int error() const { return m_error; }
+    /// False if another program holds it. A file system without locks counts as held.
+    bool isHeld() const;
+    /// Whether the name that was opened still leads to it.
+    bool isLinked() const;
+
+private:
+    int m_handle = -1;
+    int m_error = 0;
+};
+
+/// A name for an unfinished file in the folder of `target`; short, since the target's own name may
+/// be as long as the file system allows.
+QString unfinishedName(const QString &target);
+
 class ReplacementFile {
 public:
-    /// Touches nothing yet. A link is followed: what it points at is replaced. `action` begins the
-    /// texts of failures.
+    /// Makes the unfinished file, if that can be; `write` tells why it couldn't. A link is
+    /// followed: what it points at is replaced. `action` begins the texts of failures.
     explicit ReplacementFile(const QString &target,
                              const QString &action = QStringLiteral("Can't write the file"));
     ~ReplacementFile();
@@ -38,6 +70,8 @@ private:
     QString m_action;
     QString m_target;
     QString m_path;
+    FileHold m_hold; // of the unfinished file
+    int m_error = 0; // why there is none
     bool m_committed = false;
 };
 
