@@ -4,9 +4,11 @@
 #include "ui/views/hourglass.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -69,6 +71,18 @@ QString headOf(const QString &text, const QMessageBox &box) {
     return text.left(end) + QChar(0x2026);
 }
 
+constexpr QChar breakPlace(0x200B); // takes no room
+
+/// Nobody wants a path with places to break in it.
+void copyWithoutBreakPlaces(QMessageBox &box) {
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    QObject::connect(clipboard, &QClipboard::changed, &box, [clipboard](QClipboard::Mode mode) {
+        QString copied = clipboard->text(mode);
+        if (copied.contains(breakPlace))
+            clipboard->setText(copied.remove(breakPlace), mode);
+    });
+}
+
 // Lets long names break: the box would cut them off.
 QString breakable(const QString &text, const QMessageBox &box) {
     constexpr int widest = 450; // pixels without a place to break at
@@ -78,7 +92,7 @@ QString breakable(const QString &text, const QMessageBox &box) {
     for (const QChar c : text) {
         width = places.contains(c) ? 0 : width + box.fontMetrics().horizontalAdvance(c);
         if (width > widest && !c.isLowSurrogate()) {
-            broken += QChar(0x200B); // takes no room
+            broken += breakPlace;
             width = 0;
         }
         broken += c;
@@ -93,6 +107,8 @@ void setUp(QMessageBox &box, const QString &title, const QString &text) {
     box.setText(breakable(headOf(whole, box), box));
     if (box.text() != whole)
         box.setDetailedText(whole);
+    if (!whole.contains(breakPlace))
+        copyWithoutBreakPlaces(box);
 }
 
 /// Asks what the setup wants asked about the name that is really written.

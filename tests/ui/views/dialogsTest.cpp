@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -131,6 +132,19 @@ private slots:
             for (const QAbstractButton *button : box->buttons())
                 QVERIFY(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())));
             box->button(QMessageBox::Ok)->click();
+        }});
+        dialogs.message(MessageStyle::OkExclamation, "Veltrona", text);
+    }
+
+    void pathsAreCopiedAsTheyAre() {
+        const QString text = "/" + QString(250, 'W') + ".xml";
+        QtDialogs dialogs;
+        whenUp({[&](QWidget *window) {
+            auto *label = window->findChild<QLabel *>("qt_msgbox_label");
+            label->setSelection(0, static_cast<int>(label->text().size()));
+            QTest::keySequence(label, QKeySequence::Copy);
+            QCOMPARE(QGuiApplication::clipboard()->text(), text);
+            static_cast<QMessageBox *>(window)->button(QMessageBox::Ok)->click();
         }});
         dialogs.message(MessageStyle::OkExclamation, "Veltrona", text);
     }
