@@ -168,6 +168,33 @@ private slots:
         QVERIFY2(told.endsWith("veltrona: takes no argument \"a\\nreport.xml\"\n"), told);
     }
 
+    /// It leads to a drive that isn't there: no project is made behind it.
+    void defaultThatLeadsNowhere() {
+        test::MainWindow home;
+        QVERIFY(QDir().mkpath(home.file("data/Veltrona")));
+        QVERIFY(QFile::link(home.file("drive"), defaultProject(home)));
+        home.dialogs.expectChoice(SecondWay);
+        QVERIFY(home.start());
+        QVERIFY(home.dialogs.boxes().value(0).text.contains("no such file"));
+        QVERIFY(!QFile::exists(home.file("drive")));
+        QVERIFY(!QFileInfo(defaultProject(home)).isSymLink());
+    }
+
+    void lockedDefault() {
+        test::MainWindow home;
+        QVERIFY(home.start());
+        home.close();
+        sqlite::Connection other;
+        other.open(defaultProject(home));
+        other.execute("BEGIN EXCLUSIVE");
+        home.dialogs.expectChoice(SecondWay);
+        home.dialogs.whileOpen = [&] { other.execute("COMMIT"); };
+        QVERIFY(home.start());
+        QCOMPARE(home.dialogs.boxes().value(0).buttons.join(u'/'),
+                 "&Open another.../&Try again/&Quit");
+        QVERIFY(!other.hasMoved());
+    }
+
     void endOfTheRun() {
         test::MainWindow home;
         // What is no failure of engine, parser or files ends the run.

@@ -7,10 +7,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
+#include <QThread>
 
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include <fcntl.h>
 
 namespace veltrona {
 
@@ -58,8 +61,9 @@ QByteArray readTemplate(const QString &path) {
 class SideFile {
 public:
     SideFile(const QString &target, const char *suffix)
-        : m_file(nativePath(target + QLatin1String(suffix))), m_aside(m_file) {
-        m_aside += "-old";
+        : m_file(nativePath(target + QLatin1String(suffix))),
+          m_aside(nativePath(desktop::unfinishedName(target))),
+          m_hold(target + QLatin1String(suffix), O_RDONLY | O_NONBLOCK) {
         std::error_code error;
         m_moved = fs::exists(m_file, error);
         if (m_moved)
@@ -86,7 +90,8 @@ public:
 
 private:
     fs::path m_file;
-    fs::path m_aside;
+    fs::path m_aside;         // a left-over, if the program is killed now
+    desktop::FileHold m_hold; // and none before
     bool m_moved = false;
 };
 
@@ -108,11 +113,36 @@ QString nameAside(const QString &path) {
     return aside;
 }
 
+/// Also a link that leads nowhere: its file may be on a drive that isn't there now.
+bool stands(const QString &path) {
+    return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
+}
+
+/// Waits for other programs that hold it, but not for one that is stuck.
+desktop::FileHold holdFolder(const QString &folder) {
+    constexpr int tries = 300;
+    desktop::FileHold hold;
+    for (int i = 0; i < tries && !hold.isHeld(); ++i) {
+        if (i > 0)
+            QThread::msleep(10);
+        hold = desktop::FileHold(folder, O_RDONLY | O_DIRECTORY);
+    }
+    return hold;
+}
+
+/// The engine takes no longer one, and none that leaves no room for the journal's.
+void refuseLongPath(const QString &target) {
+    if (QFileInfo(target).absoluteFilePath().toUtf8().size() > sqlite::longestPath())
+        throw Failure::ofSystem(ENAMETOOLONG, QLatin1String(makeAction),
+                                QDir::toNativeSeparators(target));
+}
+
 } // namespace
 
 void makeProject(const QString &templatePath, const QString &target) {
     const QByteArray bytes = readTemplate(templatePath);
     refuseUnlessFile(target);
+    refuseLongPath(target);
     desktop::ReplacementFile draft(target, QLatin1String(makeAction));
     draft.write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     SideFile journal(draft.target(), "-journal");
@@ -126,7 +156,11 @@ void makeMissingProject(const QString &templatePath, const QString &target) {
     const QString folder = QFileInfo(target).path();
     if (!QDir().mkpath(folder))
         throw Failure::ofSystem(errno, QStringLiteral("Can't make the folder"), folder);
-    if (!QFileInfo::exists(target))
+    if (stands(target))
+        return;
+    // Of two first starts the second finds the project, and leaves file and journal alone.
+    const desktop::FileHold alone = holdFolder(folder);
+    if (!stands(target))
         makeProject(templatePath, target);
 }
 
@@ -137,7 +171,7 @@ void setProjectAside(const QString &path) {
     for (const char *part : {"-journal", "-wal", ""}) {
         const QString suffix = QLatin1String(part);
         QFile file(path + suffix);
-        if (!file.exists())
+        if (!stands(file.fileName()))
             continue;
         if (!file.rename(aside + suffix)) {
             for (const QString &back : moved)
@@ -147,6 +181,9 @@ void setProjectAside(const QString &path) {
         }
         moved << suffix;
     }
+    if (moved.isEmpty())
+        throw Failure(ENOENT, QStringLiteral("There is no file \"%1\" that could be set aside.")
+                                  .arg(QDir::toNativeSeparators(path)));
 }
 
 bool isSameFile(const QString &first, const QString &second) {

@@ -1,5 +1,6 @@
 // frmMain: the project commands and the start on a project that can't be opened.
 #include "core/base/blanks.h"
+#include "core/base/command.h"
 #include "core/base/product.h"
 #include "core/database/projectFile.h"
 #include "core/platform/desktop/folders.h"
@@ -62,6 +63,7 @@ void frmMain::setProject(const QString &path) {
 bool frmMain::openFirstProject() {
     for (;;) {
         try {
+            const CommandScope command; // locks are waited for anew in each round
             // The folder also takes the printed report, so it has to be there for any project.
             const bool isDefault = modMain::DbFileName == defaultProjectPath();
             try {
@@ -84,8 +86,12 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
     const QString text = QStringLiteral("The project \"%1\" can't be opened.\r\rError %2: %3")
                              .arg(QDir::toNativeSeparators(modMain::DbFileName),
                                   QString::number(failure.number()), failure.text());
-    const QString second = isDefault ? QStringLiteral("&Set it aside and make a new one")
-                                     : QStringLiteral("&Use the default project");
+    // Setting it aside would take file and journal from under the program that writes.
+    constexpr int locked = 5;
+    const bool isLocked = (failure.number() & 0xff) == locked;
+    const QString second = !isDefault ? QStringLiteral("&Use the default project")
+                           : isLocked ? QStringLiteral("&Try again")
+                                      : QStringLiteral("&Set it aside and make a new one");
     const int choice = dialogs().choose(
         productName, text, {QStringLiteral("&Open another..."), second, QStringLiteral("&Quit")});
     switch (choice) {
@@ -97,7 +103,9 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
         }
         return true;
     case 1:
-        if (isDefault) {
+        if (isDefault && isLocked) {
+            return true;
+        } else if (isDefault) {
             filtered([] { setProjectAside(defaultProjectPath()); });
         } else {
             rememberProject(QString());

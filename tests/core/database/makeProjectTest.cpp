@@ -5,12 +5,20 @@
 #include "support/failureOf.h"
 #include "support/fileSizeLimit.h"
 
+#include "core/platform/desktop/replacementFile.h"
+
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace veltrona;
 using test::allow, test::contents, test::write;
+
+namespace {
+const QString deep = QString(240, 'd') + '/' + QString(240, 'e') + '/';
+}
 
 class MakeProjectTest : public QObject, ProjectFolder {
     Q_OBJECT
@@ -40,6 +48,8 @@ private slots:
         const test::DataTable<QString, QString, QString> row("templateName", "target", "reason");
         row("no template", "none.dat", "p.vlt", "none.dat\": No such file");
         row("bad template", "bad.dat", "p.vlt", "bad.dat\", is damaged");
+        row("no room in the engine", "data.dat", deep + QString(100, 'n') + ".vlt",
+            "File name too long");
         row("no room for a journal", "data.dat", QString(251, 'n') + ".vlt", "File name too long");
         row("a folder", "data.dat", "folder", "folder\": Is a directory");
         row("write-protected", "data.dat", "protected.vlt", "Permission denied");
@@ -51,6 +61,7 @@ private slots:
         QFETCH(QString, target);
         QFETCH(QString, reason);
         QDir(folder()).mkdir("folder");
+        QDir(folder()).mkpath(deep);
         QByteArray bad = contents(test::projectTemplate());
         bad.chop(8192);
         write(path("bad.dat"), bad);
@@ -95,6 +106,55 @@ private slots:
         QVERIFY(failureOf([&] { setProjectAside(longest); }));
         QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
         desktop::setClock({});
+    }
+
+    /// What a killed program has left goes, what another holds stays.
+    void leftOversGo() {
+        const auto unfinished = [&](const char *process) {
+            return write(path(QString(".unfinished-%1-1.tmp").arg(process)), "a draft");
+        };
+        constexpr const char *gone[] = {"2147483646", "2147483647"};
+        unfinished(gone[0]);
+        const QString held = unfinished(gone[1]);
+        const QString ours = unfinished(QByteArray::number(getpid()));
+        const QString mine = write(path("unfinished-1-1.tmp"), "a letter");
+        const desktop::FileHold hold(held, O_RDWR);
+        makeProject(test::projectTemplate(), path("p.vlt"));
+        QCOMPARE(files().size(), 4);
+        for (const QString &kept : {held, ours, mine})
+            QVERIFY(QFile::exists(kept));
+    }
+
+    /// Both end on the project that stands there.
+    void twoFirstStarts() {
+        for (int round = 0; round < 20; ++round) {
+            renewFolder();
+            const QString file = path("Veltrona.vlt");
+            write(file + "-journal", "of a project that is gone");
+            const auto start = [&] {
+                makeMissingProject(test::projectTemplate(), file);
+                const auto connection = openProject(file);
+                connection->execute("INSERT INTO tblGoogleDays (CreativeId) VALUES (" +
+                                    std::to_string(getpid()) + ")");
+            };
+            const pid_t child = fork();
+            if (child == 0)
+                _exit(failureOf(start).has_value());
+            start();
+            int status = -1;
+            QCOMPARE(waitpid(child, &status, 0), child);
+            QCOMPARE(status, 0);
+            const auto connection = openProject(file);
+            auto count = connection->prepare("SELECT count(*) FROM tblGoogleDays");
+            QVERIFY(count.step());
+            QCOMPARE(count.int64(0), 2);
+            QCOMPARE(files(), QStringList("Veltrona.vlt"));
+        }
+    }
+
+    void nothingToSetAside() {
+        const auto failure = failureOf([&] { setProjectAside(path("none.vlt")); });
+        QVERIFY(failure && failure->text().contains("no file"));
     }
 
     void sameFileByAnyPath() {

@@ -69,6 +69,8 @@ void refuseUnlessRegularFile(const QString &path) {
     const QFileInfo info(path);
     if (path.isEmpty() || !info.exists())
         throw refusal(SQLITE_CANTOPEN, path, "there is no such file");
+    if (info.absoluteFilePath().toUtf8().size() > longestPath())
+        throw refusal(SQLITE_CANTOPEN, path, "its path is longer than the engine takes");
     if (info.isDir())
         throw refusal(SQLITE_CANTOPEN, path, "it is a folder");
     if (!info.isFile())
@@ -103,6 +105,11 @@ bool isBlank(std::string_view sql) {
 }
 
 } // namespace
+
+int longestPath() {
+    constexpr int journalEnd = 8; // "-journal"
+    return sqlite3_vfs_find(nullptr)->mxPathname - journalEnd;
+}
 
 Connection::Connection() = default;
 

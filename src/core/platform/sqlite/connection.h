@@ -20,6 +20,9 @@ namespace veltrona::sqlite {
 /// In bytes; a longer one that is read is a failure.
 inline constexpr int longestText = 10'000'000;
 
+/// In bytes, of the path of a database: the engine has to add its journal's name.
+int longestPath();
+
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
 class Connection;
