@@ -46,6 +46,7 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
     applyFont();
+    applyPalette();
     setVerticalScrollMode(ScrollPerPixel);
     setModel(m_model);
     // The flag lives in the node, so that it outlasts the view's own bookkeeping.
@@ -205,6 +206,19 @@ void TreeView::changeEvent(QEvent *event) {
     QTreeView::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         applyFont();
+    if (event->type() == QEvent::PaletteChange)
+        applyPalette();
+}
+
+// Made once for all arrows: the toolkit keeps pictures of arrows for each palette that it has met.
+void TreeView::applyPalette() {
+    m_highlightPalette = palette();
+    for (const QPalette::ColorGroup group :
+         {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText})
+            m_highlightPalette.setBrush(group, role,
+                                        palette().brush(group, QPalette::HighlightedText));
+    }
 }
 
 // The arrow of the selected row stands on the highlight, like its text.
@@ -217,8 +231,9 @@ void TreeView::initViewItemOption(QStyleOptionViewItem *option) const {
     QTreeView::initViewItemOption(option);
     if (!m_onHighlight)
         return;
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText})
-        option->palette.setBrush(role, option->palette.highlightedText());
+    const QPalette::ColorGroup group = option->palette.currentColorGroup();
+    option->palette = m_highlightPalette;
+    option->palette.setCurrentColorGroup(group);
 }
 
 bool TreeView::viewportEvent(QEvent *event) {

@@ -44,6 +44,7 @@ private:
     void noteClick(TreeNode *node);
     void tellClick();
     void applyFont();
+    void applyPalette();
 
     Tree &m_tree;
     TreeModel *m_model;
@@ -51,6 +52,7 @@ private:
     QTimer m_typing; // runs while more letters may come
     QString m_letters;
     bool m_showing = false;             // the program selects, not the user
+    QPalette m_highlightPalette;        // with the texts of the selected row
     mutable bool m_onHighlight = false; // a branch of the selected row is being drawn
 };
 

@@ -152,6 +152,33 @@ private slots:
         QCOMPARE(view.grab().toImage().pixelColor(3, 3), QColor(Qt::black));
     }
 
+    void wordsStandOnTheScreenAlone() {
+        Chart chart;
+        ChartView view(chart);
+        view.resize(600, 300);
+        const auto shown = [&](double factor, const ChartWords &words) {
+            chart.setWords(words);
+            fill(chart, 3, factor);
+            return view.grab().toImage();
+        };
+        const auto plot = [&](const QImage &image) {
+            return image.copy(
+                layOutChart(QFontMetricsF(view.font()), view.rect(), chart).plot.toRect());
+        };
+        const QImage bare = shown(0, {});
+        const QImage picture = view.picture();
+        const QImage worded = shown(0, {"No records", "Each bar", ""});
+        QVERIFY(plot(worded) != plot(bare));
+        QCOMPARE(view.picture(), picture);
+        const QImage bars = shown(10, {});
+        const QImage wordedBars = shown(10, {"No records", "Each bar", ""});
+        QVERIFY(wordedBars != bars); // beside the title
+        QCOMPARE(plot(wordedBars), plot(bars));
+        chart.DataGrid().setRowHasRecords(2, false);
+        QVERIFY(view.barText(1).endsWith("20 (no records)"));
+        QVERIFY(!view.barText(0).contains("no records"));
+    }
+
     void keysMoveAlongTheBars() {
         Chart chart;
         ChartView view(chart);

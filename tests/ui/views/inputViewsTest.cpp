@@ -3,8 +3,11 @@
 #include "ui/views/datePickerView.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QCalendarWidget>
 #include <QLineEdit>
+#include <QSignalSpy>
+#include <QTableView>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -82,6 +85,38 @@ private slots:
         QTest::keyClick(calendar->focusProxy() ? calendar->focusProxy() : calendar, Qt::Key_Return);
         QTRY_COMPARE(shown(window.picker), "2007-05-21 12:00:00");
         QCOMPARE(window.changes, 1);
+    }
+
+    // A calendar that is there but hidden would be told of at each change of the date.
+    void theCalendarOpensByKeyAndIsSilentWhileHidden() {
+        Window window;
+        QVERIFY(!window.date.findChild<QCalendarWidget *>());
+        window.date.setFocus();
+        for (const auto &[key, modifier] :
+             {std::pair(Qt::Key_F4, Qt::NoModifier), std::pair(Qt::Key_Down, Qt::AltModifier)}) {
+            QTest::keyClick(&window.date, key, modifier);
+            auto *calendar = window.date.findChild<QCalendarWidget *>();
+            QVERIFY(calendar && calendar->isVisible());
+            QCOMPARE(calendar->firstDayOfWeek(), Qt::Sunday);
+            calendar->window()->close();
+            QSignalSpy told(calendar->findChild<QTableView *>()->selectionModel(),
+                            &QItemSelectionModel::currentChanged);
+            window.picker.setValue(window.picker.Value() + 1);
+            QCOMPARE(calendar->selectedDate(), window.date.date());
+            QVERIFY(told.isEmpty());
+        }
+        QCOMPARE(window.changes, 0);
+    }
+
+    void aListSaysItsValue() {
+        QAccessible::setActive(true);
+        Window window;
+        window.combo.setListIndex(1);
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&window.list);
+        QCOMPARE(face->textInterface()->text(0, face->textInterface()->characterCount()), "Weeks");
+        QCOMPARE(face->text(QAccessible::Value), "Weeks");
+        QCOMPARE(face->child(0)->child(1)->text(QAccessible::Name), "Weeks");
+        QCOMPARE(face->child(0)->parent(), face);
     }
 
     // In this zone the clock skips the midnight of that day.
