@@ -15,6 +15,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QWheelEvent>
 
@@ -238,6 +239,18 @@ private slots:
                 QVERIFY(holdsColor(screen(), qRgb(200, 0, 200)));
                 browser()->setTextCursor(browser()->document()->find("row 2000"));
                 QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
+                const auto textBehind = [&](Qt::Key key) {
+                    QTest::keyClick(browser(), key);
+                    return browser()->textCursor().block().text();
+                };
+                QCOMPARE(textBehind(Qt::Key_Up), "row 1999");
+                QCOMPARE(textBehind(Qt::Key_Down), "row 2000");
+                QCOMPARE(textBehind(Qt::Key_Home), "row 2000");
+                QCOMPARE(textBehind(Qt::Key_Left), "77.14"); // 1999 * 12 % 977 / 7
+                const QTextCursor other = browser()->document()->find("row 1998");
+                QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {},
+                                  browser()->cursorRect(other).center());
+                QCOMPARE(textBehind(Qt::Key_Home), "row 1998");
             });
             QVERIFY(browser()->toPlainText().isEmpty());
         }
