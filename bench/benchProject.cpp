@@ -12,6 +12,7 @@
 #include <map>
 #include <numeric>
 #include <random>
+#include <unistd.h>
 
 namespace veltrona::bench {
 
@@ -197,6 +198,8 @@ QString copyOfProject(int records) {
     const QString path = fileNamed(QStringLiteral("copy-%1.vlt").arg(records));
     QFile::remove(path);
     QFile::copy(projectWith(records), path);
+    // A project that was made long ago is on the disk and leaves it to the import.
+    sync();
     return path;
 }
 
