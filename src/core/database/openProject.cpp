@@ -17,7 +17,7 @@ constexpr int brokenConstraint = 19;
 
 /// In KiB. Keeps the pages of one batch of an import in memory: the engine would otherwise write,
 /// and lock out every reader, in the middle of the batch.
-constexpr int cacheSize = 32000;
+constexpr int cacheSize = 64000;
 
 [[noreturn]] void refuse(FailureNumber number, const QString &path, const QString &reason) {
     throw Failure(number, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")

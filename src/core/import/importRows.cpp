@@ -9,6 +9,7 @@
 #include "core/platform/desktop/clock.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <chrono>
@@ -21,11 +22,17 @@ namespace {
 constexpr qsizetype mostShown = 40;
 
 // A commit waits for the disk some four times; younger batches aren't worth it. In a large project
-// a batch touches a page of the index with nearly every row, however many rows it has: the longer
-// its commits take, the longer it may last, short of what another program notices.
+// a batch touches a page of the index with nearly every row, however many rows it has: the larger
+// the file, the longer a batch may last, short of what another program notices.
 constexpr std::chrono::milliseconds shortestBatch{100};
-constexpr std::chrono::milliseconds longestBatch{500};
-constexpr int commitsWorth = 4;
+constexpr std::chrono::milliseconds longestBatch{1000};
+constexpr qint64 bytesWorthShortest = 32 << 20;
+
+std::chrono::milliseconds lengthOfBatches(const QString &project) {
+    const qint64 times = QFileInfo(project).size() / bytesWorthShortest;
+    return std::clamp<std::chrono::milliseconds>(times * shortestBatch, shortestBatch,
+                                                 longestBatch);
+}
 
 constexpr int adgroup = reportColumn("adgroup");
 constexpr int campaign = reportColumn("campaign");
@@ -87,7 +94,7 @@ private:
     RowReader m_reader;
     std::optional<sqlite::Transaction> m_batch;
     std::chrono::milliseconds m_batchBegan{};
-    std::chrono::milliseconds m_batchLasts = shortestBatch;
+    std::chrono::milliseconds m_batchLasts;
     std::string_view m_dateText; // the report's text of m_date
     RowDate m_date;
     int m_row = 0;
@@ -99,7 +106,7 @@ RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicat
                      const xml::Document &document, const ColumnCheck &check)
     : m_connection(connection), m_document(document), m_check(check), m_test(duplicateTest),
       m_insert(connection.prepare(dayInsertStatement())), m_walk(document.walk()),
-      m_reader(check.names) {}
+      m_reader(check.names), m_batchLasts(lengthOfBatches(connection.path())) {}
 
 void RowLoader::run(const std::function<bool()> &inc) {
     try {
@@ -189,10 +196,7 @@ void RowLoader::beginBatch() {
 void RowLoader::commitBatch() {
     if (!m_batch)
         return;
-    const auto began = desktop::steadyTime();
     m_batch->commit();
-    m_batchLasts = std::clamp<std::chrono::milliseconds>(
-        commitsWorth * (desktop::steadyTime() - began), shortestBatch, longestBatch);
     m_batch.reset();
     m_committed += m_inBatch;
     m_inBatch = 0;
