@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 
 namespace veltrona {
 
@@ -213,7 +214,8 @@ void ReportSheet::layOutCell(QTextLayout &layout, int row, int col) const {
         line.setLeadingIncluded(true);
         line.setLineWidth(column.width);
         line.setPosition({0, y});
-        y += line.ascent() + line.descent() + line.leading(); // fonts may lead backwards
+        // Whole pixels, as rich text goes on; fonts may lead backwards.
+        y += std::ceil(line.ascent() + line.descent() + line.leading());
     }
     layout.endLayout();
 }
