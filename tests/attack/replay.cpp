@@ -1,5 +1,6 @@
-// Runs an attack over all files of the folders given: what fuzzing has found stays mended, on a
-// machine without a fuzzer, too. Fails where there is no file.
+// Runs an attack over all files of the folders given, over each line of those that end in ".lines":
+// what fuzzing has found stays mended, on a machine without a fuzzer, too. Fails where there is no
+// file.
 #include <QDir>
 #include <QDirIterator>
 
@@ -18,12 +19,16 @@ int main(int argc, char *argv[]) {
             QFile file(files.next());
             if (!file.open(QIODevice::ReadOnly))
                 qFatal("can't read %s", qPrintable(file.fileName()));
-            const QByteArray bytes = file.readAll();
-            std::printf("%s\n", qPrintable(file.fileName())); // the last one is the culprit
-            std::fflush(stdout);
-            LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char *>(bytes.constData()),
-                                   static_cast<size_t>(bytes.size()));
-            ++count;
+            const bool byLines = file.fileName().endsWith(QLatin1String(".lines"));
+            const QByteArray whole = file.readAll();
+            for (const QByteArray &input : byLines ? whole.split('\n') : QByteArrayList{whole}) {
+                // The last one is the culprit.
+                std::printf("%s %s\n", qPrintable(file.fileName()), byLines ? input.data() : "");
+                std::fflush(stdout);
+                LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char *>(input.constData()),
+                                       static_cast<size_t>(input.size()));
+                ++count;
+            }
         }
     }
     std::printf("%d inputs\n", count);

@@ -142,18 +142,6 @@ private slots:
         QVERIFY(m_home->gridDump().value(2).startsWith("Kept|8|"));
     }
 
-    void refusedReport() {
-        m_home->dialogs.expectAnswer(Answer::Ok);
-        m_home->importRows({"Three|g"}, {"campaign", "adgroup"});
-        const test::ShownBox box = m_home->dialogs.boxes().value(0);
-        QCOMPARE(box.title, QString("Error"));
-        QCOMPARE(box.text, QString("Cannot load the XML file due to missing some report columns."));
-        QVERIFY(!m_home->node({"Three"}));
-        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
-        QVERIFY(m_home->gridDump().value(1).startsWith("One|3|"));
-        verifyUsable();
-    }
-
     /// As at the end of a session: the message goes, then the window with the project.
     void closedUnderAMessage() {
         m_home->dialogs.expectAnswer(Answer::Ok);

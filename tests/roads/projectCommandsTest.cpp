@@ -160,15 +160,6 @@ private slots:
         QVERIFY(m_home->node({"Two"}));
     }
 
-    void anotherProgramsRecords() {
-        sqlite::Connection other;
-        other.open(modMain::DbFileName);
-        other.execute("UPDATE tblGoogleDays SET Campaign = 'Two'"); // with the key of otherRows
-        m_home->importRows(otherRows);
-        QCOMPARE(recordCount(), 1);
-        QVERIFY(m_home->gridDump().value(1).startsWith("Two|1|"));
-    }
-
 private:
     QStringList view() const {
         return m_home->viewDump() +

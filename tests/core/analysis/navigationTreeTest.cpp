@@ -61,13 +61,6 @@ private slots:
             QCOMPARE(node->Image, 1);
             QVERIFY(!node->Expanded);
         };
-        check({"O'Neil"}, "1-Campain: 'O'Neil'", " AND campaign='O''Neil' ORDER BY adGroup");
-        check({"O'Neil", "it's"}, "2-Campain: 'O'Neil' > Adgroup: 'it's'",
-              " AND campaign='O''Neil' AND adGroup='it''s' ORDER BY adWordsTyp");
-        check({"O'Neil", "it's", "Search keywords"},
-              "3-Campain: 'O'Neil' > Adgroup: 'it's' > Search keywords",
-              " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Search Only' ORDER BY "
-              "Keyword");
         check({"O'Neil", "it's", "Content"}, "3-Campain: 'O'Neil' > Adgroup: 'it's' > Content",
               " AND campaign='O''Neil' AND adGroup='it''s' AND adWordsTyp='Content Only' ORDER BY "
               "Keyword");

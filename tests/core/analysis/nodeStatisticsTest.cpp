@@ -29,40 +29,6 @@ QStringList shown(const NodeStatistics &statistics) {
 class NodeStatisticsTest : public QObject {
     Q_OBJECT
 private slots:
-    void allColumns() {
-        test::RecordTable table;
-        const auto record = [&table](const char *campaign, const std::vector<QVariant> &values) {
-            constexpr const char *columns[] = {"Clicks", "Impressions", "ctr",
-                                               "cpc",    "cost",        "conv",
-                                               "Pos",    "ConvValue",   "Transactions"};
-            std::map<std::string, QVariant> all{{"Campaign", campaign},
-                                                {"GoogleDate", "2007-05-14"}};
-            for (std::size_t i = 0; i < values.size(); ++i)
-                all[columns[i]] = values[i];
-            table.insert(all);
-        };
-        record("A", {10, 200, 5, 250000, 2500000, 2, 1.5, 1.5, 1});
-        record("B", {3, 30, 10.25, 500000, 1500000, .5, 2, 3, 0});
-        record("A", {0, 50, 0, 0, 0, 0, 0, 0, 0});
-        record("B", {1, 10, 10, 100000, 100000, 3, 3.1, .25, 0});
-        record("C", {0, 7, 0, 0, 0, 0, 0, 0, 0});
-
-        // Cost/Conv.: 2500000 / 2 for A; 1500000 / .5 + 100000 / 3 for B.
-        // Avg.Pos: (2 + 3.1) / 2 = 2.55 for B; (1.5 + 2.55 + 0) / 3 = 1.35 below.
-        // Avg.CPC: .3 for B; (.25 + .3 + 0) / 3 below.
-        ProjectRecords records(table.connection());
-        TreeNode root;
-        root.setKey("0-Campaign Summary");
-        root.setTag(" ORDER BY campaign");
-        const DateValue day = dateValue(CalendarDay{2007, 5, 14});
-        QCOMPARE(shown(queryNodeStatistics(records, root, {day, day})).mid(1),
-                 QStringList(
-                     {"A|10|250|5%|0.25|2.5|2|2%|1250000|1.5|1.5|-40%|1|1|1",
-                      "B|4|40|20.25%|0.3|1.6|3.5|3.5%|3033333.33|2.6|3.25|103.12%|0|2|2",
-                      "C|0|7|0%|0|0|0|0%|0|0|0|0%|0||", QString(14, '|'),
-                      "Summary|14|297|25.25%|0.18|4.1|5.5|5.5%|4283333.33|1.4|4.75|15.85%|1||"}));
-    }
-
     void smallNumbersAndNegativeOnes() {
         test::RecordTable table;
         const auto record = [&table](const char *campaign, double clicks, int cost, int conv) {

@@ -269,29 +269,6 @@ private slots:
         QVERIFY(!roads.canBeHeld());
     }
 
-    void leavesAddUpToTheirCampaign() {
-        Roads roads;
-        roads.insert(300);
-        ProjectRecords records(roads.table.connection());
-        TreeNode root;
-        root.setKey("0-");
-        root.setTag(" ORDER BY campaign");
-        const DateRange days{firstDay, firstDay + 60};
-        std::map<QString, double> costs;
-        std::map<QString, double> values;
-        visitLeafSums(records, days, [&](const LeafSums &leaf) {
-            const std::string_view name = withoutBlanks(leaf.names[0]);
-            const QString campaign = QString::fromUtf8(name.data(), qsizetype(name.size()));
-            costs[campaign] += leaf.cost;
-            values[campaign] += leaf.conversionValue;
-        });
-        for (const StatisticsRow &row : queryNodeStatistics(records, root, days).rows) {
-            QVERIFY(std::abs(costs[row.name] - row.cost) < 1E-8);
-            QVERIFY(std::abs(values[row.name] - row.conversionValue) < 1E-8);
-        }
-        QCOMPARE(costs.size(), std::size_t(8)); // two differ in a blank alone
-    }
-
     void fewRecordsGoByTheIndex() {
         Roads roads;
         roads.insert(640);

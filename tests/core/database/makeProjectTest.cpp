@@ -151,40 +151,6 @@ private slots:
             QCOMPARE(files(), QStringList("Veltrona.vlt"));
         }
     }
-
-    void nothingToSetAside() {
-        const auto failure = failureOf([&] { setProjectAside(path("none.vlt")); });
-        QVERIFY(failure && failure->text().contains("no file"));
-    }
-
-    void sameFileByAnyPath() {
-        const QString file = project();
-        const QString other = project("other.vlt");
-        QDir(folder()).mkdir("sub");
-        QVERIFY(QFile::link(file, path("soft.vlt")));
-        QVERIFY(::link(QFile::encodeName(file).constData(),
-                       QFile::encodeName(path("hard.vlt")).constData()) == 0);
-        for (const char *same : {"p.vlt", "soft.vlt", "hard.vlt", "sub/../p.vlt", "./p.vlt"})
-            QVERIFY2(isSameFile(path(same), file), same);
-        QVERIFY(isSameFile(QDir::current().relativeFilePath(file), file));
-        QVERIFY(!isSameFile(other, file));
-        QVERIFY(!isSameFile(path("none"), path("none")));
-        QVERIFY(!isSameFile(QString(QChar(0xD800)), file));
-    }
-
-    void titles_data() {
-        const test::DataTable<QString, QString> row("path", "title");
-        row("plain", "C:\\data\\Garden.vlt", "Garden");
-        row("no extension", "C:\\da.ta\\Garden", "Garden");
-        row("leading dot", "C:\\.vlt", "");
-    }
-    void titles() {
-        QFETCH(QString, path);
-        QFETCH(QString, title);
-        QCOMPARE(projectTitle(path, u'\\'), title);
-        path.replace(u'/', u'|').replace(u'\\', u'/'); // the other separator
-        QCOMPARE(projectTitle(path, u'/'), title.replace(u'/', u'|'));
-    }
 };
 
 QTEST_GUILESS_MAIN(MakeProjectTest)

@@ -85,6 +85,20 @@ Q_DECLARE_METATYPE(Spoil)
 class ProjectFileTest : public QObject, ProjectFolder {
     Q_OBJECT
 
+    /// Nothing is played back, nothing else is touched, and the text says what to do.
+    Failure verifyRefused(const QString &file, const Spoil &spoil, const QString &reason) const {
+        spoil(file);
+        const auto state = [&] { return contents(file) + contents(path("letter")); };
+        const QByteArray before = state();
+        const QStringList filesBefore = files();
+        const Failure failure = failureOf([&] { openProject(file); }).value_or(Failure(0, ""));
+        if (!failure.text().contains(reason) || !failure.text().contains(file))
+            QTest::qFail(qPrintable(failure.text()), __FILE__, __LINE__);
+        if (state() != before || files() != filesBefore)
+            QTest::qFail("something was touched", __FILE__, __LINE__);
+        return failure;
+    }
+
 private slots:
     void initTestCase() { sqlite::lockWait = 100; }
     void init() { renewFolder(); }
@@ -215,40 +229,20 @@ private slots:
         });
     }
 
-    /// Nothing is played back, nothing else is touched, and the text says what to do.
     void journalIsRefused() {
         QFETCH(QString, reason);
         QFETCH(Spoil, spoil);
-        const QString file = project();
-        addRecords(file, 200);
+        addRecords(project(), 200);
         write(path("letter"), "Dear Anna");
-        spoil(file);
-        const auto state = [&] { return contents(file) + contents(path("letter")); };
-        const QByteArray before = state();
-        const QStringList filesBefore = files();
-        const auto failure = failureOf([&] { openProject(file); });
-        QVERIFY(failure);
-        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
-        QVERIFY(failure->text().contains(file));
-        QVERIFY(state() == before);
-        QCOMPARE(files(), filesBefore);
+        verifyRefused(path("p.vlt"), spoil, reason);
     }
 
     void badProjectIsRefused() {
         QFETCH(int, fault);
         QFETCH(QString, reason);
         QFETCH(Spoil, spoil);
-        const QString file = project(QStringLiteral("O'Neil #1.vlt"));
-        spoil(file);
-        const QByteArray before = contents(file);
-        const QStringList filesBefore = files();
-        const auto failure = failureOf([&] { openProject(file); });
-        QVERIFY(failure);
-        QCOMPARE(failure->number() & 0xff, fault);
-        QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
-        QVERIFY(failure->text().contains(file));
-        QCOMPARE(contents(file), before);
-        QCOMPARE(files(), filesBefore);
+        const auto failure = verifyRefused(project("O'Neil #1.vlt"), spoil, reason);
+        QCOMPARE(failure.number() & 0xff, fault);
     }
 
     /// A file that can be written, in a folder that takes no journal.

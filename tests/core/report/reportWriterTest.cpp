@@ -75,17 +75,6 @@ private slots:
         QCOMPARE(m_grid.Col(), 12);
     }
 
-    void replacesOlderOnes() {
-        test::write(m_page, QByteArray(100000, 'x'));
-        test::write(m_picture, "older");
-        test::allow(m_page, 0600);
-        write(m_page);
-        QVERIFY(contents(m_page).endsWith("</body></html>\r\n"));
-        QVERIFY(contents(m_picture).startsWith("\xff\xd8"));
-        QVERIFY(!(QFile::permissions(m_page) & QFile::ReadOther));
-        QCOMPARE(files().size(), 2);
-    }
-
     void blankNamesAndFullDevicesAreTold() {
         QVERIFY(!failureText("  ").isEmpty());
         // A device is written, not replaced.

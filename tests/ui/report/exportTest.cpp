@@ -1,6 +1,7 @@
 // The export and print commands through the real main window, on a private desktop whose HTML
 // handler is a stub that records what it is given.
 #include "core/shell/modMain.h"
+#include "support/dataTable.h"
 #include "support/fileSizeLimit.h"
 #include "support/mainWindow.h"
 #include "support/shownForm.h"
@@ -85,17 +86,13 @@ private slots:
     }
 
     void namesOfReports_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("final");
-        QTest::newRow("any case") << "  Report.HtM "
-                                  << "Report.HtM";
-        QTest::newRow("another extension") << "a.txt"
-                                           << "a.txt.html";
-        QTest::newRow("odd characters") << "it's \"50%25\" #1?a=b & c.html"
-                                        << "it's \"50%25\" #1?a=b & c.html";
-        QTest::newRow("255 bytes") << QString(250, u'n') << QString(250, u'n') + ".html";
-        QTest::newRow("umlauts") << QString::fromUtf8("Müller 日本")
-                                 << QString::fromUtf8("Müller 日本.html");
+        const test::DataTable<QString, QString> row("typed", "final");
+        const QString odd = "it's \"50%25\" #1?a=b & c.html";
+        row("any case", "  Report.HtM ", "Report.HtM");
+        row("another extension", "a.txt", "a.txt.html");
+        row("odd characters", odd, odd);
+        row("255 bytes", QString(250, u'n'), QString(250, u'n') + ".html");
+        row("umlauts", "Müller 日本", "Müller 日本.html");
     }
     void namesOfReports() {
         QFETCH(QString, typed);
@@ -135,14 +132,10 @@ private slots:
     }
 
     void failuresKeepTheDialogOpen_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("no folder") << "missing/a"
-                                   << "No such file or directory";
-        QTest::newRow("a folder") << "data.html"
-                                  << "directory";
-        QTest::newRow("full disk") << "older"
-                                   << "File too large";
+        const test::DataTable<QString, QString> row("name", "reason");
+        row("no folder", "missing/a", "No such file or directory");
+        row("a folder", "data.html", "directory");
+        row("full disk", "older", "File too large");
     }
     void failuresKeepTheDialogOpen() {
         QFETCH(QString, name);

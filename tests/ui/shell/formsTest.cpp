@@ -182,20 +182,6 @@ private slots:
         QVERIFY(form.findChild<QLabel *>("lblCP")->text().contains(programVersion()));
     }
 
-    void thePrintRoleHidesTheFileName() {
-        frmOutput form({});
-        form.setPrintRole();
-        during(form, [&] {
-            QCOMPARE(form.windowTitle(), QStringLiteral("Print the Report"));
-            QCOMPARE(form.findChild<QPushButton *>("cmdRun")->text(),
-                     QStringLiteral("&Print Preview"));
-            for (const char *name : {"lblFilename", "txtFilename", "comBrowse"})
-                QVERIFY(!form.findChild<QWidget *>(name)->isVisible());
-            QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier);
-            QTRY_VERIFY(!form.isVisible());
-        });
-    }
-
     void exportByKeys() {
         frmOutput form({});
         during(form, [&] {

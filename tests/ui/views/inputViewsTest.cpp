@@ -108,17 +108,6 @@ private slots:
         QCOMPARE(window.changes, 0);
     }
 
-    void aListSaysItsValue() {
-        QAccessible::setActive(true);
-        Window window;
-        window.combo.setListIndex(1);
-        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&window.list);
-        QCOMPARE(face->textInterface()->text(0, face->textInterface()->characterCount()), "Weeks");
-        QCOMPARE(face->text(QAccessible::Value), "Weeks");
-        QCOMPARE(face->child(0)->child(1)->text(QAccessible::Name), "Weeks");
-        QCOMPARE(face->child(0)->parent(), face);
-    }
-
     // In this zone the clock skips the midnight of that day.
     void holdsADayWithoutMidnight() {
         const QByteArray before = qgetenv("TZ");
