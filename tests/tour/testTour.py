@@ -18,16 +18,6 @@ def tour(report, folder, scale=1):
                           env=environment, capture_output=True, text=True, timeout=200)
 
 
-def size_of_jpeg(path):
-    """Width and height as the start of the frame gives them."""
-    data = path.read_bytes()
-    at = 2
-    while data[at + 1] not in (0xC0, 0xC1, 0xC2):
-        at += 2 + int.from_bytes(data[at + 2:at + 4], "big")
-    height, width = (int.from_bytes(data[at + i:at + i + 2], "big") for i in (5, 7))
-    return width, height
-
-
 def size_of_png(path):
     data = path.read_bytes()
     return int.from_bytes(data[16:20], "big"), int.from_bytes(data[20:24], "big")
@@ -53,8 +43,8 @@ class Tour(unittest.TestCase):
             self.assertGreater(len(list(folder.glob("*.png"))), 10)
             # The pictures of the screen are as fine as the screen.
             self.assertGreater(size_of_png(folder / "04-all.png")[0], 1500 * scale)
-            graphs.append(size_of_jpeg(folder / "graph.jpg"))
-        self.assertEqual(graphs[0], graphs[1])
+            graphs.append((folder / "graph.jpg").read_bytes())
+        self.assertTrue(graphs[0] == graphs[1], "the graph hangs on the scale")
 
     def testMessageThatNobodyExpectedFails(self):
         done = tour(self.folder / "missing.xml", self.folder)

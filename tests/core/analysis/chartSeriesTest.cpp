@@ -86,15 +86,15 @@ void insertRandom(test::RecordTable &table, std::mt19937 &random, int records) {
                       {"cpc", number(3) * number(2'000'000)},
                       {"Budget", number(90'000'000)},
                       {"ctr", number(1000) / 64.0},
-                      {"Clicks", number(50)},
-                      {"conv", number(3)},
+                      {"Clicks", number(50) - 5},
+                      {"conv", number(3) - 1},
                       {"ConvCost", number(9000) / 8.0},
                       {"cost", number(30'000'000)},
-                      {"Impressions", number(90'000)},
+                      {"Impressions", number(90'000) - 9000},
                       {"MaxContentCpc", number(3) * 10'000 - 10'000},
                       {"MaxCpc", number(3) * 50'000 - 50'000},
                       {"Pos", number(2) * number(90) / 8.0},
-                      {"Transactions", number(4)}});
+                      {"Transactions", number(4) - 1}});
     }
     table.connection().execute("COMMIT");
 }

@@ -229,6 +229,8 @@ private slots:
              }},
             {"a second program's correction",
              [&] { other->execute("UPDATE tblGoogleDays SET cost = 7 WHERE Campaign = 'Shop'"); }},
+            {"records numbered from below zero",
+             [&] { other->execute("UPDATE tblGoogleDays SET GoogleDayId = GoogleDayId - 9"); }},
             {"a clean and as many records",
              [&] {
                  const auto records = static_cast<int>(roads.held()->size());

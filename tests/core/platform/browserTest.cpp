@@ -26,8 +26,9 @@ class BrowserTest : public QObject, test::TestFolder {
     }
     void installEntry(const QString &id, const QString &keys,
                       const QString &folder = "data") const {
-        put(folder + "/applications/" + id, "# a comment\n[Desktop Entry]\nType=Application\n" +
-                                                keys + "\n[Desktop Action new]\nExec=/nowhere\n");
+        put(folder + "/applications/" + id,
+            "# a comment\nHidden=true\n[Desktop Entry]\nType=Application\n" + keys +
+                "\n[Desktop Action new]\nExec=/nowhere\n");
     }
     void setDefault(const QString &ids, const QString &list = "config/mimeapps.list") const {
         put(list, QString("[Default Applications]\ntext/html=%1\n").arg(ids));

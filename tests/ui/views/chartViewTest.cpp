@@ -98,7 +98,7 @@ private slots:
         fill(chart, 3);
         chart.DataGrid().SetData(1, 1, 100, 0);
         chart.DataGrid().SetData(2, 1, -50, 0);
-        chart.DataGrid().SetData(3, 1, 0, 0);
+        chart.DataGrid().SetData(3, 1, std::numeric_limits<double>::infinity(), 0);
         QImage image(600, 300, QImage::Format_RGB32);
         QPainter painter(&image);
         const ChartColors colors = ChartColors::lightPaper();
@@ -113,6 +113,15 @@ private slots:
         QVERIFY(barAt(0, 95) && barAt(0, 5) && !barAt(0, 105) && !barAt(0, -5));
         QVERIFY(barAt(1, -5) && barAt(1, -45) && !barAt(1, -55) && !barAt(1, 5));
         QVERIFY(!barAt(2, 5) && !barAt(2, -5));
+        const auto isPaper = [&](const QRectF &part) {
+            const QImage cut = image.copy(part.toRect());
+            QImage paper(cut.size(), cut.format());
+            paper.fill(colors.paper);
+            return cut == paper;
+        };
+        const QRectF plot = layout.plot;
+        QVERIFY(!isPaper({plot.left(), plot.bottom() + 3, plot.width(), 20}));    // bars' labels
+        QVERIFY(!isPaper({plot.left() - 20, plot.top(), 15, plot.height() / 2})); // the axis's
     }
 
     void tellsABarAnywhereInItsColumn() {

@@ -167,6 +167,7 @@ private slots:
         const auto declining = [](QWidget *window) {
             auto *box = qobject_cast<QMessageBox *>(window);
             QVERIFY(box && box->text().contains("a.vlt"));
+            QCOMPARE(box->icon(), QMessageBox::Warning);
             pressing(Qt::Key_Return)(window); // No is the default
         };
         const auto accepting = [](QWidget *window) {
