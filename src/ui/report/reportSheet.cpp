@@ -153,7 +153,7 @@ void ReportSheet::readTable(const std::vector<int> &shownRows) {
 
 void ReportSheet::measureRows() {
     CharacterWidths widths(m_plain.font());
-    const double line = rowHeight(0);
+    const double line = cellHeight(QStringLiteral("x"), 0, 0) + 2 * (m_padding + m_border);
     m_tops.reserve(std::size_t(m_file.rows()) + 1);
     for (int row = 0; row < m_file.rows(); ++row) {
         bool fits = true;
@@ -168,13 +168,16 @@ void ReportSheet::measureRows() {
     m_rowsBelow = m_tops.back() - m_frameRowsBottom;
 }
 
+double ReportSheet::cellHeight(const QString &text, int row, int col) const {
+    QTextLayout layout(text, m_frame->defaultFont());
+    layOutCell(layout, row, col);
+    return layout.boundingRect().height();
+}
+
 double ReportSheet::rowHeight(int row) const {
     double height = 0;
-    for (int col = 0; col < m_file.columns(); ++col) {
-        QTextLayout layout(cellText(row, col), m_frame->defaultFont());
-        layOutCell(layout, row, col);
-        height = std::max(height, layout.boundingRect().height());
-    }
+    for (int col = 0; col < m_file.columns(); ++col)
+        height = std::max(height, cellHeight(cellText(row, col), row, col));
     return height + 2 * (m_padding + m_border);
 }
 

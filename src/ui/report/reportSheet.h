@@ -81,6 +81,8 @@ private:
     void makeFrame(const QImage &graph, Options options);
     void readTable(const std::vector<int> &shownRows);
     void measureRows();
+    /// Of a text in the place of a cell.
+    double cellHeight(const QString &text, int row, int col) const;
     double rowHeight(int row) const;
     double cellLeft(const Column &column) const { return column.left - m_padding - m_border; }
     double cellRight(const Column &column) const {

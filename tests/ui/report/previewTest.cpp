@@ -285,6 +285,7 @@ private slots:
     /// The rows look as if rich text had laid out all of them; it has done so here.
     void rowsLookLikeATable() {
         QStringList names = numberedNames(40);
+        names[0] = "the first name doesn't tell how high a row of one line is either";
         names[10] = "onelongwordthatneedsitsplace";
         names[20] = "a name of several words that has to be wrapped somewhere";
         names[21] = "\u05d0\u05d1 right to left";
