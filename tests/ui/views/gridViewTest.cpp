@@ -11,6 +11,7 @@
 #include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QClipboard>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QScrollBar>
 #include <QTest>
@@ -180,6 +181,22 @@ private slots:
                              rgb(shown.view.baseColor(shown.cell(row, 1)))) >= 4.5);
         QVERIFY(shown.view.baseColor(shown.cell(3, 0)) != shown.view.baseColor(shown.cell(0, 0)));
         QCOMPARE(shown.grid.cellColor(2, 1), (Rgb{255, 0, 0}));
+    }
+
+    void headingsStandOverTheirNumbers() {
+        Shown shown({"x"});
+        QHeaderView *heading = shown.view.horizontalHeader();
+        const auto end = [](QWidget *widget, const QRect &part) {
+            const QImage image = widget->grab(part.adjusted(0, 4, -2, -4)).toImage();
+            for (int at = image.width() * image.height(); --at >= 0;) // by columns
+                if (qGray(image.pixel(at / image.height(), at % image.height())) < 128)
+                    return at / image.height();
+            return -1;
+        };
+        const QRect number = shown.view.visualRect(shown.cell(0, 1));
+        const QRect above(number.left(), 0, number.width(), heading->height());
+        const int right = end(shown.view.viewport(), number);
+        QVERIFY(right > 0 && qAbs(end(heading->viewport(), above) - right) <= 1);
     }
 
     void theCurrentRowIsTinted() {

@@ -126,6 +126,20 @@ private slots:
         QCOMPARE(shown.tree.SelectedItem(), shown.root);
     }
 
+    void theArrowOfTheSelectedRowIsLight() {
+        Shown shown;
+        shown.press(shown.campaign(0));
+        const QRect item = shown.view.visualRect(shown.campaign(0));
+        const int indent = shown.view.indentation();
+        const QImage arrow = shown.view.viewport()
+                                 ->grab({item.left() - indent, item.top(), indent, item.height()})
+                                 .toImage();
+        int lightest = 0;
+        for (int at = 0; at < arrow.width() * arrow.height(); ++at)
+            lightest = qMax(lightest, qGray(arrow.pixel(at % arrow.width(), at / arrow.width())));
+        QVERIFY2(lightest > 180, qPrintable(QString::number(lightest)));
+    }
+
     // Closing a node over the selected one moves the selection to it, which is a move by the user.
     void movesByKeyAreTold_data() {
         const test::DataTable<QList<int>, QStringList> row("keys", "told");
