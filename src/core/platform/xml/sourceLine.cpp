@@ -95,8 +95,8 @@ bool locateBadByte(QFile &file, const QByteArray &encoding, ParseError &error) {
                      static_cast<int>(bytes.size()));
         error.filepos = file.pos();
         // One call may find its buffer too small; half a character waits for the next chunk.
-        for (int before = 0; before != xmlBufferLength(in.get()) && !isFound;) {
-            before = xmlBufferLength(in.get());
+        for (int length = 0; length != xmlBufferLength(in.get()) && !isFound;) {
+            length = xmlBufferLength(in.get());
             isFound = xmlCharEncInFunc(handler, out.get(), in.get()) == -2;
             const bool isMark =
                 error.line == 1 && error.linepos == 1 && view(out).starts_with("\xEF\xBB\xBF");
