@@ -85,10 +85,17 @@ std::vector<double> breaksOf(const ReportSheet &sheet) {
 } // namespace
 
 double highestPicture(const ReportSheet &sheet) {
+    constexpr double rounding = 0.01; // of scales
+    const std::vector<double> breaks = breaksOf(sheet);
     double highest = 0;
-    for (const Span &span : linesOf(sheet.frame())) {
-        if (span.isPicture)
-            highest = std::max(highest, span.bottom - span.top);
+    for (const Span &span : spansOf(sheet)) {
+        if (!span.isPicture)
+            continue;
+        const auto below = std::upper_bound(breaks.begin(), breaks.end(), span.top);
+        const double above = below == breaks.begin() ? 0 : *std::prev(below);
+        const bool hasRow = sheet.rows() > 0 && above >= sheet.rowsTop();
+        const double headings = hasRow ? sheet.rowsTop() - sheet.statisticsTop() : 0;
+        highest = std::max(highest, headings + *below - above + rounding);
     }
     return highest;
 }

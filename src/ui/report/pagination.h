@@ -18,7 +18,8 @@ struct ReportPage {
 /// The pages for paper of that height. Only what is higher than a whole page is cut.
 std::vector<ReportPage> paginate(const ReportSheet &sheet, double height);
 
-/// The height of the highest picture with the line above it; 0 if there is no picture.
+/// The height of a page that holds the highest picture and what stays with it: the line above and,
+/// where no break is possible, the last row with its headings. 0 if there is no picture.
 double highestPicture(const ReportSheet &sheet);
 
 } // namespace veltrona

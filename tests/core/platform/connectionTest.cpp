@@ -1,6 +1,7 @@
 #include "core/platform/sqlite/connection.h"
 #include "core/base/command.h"
 #include "support/failureOf.h"
+#include "support/fileSizeLimit.h"
 #include "support/testFolder.h"
 
 #include <QtTest>
@@ -95,6 +96,16 @@ private slots:
         QCOMPARE(fails("WITH n AS (SELECT 1 UNION ALL SELECT 1 FROM n) SELECT count(*) FROM n"),
                  tooMuchWork);
         QCOMPARE(fails("SELECT 1"), 0);
+    }
+
+    void theSystemsReasonIsTold() {
+        Connection connection;
+        connection.open(makeDatabase());
+        connection.execute("PRAGMA cache_size = 2"); // so that it writes before its end
+        const test::FileSizeLimit disk(20'000);
+        const auto failure = failureOf(
+            [&] { connection.execute("INSERT INTO t (n, s) VALUES (1, hex(zeroblob(90000)))"); });
+        QVERIFY(failure && failure->text().endsWith("failed (File too large)."));
     }
 
     void patienceWithLocks() {

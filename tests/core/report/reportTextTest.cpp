@@ -118,8 +118,8 @@ private slots:
         const QString keyword =
             group + " AND adWordsTyp='Search Only' AND Keyword='K' ORDER BY kwType";
         row("root", "0-...", " ORDER BY campaign", "Title", {"All", "All", "All", "All", "All"});
-        row("content", "3-...", group + " AND adWordsTyp='Content Only' ORDER BY Keyword",
-            "Content", {"C", "G", "Content Only", "All", "All"});
+        row("content", "3-", group + " AND adWordsTyp='Content Only' ORDER BY Keyword", "Content",
+            {"C", "G", "Content Only", "All", "All"});
         row("keyword type", "5-...", keyword, "Broad", {"C", "G", "Search Only", "K", "Broad"});
         const QString hostile = "O'Neil adGroup='x' ORDER BY '";
         row("hostile names", "2-...",

@@ -110,6 +110,12 @@ private slots:
         const QRect graph = areaOf(page, isGraph);
         QVERIFY2(qAbs(graph.width() - 3 * graph.height()) < 8 && graph.width() > 390,
                  qPrintable(QString::number(graph.width())));
+        // On low paper it is smaller, and whole.
+        m_printer->setPageSize(QPageSize(QSizeF(595, 200), QPageSize::Point));
+        QRect small;
+        for (qsizetype number = print(*document).size(); number > 0; --number)
+            small |= areaOf(picture(static_cast<int>(number)), isGraph);
+        QVERIFY(qAbs(small.width() - 3 * small.height()) < 8 && small.height() > 70);
     }
 
     void manyPages_data() {
