@@ -8,6 +8,7 @@
 #include "support/writtenReport.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
+#include "ui/report/reportLayout.h"
 #include "ui/report/sampleRows.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -37,8 +38,10 @@ QStringList namesOf(QByteArrayView input) {
     return names;
 }
 
+/// Without a picture the sheet for paper would be the same, laid out a second time.
 void checkPages(const ReportDocument &document) {
-    const ReportSheet sheet = document.paperSheet();
+    const ReportSheet &sheet =
+        qobject_cast<const ReportLayout *>(document.documentLayout())->sheet();
     double end = 0;
     for (const ReportPage &page : paginate(sheet, 1100)) {
         FINDING_UNLESS(page.top == end && page.bottom > page.top, "a page begins at %g", page.top);
@@ -48,7 +51,7 @@ void checkPages(const ReportDocument &document) {
 }
 
 void checkDrawing(const ReportDocument &document) {
-    QImage image(850, 1100, QImage::Format_RGB32);
+    static QImage image(850, 1100, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     QAbstractTextDocumentLayout::PaintContext context;
