@@ -15,6 +15,8 @@ using sqlite::Connection;
 constexpr int sqlError = 1;
 constexpr int brokenConstraint = 19;
 
+constexpr qint64 smallestDatabase = 512; // bytes: one page
+
 /// In KiB. Keeps the pages of one batch of an import in memory: the engine would otherwise write,
 /// and lock out every reader, in the middle of the batch.
 constexpr int cacheSize = 64000;
@@ -111,8 +113,11 @@ void proveWritable(Connection &connection) {
 std::unique_ptr<Connection> openProject(const QString &path) {
     auto connection = std::make_unique<Connection>();
     connection->open(path);
-    if (QFileInfo(path).size() == 0)
+    const qint64 size = QFileInfo(path).size();
+    if (size == 0)
         refuse(noProject, path, QStringLiteral("it is empty"));
+    if (size < smallestDatabase) // the engine takes it for an empty database
+        refuse(noProject, path, QStringLiteral("it is too short to be one"));
     proveIdentity(*connection);
     proveTable(*connection);
     configure(*connection);

@@ -139,7 +139,8 @@ private slots:
             return [text](const QString &path) { change(path, text); };
         };
         row("empty", noProject, "empty", bytes({}));
-        row("cut in the header", noProject, "not one of Veltrona", cut(60));
+        row("a byte", noProject, "too short", bytes("x"));
+        row("cut in the header", noProject, "too short", cut(60));
         row("cut in a page", damagedProject, "damaged", cut(20000));
         row("no table", damagedProject, "missing", sql("DROP TABLE tblGoogleDays"));
         row("no column", damagedProject, "isn't the one",
