@@ -223,6 +223,8 @@ private slots:
                                        "--density", "0.8", "--output", report});
         QVERIFY(python.waitForFinished(120'000));
         road.importReport(report);
+        modMain::DbConn->execute("UPDATE tblGoogleDays SET GoogleDate = GoogleDate || ' 18:30:00' "
+                                 "WHERE GoogleDayId % 3 = 0");
         road.window().cboRange.setListIndex(2); // 2025-02-01 to 2025-02-20
         const TreeNode *campaign = road.window().treeList.Nodes().Item(1)->Children.at(1);
         const TreeNode *group = campaign->Children.at(0);

@@ -46,6 +46,9 @@ private slots:
             "The bar counts 2 Jun 2007.");
         row("less than a week", Weeks, "2007-05-13", "2007-05-15",
             uncounted + "\nGroup by days to see them.", "The bar counts 13 May 2007.");
+        row("ninety days, as many as bars", Weeks, "2007-02-14", "2007-05-14",
+            uncounted + "\nGroup by days to see them.",
+            "Each bar after the first counts 7 days of 2007.");
         row("backwards", Days, "2007-05-15", "2007-05-14",
             "The start date lies behind the end date.", "The bar counts 15 May 2007.");
         row("steps", Days, "2007-05-14", "2007-08-20", "",
