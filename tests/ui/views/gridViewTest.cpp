@@ -145,6 +145,7 @@ private slots:
         QCOMPARE(shown.view.selectedText(), "a b c\t1.5%\t\n<b>O'Neil</b>\t1.5%\t\n\t\t3%");
         shown.view.selectAll(); // but no hidden columns
         QCOMPARE(shown.view.selectedText().count('\t'), 5 * 12);
+        QCOMPARE(shown.view.contextMenuPolicy(), Qt::ActionsContextMenu); // and by the mouse
     }
 
     void readableOnAnyBase() {
