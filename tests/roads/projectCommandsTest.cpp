@@ -6,7 +6,6 @@
 #include "support/projectTemplate.h"
 #include "support/testFolder.h"
 
-#include <QApplication>
 #include <QTest>
 
 using namespace veltrona;

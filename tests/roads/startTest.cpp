@@ -12,7 +12,6 @@
 #include "ui/import/frmWait.h"
 
 #include <QDir>
-#include <QMenu>
 #include <QProcess>
 #include <QProgressBar>
 #include <QTest>

@@ -1,9 +1,15 @@
-// The tree's nodes, their texts letter by letter and their order.
+// The tree's nodes, their texts letter by letter, their Tags and their order.
 #include "core/analysis/navigationTree.h"
 
+#include "core/analysis/nodeTag.h"
+#include "core/analysis/readingOrder.h"
+#include "support/dataTable.h"
 #include "support/recordTable.h"
 
 #include <QTest>
+
+#include <algorithm>
+#include <random>
 
 using namespace veltrona;
 
@@ -165,6 +171,50 @@ private slots:
                           .join('/');
         }
         QCOMPARE(leaves, expected);
+    }
+
+    void otherTextsAreNoTags() {
+        for (const char *text :
+             {"", "anything", "ORDER BY campaign", " ORDER BY campaign; DROP TABLE tblGoogleDays",
+              " ORDER BY clicks", " AND campaign='x'", " AND campaign='x ORDER BY adGroup",
+              " AND campaign='it's' ORDER BY adGroup", " AND Campaign='x' ORDER BY adGroup",
+              " AND campaign=x ORDER BY adGroup", " AND kwType='x' ORDER BY adGroup",
+              " AND campaign='x'  ORDER BY adGroup", " AND campaign='x' OR 1=1 ORDER BY adGroup"}) {
+            const NodeTag tag = readNodeTag(text);
+            QVERIFY2(tag.conditions.empty() && tag.orderBy.isEmpty(), text);
+        }
+    }
+
+    void readingOrder_data() {
+        const test::DataTable<QStringList> row("expected");
+        const auto list = [&](const char *name, const char *texts) {
+            row(name, QString::fromUtf8(texts).split('|'));
+        };
+        list("letters before case", "|1|10|2|apple|Apple pie|Zoo|zoom");
+        list("umlauts beside their letters", "Apfel|apfel|Äpfel|apfelmus|Zoo");
+        list("accents before what follows is no reason", "cote|coté|côte|coter");
+        list("case last, capitals first", "Shoes|shoes|SHOES 2|shoes 3");
+        list("accents weigh more than case", "e|É|é|ea");
+        list("sharp s", "Strasse|strasse|STRA\u1E9EE|Straße|strassen|strast");
+        list("composed and decomposed", "cafe|cafe\u0301|café|cafes");
+        list("beyond the first plane", "a|\uFF71|\uFFFD|\U00010400|\U0001F45F|\U0001F45F b");
+        list("capitals beyond the first plane", "\U00010400|\U00010428|\U00010401");
+        list("Greek and Cyrillic", "άλφα|ΒΉΤΑ|вода|Город|ёлка|еще|Жук");
+        list("vowel signs count", "कक|का|कि|ख");
+    }
+    void readingOrder() {
+        QFETCH(const QStringList, expected);
+        std::mt19937 random(7);
+        for (int round = 0; round < 20; ++round) {
+            QStringList names = expected;
+            std::shuffle(names.begin(), names.end(), random);
+            std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) {
+                return ReadingKey(a) < ReadingKey(b);
+            });
+            QCOMPARE(names, expected);
+        }
+        for (const QString &name : expected)
+            QVERIFY(!(ReadingKey(name) < ReadingKey(name)));
     }
 };
 

@@ -103,30 +103,6 @@ private slots:
     void initTestCase() { sqlite::lockWait = 100; }
     void init() { renewFolder(); }
 
-    void sixValuesMakeARecord() {
-        const auto connection = openProject(project());
-        const auto add = [&](const char *column, const QString &value) {
-            auto insert = connection->prepare(dayInsertStatement());
-            for (std::size_t i = 0; i < dayColumns.size(); ++i) {
-                const bool chosen = std::string_view(dayColumns[i].name) == column;
-                insert.bind(static_cast<int>(i) + 1, chosen ? value : QStringLiteral("1"));
-            }
-            const qint64 before = records(*connection);
-            insert.step();
-            return records(*connection) - before;
-        };
-        QCOMPARE(add("", {}), 1);
-        QCOMPARE(add("", {}), 0);
-        QStringList keys;
-        for (const DayColumn &column : dayColumns) {
-            if (add(column.name, QStringLiteral("2")) == 1)
-                keys += column.name;
-        }
-        QCOMPARE(keys.join(','), "Adgroup,Campaign,CreativeId,GoogleDate,KeyWord,kwType");
-        QCOMPARE(add("CreativeId", QStringLiteral("123456789012345678")), 1);
-        QCOMPARE(add("CreativeId", QStringLiteral("123456789012345679")), 1);
-    }
-
     void badProjectIsRefused_data() {
         const test::DataTable<int, QString, Spoil> row("fault", "reason", "spoil");
         const auto bytes = [](const QByteArray &content) {

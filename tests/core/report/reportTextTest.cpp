@@ -95,22 +95,6 @@ private slots:
         QCOMPARE(found, "38----41+---85-+--39--+-39---+");
     }
 
-    void marksRedCellsOfAColouredReportAlone() {
-        const auto marks = [](bool doColor, const Grid &grid) {
-            ReportContent content = exampleContent();
-            content.doColor = doColor;
-            return QByteArray::fromStdString(reportText(content, grid)).count("class=\"Stil8\"");
-        };
-        Grid grid = exampleGrid();
-        QCOMPARE(marks(false, grid), 0);
-        QCOMPARE(marks(true, grid), 13);
-        paintRow(grid, 4, red);
-        QCOMPARE(marks(true, grid), 26);
-        paintRow(grid, 1, {255, 1, 0}); // nearly red isn't red
-        QCOMPARE(marks(true, grid), 26);
-        QCOMPARE(marks(true, Grid(15)), 0);
-    }
-
     void details_data() {
         const test::DataTable<QString, QString, QString, QStringList> row("key", "tag", "text",
                                                                           "values");

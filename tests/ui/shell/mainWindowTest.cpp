@@ -9,7 +9,6 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLabel>
-#include <QMenuBar>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>

@@ -3,7 +3,6 @@
 #include "ui/views/datePickerView.h"
 
 #include <QAbstractItemView>
-#include <QAccessible>
 #include <QCalendarWidget>
 #include <QLineEdit>
 #include <QSignalSpy>
