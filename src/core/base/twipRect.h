@@ -1,7 +1,9 @@
-// A rectangle in twips, 1,440 to the inch.
+// Lengths of the design in twips, 1,440 to the inch, and a rectangle of them.
 #pragma once
 
 namespace veltrona {
+
+constexpr double twipsPerPixel = 15; // at 96 dots per inch
 
 struct TwipRect {
     float left = 0;

@@ -44,7 +44,6 @@ constexpr ToolButton toolButtons[] = {
 
 /// Twips to device-independent pixels, as a factor.
 double pixelsPerTwip(const TwipScale &scale) {
-    constexpr double twipsPerPixel = 15;
     return scale.ratio() / twipsPerPixel;
 }
 

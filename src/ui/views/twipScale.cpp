@@ -7,7 +7,6 @@
 namespace veltrona {
 
 namespace {
-constexpr double twipsPerPixel = 15; // at 96 dots per inch
 constexpr double designLineHeight = 13;
 
 double ratioOf(const QFont &font, WindowDesign measured) {
