@@ -19,8 +19,7 @@ TextDictionary::Code TextDictionary::add(std::string_view text) {
     const auto code = static_cast<Code>(m_texts.size());
     const auto added = m_codes.emplace(text, code).first;
     m_texts.push_back(&added->first);
-    m_bytes += nodeBytes + sizeof(*added) + added->first.capacity() +
-               2 * sizeof(decltype(m_texts)::value_type);
+    m_bytes += nodeBytes + sizeof(*added) + added->first.capacity() + 2 * sizeof(void *);
     return code;
 }
 
