@@ -179,6 +179,8 @@ private slots:
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
         whenUp({choosing("a"), declining, pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.saveFile(setup), QString());
+        whenUp({choosing("a")});
+        QCOMPARE(QFileInfo(dialogs.openFile(setup)).fileName(), QString("a.vlt"));
         setup.confirmsCreation = true;
         whenUp({choosing("new"),
                 [](QWidget *window) {
