@@ -211,6 +211,16 @@ private slots:
         QVERIFY(modMain::ExitFlag && !modMain::DbConn && !QApplication::overrideCursor());
     }
 
+    void signalEndsTheQuestionsAtTheStart() {
+        test::MainWindow home;
+        home.remember(home.file("gone.vlt"));
+        home.dialogs.expectChoice(OpenAnother);
+        home.dialogs.expectFile("");
+        home.dialogs.whileOpen = [] { std::raise(SIGTERM); };
+        QCOMPARE(modMain::Main(), 0);
+        QVERIFY(home.dialogs.allUsed());
+    }
+
     void signalEndsTheRunInOrder_data() {
         const test::DataTable<int, bool> row("number", "inAnImport");
         row("idle", SIGTERM, false);

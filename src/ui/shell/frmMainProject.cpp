@@ -3,6 +3,7 @@
 #include "core/base/command.h"
 #include "core/base/product.h"
 #include "core/database/projectFile.h"
+#include "core/platform/desktop/endSignals.h"
 #include "core/platform/desktop/folders.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/dialogs/errorFilter.h"
@@ -75,7 +76,7 @@ bool frmMain::openFirstProject() {
             initApp(true);
             return true;
         } catch (const Failure &failure) {
-            if (!askAboutBadProject(failure))
+            if (desktop::endRequested() || !askAboutBadProject(failure))
                 return false;
         }
     }

@@ -71,9 +71,19 @@ int modMain::Main() {
     // The whole run isn't one command, so it takes the filter without its scope.
     try {
         frmMain window;
-        const desktop::EndSignals endSignals([&window] { window.close(); });
+        const desktop::EndSignals endSignals([&window] {
+            QWidget *box = QApplication::activeModalWidget();
+            if (box && !window.isVisible())
+                box->close(); // which asks about a bad project: there is nothing else yet
+            else
+                window.close();
+        });
         if (!window.Form_Load())
             return 0;
+        if (desktop::endRequested()) {
+            window.close();
+            return 0;
+        }
         window.show();
         status = QApplication::exec();
         // After a failure that ends the run the window still has its project open.

@@ -67,6 +67,7 @@ EndSignals::EndSignals(std::function<void()> end) {
 }
 
 EndSignals::~EndSignals() {
+    requested = false;
     if (!m_notifier)
         return;
     setHandler(SIG_DFL);
