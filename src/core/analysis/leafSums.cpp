@@ -37,7 +37,7 @@ void sumUpColumns(const RecordColumns &columns, const RecordQuestion &question,
     std::vector<int> groups(columns.leaves().size()); // each leaf its own
     std::iota(groups.begin(), groups.end(), 0);
     std::vector<Sums> sums(groups.size());
-    columns.visit(groups, recordWalk::dateGroups(columns.dates(), question), figures,
+    columns.visit(groups, recordWalk::dateGroups(columns.dates(), question), figures, {},
                   [&sums](const RecordBatch &batch) {
                       recordWalk::visitBatch(batch, [&sums](int leaf, const auto &record) {
                           sums[static_cast<std::size_t>(leaf)].add(record);

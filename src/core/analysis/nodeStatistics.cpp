@@ -69,6 +69,41 @@ void addRecord(StatisticsRow &row, const Record &record) {
     addAsCell(row.transactions, numberOf(record[Transactions]));
 }
 
+/// The sums of whole records. Rounding to 15 digits after each would change none of them: as long
+/// as nothing is below zero, the errors of a sum stay below half a unit of its 15th digit.
+struct WholeSums {
+    std::array<double, figures.size()> wholes{};
+    int recordsWithCpc = 0;
+    int recordsWithPosition = 0;
+    double costPerConversion = 0; // of quotients: rounded after each
+
+    void add(const WholeRecord &record) {
+        for (std::size_t i = 0; i < wholes.size(); ++i)
+            wholes[i] += record[i];
+        recordsWithCpc += record[Cpc] != 0;
+        recordsWithPosition += record[Pos] != 0;
+        if (record[Conv] != 0)
+            addAsCell(costPerConversion,
+                      toFifteenDigits(record.number(Cost) / record.number(Conv)));
+    }
+
+    void takeTo(StatisticsRow &row, std::span<const double> scales) const {
+        const auto sum = [&](Field field) { return wholes[field] / scales[field]; };
+        row.clicks = sum(Clicks);
+        row.impressions = sum(Impressions);
+        row.ctr = sum(Ctr);
+        row.cpc = sum(Cpc);
+        row.cost = wholes[Cost] / (scales[Cost] * 1'000'000);
+        row.conversions = row.conversionRate = sum(Conv);
+        row.costPerConversion = costPerConversion;
+        row.position = sum(Pos);
+        row.conversionValue = sum(ConvValue);
+        row.transactions = sum(Transactions);
+        row.recordsWithPosition = recordsWithPosition;
+        row.recordsWithCpc = recordsWithCpc;
+    }
+};
+
 /// One row for each name, names compared byte by byte.
 class RowsByName {
 public:
@@ -84,10 +119,11 @@ public:
         m_last = &*found;
         return found->second;
     }
-    StatisticsRow &rowToAddTo(int place) {
-        Row &row = m_rows[static_cast<std::size_t>(place)];
-        row.hasRecords = true;
-        return row.sums;
+    StatisticsRow &rowToAddTo(int place) { return rowWithRecords(place).sums; }
+    WholeSums &wholesToAddTo(int place) { return rowWithRecords(place).wholes; }
+    void takeWholes(std::span<const double> scales) {
+        for (Row &row : m_rows)
+            row.wholes.takeTo(row.sums, scales);
     }
 
     /// The rows that have records.
@@ -112,8 +148,14 @@ public:
 private:
     struct Row {
         StatisticsRow sums;
+        WholeSums wholes;
         bool hasRecords = false;
     };
+    Row &rowWithRecords(int place) {
+        Row &row = m_rows[static_cast<std::size_t>(place)];
+        row.hasRecords = true;
+        return row;
+    }
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view name) const {
@@ -172,9 +214,12 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
         level.groupingColumn,
         [&rows](std::string_view name) { return rows.place(withoutBlanks(name)); },
         figures};
-    walkRecords(records, question, [&rows](int place, const auto &record) {
-        addRecord(rows.rowToAddTo(place), record);
-    });
+    const std::vector<double> scales = walkRecords(
+        records, question,
+        [&rows](int place, const auto &record) { addRecord(rows.rowToAddTo(place), record); },
+        [&rows](int place, const WholeRecord &record) { rows.wholesToAddTo(place).add(record); });
+    if (!scales.empty())
+        rows.takeWholes(scales);
     return {node.Key().mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
 }
 

@@ -78,9 +78,10 @@ const RecordColumns *recordWalk::columnsFor(ProjectRecords &records, const Recor
 }
 
 void recordWalk::visitColumns(const RecordColumns &columns, const RecordQuestion &question,
+                              std::span<const double> exactScales,
                               const RecordColumns::Visitor &visitor) {
     columns.visit(leafGroups(columns.leaves(), question), dateGroups(columns.dates(), question),
-                  question.figures, visitor);
+                  question.figures, exactScales, visitor);
 }
 
 std::vector<int> recordWalk::dateGroups(const TextDictionary &dates,

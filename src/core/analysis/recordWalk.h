@@ -9,7 +9,9 @@
 #include "core/database/projectRecords.h"
 #include "core/platform/sqlite/recordScan.h"
 
+#include <cstddef>
 #include <optional>
+#include <type_traits>
 
 namespace veltrona {
 
@@ -73,6 +75,22 @@ inline bool isAboveZero(const PlainNumber &number) {
     return number.value > 0;
 }
 
+/// A record whose figures can be summed up as whole numbers: see RecordColumns::exactScales.
+class WholeRecord {
+public:
+    WholeRecord(const RecordBatch &batch, std::size_t record, std::span<const double> scales)
+        : m_batch(batch), m_record(record), m_scales(scales) {}
+
+    /// The figure times its scale.
+    double operator[](std::size_t figure) const { return m_batch.numbers(figure).values[m_record]; }
+    double number(std::size_t figure) const { return (*this)[figure] / m_scales[figure]; }
+
+private:
+    const RecordBatch &m_batch;
+    std::size_t m_record;
+    std::span<const double> m_scales;
+};
+
 struct RecordQuestion {
     NodeTag tag;
     QString firstDate; // date texts, both counted in
@@ -88,7 +106,7 @@ namespace recordWalk {
 const RecordColumns *columnsFor(ProjectRecords &records, const RecordQuestion &question,
                                 NodeRecords &fromEngine);
 void visitColumns(const RecordColumns &columns, const RecordQuestion &question,
-                  const RecordColumns::Visitor &visitor);
+                  std::span<const double> exactScales, const RecordColumns::Visitor &visitor);
 /// The group of each date, by its code.
 std::vector<int> dateGroups(const TextDictionary &dates, const RecordQuestion &question);
 std::string engineColumns(const RecordQuestion &question);
@@ -119,9 +137,11 @@ void visitBatch(const RecordBatch &batch, Visitor visitor) {
 } // namespace recordWalk
 
 /// `visitor(group, figures)` is called for each record; `figures[i]` is the question's i-th, to be
-/// read by the functions above.
-template<class Visitor>
-void walkRecords(ProjectRecords &records, const RecordQuestion &question, Visitor visitor) {
+/// read by the functions above. With a visitor of whole records, that one is called instead where
+/// all figures have exact scales, which are returned; else nothing is.
+template<class Visitor, class WholeVisitor = std::nullptr_t>
+std::vector<double> walkRecords(ProjectRecords &records, const RecordQuestion &question,
+                                Visitor visitor, WholeVisitor wholeVisitor = {}) {
     NodeRecords fromEngine;
     const RecordColumns *columns = recordWalk::columnsFor(records, question, fromEngine);
     if (!columns) {
@@ -132,11 +152,22 @@ void walkRecords(ProjectRecords &records, const RecordQuestion &question, Visito
                                 if (group >= 0)
                                     visitor(group, record.subspan(1));
                             });
-        return;
+        return {};
     }
-    recordWalk::visitColumns(*columns, question, [&](const RecordBatch &batch) {
+    if constexpr (!std::is_null_pointer_v<WholeVisitor>) {
+        std::vector<double> scales = columns->exactScales(question.figures);
+        if (!scales.empty()) {
+            recordWalk::visitColumns(*columns, question, scales, [&](const RecordBatch &batch) {
+                for (std::size_t i = 0; i < batch.size(); ++i)
+                    wholeVisitor(batch.group(i), WholeRecord(batch, i, scales));
+            });
+            return scales;
+        }
+    }
+    recordWalk::visitColumns(*columns, question, {}, [&](const RecordBatch &batch) {
         recordWalk::visitBatch(batch, visitor);
     });
+    return {};
 }
 
 /// The first and the last date of the table; none if it is empty. Throws Failure, also for a date

@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 
 namespace veltrona {
@@ -68,6 +69,10 @@ PackedColumn PackedColumn::ofNumbers(std::span<const double> numbers) {
     std::transform(numbers.begin(), numbers.end(), whole.begin(),
                    [scale](double number) { return wholeOf(number * scale); });
     column.m_scale = scale;
+    // A block is far too small for its short numbers to leave 64 bits.
+    if (std::none_of(whole.begin(), whole.end(), [](std::int64_t number) { return number < 0; }))
+        column.m_wholeTotal =
+            static_cast<double>(std::accumulate(whole.begin(), whole.end(), std::int64_t(0)));
     column.pack(std::span<const std::int64_t>(whole));
     return column;
 }
@@ -114,24 +119,34 @@ void PackedColumn::codes(std::size_t first, std::span<std::uint32_t> out) const 
         m_values);
 }
 
-void PackedColumn::numbers(std::span<const std::uint32_t> places, double *out) const {
+void PackedColumn::unpack(std::span<const std::uint32_t> places, double *out) const {
     std::visit(
         [&]<class Values>(const Values &values) {
             if constexpr (std::is_same_v<Values, std::monostate>) {
-                std::fill_n(out, places.size(), static_cast<double>(m_base) / m_scale);
+                std::fill_n(out, places.size(), static_cast<double>(m_base));
             } else if constexpr (std::is_same_v<Values, std::vector<double>>) {
                 for (const std::uint32_t place : places)
                     *out++ = values[place];
             } else {
-                double *const begin = out;
                 for (const std::uint32_t place : places)
                     *out++ = static_cast<double>(m_base + static_cast<std::int64_t>(values[place]));
-                // A quotient alone is exact.
-                if (m_scale != 1)
-                    std::transform(begin, out, begin, [this](double n) { return n / m_scale; });
             }
         },
         m_values);
+}
+
+void PackedColumn::numbers(std::span<const std::uint32_t> places, double *out) const {
+    unpack(places, out);
+    // A quotient alone is exact.
+    if (m_scale != 1)
+        std::transform(out, out + places.size(), out, [this](double n) { return n / m_scale; });
+}
+
+void PackedColumn::wholes(std::span<const std::uint32_t> places, double scale, double *out) const {
+    unpack(places, out);
+    if (m_scale != scale)
+        std::transform(out, out + places.size(), out,
+                       [factor = scale / m_scale](double n) { return n * factor; });
 }
 
 std::size_t PackedColumn::bytes() const {

@@ -19,6 +19,7 @@ constexpr std::size_t blockSize = 8192;
 constexpr std::size_t batchSize = 256;
 /// A whole number from here on has more than 15 digits, which only the engine's value tells.
 constexpr qint64 oddWhole = 1'000'000'000'000'000;
+constexpr auto shortLimit = static_cast<double>(oddWhole);
 
 /// The number of a value that a block takes.
 std::optional<double> numberOf(const RecordValue &value) {
@@ -158,8 +159,34 @@ FigureValue RecordBatch::value(std::size_t figure, std::size_t record) const {
     return m_oddValue(figure, record);
 }
 
+/// 0 for none.
+double RecordColumns::exactScale(std::size_t figure) const {
+    double scale = 1;
+    for (const Block &block : m_blocks) {
+        const PackedColumn &column = block.figures[figure];
+        if (!block.oddValues.empty() || !column.wholeTotal())
+            return 0;
+        scale = std::max(scale, column.scale());
+    }
+    double total = 0;
+    for (const Block &block : m_blocks)
+        total += *block.figures[figure].wholeTotal() * (scale / block.figures[figure].scale());
+    return total < shortLimit ? scale : 0;
+}
+
+std::vector<double> RecordColumns::exactScales(std::span<const Figure> figures) const {
+    std::vector<double> scales;
+    for (const Figure figure : figures) {
+        scales.push_back(exactScale(static_cast<std::size_t>(figure)));
+        if (scales.back() == 0)
+            return {};
+    }
+    return scales;
+}
+
 void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector<int> &groupOfDate,
-                          std::span<const Figure> figures, const Visitor &visitor) const {
+                          std::span<const Figure> figures, std::span<const double> exactScales,
+                          const Visitor &visitor) const {
     std::array<std::uint32_t, batchSize> leaves;
     std::array<std::uint32_t, batchSize> dates;
     std::array<std::uint32_t, batchSize> places;
@@ -193,7 +220,10 @@ void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector
             for (std::size_t i = 0; i < figures.size(); ++i) {
                 const PackedColumn &column = each.figures[static_cast<std::size_t>(figures[i])];
                 double *const values = numbers.data() + i * batchSize;
-                column.numbers({places.data(), counted}, values);
+                if (exactScales.empty())
+                    column.numbers({places.data(), counted}, values);
+                else
+                    column.wholes({places.data(), counted}, exactScales[i], values);
                 batch.m_numbers[i] = {values, column.isShort()};
             }
             visitor(batch);

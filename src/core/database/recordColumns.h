@@ -91,14 +91,22 @@ public:
     /// The texts of all dates, in no order.
     const TextDictionary &dates() const { return m_dates; }
 
+    /// For each figure the power of ten that makes all its numbers whole. Empty unless all sums of
+    /// each of them are exact in whatever order: no number is below zero, and as whole numbers they
+    /// come to less than 1E15 together.
+    std::vector<double> exactScales(std::span<const Figure> figures) const;
+
     using Visitor = std::function<void(const RecordBatch &)>;
     /// Visits the records whose leaf and date both have a group, by their codes; -1 is none. The
-    /// group of a record is the sum of both.
+    /// group of a record is the sum of both. With `exactScales` the numbers come times the scale of
+    /// their figure.
     void visit(const std::vector<int> &groupOfLeaf, const std::vector<int> &groupOfDate,
-               std::span<const Figure> figures, const Visitor &visitor) const;
+               std::span<const Figure> figures, std::span<const double> exactScales,
+               const Visitor &visitor) const;
 
 private:
     class Reader;
+    double exactScale(std::size_t figure) const;
 
     /// What a block of numbers doesn't take.
     struct OddValue {
