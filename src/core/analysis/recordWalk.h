@@ -137,8 +137,8 @@ void visitBatch(const RecordBatch &batch, Visitor visitor) {
 } // namespace recordWalk
 
 /// `visitor(group, figures)` is called for each record; `figures[i]` is the question's i-th, to be
-/// read by the functions above. With a visitor of whole records, that one is called instead where
-/// all figures have exact scales, which are returned; else nothing is.
+/// read by the functions above. Where all figures have exact scales, `wholeVisitor(group, record)`
+/// is called instead if there is one, and the scales are returned; else none are.
 template<class Visitor, class WholeVisitor = std::nullptr_t>
 std::vector<double> walkRecords(ProjectRecords &records, const RecordQuestion &question,
                                 Visitor visitor, WholeVisitor wholeVisitor = {}) {
