@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <span>
 #include <string>
 
@@ -89,6 +90,62 @@ private:
     bool m_isFirst = true;
 };
 
+/// The same rows, out of the leaves in memory.
+class LeafRows {
+public:
+    explicit LeafRows(const LeafDictionary &leaves)
+        : m_names(leaves.names()), m_rows(leaves.size()) {
+        const std::vector<Code> ranks = ranksOfNames();
+        for (std::size_t leaf = 0; leaf < m_rows.size(); ++leaf) {
+            for (std::size_t i = 0; i < levels; ++i)
+                m_rows[leaf][i] = ranks[leaves.nameCode(leaf, columns[i])];
+        }
+        std::sort(m_rows.begin(), m_rows.end());
+    }
+
+    std::size_t next() {
+        for (; m_next < m_rows.size(); ++m_next) {
+            const std::size_t level = m_next == 0 ? 0 : firstDifference();
+            if (level == levels) // the other branch of a row
+                continue;
+            for (std::size_t i = level; i < levels; ++i)
+                m_row[i] = m_names.text(m_codes[m_rows[m_next][i]]);
+            ++m_next;
+            return level;
+        }
+        return levels;
+    }
+    const Columns &row() const { return m_row; }
+
+private:
+    using Code = TextDictionary::Code;
+    static constexpr std::array<NameColumn, levels> columns = {
+        NameColumn::Campaign, NameColumn::Adgroup, NameColumn::KeyWord, NameColumn::KwType};
+
+    /// The place of each name in the engine's order, byte by byte.
+    std::vector<Code> ranksOfNames() {
+        m_codes.resize(m_names.size());
+        std::iota(m_codes.begin(), m_codes.end(), Code(0));
+        std::sort(m_codes.begin(), m_codes.end(),
+                  [this](Code a, Code b) { return m_names.text(a) < m_names.text(b); });
+        std::vector<Code> ranks(m_codes.size());
+        for (std::size_t rank = 0; rank < m_codes.size(); ++rank)
+            ranks[m_codes[rank]] = static_cast<Code>(rank);
+        return ranks;
+    }
+    std::size_t firstDifference() const {
+        const auto &row = m_rows[m_next];
+        return static_cast<std::size_t>(
+            std::mismatch(row.begin(), row.end(), m_rows[m_next - 1].begin()).first - row.begin());
+    }
+
+    const TextDictionary &m_names;
+    std::vector<Code> m_codes;                    // by rank
+    std::vector<std::array<Code, levels>> m_rows; // of ranks
+    std::size_t m_next = 0;
+    Columns m_row;
+};
+
 /// Gives equal names one and the same memory.
 class NamePool {
 public:
@@ -112,8 +169,8 @@ private:
     QSet<QString> m_names;
 };
 
-Names readNames(const sqlite::Connection &connection) {
-    NameRows rows(connection);
+template<class Rows>
+Names readNames(Rows &&rows) {
     NamePool pool;
     Names names;
     for (std::size_t first = rows.next(); first < levels; first = rows.next()) {
@@ -164,7 +221,7 @@ private:
     void addNames(TreeNode *parent, std::size_t level, std::size_t begin, std::size_t end) {
         const auto siblings = std::span(m_names[level]).subspan(begin, end - begin);
         sortForReader(siblings);
-        parent->Children.reserve(siblings.size());
+        parent->Children.reserve(static_cast<qsizetype>(siblings.size()));
         for (Name &name : siblings) {
             TreeNode *node = add(parent, std::move(name.text));
             if (level + 1 == levels)
@@ -185,15 +242,26 @@ private:
     const QString m_content = QStringLiteral("Content");
 };
 
-} // namespace
-
-void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
-                         Tree &tree) {
-    Builder builder(tree, readNames(connection));
+void rebuild(Tree &tree, const QString &projectTitle, Names names) {
+    Builder builder(tree, std::move(names));
     tree.beginRebuild();
     const auto end = qScopeGuard([&tree] { tree.endRebuild(); });
     tree.Nodes().Clear();
     builder.build(projectTitle);
+}
+
+} // namespace
+
+void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
+                         Tree &tree) {
+    rebuild(tree, projectTitle, readNames(NameRows(connection)));
+}
+
+void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree) {
+    if (const RecordColumns *columns = records.held())
+        rebuild(tree, projectTitle, readNames(LeafRows(columns->leaves())));
+    else
+        buildNavigationTree(records.connection(), projectTitle, tree);
 }
 
 TreeNode *nodeOfRow(const TreeNode &node, const QString &row) {

@@ -3,14 +3,16 @@
 #pragma once
 
 #include "core/controls/tree.h"
-#include "core/platform/sqlite/connection.h"
+#include "core/database/projectRecords.h"
 
 namespace veltrona {
 
-/// Replaces the content of `tree`; selects nothing. The records are read before a node is touched,
-/// so that a Failure leaves the tree as it was.
+/// Replaces the content of `tree`; selects nothing. The names are read before a node is touched, so
+/// that a Failure leaves the tree as it was.
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
                          Tree &tree);
+/// The same, by the records in memory if they are held.
+void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree);
 
 /// The child of `node` that a row of its statistics stands for; null if it has none.
 TreeNode *nodeOfRow(const TreeNode &node, const QString &row);

@@ -5,12 +5,12 @@
 #pragma once
 
 #include <QString>
+#include <QVarLengthArray>
 
 #include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace veltrona {
 
@@ -41,7 +41,7 @@ public:
     bool Expanded = false;
     bool IsLoss = false; // carries a mark; of the view alone
     TreeNode *Parent = nullptr;
-    std::vector<TreeNode *> Children;
+    QVarLengthArray<TreeNode *, 1> Children; // a keyword mostly has a single type
 
 private:
     friend class Nodes;

@@ -31,7 +31,7 @@ DateValue currentDate() {
 void frmMain::loadTree() {
     m_viewBehind = true; // until the refresh that follows
     m_lossMarks.forget();
-    buildNavigationTree(*modMain::DbConn, modMain::ProjectTitle, treeList);
+    buildNavigationTree(*modMain::Records, modMain::ProjectTitle, treeList);
     const QString path = QFileInfo(modMain::DbFileName).absoluteFilePath();
     m_treeView->setRootDescription(QDir::toNativeSeparators(path));
 }

@@ -33,7 +33,7 @@ QModelIndex TreeModel::index(int row, int column, const QModelIndex &parent) con
     if (column != 0 || row < 0 || row >= rowCount(parent))
         return {};
     const TreeNode *above = nodeAt(parent);
-    return createIndex(row, 0, above ? above->Children[static_cast<std::size_t>(row)] : m_root);
+    return createIndex(row, 0, above ? above->Children[row] : m_root);
 }
 
 QModelIndex TreeModel::parent(const QModelIndex &index) const {

@@ -21,7 +21,7 @@ TreeNode *nextOf(TreeNode *node) {
     if (!node->Children.empty())
         return node->Children.front();
     for (; node->Parent; node = node->Parent) {
-        const auto next = static_cast<std::size_t>(node->IndexInParent) + 1;
+        const qsizetype next = node->IndexInParent + 1;
         if (next < node->Parent->Children.size())
             return node->Parent->Children[next];
     }

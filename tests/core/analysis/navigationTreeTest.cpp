@@ -25,7 +25,7 @@ void add(test::RecordTable &table, const QString &campaign, const QString &adGro
                   {"GoogleDate", "2007-05-14"}});
 }
 
-QStringList texts(const std::vector<TreeNode *> &nodes) {
+QStringList texts(const auto &nodes) {
     QStringList list;
     for (const TreeNode *node : nodes)
         list += node->Text();

@@ -1,8 +1,9 @@
-// Grid, colours and bars of hostile projects: the records in memory and the engine have to give the
-// same, bit by bit, whoever has changed the file in between; the bars are also asked for one by
-// one.
+// Tree, grid, colours and bars of hostile projects: the records in memory and the engine have to
+// give the same, bit by bit, whoever has changed the file in between; the bars are also asked for
+// one by one.
 #include "core/analysis/chartSeries.h"
 #include "core/analysis/leafSums.h"
+#include "core/analysis/navigationTree.h"
 #include "core/analysis/nodeStatistics.h"
 #include "core/analysis/nodeTag.h"
 #include "core/analysis/recordWalk.h"
@@ -188,6 +189,7 @@ public:
             compareBars(request);
             compareLeaves(request.range);
         }
+        compareTrees();
     }
 
     /// The records in memory, without reading them anew.
@@ -204,6 +206,16 @@ public:
     quint64 most = 1'000'000'000'000; // of OfReports, as whole numbers
 
 private:
+    void compareTrees() {
+        QStringList keys[2];
+        for (int i = 0; i < 2; ++i) {
+            Tree tree;
+            buildNavigationTree(i ? m_engine : m_columns, QString(), tree);
+            for (int item = 1; item <= tree.Nodes().Count(); ++item)
+                keys[i] += tree.Nodes().Item(item)->Key();
+        }
+        QCOMPARE(keys[0], keys[1]);
+    }
     void compareGrids(const TreeNode &node, const DateRange &range) {
         Grid grids[] = {Grid(gridColumn::Count), Grid(gridColumn::Count)};
         NodeStatistics statistics[2];
