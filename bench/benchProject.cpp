@@ -12,7 +12,6 @@
 #include <map>
 #include <numeric>
 #include <random>
-#include <unistd.h>
 
 namespace veltrona::bench {
 
@@ -191,15 +190,6 @@ QString projectWith(int records) {
     makeProject(templatePath(), unfinished);
     fill(*openProject(unfinished), records);
     QFile::rename(unfinished, path);
-    return path;
-}
-
-QString copyOfProject(int records) {
-    const QString path = fileNamed(QStringLiteral("copy-%1.vlt").arg(records));
-    QFile::remove(path);
-    QFile::copy(projectWith(records), path);
-    // A project that was made long ago is on the disk and leaves it to the import.
-    sync();
     return path;
 }
 

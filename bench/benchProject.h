@@ -26,8 +26,6 @@ DateRange daysOf(int records);
 QString emptyProject();
 /// The path of a project with the first `records` records.
 QString projectWith(int records);
-/// A copy that may be changed.
-QString copyOfProject(int records);
 /// An open connection to it, the same for all callers.
 sqlite::Connection &connectionTo(int records);
 /// Its records in memory, read already.

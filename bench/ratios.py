@@ -19,7 +19,7 @@ ROWS = [
      "one prepared insert of the same rows in one transaction", "import/ours", "import/baseline",
      3),
     ("the same report again", "its first import", "import/again", "import/ours", 0.7),
-    ("the thirtieth report of a year, into 950,243 records, views rebuilt",
+    ("the thirtieth report of a year, into the others' 950,243 records, views rebuilt",
      "the first one, into none", "importOfYear/thirtieth", "importOfYear/first", 2),
     ("first wide click in the window, painted", ONE_SCAN, "firstWideClick/large",
      "plainScan/large", 2),
