@@ -17,11 +17,9 @@ constexpr int brokenConstraint = 19;
 
 constexpr qint64 smallestDatabase = 512; // bytes: one page
 
-/// In KiB. Holds the pages that imports and questions come back to.
+/// In KiB. Keeps the pages of one batch of an import in memory: the engine would otherwise write,
+/// and lock out every reader, in the middle of the batch.
 constexpr int cacheSize = 64000;
-/// In KiB. A batch of an import may change as much before the engine writes, and locks out every
-/// reader, in the middle of it. Memory is taken when it comes to that alone.
-constexpr int mostUnwritten = 2 * cacheSize;
 
 [[noreturn]] void refuse(FailureNumber number, const QString &path, const QString &reason) {
     throw Failure(number, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")
@@ -76,7 +74,6 @@ void configure(Connection &connection) {
     // Overwriting each page with zeros makes a clean of a large project take seconds.
     connection.execute("PRAGMA secure_delete = OFF");
     connection.execute("PRAGMA cache_size = -" + std::to_string(cacheSize));
-    connection.execute("PRAGMA cache_spill = -" + std::to_string(mostUnwritten));
 }
 
 /// Whether the table takes a record that no report can hold, since it has no date.
