@@ -2,11 +2,11 @@
 // "SUBJECT/ours" and "SUBJECT/baseline" are a pair; bench/ratios.py knows the limits.
 #include "benchProject.h"
 
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/nodeStatistics.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTree.h"
 
 #include <benchmark/benchmark.h>
 

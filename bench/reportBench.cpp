@@ -1,7 +1,7 @@
 // The HTML report of a very long grid, beside the same bytes written line by line.
 #include "benchProject.h"
 
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/report/reportWriter.h"
 
 #include <QFile>

@@ -2,9 +2,9 @@
 // no user may wait for. bench/ratios.py knows the limits.
 #include "benchProject.h"
 
-#include "core/analysis/navigationTree.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/database/projectFile.h"
-#include "ui/views/treeView.h"
+#include "ui/views/controls/treeView.h"
 
 #include <QCoreApplication>
 #include <QFile>

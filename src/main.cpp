@@ -1,5 +1,5 @@
 #include "ui/shell/start.h"
-#include "ui/views/qtDialogs.h"
+#include "ui/views/dialogs/qtDialogs.h"
 
 #include <QDebug>
 

@@ -3,8 +3,8 @@
 // project and then the journal, whose length stands in the last four bytes, the highest first.
 #include "attack/finding.h"
 
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
 #include "support/testFolder.h"

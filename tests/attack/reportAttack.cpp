@@ -2,11 +2,11 @@
 // refusal or in records that every view finds again; a second import adds none.
 #include "attack/finding.h"
 
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/nodeStatistics.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
 #include "core/report/reportText.h"

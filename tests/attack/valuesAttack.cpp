@@ -3,7 +3,7 @@
 // text, and its first eight bytes are a number.
 #include "attack/finding.h"
 
-#include "core/analysis/cellText.h"
+#include "core/analysis/records/cellText.h"
 #include "core/base/dateValue.h"
 #include "core/import/rowValues.h"
 

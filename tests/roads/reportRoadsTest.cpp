@@ -1,7 +1,7 @@
 // The road of a report file to tree, grid and chart, through the real window. The small figures are
 // worked out by hand; the large ones by tests/reference/statistics.py.
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/base/dateValue.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"

@@ -6,7 +6,7 @@
 #include "support/gridText.h"
 #include "support/testFolder.h"
 #include "ui/shell/frmOptions.h"
-#include "ui/views/elidedLabel.h"
+#include "ui/views/controls/elidedLabel.h"
 
 #include <QAction>
 #include <QTest>

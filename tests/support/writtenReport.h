@@ -2,7 +2,7 @@
 // only.
 #pragma once
 
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/report/reportWriter.h"
 
 #include <QImage>

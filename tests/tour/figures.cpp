@@ -1,8 +1,8 @@
 #include "tour/figures.h"
 
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "ui/shell/frmMain.h"
-#include "ui/views/elidedLabel.h"
+#include "ui/views/controls/elidedLabel.h"
 
 #include <QDateEdit>
 

@@ -4,7 +4,7 @@
 
 #include "tour/guide.h"
 #include "ui/report/printing.h"
-#include "ui/views/qtDialogs.h"
+#include "ui/views/dialogs/qtDialogs.h"
 
 #include <QPrinter>
 

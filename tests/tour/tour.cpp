@@ -5,7 +5,7 @@
 #include "ui/import/frmWait.h"
 #include "ui/report/frmPrev.h"
 #include "ui/shell/start.h"
-#include "ui/views/forms.h"
+#include "ui/views/dialogs/forms.h"
 
 #include <QApplication>
 #include <QComboBox>

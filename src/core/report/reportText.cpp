@@ -1,6 +1,6 @@
 #include "core/report/reportText.h"
 
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/blanks.h"
 #include "core/base/product.h"
 

@@ -1,6 +1,6 @@
 #include "core/report/reportValues.h"
 
-#include "core/analysis/nodeTag.h"
+#include "core/analysis/records/nodeTag.h"
 #include "core/base/text.h"
 
 #include <algorithm>

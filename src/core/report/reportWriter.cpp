@@ -1,6 +1,6 @@
 #include "core/report/reportWriter.h"
 
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/blanks.h"
 #include "core/base/failure.h"
 #include "core/picture/modJPEG.h"

@@ -1,7 +1,7 @@
 #include "ui/import/frmWait.h"
 
 #include "core/import/progress.h"
-#include "ui/views/forms.h"
+#include "ui/views/dialogs/forms.h"
 
 #include <QCloseEvent>
 #include <QLabel>

@@ -7,8 +7,8 @@
 #include "core/platform/dialogs/dialogs.h"
 #include "core/report/reportNames.h"
 #include "ui/report/frmPrev.h"
-#include "ui/views/formCheckBox.h"
-#include "ui/views/forms.h"
+#include "ui/views/controls/formCheckBox.h"
+#include "ui/views/dialogs/forms.h"
 #include "ui/views/hourglass.h"
 
 #include <QLabel>

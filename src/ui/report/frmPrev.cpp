@@ -4,7 +4,7 @@
 #include "core/base/product.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/printing.h"
-#include "ui/views/forms.h"
+#include "ui/views/dialogs/forms.h"
 #include "ui/views/hourglass.h"
 
 #include <QKeyEvent>

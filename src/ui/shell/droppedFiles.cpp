@@ -1,6 +1,6 @@
 #include "ui/shell/droppedFiles.h"
 
-#include "core/analysis/readingOrder.h"
+#include "core/analysis/records/readingOrder.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 
 #include "core/base/product.h"
 #include "core/shell/version.h"
-#include "ui/views/forms.h"
+#include "ui/views/dialogs/forms.h"
 
 #include <QLabel>
 #include <QPushButton>

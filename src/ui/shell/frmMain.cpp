@@ -1,7 +1,7 @@
 #include "ui/shell/frmMain.h"
 
 #include "core/analysis/dateRanges.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/database/projectFile.h"
 #include "core/import/importRows.h"
 #include "core/platform/desktop/endSignals.h"

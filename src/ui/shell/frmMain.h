@@ -3,9 +3,9 @@
 // controls' data; the views on the surface only show it.
 #pragma once
 
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/figureNotes.h"
-#include "core/analysis/lossMarks.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/figureNotes.h"
+#include "core/analysis/grid/lossMarks.h"
 #include "core/controls/chart.h"
 #include "core/controls/comboBox.h"
 #include "core/controls/commonDialog.h"

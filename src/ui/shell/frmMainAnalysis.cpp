@@ -1,15 +1,15 @@
 // frmMain: the refresh of the analysis view, the date range and the chart.
 #include "core/analysis/dateRanges.h"
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/nodeStatistics.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/platform/desktop/clock.h"
 #include "core/shell/modMain.h"
 #include "ui/shell/frmMain.h"
-#include "ui/views/elidedLabel.h"
+#include "ui/views/controls/elidedLabel.h"
+#include "ui/views/controls/treeView.h"
 #include "ui/views/hourglass.h"
-#include "ui/views/treeView.h"
 
 #include <QDir>
 #include <QFileInfo>

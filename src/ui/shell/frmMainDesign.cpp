@@ -1,18 +1,18 @@
 // frmMain: the construction of the window, and its layout.
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/shell/layout.h"
 #include "ui/shell/frmMain.h"
-#include "ui/views/chartView.h"
-#include "ui/views/comboBoxView.h"
-#include "ui/views/datePickerView.h"
-#include "ui/views/elidedLabel.h"
-#include "ui/views/forms.h"
-#include "ui/views/gridView.h"
+#include "ui/views/controls/chartView.h"
+#include "ui/views/controls/comboBoxView.h"
+#include "ui/views/controls/datePickerView.h"
+#include "ui/views/controls/elidedLabel.h"
+#include "ui/views/controls/gridView.h"
+#include "ui/views/controls/treeView.h"
+#include "ui/views/dialogs/forms.h"
 #include "ui/views/icons.h"
-#include "ui/views/treeView.h"
 
 #include <QApplication>
 #include <QFrame>

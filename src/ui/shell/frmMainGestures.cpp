@@ -1,7 +1,7 @@
 // frmMain: files that are dropped on the window, rows of the grid that are opened, and what the
 // grid's figures say of themselves.
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/shell/modMain.h"
 #include "ui/shell/droppedFiles.h"
 #include "ui/shell/frmMain.h"

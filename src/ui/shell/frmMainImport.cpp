@@ -1,6 +1,6 @@
 // frmMain: the import of a report.
-#include "core/analysis/nodeStatistics.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/product.h"
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"

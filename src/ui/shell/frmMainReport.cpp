@@ -2,7 +2,7 @@
 #include "core/shell/modMain.h"
 #include "ui/report/frmOutput.h"
 #include "ui/shell/frmMain.h"
-#include "ui/views/chartView.h"
+#include "ui/views/controls/chartView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -2,8 +2,8 @@
 
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
-#include "ui/views/formCheckBox.h"
-#include "ui/views/forms.h"
+#include "ui/views/controls/formCheckBox.h"
+#include "ui/views/dialogs/forms.h"
 
 #include <QPushButton>
 #include <QSignalBlocker>

@@ -1,5 +1,5 @@
 // How a date range is divided into bars, worked out by hand.
-#include "core/analysis/chartPeriods.h"
+#include "core/analysis/chart/chartPeriods.h"
 
 #include "support/dataTable.h"
 

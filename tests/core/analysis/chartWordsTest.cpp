@@ -1,6 +1,6 @@
 // What is said of a chart: why it has no bars, what a bar counts, and all of it for the ear.
-#include "core/analysis/chartWords.h"
-#include "core/analysis/chartSeries.h"
+#include "core/analysis/chart/chartWords.h"
+#include "core/analysis/chart/chartSeries.h"
 
 #include "support/dataTable.h"
 #include "support/recordTable.h"

@@ -1,8 +1,8 @@
 // The tree's nodes, their texts letter by letter, their Tags and their order.
-#include "core/analysis/navigationTree.h"
+#include "core/analysis/tree/navigationTree.h"
 
-#include "core/analysis/nodeTag.h"
-#include "core/analysis/readingOrder.h"
+#include "core/analysis/records/nodeTag.h"
+#include "core/analysis/records/readingOrder.h"
 #include "support/dataTable.h"
 #include "support/recordTable.h"
 

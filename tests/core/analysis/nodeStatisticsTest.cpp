@@ -1,10 +1,10 @@
 // The statistics of a node from records worked out by hand, from the table to the grid's cells.
-#include "core/analysis/nodeStatistics.h"
+#include "core/analysis/grid/nodeStatistics.h"
 
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/base/storedText.h"
 #include "core/report/reportText.h"
 #include "support/gridText.h"

@@ -1,14 +1,14 @@
 // Tree, grid, colours and bars of hostile projects: the records in memory and the engine have to
 // give the same, bit by bit, whoever has changed the file in between; the bars are also asked for
 // one by one.
-#include "core/analysis/chartSeries.h"
-#include "core/analysis/leafSums.h"
-#include "core/analysis/navigationTree.h"
-#include "core/analysis/nodeStatistics.h"
-#include "core/analysis/nodeTag.h"
-#include "core/analysis/recordWalk.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/records/leafSums.h"
+#include "core/analysis/records/nodeTag.h"
+#include "core/analysis/records/recordWalk.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/base/blanks.h"
 #include "core/database/projectFile.h"
 #include "support/recordTable.h"

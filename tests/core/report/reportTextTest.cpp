@@ -1,7 +1,7 @@
 #include "core/report/reportText.h"
 
-#include "core/analysis/nodeTag.h"
-#include "core/analysis/statisticsGrid.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/records/nodeTag.h"
 #include "support/dataTable.h"
 
 #include <QTest>

@@ -1,5 +1,5 @@
 // The options, about and export dialogs, driven by keys and clicks through the real windows.
-#include "ui/views/forms.h"
+#include "ui/views/dialogs/forms.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
 #include "core/shell/version.h"

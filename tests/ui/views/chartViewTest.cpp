@@ -1,8 +1,8 @@
 // The chart: round axes, labels that have room, bars, tooltips, the picture, and its table for a
 // screen reader.
-#include "ui/views/chartView.h"
+#include "ui/views/controls/chartView.h"
 #include "core/controls/chartAxis.h"
-#include "ui/views/chartPainter.h"
+#include "ui/views/controls/chartPainter.h"
 
 #include "support/dataTable.h"
 

@@ -1,5 +1,5 @@
 // The message boxes and file dialogs that a user sees, answered by keys.
-#include "ui/views/qtDialogs.h"
+#include "ui/views/dialogs/qtDialogs.h"
 
 #include "support/dataTable.h"
 #include "support/testFolder.h"

@@ -1,10 +1,10 @@
 // The grid's view: what it shows, what a refresh keeps, copying, colours, and what a screen reader
 // is told.
-#include "ui/views/gridView.h"
-#include "core/analysis/columnNotes.h"
-#include "core/analysis/statisticsGrid.h"
-#include "core/analysis/summary.h"
-#include "ui/views/gridModel.h"
+#include "ui/views/controls/gridView.h"
+#include "core/analysis/grid/columnNotes.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/grid/summary.h"
+#include "ui/views/controls/gridModel.h"
 #include "ui/views/lossMark.h"
 #include "ui/views/readableColor.h"
 

@@ -1,6 +1,6 @@
 // Date picker and combo: a user's finished edit is told once, the program's own never comes back.
-#include "ui/views/comboBoxView.h"
-#include "ui/views/datePickerView.h"
+#include "ui/views/controls/comboBoxView.h"
+#include "ui/views/controls/datePickerView.h"
 
 #include <QAbstractItemView>
 #include <QCalendarWidget>

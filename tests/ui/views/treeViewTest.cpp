@@ -1,6 +1,6 @@
 // The tree's view: what counts as a click, how clicks are gathered, and that a selection stays.
-#include "ui/views/treeView.h"
-#include "ui/views/treeModel.h"
+#include "ui/views/controls/treeView.h"
+#include "ui/views/controls/treeModel.h"
 
 #include "support/dataTable.h"
 

@@ -1,0 +1,203 @@
+#include "core/analysis/chart/chartSeries.h"
+
+#include "core/analysis/chart/chartWords.h"
+#include "core/analysis/records/cellText.h"
+#include "core/analysis/records/nodeTag.h"
+#include "core/analysis/records/recordWalk.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace veltrona {
+
+namespace {
+
+struct Metric {
+    QStringView caption;
+    Figure figure;
+    double divisor;
+    bool aboveZero; // other records don't count
+    bool averaged;  // over the records whose value isn't 0
+};
+
+constexpr std::array<Metric, 12> metrics = {{
+    {u"Average Cost Per Click", Figure::Cpc, 1'000'000, false, true},
+    {u"Budget", Figure::Budget, 1'000'000, false, false},
+    {u"Click Through Rate", Figure::Ctr, 1, false, false},
+    {u"Clicks", Figure::Clicks, 1, false, false},
+    {u"Conversions", Figure::Conv, 1, false, false},
+    {u"Cost Per Conversion", Figure::ConvCost, 1, false, false},
+    {u"Costs", Figure::Cost, 1'000'000, false, false},
+    {u"Impressions", Figure::Impressions, 1, false, false},
+    // Undivided, and the next by ten millions: odd, and kept.
+    {u"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
+    {u"Max CPC", Figure::MaxCpc, 10'000'000, true, false},
+    {u"Position", Figure::Pos, 1, false, true},
+    {u"Transactions", Figure::Transactions, 1, false, false},
+}};
+
+/// A compensated sum, so that the order of the records doesn't show.
+class Sum {
+public:
+    void add(double value) {
+        const double sum = m_sum + value;
+        m_lost +=
+            std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
+        m_sum = sum;
+    }
+    double value() const { return std::isfinite(m_sum) ? m_sum + m_lost : m_sum; }
+
+private:
+    double m_sum = 0;
+    double m_lost = 0;
+};
+
+struct BarSum {
+    Sum sum;
+    qint64 records = 0;
+    qint64 valued = 0; // records whose value isn't 0
+};
+
+/// Finds the bar of a date by its text. Boundaries are midnights: a later time of the same day
+/// belongs to the next bar.
+class BarFinder {
+public:
+    explicit BarFinder(const std::vector<ChartBar> &bars) {
+        for (const ChartBar &bar : bars)
+            m_boundaries.push_back(isoText(bar.toDay).toStdString());
+    }
+    QString first() const { return QString::fromStdString(m_boundaries.front()); }
+    QString last() const { return QString::fromStdString(m_boundaries.back()); }
+
+    /// -1 if no bar counts the date.
+    int find(std::string_view date) {
+        if (date != m_date) {
+            m_date = date;
+            const auto bar = std::lower_bound(m_boundaries.begin(), m_boundaries.end(), date);
+            m_bar = bar == m_boundaries.end() || date < m_boundaries.front()
+                        ? -1
+                        : static_cast<int>(bar - m_boundaries.begin());
+        }
+        return m_bar;
+    }
+
+private:
+    std::vector<std::string> m_boundaries;
+    std::string m_date; // the last one asked for; records of a day mostly lie together
+    int m_bar = -1;
+};
+
+bool holdsRecords(ProjectRecords &records, const NodeTag &tag, const DateRange &range) {
+    constexpr Figure any = Figure::Clicks;
+    bool found = false;
+    const RecordQuestion question{tag,
+                                  isoText(dayNumber(range.start)),
+                                  isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
+                                  std::nullopt,
+                                  [](std::string_view) { return 0; },
+                                  {&any, 1}};
+    walkRecords(records, question, [&found](int, const auto &) { found = true; });
+    return found;
+}
+
+/// Asked for where no bar has a record.
+ChartSurroundings surroundings(ProjectRecords &records, const NodeTag &tag,
+                               const DateRange &range) {
+    const bool inRange = holdsRecords(records, tag, range);
+    try {
+        return {tableDates(records), inRange};
+    } catch (const Failure &) {
+        return {range, inRange}; // a date that can't be read is told where it is asked for
+    }
+}
+
+std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const NodeTag &tag,
+                              const std::vector<ChartBar> &bars) {
+    BarFinder finder(bars);
+    std::vector<BarSum> sums(bars.size());
+    const RecordQuestion question{tag,
+                                  finder.first(),
+                                  finder.last(),
+                                  std::nullopt,
+                                  [&finder](std::string_view date) { return finder.find(date); },
+                                  {&metric.figure, 1}};
+    walkRecords(records, question, [&](int bar, const auto &record) {
+        const auto figure = record[0];
+        BarSum &sum = sums[static_cast<std::size_t>(bar)];
+        ++sum.records;
+        if (metric.aboveZero && !isAboveZero(figure))
+            return;
+        const double value = engineNumberOf(figure);
+        sum.sum.add(value);
+        sum.valued += value != 0;
+    });
+    return sums;
+}
+
+/// A number too large for 32 bits becomes the largest one.
+float toFloat(double number) {
+    constexpr double largest = std::numeric_limits<float>::max();
+    return std::isnan(number) ? 0 : static_cast<float>(std::clamp(number, -largest, largest));
+}
+
+double barValue(const Metric &metric, const BarSum &bar) {
+    float value = toFloat(bar.sum.value() / metric.divisor);
+    if (metric.averaged)
+        value = bar.valued != 0 ? value / static_cast<float>(bar.valued) : 0;
+    return roundHalfToEven(value, 2) + 0.0; // no negative zero
+}
+
+} // namespace
+
+QStringList chartMetrics() {
+    QStringList captions;
+    for (const Metric &metric : metrics)
+        captions += metric.caption.toString();
+    return captions;
+}
+
+QStringList chartGroupings() {
+    return {QStringLiteral("Days"), QStringLiteral("Weeks"), QStringLiteral("Months")};
+}
+
+ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request) {
+    const Metric &metric = metrics.at(static_cast<std::size_t>(request.metric));
+    const NodeTag tag = readNodeTag(request.tag);
+    ChartSeries series;
+    series.range = request.range;
+    if (request.allDates)
+        series.range = tableDates(records).value_or(request.range);
+    series.periods = choosePeriods(request.grouping, series.range);
+    series.metric = metric.caption.toString();
+    series.bars = emptyBars(series.periods, series.range.start);
+    const std::vector<BarSum> sums = sumUpBars(records, metric, tag, series.bars);
+    bool empty = true;
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        series.bars[i].value = barValue(metric, sums[i]);
+        series.bars[i].hasRecords = sums[i].records > 0;
+        empty = empty && sums[i].records == 0;
+    }
+    series.words =
+        chartWords(series.periods, series.range, series.bars,
+                   empty ? surroundings(records, tag, series.range) : ChartSurroundings{});
+    return series;
+}
+
+void showSeries(const ChartSeries &series, Chart &chart) {
+    chart.setRowCount(static_cast<int>(series.bars.size()));
+    chart.setSeriesName(series.metric);
+    int row = 0;
+    for (const ChartBar &bar : series.bars) {
+        ++row;
+        chart.DataGrid().setRowLabel(row, 1, bar.label);
+        chart.DataGrid().SetData(row, 1, bar.value, 0);
+        chart.DataGrid().setRowDates(row, datesInWords(bar));
+        chart.DataGrid().setRowHasRecords(row, bar.hasRecords);
+    }
+    chart.setWords(series.words);
+    chart.changed();
+}
+
+} // namespace veltrona

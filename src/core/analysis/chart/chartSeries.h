@@ -1,0 +1,41 @@
+// The bars of the chart: one metric of a node, period by period, at most 90 bars unless they are
+// years.
+#pragma once
+
+#include "core/analysis/chart/chartPeriods.h"
+#include "core/base/dateValue.h"
+#include "core/controls/chart.h"
+#include "core/database/projectRecords.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace veltrona {
+
+/// The captions of the metric and the grouping combo, by index.
+QStringList chartMetrics();
+QStringList chartGroupings();
+
+struct ChartRequest {
+    int metric = 0;
+    int grouping = 0; // the wish: 0 days, 1 weeks, 2 months
+    DateRange range;
+    bool allDates = false; // take the table's first and last date instead
+    QString tag;           // the selected node's
+};
+
+struct ChartSeries {
+    DateRange range; // the one in force, to be written back for "All"
+    ChartPeriods periods;
+    QString metric; // its caption
+    std::vector<ChartBar> bars;
+    ChartWords words;
+};
+
+/// Throws Failure; touches no control.
+ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request);
+/// Puts the bars into the chart.
+void showSeries(const ChartSeries &series, Chart &chart);
+
+} // namespace veltrona

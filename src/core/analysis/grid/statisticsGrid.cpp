@@ -1,0 +1,149 @@
+#include "core/analysis/grid/statisticsGrid.h"
+
+#include <QHash>
+
+#include <array>
+#include <cmath>
+
+namespace veltrona {
+
+namespace {
+
+struct GridColumn {
+    const char *heading;
+    const char *zeroText;
+};
+
+constexpr std::array<GridColumn, gridColumn::Shown> columns = {{
+    {"Campaigns", "Summary"},
+    {"Clicks", "0"},
+    {"Impr.", "0"},
+    {"CTR", "0.00%"},
+    {"Avg.CPC", "0"},
+    {"Cost", "0"},
+    {"Conv.", "0"},
+    {"Conv.Rate", "0.00%"},
+    {"Cost/Conv.", "0.00"},
+    {"Avg.Pos", "0.0"},
+    {"Conv. Val.", ".00"},
+    {"ROI", "0.00%"},
+    {"Transactions", "0"},
+}};
+
+constexpr float narrowest = 780; // twips; texts below it give way to `widthOfNarrow`
+constexpr float widthOfNarrow = 770;
+constexpr float padding = 120;
+
+/// Widths of texts, without measuring each number of a large grid: where all digits of the font
+/// turn out to be equally wide beside whatever stands in a number, its shape tells the width.
+class Widths {
+public:
+    explicit Widths(const TextWidth &textWidth)
+        : m_textWidth(textWidth), m_digitsAlike(digitsAlike()) {}
+
+    float of(const QString &text) {
+        const quint64 shape = m_digitsAlike ? shapeOf(text) : 0;
+        if (shape == 0)
+            return m_textWidth(text);
+        const auto known = m_known.constFind(shape);
+        if (known != m_known.constEnd())
+            return *known;
+        return *m_known.insert(shape, m_textWidth(text));
+    }
+
+private:
+    static constexpr QStringView signs = u".%-+E";
+
+    static bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }
+
+    bool digitsAlike() const {
+        const auto width = [this](QChar first, QChar second) {
+            const QChar pair[] = {first, second};
+            return m_textWidth(QString(pair, 2));
+        };
+        for (const QChar beside : QStringView(u"0123456789.%-+E")) {
+            for (char16_t digit = u'1'; digit <= u'9'; ++digit) {
+                if (width(digit, beside) != width(u'0', beside) ||
+                    width(beside, digit) != width(beside, u'0'))
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    /// Four bits for each character, all digits alike; 0 for a text that is no number, or a long
+    /// one.
+    static quint64 shapeOf(const QString &text) {
+        if (text.size() > 16)
+            return 0;
+        quint64 shape = 0;
+        for (const QChar character : text) {
+            const qsizetype sign = isDigit(character) ? 0 : signs.indexOf(character) + 1;
+            if (sign == 0 && !isDigit(character))
+                return 0;
+            shape = shape << 4 | static_cast<quint64>(sign + 1);
+        }
+        return shape;
+    }
+
+    const TextWidth &m_textWidth;
+    bool m_digitsAlike;
+    QHash<quint64, float> m_known;
+};
+
+void sizeColumn(Grid &grid, int col, Widths &widths) {
+    if (grid.ColWidth(col) == 0)
+        return;
+    float width = 0;
+    for (int row = 0; row < grid.Rows(); ++row)
+        width = std::fmax(width, widths.of(grid.TextMatrix(row, col)));
+    if (width < narrowest)
+        width = widthOfNarrow;
+    grid.setColWidth(col, static_cast<int>(std::nearbyint(width + padding)));
+}
+
+} // namespace
+
+void initGrid(Grid &grid, bool gridColor) {
+    const RedrawPause pause(grid);
+    grid.setColAlignment(gridColumn::Name, 0);
+    grid.setColWidth(gridColumn::PositionCount, 0);
+    grid.setColWidth(gridColumn::CpcCount, 0);
+    // The summary keeps its cell colours here; those of a data row must not become the summary's.
+    removeDataRows(grid);
+    grid.setRows(gridRow::Fixed);
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row) {
+        for (int col = 0; col < grid.Cols(); ++col)
+            grid.setTextMatrix(row, col, QString());
+    }
+    for (std::size_t col = 0; col < columns.size(); ++col)
+        grid.setTextMatrix(gridRow::Heading, static_cast<int>(col),
+                           QLatin1String(columns[col].heading));
+    grid.setForeColor(gridColor ? green : black);
+}
+
+void resetSummary(Grid &grid) {
+    const RedrawPause pause(grid);
+    for (std::size_t col = 0; col < columns.size(); ++col)
+        grid.setTextMatrix(gridRow::summary(grid.Rows()), static_cast<int>(col),
+                           QLatin1String(columns[col].zeroText));
+}
+
+void removeDataRows(Grid &grid) {
+    const RedrawPause pause(grid);
+    while (gridRow::dataRows(grid.Rows()) > 0)
+        grid.RemoveItem(gridRow::FirstData);
+}
+
+void sizeColumns(Grid &grid, int col, const TextWidth &textWidth) {
+    const RedrawPause pause(grid);
+    Widths widths(textWidth);
+    if (col >= 0 && col < grid.Cols()) {
+        sizeColumn(grid, col, widths);
+        return;
+    }
+    for (int each = 0; each < grid.Cols(); ++each)
+        sizeColumn(grid, each, widths);
+}
+
+} // namespace veltrona

@@ -1,0 +1,104 @@
+#include "ui/views/accessible/gridAccessible.h"
+
+#include "ui/views/accessible/tableAccessible.h"
+#include "ui/views/controls/gridModel.h"
+#include "ui/views/controls/gridView.h"
+
+#include <QHeaderView>
+
+namespace veltrona {
+
+namespace {
+
+constexpr int nameColumn = 0;
+
+class GridAccessible : public TableAccessible {
+public:
+    explicit GridAccessible(GridView &view)
+        : TableAccessible(view, QAccessible::Table, 1), m_view(view) {}
+
+    int rowCount() const override { return m_view.model()->rowCount(); }
+    int columnCount() const override { return m_view.model()->columnCount(); }
+
+    QString cellText(int row, int column) const override {
+        const QAbstractItemModel &model = *m_view.model();
+        if (row < 0 && column < 0)
+            return {};
+        if (row < 0)
+            return model.headerData(column, Qt::Horizontal).toString();
+        const QModelIndex cell = model.index(row, std::max(column, nameColumn));
+        const QString text = cell.data().toString();
+        if (column <= nameColumn && text.isEmpty())
+            return QStringLiteral("(no name)");
+        return column <= nameColumn && m_view.isLoss(cell)
+                   ? text + QStringLiteral(", loss: did not earn back its cost")
+                   : text;
+    }
+    QString cellDescription(int row, int column) const override {
+        const QVariant description =
+            row < 0
+                ? m_view.model()->headerData(column, Qt::Horizontal, Qt::AccessibleDescriptionRole)
+                : QVariant();
+        return description.toString();
+    }
+
+    QRect cellRect(int row, int column) const override {
+        const QHeaderView &across = *m_view.horizontalHeader();
+        const QHeaderView &down = *m_view.verticalHeader();
+        const QPoint corner = m_view.viewport()->pos();
+        const int x = column < 0 ? 0 : corner.x() + across.sectionViewportPosition(column);
+        const int y = row < 0 ? 0 : corner.y() + down.sectionViewportPosition(row);
+        return {x, y, column < 0 ? 0 : across.sectionSize(column),
+                row < 0 ? across.height() : down.sectionSize(row)};
+    }
+    QPoint cellAtPlace(const QPoint &place) const override {
+        const QModelIndex cell = m_view.indexAt(m_view.viewport()->mapFrom(&m_view, place));
+        return {cell.column(), cell.row()};
+    }
+    QPoint markedCell() const override {
+        return {m_view.currentIndex().column(), m_view.currentIndex().row()};
+    }
+    bool isCellSelected(int row, int column) const override {
+        return m_view.selectionModel()->isSelected(m_view.model()->index(row, column));
+    }
+    // Moving down, a reader says the whole row: of the row that the keyboard stands on, that is to
+    // be its name and the one figure.
+    bool isLeftOut(int row, int column) const override {
+        const QPoint marked = markedCell();
+        return row == marked.y() && column != marked.x() && column != nameColumn;
+    }
+
+    int selectedCellCount() const override {
+        return static_cast<int>(m_view.selectionModel()->selectedIndexes().size());
+    }
+    QList<QAccessibleInterface *> selectedCells() const override {
+        QList<QAccessibleInterface *> cells;
+        for (const QModelIndex &cell : m_view.selectionModel()->selectedIndexes())
+            cells.append(cellAt(cell.row(), cell.column()));
+        return cells;
+    }
+
+private:
+    GridView &m_view;
+};
+
+QAccessibleInterface *gridFactory(const QString &, QObject *object) {
+    auto *view = qobject_cast<GridView *>(object);
+    return view ? new GridAccessible(*view) : nullptr;
+}
+
+} // namespace
+
+void installGridAccessible() {
+    QAccessible::installFactory(gridFactory);
+}
+
+void tellRowEntered(GridView &view) {
+    auto *grid = QAccessible::isActive()
+                     ? dynamic_cast<GridAccessible *>(QAccessible::queryAccessibleInterface(&view))
+                     : nullptr;
+    if (grid)
+        grid->forgetRow(view.currentIndex().row(), nameColumn, view.currentIndex().column());
+}
+
+} // namespace veltrona

@@ -1,0 +1,209 @@
+#include "ui/views/controls/chartPainter.h"
+
+#include "ui/views/colorMixing.h"
+#include "ui/views/readableColor.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace veltrona {
+
+namespace {
+
+constexpr double gap = 6;        // between texts and what stands beside them
+constexpr double widestBar = 96; // a single bar as wide as the chart would look like a background
+
+ChartColors colorsOn(const QColor &paper, const QColor &text) {
+    constexpr Rgb blue{47, 109, 181};
+    constexpr double visible = 3; // what a graphical object needs, less than a text
+    const QColor bar = toColor(readableColor(blue, toRgb(paper), visible));
+    return {paper, text, mixed(paper, text, 0.18), bar, mixed(bar, text, 0.45)};
+}
+
+/// From the plot's bottom to the labels of the bars, which may stand under the lowest number.
+double labelDrop(const QFontMetricsF &metrics) {
+    return std::ceil(metrics.height() / 2) + 1;
+}
+
+double widestLabel(const QFontMetricsF &metrics, const Chart &chart) {
+    double widest = 0;
+    for (const ChartRow &row : chart.DataGrid().rows())
+        widest = std::max(widest, metrics.horizontalAdvance(row.label));
+    return std::ceil(widest);
+}
+
+AxisScale scaleOf(const Chart &chart, int mostSteps) {
+    double low = 0;
+    double high = 0;
+    for (const ChartRow &row : chart.DataGrid().rows()) {
+        if (row.isNull || !std::isfinite(row.value))
+            continue;
+        low = std::min(low, row.value);
+        high = std::max(high, row.value);
+    }
+    return axisScale(low, high, mostSteps);
+}
+
+/// A position moved to the device's nearest whole pixel, so that edges are sharp.
+double snapped(const QPainter &painter, double position) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    return std::round(position * ratio) / ratio;
+}
+
+void paintLines(QPainter &painter, const ChartLayout &layout, const QRectF &area,
+                const ChartColors &colors) {
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    for (int line = layout.scale.first; line <= layout.scale.last; ++line) {
+        const double y = snapped(painter, layout.y(layout.scale.step * line));
+        painter.fillRect(QRectF(layout.plot.left(), y, layout.plot.width(), 1),
+                         line == 0 ? mixed(colors.line, colors.text, 0.5) : colors.line);
+        const QRectF text(area.left(), y - metrics.height() / 2,
+                          layout.plot.left() - gap - area.left(), metrics.height());
+        painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
+                         axisText(layout.scale, line));
+    }
+}
+
+void paintBars(QPainter &painter, const ChartLayout &layout, const Chart &chart,
+               const ChartColors &colors, int marked) {
+    const double zero = snapped(painter, layout.y(0));
+    for (int bar = 0; bar < layout.bars; ++bar) {
+        const ChartRow &row = chart.DataGrid().rows()[static_cast<std::size_t>(bar)];
+        const QRectF column = layout.column(bar);
+        if (bar == marked)
+            painter.fillRect(column, mixed(colors.paper, colors.text, 0.1));
+        if (row.isNull || !std::isfinite(row.value) || row.value == 0)
+            continue;
+        const double width = std::min(widestBar, column.width() * 0.75);
+        const double left = snapped(painter, column.center().x() - width / 2);
+        const double right = std::max(left + 1, snapped(painter, column.center().x() + width / 2));
+        const double end = snapped(painter, layout.y(row.value));
+        // A value that is there shows, however small it is beside the others.
+        const double height = std::max(1.0, std::fabs(end - zero));
+        const double top = row.value > 0 ? zero - height : zero + 1;
+        painter.fillRect(QRectF(left, top, right - left, height),
+                         bar == marked ? colors.mark : colors.bar);
+    }
+}
+
+void paintLabels(QPainter &painter, const ChartLayout &layout, const Chart &chart) {
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    for (int bar = 0; bar < layout.bars; bar += layout.labelStep) {
+        const QString &label = chart.DataGrid().rows()[static_cast<std::size_t>(bar)].label;
+        const double width = metrics.horizontalAdvance(label) + 2;
+        const double x = layout.column(bar).center().x();
+        painter.drawText(QRectF(x - width / 2, layout.plot.bottom() + labelDrop(metrics), width,
+                                metrics.height()),
+                         Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, label);
+    }
+}
+
+QRectF titleRow(const QFontMetricsF &metrics, const ChartLayout &layout, const QRectF &area) {
+    return {layout.plot.left(), area.top() + gap, area.right() - gap - layout.plot.left(),
+            metrics.height()};
+}
+
+bool hasBars(const Chart &chart) {
+    const std::vector<ChartRow> &rows = chart.DataGrid().rows();
+    return std::any_of(rows.begin(), rows.end(),
+                       [](const ChartRow &row) { return !row.isNull && row.value != 0; });
+}
+
+} // namespace
+
+ChartColors ChartColors::ofPalette(const QPalette &palette) {
+    return colorsOn(palette.color(QPalette::Base), palette.color(QPalette::Text));
+}
+
+ChartColors ChartColors::lightPaper() {
+    return colorsOn(Qt::white, QColor(0x20, 0x20, 0x20));
+}
+
+double ChartLayout::y(double value) const {
+    const double part = (value / scale.step - scale.first) / (scale.last - scale.first);
+    return plot.bottom() - part * plot.height();
+}
+
+QRectF ChartLayout::column(int bar) const {
+    const double width = plot.width() / bars;
+    return {plot.left() + bar * width, plot.top(), width, plot.height()};
+}
+
+int ChartLayout::barAt(double x) const {
+    if (bars == 0 || x < plot.left() || x >= plot.right())
+        return -1;
+    return std::min(bars - 1, static_cast<int>((x - plot.left()) / (plot.width() / bars)));
+}
+
+ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const Chart &chart) {
+    ChartLayout layout;
+    layout.bars = chart.RowCount();
+    const double title = chart.SeriesName().isEmpty() ? 0 : metrics.height() + gap;
+    QRectF plot = area.adjusted(gap, gap + title + metrics.height() / 2, -gap,
+                                -(metrics.height() + labelDrop(metrics) + gap));
+    const int mostSteps =
+        std::clamp(static_cast<int>(plot.height() / (2.5 * metrics.height())), 2, 10);
+    layout.scale = scaleOf(chart, mostSteps);
+    double numbers = 0;
+    for (int line = layout.scale.first; line <= layout.scale.last; ++line)
+        numbers = std::max(numbers, metrics.horizontalAdvance(axisText(layout.scale, line)));
+    // The labels of the outermost bars may reach beyond their columns, never beyond the area.
+    const double label = widestLabel(metrics, chart);
+    plot.setLeft(plot.left() + std::ceil(numbers) + gap);
+    const double overhang = layout.bars == 0 ? 0 : (label - plot.width() / layout.bars) / 2;
+    if (overhang > 0) {
+        plot.setRight(plot.right() - overhang);
+        plot.setLeft(std::max(plot.left(), area.left() + gap + overhang));
+    }
+    layout.plot = plot;
+    if (layout.bars > 0)
+        layout.labelStep = labelStep(plot.width() / layout.bars, label, 2 * gap);
+    return layout;
+}
+
+void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const ChartColors &colors,
+                int marked) {
+    painter.fillRect(area, colors.paper);
+    painter.setPen(colors.text);
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    const ChartLayout layout = layOutChart(metrics, area, chart);
+    if (layout.plot.width() < 1 || layout.plot.height() < 1)
+        return;
+    const QRectF title = titleRow(metrics, layout, area);
+    painter.drawText(title, Qt::AlignLeft | Qt::TextSingleLine,
+                     metrics.elidedText(chart.SeriesName(), Qt::ElideRight, title.width()));
+    paintLines(painter, layout, area, colors);
+    paintBars(painter, layout, chart, colors, marked);
+    paintLabels(painter, layout, chart);
+}
+
+void paintWords(QPainter &painter, const QRect &area, const Chart &chart,
+                const ChartColors &colors) {
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    const ChartLayout layout = layOutChart(metrics, area, chart);
+    if (layout.plot.width() < 1 || layout.plot.height() < 1)
+        return;
+    const bool bars = hasBars(chart);
+    const QString &notice = chart.words().notice;
+    QRectF beside = titleRow(metrics, layout, area);
+    beside.setLeft(beside.left() + metrics.horizontalAdvance(chart.SeriesName()) + 4 * gap);
+    painter.setPen(mixed(colors.paper, colors.text, 0.7));
+    const QString note = bars && !notice.isEmpty() ? notice : chart.words().note;
+    if (beside.width() > 0)
+        painter.drawText(beside, Qt::AlignRight | Qt::TextSingleLine,
+                         metrics.elidedText(note, Qt::ElideRight, beside.width()));
+    if (bars || notice.isEmpty())
+        return;
+    constexpr int wrapped = Qt::AlignCenter | Qt::TextWordWrap;
+    const QRectF room = layout.plot.adjusted(2 * gap, 2 * gap, -2 * gap, -2 * gap);
+    const QRectF text = metrics.boundingRect(room, wrapped, notice);
+    painter.fillRect(text.adjusted(-gap, -gap, gap, gap), colors.paper);
+    painter.setPen(colors.text);
+    painter.drawText(room, wrapped, notice);
+}
+
+} // namespace veltrona

@@ -1,0 +1,151 @@
+#include "ui/views/controls/chartView.h"
+
+#include "ui/views/accessible/chartAccessible.h"
+#include "ui/views/controls/chartPainter.h"
+#include "ui/views/menuEntry.h"
+#include "ui/views/plainText.h"
+
+#include <QClipboard>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace veltrona {
+
+ChartView::ChartView(Chart &chart, QWidget *parent) : QWidget(parent), m_chart(chart) {
+    installChartAccessible();
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    addMenuEntry(*this, QStringLiteral("Copy Picture"), copyKeys(),
+                 [this] { QGuiApplication::clipboard()->setImage(picture()); });
+    addMenuEntry(*this, QStringLiteral("Copy Figures"), secondCopyKeys(),
+                 [this] { QGuiApplication::clipboard()->setText(figuresText()); });
+    m_chart.onChange = [this] { refresh(); };
+}
+
+ChartView::~ChartView() {
+    m_chart.onChange = nullptr;
+}
+
+void ChartView::refresh() {
+    if (m_marked >= m_chart.RowCount())
+        m_marked = -1;
+    update();
+    tellChartChanged(*this);
+}
+
+QSize ChartView::sizeHint() const {
+    return {600, 320};
+}
+
+QSize ChartView::minimumSizeHint() const {
+    return {120, 80};
+}
+
+void ChartView::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    const ChartColors colors = ChartColors::ofPalette(palette());
+    paintChart(painter, rect(), m_chart, colors, m_marked);
+    paintWords(painter, rect(), m_chart, colors);
+    if (hasFocus()) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+QImage ChartView::picture() const {
+    QImage image(size().expandedTo({1, 1}), QImage::Format_RGB32);
+    // In pixels of the design, 96 to the inch: points would grow with the screen's.
+    QFont unscaled = font();
+    if (unscaled.pointSizeF() > 0)
+        unscaled.setPixelSize(static_cast<int>(std::lround(unscaled.pointSizeF() * 96 / 72)));
+    unscaled.setHintingPreference(QFont::PreferNoHinting); // which depends on the scale, too
+    QPainter painter(&image);
+    painter.setFont(unscaled);
+    paintChart(painter, image.rect(), m_chart, ChartColors::lightPaper());
+    return image;
+}
+
+int ChartView::barAt(const QPoint &place) const {
+    return layOutChart(QFontMetricsF(font(), this), rect(), m_chart).barAt(place.x());
+}
+
+QRect ChartView::columnRect(int bar) const {
+    const ChartLayout layout = layOutChart(QFontMetricsF(font(), this), rect(), m_chart);
+    const QRect column = layout.column(bar).toAlignedRect();
+    return {column.left(), 0, column.width(), height()};
+}
+
+QString ChartView::barText(int bar) const {
+    const ChartRow &row = m_chart.DataGrid().rows().at(static_cast<std::size_t>(bar));
+    QStringList lines{row.label};
+    if (!row.dates.isEmpty())
+        lines.append(row.dates);
+    QString value = row.isNull ? QStringLiteral("\u2013") : valueText(row.value);
+    if (!row.hasRecords)
+        value += QStringLiteral(" (no records)");
+    const QString &series = m_chart.SeriesName();
+    lines.append(series.isEmpty() ? value : QStringLiteral("%1: %2").arg(series, value));
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString ChartView::figuresText() const {
+    QString text = QStringLiteral("Bar\tDates\t") + m_chart.SeriesName();
+    for (const ChartRow &row : m_chart.DataGrid().rows())
+        text += u'\n' + row.label + u'\t' + row.dates + u'\t' +
+                (row.isNull ? QString() : QString::number(row.value, 'g', 15));
+    return text;
+}
+
+bool ChartView::event(QEvent *event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    const int bar = barAt(help->pos());
+    if (bar < 0)
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), plainToolTip(barText(bar)), this, columnRect(bar));
+    return true;
+}
+
+void ChartView::keyPressEvent(QKeyEvent *event) {
+    const int last = m_chart.RowCount() - 1;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return markBar(m_marked < 0 ? last : std::max(0, m_marked - 1));
+    case Qt::Key_Right:
+        return markBar(std::min(last, m_marked + 1));
+    case Qt::Key_Home:
+        return markBar(std::min(last, 0));
+    case Qt::Key_End:
+        return markBar(last);
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void ChartView::markBar(int bar) {
+    m_marked = bar >= 0 && bar < m_chart.RowCount() ? bar : -1;
+    update();
+    if (m_marked < 0)
+        return;
+    const QRect column = columnRect(m_marked);
+    QToolTip::showText(mapToGlobal(QPoint(column.center().x(), height() / 3)),
+                       plainToolTip(barText(m_marked)), this, column);
+    tellBarMarked(*this);
+}
+
+void ChartView::focusOutEvent(QFocusEvent *event) {
+    m_marked = -1;
+    QToolTip::hideText();
+    QWidget::focusOutEvent(event);
+}
+
+} // namespace veltrona

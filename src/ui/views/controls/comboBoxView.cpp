@@ -1,0 +1,35 @@
+#include "ui/views/controls/comboBoxView.h"
+
+#include "ui/views/accessible/comboBoxAccessible.h"
+
+#include <QAbstractItemView>
+#include <QWheelEvent>
+
+namespace veltrona {
+
+ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent) : QComboBox(parent), m_combo(combo) {
+    installComboBoxAccessible();
+    setFocusPolicy(Qt::StrongFocus);
+    addItems(combo.items());
+    setCurrentIndex(combo.ListIndex());
+    m_combo.onChange = [this] { setCurrentIndex(m_combo.ListIndex()); };
+    connect(this, &QComboBox::activated, this, [this](int index) {
+        m_combo.setListIndex(index);
+        if (hasFocus() && !view()->isVisible())
+            tellChoice(*this);
+    });
+}
+
+ComboBoxView::~ComboBoxView() {
+    m_combo.onChange = nullptr;
+}
+
+// The wheel is no choice while it only passes over the control.
+void ComboBoxView::wheelEvent(QWheelEvent *event) {
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+} // namespace veltrona

@@ -1,0 +1,127 @@
+#include "ui/views/controls/datePickerView.h"
+
+#include <QCalendarWidget>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QStyleOptionComboBox>
+#include <QTableView>
+#include <QTimeZone>
+#include <QWheelEvent>
+
+#include <utility>
+
+namespace veltrona {
+
+DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
+    : QDateEdit(parent), m_picker(picker) {
+    // In local time, a day whose midnight a clock change leaves out couldn't be held.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    setTimeZone(QTimeZone::UTC);
+#else
+    setTimeSpec(Qt::UTC);
+#endif
+    setDateRange(QDate(1752, 9, 14), QDate(9999, 12, 31));
+    setCalendarPopup(true);
+    setKeyboardTracking(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setDisplayFormat(formatOf(locale()));
+    showValue();
+    m_picker.onValue = [this] { showValue(); };
+    // Not dateChanged: it comes when the cursor goes from the day to the month, too.
+    connect(this, &QDateEdit::editingFinished, this, &DatePickerView::finishEdit);
+}
+
+DatePickerView::~DatePickerView() {
+    m_picker.onValue = nullptr;
+}
+
+void DatePickerView::finishEdit() {
+    interpretText();
+    const CalendarDay day{date().year(), date().month(), date().day()};
+    m_picker.editDay(dayNumber(day));
+}
+
+void DatePickerView::stepBy(int steps) {
+    QDateEdit::stepBy(steps);
+    finishEdit();
+}
+
+// The toolkit makes its calendar at the first press of the arrow.
+void DatePickerView::mousePressEvent(QMouseEvent *event) {
+    QDateEdit::mousePressEvent(event);
+    if (!m_calendar)
+        setUpCalendar();
+}
+
+void DatePickerView::setUpCalendar() {
+    m_calendar = findChild<QCalendarWidget *>();
+    if (!m_calendar)
+        return;
+    m_calendar->setFirstDayOfWeek(Qt::Sunday); // as the weeks of the presets and of the chart
+    m_calendar->installEventFilter(this);
+}
+
+/// The toolkit opens its calendar by the mouse alone.
+void DatePickerView::openCalendar() {
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = true;
+    const QPointF arrow =
+        style()
+            ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this)
+            .center();
+    QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(this, &press);
+}
+
+// After "02" the cursor stands on the month already; the point that the user types next, because it
+// belongs there, would move it on to the year.
+void DatePickerView::keyPressEvent(QKeyEvent *event) {
+    const bool altDown = event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier;
+    if (altDown || (event->key() == Qt::Key_F4 && event->modifiers() == Qt::NoModifier))
+        return openCalendar();
+    const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
+    const bool separator = typed.isPrint() && !typed.isLetterOrNumber();
+    const bool movedOn = std::exchange(m_movedOn, false);
+    if (movedOn && separator)
+        return event->accept();
+    const int section = currentSectionIndex();
+    QDateEdit::keyPressEvent(event);
+    m_movedOn = typed.isDigit() && currentSectionIndex() != section;
+}
+
+bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_calendar && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
+        const bool hidden = event->type() == QEvent::Hide;
+        // A hidden calendar follows the date; a screen reader would tell of it.
+        m_calendar->findChild<QTableView *>()->selectionModel()->blockSignals(hidden);
+        // The day chosen arrives only after the calendar has begun to close.
+        if (hidden)
+            QMetaObject::invokeMethod(this, &DatePickerView::finishEdit, Qt::QueuedConnection);
+    }
+    return QDateEdit::eventFilter(watched, event);
+}
+
+QString DatePickerView::formatOf(const QLocale &locale) {
+    QString format = locale.dateFormat(QLocale::ShortFormat);
+    if (!format.contains(QStringLiteral("yyyy")))
+        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
+    return format;
+}
+
+void DatePickerView::showValue() {
+    const QSignalBlocker blocker(this);
+    const CalendarDay day = calendarDay(dayNumber(m_picker.Value()));
+    setDate(QDate(day.year, day.month, day.day));
+}
+
+void DatePickerView::wheelEvent(QWheelEvent *event) {
+    if (hasFocus())
+        QDateEdit::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+} // namespace veltrona

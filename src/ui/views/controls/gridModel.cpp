@@ -1,0 +1,168 @@
+#include "ui/views/controls/gridModel.h"
+
+#include "core/analysis/grid/columnNotes.h"
+#include "core/analysis/grid/statisticsGrid.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+namespace veltrona {
+
+namespace {
+
+constexpr int leftAligned = 0;
+
+bool looksLikeNumber(const QString &text) {
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return (c >= QLatin1Char('0') && c <= QLatin1Char('9')) ||
+               QStringView(u"+-.%E").contains(c);
+    });
+}
+
+QStringList namesOf(const Grid &grid) {
+    QStringList names;
+    names.reserve(grid.Rows());
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row)
+        names.append(grid.TextMatrix(row, gridColumn::Name));
+    return names;
+}
+
+} // namespace
+
+GridModel::GridModel(Grid &grid, QObject *parent)
+    : QAbstractTableModel(parent), m_grid(grid), m_names(namesOf(grid)),
+      m_rows(static_cast<int>(m_names.size())) {}
+
+int GridModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : m_rows;
+}
+
+int GridModel::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : std::min<int>(m_grid.Cols(), gridColumn::Shown);
+}
+
+// A repaint may come while the grid has fewer rows than the views have been told of.
+bool GridModel::holds(const QModelIndex &index) const {
+    return index.isValid() && index.row() + 1 < m_grid.Rows();
+}
+
+Rgb GridModel::cellColor(const QModelIndex &index) const {
+    return holds(index) ? m_grid.cellColor(index.row() + 1, index.column()) : m_grid.ForeColor();
+}
+
+bool GridModel::isLoss(const QModelIndex &index) const {
+    return cellColor(index) == red;
+}
+
+Qt::Alignment GridModel::alignment(const QModelIndex &index) const {
+    const bool right = m_grid.ColAlignment(index.column()) != leftAligned &&
+                       looksLikeNumber(m_grid.TextMatrix(index.row() + 1, index.column()));
+    return (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+}
+
+QVariant GridModel::data(const QModelIndex &index, int role) const {
+    if (!holds(index))
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return m_grid.TextMatrix(index.row() + 1, index.column());
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(alignment(index));
+    case Qt::ToolTipRole:
+        return toolTip(index);
+    default:
+        return {};
+    }
+}
+
+// Name, heading and figure are told where the row's name or the heading may have scrolled away.
+QString GridModel::toolTip(const QModelIndex &index) const {
+    constexpr int longestName = 200; // so that there is room for what follows
+    const int row = index.row() + 1;
+    const QString &figure = m_grid.TextMatrix(row, index.column());
+    if (index.column() == gridColumn::Name || figure.isEmpty())
+        return {};
+    QString name = m_grid.TextMatrix(row, gridColumn::Name);
+    if (name.size() > longestName)
+        name = name.left(longestName) + QChar(0x2026);
+    QStringList lines{name, m_grid.TextMatrix(gridRow::Heading, index.column()) +
+                                QStringLiteral(": ") + figure};
+    if (m_grid.notesOf)
+        lines += m_grid.notesOf(row, index.column());
+    return lines.join(QLatin1Char('\n'));
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (section < 0)
+        return {};
+    if (orientation == Qt::Vertical) {
+        const bool known = section + 1 < m_grid.Rows();
+        return role == Qt::DisplayRole && known ? m_grid.TextMatrix(section + 1, gridColumn::Name)
+                                                : QVariant();
+    }
+    if (section >= columnCount() || m_grid.Rows() == 0)
+        return {};
+    if (role == Qt::DisplayRole)
+        return m_grid.TextMatrix(gridRow::Heading, section);
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
+        return columnNote(section);
+    if (role == Qt::TextAlignmentRole) {
+        const bool left = m_grid.ColAlignment(section) == leftAligned;
+        return QVariant::fromValue((left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+    }
+    return {};
+}
+
+void GridModel::sync() {
+    const QStringList names = namesOf(m_grid);
+    const int rows = static_cast<int>(names.size());
+    if (names != m_names) {
+        if (rows > m_rows) {
+            beginInsertRows({}, m_rows, rows - 1);
+            m_rows = rows;
+            endInsertRows();
+        }
+        moveSelection(names);
+        if (rows < m_rows) {
+            beginRemoveRows({}, rows, m_rows - 1);
+            m_rows = rows;
+            endRemoveRows();
+        }
+        m_names = names;
+    }
+    if (m_rows > 0)
+        emit dataChanged(index(0, 0), index(m_rows - 1, columnCount() - 1));
+    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
+// Runs between the insertion and the removal of rows, so that old and new rows are both in range.
+void GridModel::moveSelection(const QStringList &names) {
+    emit layoutAboutToBeChanged(); // only now the selection hands over its indexes
+    const QModelIndexList held = persistentIndexList();
+    const int newData = static_cast<int>(names.size()) - gridRow::BelowData;
+    const int oldData = static_cast<int>(m_names.size()) - gridRow::BelowData;
+    QHash<QString, int> rowOfName;
+    for (int row = 0; row < newData; ++row)
+        rowOfName.insert(names[row], row);
+
+    const auto followed = [&](int row) {
+        return row >= oldData ? row + newData - oldData : rowOfName.value(m_names.value(row), -1);
+    };
+    QSet<int> taken;
+    for (const QModelIndex &from : held)
+        taken.insert(followed(from.row()));
+
+    QModelIndexList moved;
+    for (const QModelIndex &from : held) {
+        int to = followed(from.row());
+        if (to < 0 && from.row() < newData && !taken.contains(from.row()))
+            to = from.row();
+        moved.append(to < 0 ? QModelIndex() : index(to, from.column()));
+    }
+    changePersistentIndexList(held, moved);
+    emit layoutChanged();
+}
+
+} // namespace veltrona

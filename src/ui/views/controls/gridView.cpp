@@ -1,0 +1,205 @@
+#include "ui/views/controls/gridView.h"
+
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/base/text.h"
+#include "ui/views/accessible/gridAccessible.h"
+#include "ui/views/colorMixing.h"
+#include "ui/views/controls/gridDelegate.h"
+#include "ui/views/controls/gridModel.h"
+#include "ui/views/menuEntry.h"
+#include "ui/views/readableColor.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QProxyStyle>
+#include <QStyleOptionHeader>
+
+#include <cmath>
+#include <set>
+
+namespace veltrona {
+
+namespace {
+
+constexpr int rowPadding = 6; // pixels above and below a line together
+constexpr int textMargins = 6;
+
+/// Puts headings over the texts of their columns, which the style sets further in.
+class HeadingStyle : public QProxyStyle {
+public:
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override {
+        const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
+        if (element != CE_HeaderLabel || !heading)
+            return QProxyStyle::drawControl(element, option, painter, widget);
+        constexpr int gridLine = 1;
+        const int further = textMargins / 2 - pixelMetric(PM_HeaderMargin, option, widget);
+        QStyleOptionHeader moved = *heading;
+        moved.version = QStyleOptionHeader::Version; // what the copy holds
+        moved.rect.adjust(further, 0, -further - gridLine, 0);
+        QProxyStyle::drawControl(element, &moved, painter, widget);
+    }
+};
+
+} // namespace
+
+GridView::GridView(Grid &grid, QWidget *parent)
+    : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)),
+      m_shownWidths(static_cast<std::size_t>(grid.Cols()), -1) {
+    installGridAccessible();
+    setModel(m_model);
+    setItemDelegate(new GridDelegate(*this));
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setHighlightSections(false);
+    auto *headings = new HeadingStyle;
+    headings->setParent(this);
+    horizontalHeader()->setStyle(headings);
+    horizontalHeader()->setMinimumSectionSize(1);
+    addMenuEntry(*this, QStringLiteral("Copy"), copyKeys(), [this] { copy(false); });
+    addMenuEntry(*this, QStringLiteral("Copy with Headings"), secondCopyKeys(),
+                 [this] { copy(true); });
+    connect(this, &QTableView::doubleClicked, this, &GridView::chooseRow);
+    applyFont();
+    applyWidths(true);
+    m_grid.onChange = [this] { refresh(); };
+}
+
+GridView::~GridView() {
+    m_grid.onChange = nullptr;
+}
+
+void GridView::setPixelsPerTwip(double factor) {
+    m_pixelsPerTwip = factor;
+    applyWidths(true);
+}
+
+void GridView::refresh() {
+    m_model->sync();
+    applyWidths(false);
+}
+
+void GridView::applyWidths(bool all) {
+    for (int col = 0; col < m_model->columnCount(); ++col) {
+        const int twips = m_grid.ColWidth(col);
+        int &shown = m_shownWidths[static_cast<std::size_t>(col)];
+        if (twips == shown && !all)
+            continue;
+        shown = twips;
+        setColumnHidden(col, twips == 0);
+        if (twips > 0)
+            setColumnWidth(col, static_cast<int>(std::ceil(twips * m_pixelsPerTwip)));
+    }
+}
+
+void GridView::applyFont() {
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowPadding);
+}
+
+void GridView::changeEvent(QEvent *event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        applyFont();
+}
+
+void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    if (current.row() != previous.row())
+        tellRowEntered(*this);
+    QTableView::currentChanged(current, previous);
+    updateRow(previous);
+    updateRow(current);
+}
+
+QColor GridView::baseColor(const QModelIndex &index) const {
+    QColor base = palette().color(QPalette::Base);
+    if (m_model->isSummary(index.row()))
+        base = mixed(base, palette().color(QPalette::Text), 0.07);
+    // The row under the current cell reads as one, also where its name has scrolled away.
+    if (index.row() == currentIndex().row())
+        base = mixed(base, palette().color(QPalette::Highlight), 0.15);
+    return base;
+}
+
+QColor GridView::textColor(const QModelIndex &index, bool selected) const {
+    const QColor base = selected ? palette().color(QPalette::Highlight) : baseColor(index);
+    return toColor(readableColor(m_model->cellColor(index), toRgb(base)));
+}
+
+bool GridView::isLoss(const QModelIndex &index) const {
+    return m_model->isLoss(index);
+}
+
+QString GridView::selectedText(bool withHeadings) const {
+    QModelIndexList cells = selectionModel()->selectedIndexes();
+    if (cells.isEmpty() && currentIndex().isValid())
+        cells.append(currentIndex());
+    std::set<int> rows;
+    std::set<int> columns;
+    std::set<std::pair<int, int>> chosen;
+    for (const QModelIndex &cell : cells) {
+        if (isColumnHidden(cell.column()))
+            continue;
+        rows.insert(cell.row());
+        columns.insert(cell.column());
+        chosen.insert({cell.row(), cell.column()});
+    }
+    QStringList lines;
+    if (withHeadings && !rows.empty()) {
+        QStringList line;
+        for (const int column : columns)
+            line.append(onOneLine(m_grid.TextMatrix(gridRow::Heading, column)));
+        lines.append(line.join(QLatin1Char('\t')));
+    }
+    for (const int row : rows) {
+        QStringList line;
+        for (const int column : columns) {
+            const bool taken = chosen.contains({row, column});
+            line.append(taken ? onOneLine(m_model->index(row, column).data().toString())
+                              : QString());
+        }
+        lines.append(line.join(QLatin1Char('\t')));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+void GridView::copy(bool withHeadings) const {
+    const QString text = selectedText(withHeadings);
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+void GridView::chooseRow(const QModelIndex &index) {
+    if (index.isValid() && m_grid.onRowChosen)
+        m_grid.onRowChosen(index.row() + 1);
+}
+
+void GridView::keyPressEvent(QKeyEvent *event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
+        chooseRow(currentIndex());
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void GridView::updateRow(const QModelIndex &index) {
+    const QRect cell = visualRect(index);
+    viewport()->update(0, cell.top(), viewport()->width(), cell.height());
+}
+
+bool GridView::viewportEvent(QEvent *event) {
+    if (event->type() != QEvent::ToolTip)
+        return QTableView::viewportEvent(event);
+    showToolTip(*this, *static_cast<QHelpEvent *>(event), textMargins);
+    return true;
+}
+
+} // namespace veltrona

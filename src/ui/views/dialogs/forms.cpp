@@ -1,0 +1,97 @@
+#include "ui/views/dialogs/forms.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QStyle>
+#include <QWindow>
+
+#include <cmath>
+
+namespace veltrona::desktop {
+
+QWidget *owningWindow() {
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    // Without a window manager no window is active.
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window)
+            return window;
+    }
+    return nullptr;
+}
+
+namespace {
+void centre(QWidget &form, const QRect &over, const QRect &screen) {
+    const bool framed = !form.windowFlags().testFlag(Qt::FramelessWindowHint);
+    QRect place({}, form.size() + (framed ? frameExtent(form) : QSize(0, 0)));
+    place.moveCenter(over.center());
+    place.moveRight(qMin(place.right(), screen.right()));
+    place.moveBottom(qMin(place.bottom(), screen.bottom()));
+    place.moveLeft(qMax(place.left(), screen.left()));
+    place.moveTop(qMax(place.top(), screen.top()));
+    form.move(place.topLeft());
+}
+} // namespace
+
+void placeOverOwner(QWidget &form, QWidget *owner) {
+    form.winId(); // makes the window that the owner is set on
+    if (owner == &form)
+        owner = nullptr;
+    form.windowHandle()->setTransientParent(owner ? owner->window()->windowHandle() : nullptr);
+
+    const QRect screen = (owner ? owner : &form)->screen()->availableGeometry();
+    const QRect over = owner ? owner->window()->frameGeometry() : screen;
+    const QSize sizeBefore = form.size();
+    centre(form, over, screen);
+    // A font that has changed since the last show may come with the first move.
+    if (form.size() != sizeBefore)
+        centre(form, over, screen);
+}
+
+QSize frameExtent(const QWidget &window) {
+    constexpr int border = 4;
+    constexpr int lowestTitle = 24;
+    const QRect inner = window.geometry();
+    const QRect outer = window.frameGeometry();
+    if (inner == outer) {
+        const int title = qMax(window.style()->pixelMetric(QStyle::PM_TitleBarHeight), lowestTitle);
+        return {2 * border, title + border};
+    }
+    const int top = inner.top() - outer.top(); // a maximised window may have a title alone
+    const double ratio = window.devicePixelRatioF();
+    if (top >= lowestTitle || ratio == 1)
+        return outer.size() - inner.size();
+    // A title so low is drawn without regard to the screen's scale, which the layout must not
+    // depend on. The toolkit has rounded halves up.
+    const auto unscaled = [ratio](int edge) {
+        return edge > 0 ? static_cast<int>(std::ceil((edge - 0.5) * ratio)) : 0;
+    };
+    return {unscaled(inner.left() - outer.left()) + unscaled(outer.right() - inner.right()),
+            unscaled(top) + unscaled(outer.bottom() - inner.bottom())};
+}
+
+bool changesSizes(const QEvent &event) {
+    return event.type() == QEvent::FontChange || event.type() == QEvent::StyleChange;
+}
+
+void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale) {
+    QRect rect = scale.toPixels(place);
+    const QPoint centre = rect.center();
+    rect.setSize(rect.size().expandedTo(control.sizeHint()));
+    rect.moveCenter(centre);
+    control.setGeometry(rect);
+}
+
+void placeControls(const QWidget &form, WindowDesign design, const TwipScale &scale,
+                   float raisedBy) {
+    for (const DesignedControl &control : design) {
+        TwipRect place = control.place;
+        place.top -= raisedBy;
+        placeControl(*form.findChild<QWidget *>(QLatin1String(control.name)), place, scale);
+    }
+}
+
+} // namespace veltrona::desktop
