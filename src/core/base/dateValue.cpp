@@ -2,6 +2,8 @@
 
 #include "core/base/text.h"
 
+#include <QDateTime>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>

@@ -3,12 +3,13 @@
 // upwards. All arithmetic runs on day numbers, so that no time zone and no clock change touches it.
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 
 #include <array>
 #include <optional>
 #include <string_view>
+
+class QDateTime;
 
 namespace veltrona {
 

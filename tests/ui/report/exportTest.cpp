@@ -203,7 +203,7 @@ private slots:
     }
 
     void eachCommandHasItsColourFlag() {
-        m_main->importReport(QFINDTESTDATA("../../samples/report.xml"));
+        m_main->importReport(QFINDTESTDATA("../../../samples/report.xml"));
         modMain::GridColor = true;
         m_main->window().cboRange.setListIndex(4); // All
         const auto marks = [](const QByteArray &html) { return html.count("class=\"Stil8\""); };
