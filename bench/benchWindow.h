@@ -10,8 +10,8 @@ namespace veltrona::bench {
 /// Chooses one report; nothing else may be asked.
 class ChoosesReport : public Dialogs {
 public:
-    ChoosesReport() { setDialogs(this); }
-    ~ChoosesReport() override { setDialogs(nullptr); }
+    ChoosesReport() { services().dialogs = this; }
+    ~ChoosesReport() override { services().dialogs = nullptr; }
     Answer message(MessageStyle, const QString &, const QString &text) override;
     int choose(const QString &, const QString &text, const QStringList &) override;
     QString openFile(const FileDialogSetup &) override { return m_report; }

@@ -1,4 +1,6 @@
+#include "core/platform/services.h"
 #include "ui/shell/start.h"
+#include "ui/views/clipboard.h"
 #include "ui/views/dialogs/qtDialogs.h"
 
 #include <QDebug>
@@ -7,7 +9,7 @@
 
 int main(int argc, char **argv) {
     veltrona::Application application(argc, argv);
-    // The toolkit has taken out what is meant for it.
+    // QApplication has removed its own arguments.
     if (argc > 1) {
         QString told;
         QDebug(&told).nospace() << "veltrona: takes no argument "
@@ -16,6 +18,9 @@ int main(int argc, char **argv) {
         return 2;
     }
     veltrona::QtDialogs dialogs(veltrona::modMain::places);
-    veltrona::setDialogs(&dialogs);
+    veltrona::Services &services = veltrona::services();
+    services.dialogs = &dialogs;
+    services.clipboard = veltrona::drawing::toSystemClipboard;
+    services.fatalNote = QStringLiteral("The records that were imported are kept.");
     return veltrona::modMain::Main();
 }

@@ -95,7 +95,7 @@ int main(int argc, char **argv) {
     const QString command = arguments.value(1);
     const QString file = arguments.value(2);
     Answers answers(file);
-    setDialogs(&answers);
+    services().dialogs = &answers;
     frmMain window;
     if (!window.Form_Load())
         return 1;

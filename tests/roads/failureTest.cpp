@@ -42,7 +42,7 @@ protected:
     }
 
 private slots:
-    void initTestCase() { sqlite::lockWait = 100; }
+    void initTestCase() { services().lockWait = 100; }
 
     void handlers_data() {
         QTest::addColumn<QString>("handler");

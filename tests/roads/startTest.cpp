@@ -34,7 +34,7 @@ QString defaultProject(const test::MainWindow &home) {
 class StartTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { sqlite::lockWait = 100; }
+    void initTestCase() { services().lockWait = 100; }
 
     void firstAndSecond() {
         test::MainWindow home;

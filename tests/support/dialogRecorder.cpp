@@ -12,11 +12,11 @@ void unexpected(const QString &what) {
 } // namespace
 
 DialogRecorder::DialogRecorder() {
-    setDialogs(this);
+    services().dialogs = this;
 }
 
 DialogRecorder::~DialogRecorder() {
-    setDialogs(nullptr);
+    services().dialogs = nullptr;
 }
 
 Answer DialogRecorder::message(MessageStyle style, const QString &title, const QString &text) {

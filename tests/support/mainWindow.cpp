@@ -1,7 +1,7 @@
 #include "support/mainWindow.h"
 #include "core/base/product.h"
 
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 #include "core/shell/settings.h"
 #include "support/gridText.h"
 #include "support/testFolder.h"
@@ -18,12 +18,12 @@ MainWindow::MainWindow(const QDate &today) {
     QCoreApplication::setApplicationName(productName);
     qputenv("XDG_DATA_HOME", m_home.filePath(QStringLiteral("data")).toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", m_home.filePath(QStringLiteral("config")).toLocal8Bit());
-    desktop::setClock([today] { return QDateTime(today, QTime(12, 0)); });
+    services().now = [today] { return QDateTime(today, QTime(12, 0)); };
 }
 
 MainWindow::~MainWindow() {
     close();
-    desktop::setClock({});
+    services().now = Services().now;
 }
 
 bool MainWindow::start() {

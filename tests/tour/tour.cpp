@@ -41,13 +41,13 @@ Tour::Tour(const QString &reportFile, const QString &folder) : m_guide(folder), 
     m_dialogs.reportFile = reportFile;
     m_dialogs.exportFile = m_guide.file(u"report.html"_s);
     m_printing.file = m_guide.file(u"report.pdf"_s);
-    setDialogs(&m_dialogs);
-    setPrinting(&m_printing);
+    services().dialogs = &m_dialogs;
+    services().printing = &m_printing;
 }
 
 Tour::~Tour() {
-    setPrinting(nullptr);
-    setDialogs(nullptr);
+    services().printing = nullptr;
+    services().dialogs = nullptr;
 }
 
 bool Tour::run() {

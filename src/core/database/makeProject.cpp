@@ -1,8 +1,8 @@
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
-#include "core/platform/desktop/clock.h"
 #include "core/platform/desktop/nativePath.h"
 #include "core/platform/desktop/replacementFile.h"
+#include "core/platform/services.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -105,8 +105,8 @@ void refuseUnlessFile(const QString &target) {
 /// "Garden set aside 2007-05-14 130509.vlt", with a number where that name is taken.
 QString nameAside(const QString &path) {
     const qsizetype dot = path.lastIndexOf(QLatin1Char('.'));
-    const QString name =
-        path.left(dot) + desktop::now().toString(QStringLiteral("' set aside 'yyyy-MM-dd hhmmss"));
+    const QString name = path.left(dot) + services().now().toString(
+                                              QStringLiteral("' set aside 'yyyy-MM-dd hhmmss"));
     QString aside = name + path.mid(dot);
     for (int copy = 2; QFileInfo::exists(aside); ++copy)
         aside = name + QStringLiteral(" %1").arg(copy) + path.mid(dot);

@@ -6,7 +6,7 @@
 #include "core/import/progress.h"
 #include "core/import/rowReader.h"
 #include "core/import/rowValues.h"
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -129,7 +129,7 @@ void RowLoader::importRows(const std::function<bool()> &inc) {
         if (step != xml::Walk::Step::Element || m_walk.name() != "row")
             continue;
         if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
-            desktop::steadyTime() - m_batchBegan > m_batchLasts)
+            services().steadyTime() - m_batchBegan > m_batchLasts)
             commitBatch();
         ++m_row;
         if (!inc())
@@ -190,7 +190,7 @@ void RowLoader::beginBatch() {
                           .arg(QDir::toNativeSeparators(m_connection.path())));
     }
     m_batch.emplace(m_connection);
-    m_batchBegan = desktop::steadyTime();
+    m_batchBegan = services().steadyTime();
 }
 
 void RowLoader::commitBatch() {

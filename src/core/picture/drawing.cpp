@@ -1,5 +1,7 @@
 #include "core/picture/drawing.h"
 
+#include "core/platform/services.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -34,7 +36,6 @@ struct Context {
 struct Table {
     std::unordered_map<Handle, Bitmap> bitmaps;
     std::unordered_map<Handle, Context> contexts;
-    std::function<bool(Handle)> clipboard;
     Handle last = 0;
 };
 
@@ -215,11 +216,8 @@ bool bitBlt(Handle target, std::int32_t left, std::int32_t top, std::int32_t wid
 }
 
 bool setClipboardBitmap(Handle bitmap) {
-    return table().clipboard && describeBitmap(bitmap) && table().clipboard(bitmap);
-}
-
-void setClipboard(std::function<bool(Handle)> taker) {
-    table().clipboard = std::move(taker);
+    const auto &clipboard = services().clipboard;
+    return clipboard && describeBitmap(bitmap) && clipboard(bitmap);
 }
 
 Picture &Picture::operator=(Picture &&other) noexcept {

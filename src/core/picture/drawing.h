@@ -76,11 +76,9 @@ bool bitBlt(Handle target, std::int32_t left, std::int32_t top, std::int32_t wid
             std::int32_t height, Handle source, std::int32_t sourceLeft, std::int32_t sourceTop,
             std::uint32_t operation);
 
-/// Hands a bitmap to the system's clipboard in the place of what was there; on true the clipboard
-/// owns it. Without an installed clipboard always false.
+/// Puts a bitmap onto the services' clipboard in the place of what was there; on true the clipboard
+/// owns it. Without a clipboard always false.
 bool setClipboardBitmap(Handle bitmap);
-/// The windows install theirs; an empty function takes it away.
-void setClipboard(std::function<bool(Handle)> taker);
 
 /// Owns one bitmap.
 class Picture {

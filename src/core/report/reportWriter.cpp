@@ -4,9 +4,9 @@
 #include "core/base/blanks.h"
 #include "core/base/failure.h"
 #include "core/picture/modJPEG.h"
-#include "core/platform/desktop/clock.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/dialogs/dialogs.h"
+#include "core/platform/services.h"
 #include "core/report/reportNames.h"
 
 #include <QFile>
@@ -22,7 +22,7 @@ ReportContent contentOf(const ReportSource &source, bool doColor) {
     const QChar separator = dateSeparator(source.locale);
     ReportContent content;
     content.details = reportDetails(node.Key(), node.Tag(), node.Text());
-    content.now = source.locale.toString(desktop::now(), QLocale::ShortFormat);
+    content.now = source.locale.toString(services().now(), QLocale::ShortFormat);
     content.start = reportDate(source.range.start, separator);
     content.end = reportDate(source.range.end, separator);
     content.metric = source.metric;

@@ -5,6 +5,7 @@
 #include "core/base/product.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/desktop/spooler.h"
+#include "core/platform/services.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
 #include "ui/views/hourglass.h"
@@ -42,8 +43,6 @@ public:
         printReport(report, printer);
     }
 };
-
-Printing *installed = nullptr;
 
 void drawPiece(QPainter &painter, const ReportSheet &sheet, const QRectF &piece) {
     painter.save();
@@ -172,11 +171,7 @@ void printToFile(const ReportDocument &report, QPrinter &printer) {
 
 Printing &printing() {
     static SystemPrinting system;
-    return installed ? *installed : system;
-}
-
-void setPrinting(Printing *printing) {
-    installed = printing;
+    return services().printing ? *services().printing : system;
 }
 
 void printReport(const ReportDocument &report, QPrinter &printer) {

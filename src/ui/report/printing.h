@@ -19,11 +19,8 @@ public:
     virtual void print(const ReportDocument &report, QWidget *owner) = 0;
 };
 
-/// The printing in force: the system's unless another one has been installed.
+/// The printing in force: that of the services, or else the system's.
 Printing &printing();
-
-/// Installs a printing that the caller keeps alive; null brings the system's back.
-void setPrinting(Printing *printing);
 
 /// Prints what the preview shows, as wide as the paper between its margins, and numbers the pages.
 /// Throws Failure if printer or file refuses; a file that stood there before is unharmed then.

@@ -4,8 +4,8 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/database/projectFile.h"
 #include "core/import/importRows.h"
-#include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
+#include "core/platform/services.h"
 #include "core/platform/xml/document.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
@@ -82,7 +82,7 @@ void frmMain::loadDefaults() {
 void frmMain::closeEvent(QCloseEvent *event) {
     if (m_importing) {
         // The loader is at work on the project: it stops at its next step and closes then.
-        desktop::requestEnd();
+        services().endRequested = true;
         event->ignore();
         return;
     }

@@ -4,7 +4,7 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTree.h"
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "ui/shell/frmMain.h"
 #include "ui/views/controls/elidedLabel.h"
@@ -23,7 +23,7 @@ namespace {
 const QString firstClick = QStringLiteral("first");
 
 DateValue currentDate() {
-    return dateValue(desktop::now());
+    return dateValue(services().now());
 }
 
 } // namespace

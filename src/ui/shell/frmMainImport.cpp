@@ -5,8 +5,8 @@
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
-#include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/dialogs.h"
+#include "core/platform/services.h"
 #include "core/platform/xml/document.h"
 #include "core/shell/modMain.h"
 #include "ui/import/frmWait.h"
@@ -45,7 +45,7 @@ bool frmMain::importReport(const QString &path, const QString &note) {
     modMain::ReportColumns = {};
     bool passed = false;
     const std::exception_ptr failed = failureOf([&] { passed = loadReport(note); });
-    if (desktop::endRequested())
+    if (services().endRequested)
         close();
     // The end of the session closes a message box and then this window, project and all.
     if (m_unloaded)
@@ -88,7 +88,7 @@ bool frmMain::loadReport(const QString &note) {
     wait.Show([&] {
         importRows(*modMain::DbConn, *modMain::RowSet, *modMain::ReportDoc, check, [&wait] {
             wait.inc();
-            return !desktop::endRequested();
+            return !services().endRequested;
         });
     });
     return true;

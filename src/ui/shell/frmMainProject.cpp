@@ -3,10 +3,10 @@
 #include "core/base/command.h"
 #include "core/base/product.h"
 #include "core/database/projectFile.h"
-#include "core/platform/desktop/endSignals.h"
 #include "core/platform/desktop/folders.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/dialogs/errorFilter.h"
+#include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
 #include "ui/shell/frmMain.h"
@@ -76,7 +76,7 @@ bool frmMain::openFirstProject() {
             initApp(true);
             return true;
         } catch (const Failure &failure) {
-            if (desktop::endRequested() || !askAboutBadProject(failure))
+            if (services().endRequested || !askAboutBadProject(failure))
                 return false;
         }
     }

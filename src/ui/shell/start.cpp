@@ -3,10 +3,10 @@
 #include "core/base/product.h"
 #include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
+#include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "core/shell/version.h"
 #include "ui/shell/frmMain.h"
-#include "ui/views/clipboard.h"
 #include "ui/views/icons.h"
 
 #include <QAccessible>
@@ -37,13 +37,11 @@ void tellFocus(bool itemsOnly) {
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     // No display name: the toolkit would append it to every caption.
     setApplicationName(productName);
-    setFatalNote(QStringLiteral("The records that were imported are kept."));
     setApplicationVersion(programVersion());
     setDesktopFileName(QStringLiteral("org.veltrona.%1").arg(productName));
     setWindowIcon(icon(QStringLiteral("veltrona")));
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
-    drawing::useSystemClipboard();
     // The toolkit tells of a window after the control in it, and of a control after its item.
     connect(
         this, &QGuiApplication::focusWindowChanged, this, [] { tellFocus(false); },
@@ -80,7 +78,7 @@ int modMain::Main() {
         });
         if (!window.Form_Load())
             return 0;
-        if (desktop::endRequested()) {
+        if (services().endRequested) {
             window.close();
             return 0;
         }

@@ -1,9 +1,11 @@
-// The system's clipboard as the taker of bitmaps.
+// The system's clipboard for bitmaps.
 #pragma once
+
+#include "core/picture/drawing.h"
 
 namespace veltrona::drawing {
 
-/// Installs it; once, when the application object is there.
-void useSystemClipboard();
+/// Puts the bitmap onto the system's clipboard and takes ownership of it; gives true.
+bool toSystemClipboard(Handle bitmap);
 
 } // namespace veltrona::drawing

@@ -1,4 +1,4 @@
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 #include "projectFolder.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
@@ -88,7 +88,7 @@ private slots:
     }
 
     void setAsideWithAllThatBelongsToIt() {
-        desktop::setClock([] { return QDateTime(QDate(2007, 5, 14), QTime(13, 5, 9)); });
+        services().now = [] { return QDateTime(QDate(2007, 5, 14), QTime(13, 5, 9)); };
         const QString aside = path("O'Neil set aside 2007-05-14 130509");
         for (const char *time : {"", " 2"}) {
             for (const char *part : {"", "-journal", "-wal"})
@@ -104,7 +104,7 @@ private slots:
         write(longest + "-wal", "log");
         QVERIFY(failureOf([&] { setProjectAside(longest); }));
         QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
-        desktop::setClock({});
+        services().now = Services().now;
     }
 
     /// What a killed program has left goes, what another holds stays.

@@ -1,4 +1,5 @@
 #include "core/database/dayTable.h"
+#include "core/platform/services.h"
 #include "projectFolder.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"
@@ -100,7 +101,7 @@ class ProjectFileTest : public QObject, ProjectFolder {
     }
 
 private slots:
-    void initTestCase() { sqlite::lockWait = 100; }
+    void initTestCase() { services().lockWait = 100; }
     void init() { renewFolder(); }
 
     void badProjectIsRefused_data() {

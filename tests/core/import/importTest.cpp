@@ -1,6 +1,6 @@
 #include "core/import/importRows.h"
 #include "core/import/progress.h"
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 #include "support/dataTable.h"
 #include "support/failureOf.h"
 #include "support/recordTable.h"
@@ -85,10 +85,9 @@ class ImportTest : public QObject {
 
 private slots:
     void initTestCase() {
-        desktop::setSteadyClock([this] { return m_time; });
+        services().steadyTime = [this] { return m_time; };
     }
     void init() { m_table = std::make_unique<test::RecordTable>(); }
-    void cleanupTestCase() { desktop::setSteadyClock({}); }
 
     void checksTheColumns_data() {
         const test::DataTable<QByteArray, bool> add("content", "passes");

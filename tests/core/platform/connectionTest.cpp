@@ -1,5 +1,6 @@
 #include "core/platform/sqlite/connection.h"
 #include "core/base/command.h"
+#include "core/platform/services.h"
 #include "support/failureOf.h"
 #include "support/fileSizeLimit.h"
 #include "support/testFolder.h"
@@ -113,7 +114,9 @@ private slots:
             for (int attempt = 0; patience.wait(attempt);)
                 ++attempt;
         };
-        const auto restore = qScopeGuard([wait = lockWait, all = lockWaitOfCommand] {
+        int &lockWait = services().lockWait;
+        int &lockWaitOfCommand = services().lockWaitOfCommand;
+        const auto restore = qScopeGuard([&, wait = lockWait, all = lockWaitOfCommand] {
             lockWait = wait;
             lockWaitOfCommand = all;
         });

@@ -1,6 +1,6 @@
 #include "core/report/reportWriter.h"
 
-#include "core/platform/desktop/clock.h"
+#include "core/platform/services.h"
 #include "support/anotherUser.h"
 #include "support/dialogRecorder.h"
 #include "support/failureOf.h"
@@ -58,9 +58,9 @@ private slots:
         m_grid.setRow(0);
         m_grid.setCol(0);
         m_chart = whitePicture(40, 30);
-        desktop::setClock([] { return QDateTime(QDate(2006, 3, 7), QTime(13, 5, 9)); });
+        services().now = [] { return QDateTime(QDate(2006, 3, 7), QTime(13, 5, 9)); };
     }
-    void cleanup() { desktop::setClock({}); }
+    void cleanup() { services().now = Services().now; }
 
     void writesPageAndPicture() {
         write("  " + m_page + " ");

@@ -234,9 +234,9 @@ private slots:
         const drawing::Picture bitmap(drawing::createBitmap(2, 2, pixels, 6));
         cJPEG picture;
         picture.CreateFromPicture(bitmap);
-        drawing::useSystemClipboard();
+        services().clipboard = drawing::toSystemClipboard;
         QVERIFY(picture.CopyToClipboard());
-        drawing::setClipboard({});
+        services().clipboard = {};
         const QImage image = QGuiApplication::clipboard()->image();
         QCOMPARE(image.size(), QSize(2, 2));
         QCOMPARE(image.pixelColor(0, 0), QColor(255, 0, 0));

@@ -28,8 +28,8 @@ namespace {
 
 class StubPrinting : public Printing {
 public:
-    StubPrinting() { setPrinting(this); }
-    ~StubPrinting() override { setPrinting(nullptr); }
+    StubPrinting() { services().printing = this; }
+    ~StubPrinting() override { services().printing = nullptr; }
 
     bool isEnabled() override {
         if (asking)

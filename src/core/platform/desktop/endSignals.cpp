@@ -1,6 +1,7 @@
 #include "core/platform/desktop/endSignals.h"
 
-#include <atomic>
+#include "core/platform/services.h"
+
 #include <cerrno>
 #include <csignal>
 #include <utility>
@@ -12,16 +13,13 @@ namespace veltrona::desktop {
 
 namespace {
 
-std::atomic<bool> requested = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set it");
-
 constexpr std::pair<int, int> noPipe{-1, -1};
 std::pair<int, int> wakeUp = noPipe; // the read end, and the write end for the handler
 
 /// May do next to nothing: it interrupts the program anywhere.
 void noteSignal(int) {
     const int before = errno;
-    requested = true;
+    services().endRequested = true;
     [[maybe_unused]] const auto written = write(wakeUp.second, "", 1);
     errno = before;
 }
@@ -41,16 +39,8 @@ void setHandler(void (*handler)(int)) {
 
 } // namespace
 
-bool endRequested() {
-    return requested;
-}
-
-void requestEnd() {
-    requested = true;
-}
-
 EndSignals::EndSignals(std::function<void()> end) {
-    requested = false;
+    services().endRequested = false;
     int ends[2];
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // the signals kill, as they do by themselves
@@ -67,7 +57,7 @@ EndSignals::EndSignals(std::function<void()> end) {
 }
 
 EndSignals::~EndSignals() {
-    requested = false;
+    services().endRequested = false;
     if (!m_notifier)
         return;
     setHandler(SIG_DFL);

@@ -9,14 +9,9 @@
 
 namespace veltrona::desktop {
 
-/// True once the program is to end; long work that is done in steps stops at its next one.
-bool endRequested();
-/// Asks for the end without a signal.
-void requestEnd();
-
-/// Catches the signals while it lives, one at a time, and calls `end` from the event loop after
-/// each; a signal that the program was started to ignore stays ignored. Needs a QCoreApplication.
-/// With a new one the program is no longer to end.
+/// Catches the signals while it lives, one at a time: sets the services' endRequested at once, and
+/// calls `end` from the event loop; a signal that the program was started to ignore stays ignored.
+/// Needs a QCoreApplication. With a new one the program is no longer to end.
 class EndSignals {
 public:
     explicit EndSignals(std::function<void()> end);

@@ -1,7 +1,9 @@
 // The seam between the program and everything modal that a user answers: message boxes, file
-// dialogs and choices. The program installs the Qt dialogs, tests install a recorder that answers
+// dialogs and choices. The program shows Qt's dialogs, tests set a recorder that answers
 // by itself and fails on a box that nobody expected.
 #pragma once
+
+#include "core/platform/services.h"
 
 #include <QString>
 #include <QStringList>
@@ -57,10 +59,10 @@ public:
     virtual QString saveFile(const FileDialogSetup &setup) = 0;
 };
 
-/// The dialogs in force. Must not be called before setDialogs.
-Dialogs &dialogs();
-
-/// Installs dialogs that the caller keeps alive; null takes them away.
-void setDialogs(Dialogs *dialogs);
+/// The dialogs in force.
+inline Dialogs &dialogs() {
+    Q_ASSERT(services().dialogs);
+    return *services().dialogs;
+}
 
 } // namespace veltrona

@@ -6,17 +6,6 @@
 
 namespace veltrona {
 
-namespace {
-QString &fatalNote() {
-    static QString note;
-    return note;
-}
-} // namespace
-
-void setFatalNote(const QString &note) {
-    fatalNote() = note;
-}
-
 void tellFailure(const Failure &failure) {
     dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                       QStringLiteral("Error %1: %2").arg(failure.number()).arg(failure.text()));
@@ -27,7 +16,7 @@ void tellFatal(const char *what) noexcept {
         dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                           QStringLiteral("The program met an error that it can't go on from, and "
                                          "closes: %1.\r%2")
-                              .arg(QString::fromLocal8Bit(what), fatalNote()));
+                              .arg(QString::fromLocal8Bit(what), services().fatalNote));
     } catch (const std::exception &second) {
         qCritical("%s", second.what());
     }

@@ -10,9 +10,6 @@
 
 namespace veltrona {
 
-/// What a user reads last when the run ends by a fault: what of the work is kept.
-void setFatalNote(const QString &note);
-
 /// Tells a failure of the engine, the parser or the file system with number and text; the run goes
 /// on behind it.
 void tellFailure(const Failure &failure);

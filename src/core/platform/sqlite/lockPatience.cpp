@@ -1,6 +1,7 @@
 #include "core/platform/sqlite/lockPatience.h"
 
 #include "core/base/command.h"
+#include "core/platform/services.h"
 
 #include <QThread>
 
@@ -32,7 +33,8 @@ bool LockPatience::wait(int attempt) {
     const qint64 elapsed = m_timer.elapsed();
     waits.milliseconds += elapsed - std::exchange(m_counted, elapsed);
     const bool gaveUpBefore = command != 0 && m_gaveUpIn == command;
-    if (gaveUpBefore || elapsed >= lockWait || waits.milliseconds >= lockWaitOfCommand) {
+    if (gaveUpBefore || elapsed >= services().lockWait ||
+        waits.milliseconds >= services().lockWaitOfCommand) {
         m_gaveUpIn = command;
         return false;
     }

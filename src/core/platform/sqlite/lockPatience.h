@@ -6,11 +6,7 @@
 
 namespace veltrona::sqlite {
 
-/// The longest wait for one lock, and the longest of a command in all; in milliseconds. Tests
-/// shorten them.
-inline int lockWait = 3000;
-inline int lockWaitOfCommand = 10000;
-
+/// Within the services' lockWait and lockWaitOfCommand.
 class LockPatience {
 public:
     /// Sleeps a little and says whether to try again. `attempt` counts from 0 for each lock. Once
