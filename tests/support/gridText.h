@@ -1,4 +1,4 @@
-// A grid as texts.
+// A grid as texts, and rows as sumUp leaves them.
 #pragma once
 
 #include "core/controls/grid.h"
@@ -21,6 +21,15 @@ inline QStringList gridText(const Grid &grid, int firstRow = 0) {
     for (int row = firstRow; row < grid.Rows(); ++row)
         rows += rowText(grid, row, grid.Cols());
     return rows;
+}
+
+inline void colorRow(Grid &grid, int row, Rgb color) {
+    grid.setRow(row);
+    for (int col = 0; col < grid.Cols(); ++col) {
+        grid.setCol(col);
+        grid.setCellForeColor(color);
+    }
+    grid.setLoss(row, color == Rgb{255, 0, 0});
 }
 
 } // namespace veltrona::test

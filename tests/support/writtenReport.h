@@ -4,6 +4,7 @@
 
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/report/reportWriter.h"
+#include "support/gridText.h"
 
 #include <QImage>
 #include <QStringList>
@@ -24,11 +25,8 @@ struct WrittenReport {
             grid.setTextMatrix(row, gridColumn::Name, names[row - 1]);
             for (int col = 1; col < gridColumn::Count; ++col)
                 grid.setTextMatrix(row, col, QString::number(row * col % 977 / 7.0, 'f', 2));
-            grid.setRow(row);
-            for (int col = 0; redNames.contains(names[row - 1]) && col < grid.Cols(); ++col) {
-                grid.setCol(col);
-                grid.setCellForeColor(red);
-            }
+            if (redNames.contains(names[row - 1]))
+                colorRow(grid, row, red);
         }
         grid.setTextMatrix(grid.Rows() - 1, 0, QStringLiteral("Summary"));
         QImage graph(600, 200, QImage::Format_BGR888);

@@ -1,22 +1,24 @@
 #include "core/controls/grid.h"
 
+#include <algorithm>
+
 namespace veltrona {
 
 Grid::Grid(int columns, int rows)
     : m_columns(static_cast<std::size_t>(columns)),
-      m_rows(static_cast<std::size_t>(rows), RowCells(m_columns)), m_widths(m_columns, -1),
+      m_rows(static_cast<std::size_t>(rows), emptyRow()), m_widths(m_columns, -1),
       m_alignments(m_columns, -1) {}
 
 Grid::Cell &Grid::cell(int row, int col) {
-    return m_rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(col));
+    return m_rows.at(static_cast<std::size_t>(row)).cells.at(static_cast<std::size_t>(col));
 }
 
 const Grid::Cell &Grid::cell(int row, int col) const {
-    return m_rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(col));
+    return m_rows.at(static_cast<std::size_t>(row)).cells.at(static_cast<std::size_t>(col));
 }
 
 void Grid::setRows(int rows) {
-    m_rows.resize(static_cast<std::size_t>(rows), RowCells(m_columns));
+    m_rows.resize(static_cast<std::size_t>(rows), emptyRow());
     changed();
 }
 
@@ -30,9 +32,9 @@ void Grid::setTextMatrix(int row, int col, const QString &text) {
 }
 
 void Grid::AddItem(const QString &item, int index) {
-    RowCells cells(m_columns);
-    cells.front().text = item;
-    m_rows.insert(m_rows.begin() + index, std::move(cells));
+    RowData row = emptyRow();
+    row.cells.front().text = item;
+    m_rows.insert(m_rows.begin() + index, std::move(row));
     changed();
 }
 
@@ -42,8 +44,7 @@ void Grid::RemoveItem(int index) {
 }
 
 void Grid::Clear() {
-    for (RowCells &row : m_rows)
-        row.assign(m_columns, Cell());
+    std::fill(m_rows.begin(), m_rows.end(), emptyRow());
     changed();
 }
 
@@ -72,6 +73,11 @@ void Grid::setForeColor(Rgb color) {
 
 void Grid::setCellForeColor(Rgb color) {
     cell(m_row, m_col).color = (color.red << 16) | (color.green << 8) | color.blue;
+    setLoss(m_row, false);
+}
+
+void Grid::setLoss(int row, bool isLoss) {
+    m_rows.at(static_cast<std::size_t>(row)).isLoss = isLoss;
     changed();
 }
 

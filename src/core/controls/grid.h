@@ -61,6 +61,11 @@ public:
     /// The colour in force at any cell, without moving the current one.
     Rgb cellColor(int row, int col) const;
 
+    /// A row's mark, kept beside its colours: it goes with the row, with Clear, and when a cell of
+    /// the row gets another colour.
+    bool isLoss(int row) const { return m_rows.at(static_cast<std::size_t>(row)).isLoss; }
+    void setLoss(int row, bool isLoss);
+
     bool Redraw() const { return m_redraw; }
     void setRedraw(bool redraw);
 
@@ -77,14 +82,18 @@ private:
         QString text;
         int color = -1; // 0xRRGGBB, or -1 for the grid's own
     };
-    using RowCells = std::vector<Cell>;
+    struct RowData {
+        std::vector<Cell> cells;
+        bool isLoss = false;
+    };
 
+    RowData emptyRow() const { return {std::vector<Cell>(m_columns)}; }
     Cell &cell(int row, int col);
     const Cell &cell(int row, int col) const;
     void changed();
 
     std::size_t m_columns;
-    std::deque<RowCells> m_rows; // rows go at the top and come above the bottom: cheap in a deque
+    std::deque<RowData> m_rows; // rows go at the top and come above the bottom: cheap in a deque
     std::vector<int> m_widths;
     std::vector<int> m_alignments;
     Rgb m_foreColor;

@@ -125,7 +125,7 @@ void writeStatistics(Lines &lines, const Grid &grid, bool doColor) {
             const std::string_view open = col == gridColumn::Name ? R"(<td><div align="left">)"
                                                                   : R"(<td><div align="right">)";
             const QStringView text = withoutBlanks(grid.TextMatrix(row, col));
-            if (doColor && grid.cellColor(row, col) == red)
+            if (doColor && grid.isLoss(row))
                 lines.write(open, reportMark, text, "</span></div></td>");
             else
                 lines.write(open, text, "</div></td>");

@@ -100,9 +100,12 @@ private slots:
         initGrid(grid, true);
         pour(grid, raw);
         sumUp(grid, true);
-        for (int row = 1; row < grid.Rows(); ++row)
+        for (int row = 1; row < grid.Rows(); ++row) {
+            const bool isLoss = colors.at(row - 1) == 'r';
+            QCOMPARE(grid.isLoss(row), isLoss);
             for (int col = 0; col < grid.Cols(); ++col)
-                QCOMPARE(grid.cellColor(row, col), colors.at(row - 1) == 'r' ? red : green);
+                QCOMPARE(grid.cellColor(row, col), isLoss ? red : green);
+        }
         QCOMPARE(grid.Row(), grid.Rows() - 1);
         QCOMPARE(grid.Col(), 14);
     }
@@ -116,6 +119,9 @@ private slots:
         sumUp(grid, false);
         QCOMPARE(grid.cellColor(grid.Rows() - 1, 0), red); // of the refresh before
         QCOMPARE(grid.cellColor(1, 0), green);             // the default colour of that time
+        QVERIFY(grid.isLoss(grid.Rows() - 1) && !grid.isLoss(1));
+        grid.Clear();
+        QVERIFY(!grid.isLoss(grid.Rows() - 1));
     }
 };
 

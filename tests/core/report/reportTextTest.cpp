@@ -3,6 +3,7 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/nodeTag.h"
 #include "support/dataTable.h"
+#include "support/gridText.h"
 
 #include <QTest>
 
@@ -14,14 +15,6 @@ void fillRow(Grid &grid, int row, const QString &texts) {
     int col = 0;
     for (const QString &text : texts.split(u'|'))
         grid.setTextMatrix(row, col++, text);
-}
-
-void paintRow(Grid &grid, int row, Rgb color) {
-    grid.setRow(row);
-    for (int col = 0; col < grid.Cols(); ++col) {
-        grid.setCol(col);
-        grid.setCellForeColor(color);
-    }
 }
 
 const QString headings =
@@ -36,8 +29,8 @@ Grid exampleGrid() {
     fillRow(grid, 1, "Search Only|120|3400|3.53%|0.25|30|6|5%|5|1.4|90|200%|6|11|12");
     fillRow(grid, 2, " Content Only |40|9000|0.44%|0.5|20|1|2.5%|20|3.2|10|-50%|1|13|14");
     fillRow(grid, 4, "Summary|160|12400|3.97%|0.38|50|7|7.5%|25|2.3|100|100%|7");
-    paintRow(grid, 2, red);
-    paintRow(grid, 4, green);
+    test::colorRow(grid, 2, red);
+    test::colorRow(grid, 4, green);
     return grid;
 }
 

@@ -4,6 +4,7 @@
 #include "core/analysis/grid/columnNotes.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
+#include "support/gridText.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/lossMark.h"
 #include "ui/views/readableColor.h"
@@ -43,14 +44,6 @@ QStringList names(int count) {
     for (int i = 0; i < count; ++i)
         result.append("Row " + QString::number(i));
     return result;
-}
-
-void colorRow(Grid &grid, int row, Rgb color) {
-    grid.setRow(row);
-    for (int col = 0; col < grid.Cols(); ++col) {
-        grid.setCol(col);
-        grid.setCellForeColor(color);
-    }
 }
 
 /// The rows as a refresh leaves them, of which those named so haven't earned back their cost.
@@ -168,7 +161,7 @@ private slots:
     void mapsColorsOnADarkPaletteOnly() {
         Shown shown(names(2));
         shown.grid.setForeColor({0, 128, 0});
-        colorRow(shown.grid, 2, {255, 0, 0});
+        test::colorRow(shown.grid, 2, {255, 0, 0});
         QPalette palette = shown.view.palette();
         palette.setColor(QPalette::Base, Qt::white);
         shown.view.setPalette(palette);
@@ -214,12 +207,12 @@ private slots:
         QCOMPARE(shown.view.baseColor(shown.cell(0, 1)), plain);
     }
 
-    // The cell of the loss's red has more ink than the same cell in nearly the same shade.
+    // The name of the loss has more ink than the same name in nearly the same shade.
     void marksALossBesideItsText() {
         Shown shown({"x", "x"});
         finish(shown.grid, "x");
         QCOMPARE(shown.grid.cellColor(1, 0), (Rgb{255, 0, 0}));
-        colorRow(shown.grid, 2, {254, 0, 0});
+        test::colorRow(shown.grid, 2, {254, 0, 0});
         shown.view.clearSelection();
         const QImage image = shown.view.viewport()->grab().toImage();
         const auto inked = [&](int row, int col) {

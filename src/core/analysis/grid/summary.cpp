@@ -80,12 +80,13 @@ bool earnedLessThanItsCost(const Grid &grid, int row) {
     return isLoss(cellNumber(grid, row, ConversionValue), cellNumber(grid, row, Cost));
 }
 
-void colorRow(Grid &grid, int row, Rgb color) {
+void colorRow(Grid &grid, int row, bool isLoss) {
     grid.setRow(row);
     for (int col = 0; col < grid.Cols(); ++col) {
         grid.setCol(col);
-        grid.setCellForeColor(color);
+        grid.setCellForeColor(isLoss ? red : green);
     }
+    grid.setLoss(row, isLoss);
 }
 
 } // namespace
@@ -116,7 +117,7 @@ void sumUp(Grid &grid, bool gridColor) {
         addRow(grid, row, sums);
         roundRow(grid, row);
         if (gridColor && earnedLessThanItsCost(grid, row))
-            colorRow(grid, row, red);
+            colorRow(grid, row, true);
     }
     if (rows > 0) {
         writeSums(grid, sums);
@@ -126,7 +127,7 @@ void sumUp(Grid &grid, bool gridColor) {
     }
     roundRow(grid, summary);
     if (gridColor)
-        colorRow(grid, summary, earnedLessThanItsCost(grid, summary) ? red : green);
+        colorRow(grid, summary, earnedLessThanItsCost(grid, summary));
 }
 
 } // namespace veltrona

@@ -53,7 +53,7 @@ Rgb GridModel::cellColor(const QModelIndex &index) const {
 }
 
 bool GridModel::isLoss(const QModelIndex &index) const {
-    return cellColor(index) == red;
+    return holds(index) && m_grid.isLoss(index.row() + 1);
 }
 
 Qt::Alignment GridModel::alignment(const QModelIndex &index) const {
