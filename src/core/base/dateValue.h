@@ -23,6 +23,9 @@ struct CalendarDay {
     friend bool operator==(const CalendarDay &, const CalendarDay &) = default;
 };
 
+/// The first day of the Gregorian calendar in Britain: dates before it are refused.
+inline constexpr CalendarDay firstCalendarDay{1752, 9, 14};
+
 /// Start and end of a period, both counted in.
 struct DateRange {
     DateValue start = 0;

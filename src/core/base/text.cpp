@@ -14,6 +14,13 @@ QString padded(int number, int width) {
     return QStringLiteral("%1").arg(number, width, 10, QLatin1Char('0'));
 }
 
+QString shortened(const QString &text, qsizetype length, QStringView mark) {
+    if (text.size() <= length)
+        return text;
+    const bool isPairCut = length > 0 && text.at(length - 1).isHighSurrogate();
+    return text.left(length - isPairCut).append(mark);
+}
+
 QString onOneLine(QString text) {
     for (QChar &c : text) {
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||

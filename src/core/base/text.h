@@ -14,6 +14,10 @@ bool isSameName(std::string_view a, std::string_view b);
 /// The number with zeros in front up to `width` digits.
 QString padded(int number, int width = 2);
 
+/// At most the first `length` UTF-16 units of a text, never half of a surrogate pair, and `mark`
+/// where something was cut.
+QString shortened(const QString &text, qsizetype length, QStringView mark = u"\u2026");
+
 /// A blank in the place of every control character and line end.
 QString onOneLine(QString text);
 

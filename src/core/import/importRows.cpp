@@ -19,7 +19,7 @@ namespace veltrona {
 
 namespace {
 
-constexpr qsizetype mostShown = 40;
+constexpr qsizetype maxShown = 40;
 
 // A commit waits for the disk some four times; younger batches aren't worth it. In a large project
 // a batch touches a page of the index with nearly every row, however many rows it has: the larger
@@ -51,14 +51,10 @@ constexpr auto insertSources = [] {
 static_assert(insertSources[dayColumns.size() - 3] < reportColumnCount);
 static_assert(insertSources[dayColumns.size() - 2] == reportColumnCount);
 
-QString shortened(std::string_view value) {
-    // Enough bytes for the characters that are shown, whatever they are.
-    const QString text =
-        onOneLine(textOf(value.substr(0, static_cast<std::size_t>(8 * mostShown))));
-    if (text.size() <= mostShown)
-        return text;
-    const bool splitsPair = text.at(mostShown - 1).isHighSurrogate();
-    return text.left(mostShown - splitsPair) + QStringLiteral("...");
+QString shownValue(std::string_view value) {
+    // More bytes than the characters that are shown can take.
+    const auto head = value.substr(0, static_cast<std::size_t>(8 * maxShown));
+    return shortened(onOneLine(textOf(head)), maxShown, u"...");
 }
 
 /// A value that ends the import.
@@ -233,7 +229,7 @@ Failure RowLoader::told(const UnreadableValue &value) const {
                            "value \"%4\" of the column \"%5\" %6. The rows before it are kept in "
                            "the project; importing the mended file again skips them.")
                 .arg(QDir::toNativeSeparators(m_document.path()), QString::number(m_row),
-                     QString::number(m_walk.line()), shortened(m_reader.value(value.column)),
+                     QString::number(m_walk.line()), shownValue(m_reader.value(value.column)),
                      m_check.names[static_cast<std::size_t>(value.column)],
                      QLatin1String(value.reason))};
 }

@@ -7,9 +7,6 @@ namespace veltrona {
 
 namespace {
 
-/// The first day of the calendar in use.
-constexpr CalendarDay firstDay{1752, 9, 14};
-
 /// Takes a text apart from its front; a piece that isn't there leaves it as it was.
 class Scanner {
 public:
@@ -134,10 +131,10 @@ std::optional<int> time(Scanner &scanner) {
 std::optional<RowDate> readDate(std::string_view text) {
     Scanner scanner(text);
     const std::optional<CalendarDay> day = veltrona::day(scanner);
-    if (!day || day->year < firstDay.year || !isValid(*day))
+    if (!day || day->year < firstCalendarDay.year || !isValid(*day))
         return std::nullopt;
     const int number = dayNumber(*day);
-    if (number < dayNumber(firstDay))
+    if (number < dayNumber(firstCalendarDay))
         return std::nullopt;
     int seconds = 0;
     if (!scanner.atEnd()) {

@@ -14,16 +14,12 @@ namespace {
 // Laying out a name of a megabyte at each repaint would freeze the window.
 constexpr int longestShown = 2000;
 constexpr int longestUnwrapped = 80; // characters of a line in a tooltip
-
-QString shortened(const QString &text) {
-    return text.size() <= longestShown ? text : text.left(longestShown) + QChar(0x2026);
-}
 } // namespace
 
 QString plainToolTip(const QString &text) {
     if (text.isEmpty())
         return {};
-    const QStringList lines = shortened(text).split(QLatin1Char('\n'));
+    const QStringList lines = shortened(text, longestShown).split(QLatin1Char('\n'));
     const bool wraps = std::any_of(lines.begin(), lines.end(), [](const QString &line) {
         return line.size() > longestUnwrapped;
     });
@@ -35,7 +31,7 @@ QString plainToolTip(const QString &text) {
 void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken) {
     const QModelIndex index = view.indexAt(event.pos());
     const QRect rect = view.visualRect(index);
-    const QString text = shortened(index.data().toString());
+    const QString text = shortened(index.data().toString(), longestShown);
     const bool elided =
         index.isValid() && view.fontMetrics().horizontalAdvance(text) > rect.width() - taken;
     const QString told = index.data(Qt::ToolTipRole).toString();
@@ -46,7 +42,7 @@ void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken) {
 }
 
 QString shownLine(const QString &text) {
-    return onOneLine(shortened(text));
+    return onOneLine(shortened(text, longestShown));
 }
 
 QString PlainTextDelegate::displayText(const QVariant &value, const QLocale &) const {

@@ -221,6 +221,8 @@ private slots:
     void endsAtAValueThatCannotBeRead_data() {
         const test::DataTable<QByteArray, QStringList> add("bad", "parts");
         add("number", row("b", "12%"), {"\"12%\"", "\"clicks\""});
+        add("a pair at the cut", row("b", QByteArray(39, '1') + "\U0001F600 and more"),
+            {QString(39, '1').prepend('"') + "...\"", "\"clicks\""});
         add("key", row("b").replace("'7'", "'7; x'"), {"\"7; x\"", "\"creativeid\""});
         add("date", row("b").replace("05-14", "02-30"), {"\"2007-02-30\"", "\"date\""});
         add("no date", row("b").replace("date=", "day="), {"\"date\"", "missing"});

@@ -2,6 +2,7 @@
 
 #include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 
@@ -63,7 +64,7 @@ DateValue dateOf(std::string_view text, const QString &path) {
         return *date;
     throw Failure(unreadableDate,
                   QStringLiteral("The project \"%1\" holds a date that can't be read: \"%2\".")
-                      .arg(path, textOf(text).left(40)));
+                      .arg(path, shortened(textOf(text), 40, u"")));
 }
 
 } // namespace

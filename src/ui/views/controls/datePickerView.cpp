@@ -1,5 +1,7 @@
 #include "ui/views/controls/datePickerView.h"
 
+#include "core/base/dateValue.h"
+
 #include <QCalendarWidget>
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -21,7 +23,8 @@ DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
 #else
     setTimeSpec(Qt::UTC);
 #endif
-    setDateRange(QDate(1752, 9, 14), QDate(9999, 12, 31));
+    setDateRange(QDate(firstCalendarDay.year, firstCalendarDay.month, firstCalendarDay.day),
+                 QDate(9999, 12, 31));
     setCalendarPopup(true);
     setKeyboardTracking(false);
     setFocusPolicy(Qt::StrongFocus);

@@ -2,6 +2,7 @@
 
 #include "core/analysis/grid/columnNotes.h"
 #include "core/analysis/grid/statisticsGrid.h"
+#include "core/base/text.h"
 
 #include <QHash>
 #include <QSet>
@@ -84,11 +85,9 @@ QString GridModel::toolTip(const QModelIndex &index) const {
     const QString &figure = m_grid.TextMatrix(row, index.column());
     if (index.column() == gridColumn::Name || figure.isEmpty())
         return {};
-    QString name = m_grid.TextMatrix(row, gridColumn::Name);
-    if (name.size() > longestName)
-        name = name.left(longestName) + QChar(0x2026);
-    QStringList lines{name, m_grid.TextMatrix(gridRow::Heading, index.column()) +
-                                QStringLiteral(": ") + figure};
+    QStringList lines{shortened(m_grid.TextMatrix(row, gridColumn::Name), longestName),
+                      m_grid.TextMatrix(gridRow::Heading, index.column()) + QStringLiteral(": ") +
+                          figure};
     if (m_grid.notesOf)
         lines += m_grid.notesOf(row, index.column());
     return lines.join(QLatin1Char('\n'));

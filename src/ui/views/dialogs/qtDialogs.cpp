@@ -1,5 +1,6 @@
 #include "ui/views/dialogs/qtDialogs.h"
 
+#include "core/base/text.h"
 #include "ui/views/dialogs/forms.h"
 #include "ui/views/hourglass.h"
 
@@ -64,11 +65,7 @@ QString headOf(const QString &text, const QMessageBox &box) {
         const qsizetype next = lineBreak < 0 ? text.size() : lineBreak + 1;
         end = qMin(next, end + lineLength);
     }
-    if (end >= text.size())
-        return text;
-    if (text.at(end - 1).isHighSurrogate())
-        --end;
-    return text.left(end) + QChar(0x2026);
+    return shortened(text, end);
 }
 
 constexpr QChar breakPlace(0x200B); // takes no room
