@@ -1,6 +1,7 @@
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
 #include "core/platform/desktop/nativePath.h"
+#include "core/platform/desktop/ordinaryFile.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/services.h"
 
@@ -95,11 +96,11 @@ private:
     bool m_moved = false;
 };
 
+/// An older project may be there. SQLite takes no longer path.
 void refuseUnlessFile(const QString &target) {
-    const QFileInfo older(target);
-    if (older.exists() && !older.isFile())
-        throw Failure::ofSystem(older.isDir() ? EISDIR : EINVAL, QLatin1String(makeAction),
-                                QDir::toNativeSeparators(target));
+    const int error = desktop::ordinaryFileError(target, sqlite::longestPath());
+    if (error != 0 && error != ENOENT)
+        throw Failure::ofSystem(error, QLatin1String(makeAction), QDir::toNativeSeparators(target));
 }
 
 /// "Garden set aside 2007-05-14 130509.vlt", with a number where that name is taken.
@@ -130,19 +131,11 @@ desktop::FileHold holdFolder(const QString &folder) {
     return hold;
 }
 
-/// The engine takes no longer one, and none that leaves no room for the journal's.
-void refuseLongPath(const QString &target) {
-    if (QFileInfo(target).absoluteFilePath().toUtf8().size() > sqlite::longestPath())
-        throw Failure::ofSystem(ENAMETOOLONG, QLatin1String(makeAction),
-                                QDir::toNativeSeparators(target));
-}
-
 } // namespace
 
 void makeProject(const QString &templatePath, const QString &target) {
     const QByteArray bytes = readTemplate(templatePath);
     refuseUnlessFile(target);
-    refuseLongPath(target);
     desktop::ReplacementFile draft(target, QLatin1String(makeAction));
     draft.write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     SideFile journal(draft.target(), "-journal");

@@ -1,10 +1,12 @@
 #include "core/platform/sqlite/connection.h"
 
+#include "core/platform/desktop/ordinaryFile.h"
 #include "core/platform/sqlite/fileAccess.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstring>
 #include <sqlite3.h>
 
@@ -64,17 +66,17 @@ Failure refusal(int code, const QString &path, const char *reason) {
                       .arg(QDir::toNativeSeparators(path), QLatin1String(reason))};
 }
 
-/// A pipe or a device would hold the program for ever.
-void refuseUnlessRegularFile(const QString &path) {
-    const QFileInfo info(path);
-    if (path.isEmpty() || !info.exists())
+void refuseUnlessOrdinaryFile(const QString &path) {
+    if (path.isEmpty() || !QFileInfo::exists(path))
         throw refusal(SQLITE_CANTOPEN, path, "there is no such file");
-    if (info.absoluteFilePath().toUtf8().size() > longestPath())
+    switch (desktop::ordinaryFileError(path, longestPath())) {
+    case ENAMETOOLONG:
         throw refusal(SQLITE_CANTOPEN, path, "its path is longer than the engine takes");
-    if (info.isDir())
+    case EISDIR:
         throw refusal(SQLITE_CANTOPEN, path, "it is a folder");
-    if (!info.isFile())
+    case EINVAL:
         throw refusal(SQLITE_CANTOPEN, path, "it isn't an ordinary file");
+    }
 }
 
 /// What a project file brings along must neither run nor reach outside the file.
@@ -119,7 +121,7 @@ Connection::~Connection() {
 
 void Connection::open(const QString &path) {
     close();
-    refuseUnlessRegularFile(path);
+    refuseUnlessOrdinaryFile(path);
     // Absolute, so that no name of a file is taken for one of SQLite's own ("file:x?mode=ro").
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
     auto files = std::make_unique<FileAccess>();

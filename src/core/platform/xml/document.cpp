@@ -1,12 +1,11 @@
 #include "core/platform/xml/document.h"
 
+#include "core/platform/desktop/ordinaryFile.h"
 #include "core/platform/xml/parser.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <cerrno>
-#include <cstring>
 
 namespace veltrona::xml {
 
@@ -17,20 +16,16 @@ ParseError systemError(int errorNumber) {
     error.errorCode = errorNumber;
     error.reason = errorNumber == EINVAL
                        ? QStringLiteral("It is a pipe or a device; only a plain file can be read.")
-                       : QString::fromLocal8Bit(std::strerror(errorNumber));
+                       : qt_error_string(errorNumber);
     error.reason += QStringLiteral("\r\n");
     return error;
 }
 
-/// 0 if the path leads to a plain file that is open now. A pipe or a device would be read forever.
+/// The error number of the system, 0 if an ordinary file is open now.
 int open(QFile &file) {
-    if (file.fileName().isEmpty())
-        return ENOENT;
-    const QFileInfo info(file.fileName());
-    if (info.isDir())
-        return EISDIR;
-    if (info.exists() && !info.isFile())
-        return EINVAL;
+    const int unusable = desktop::ordinaryFileError(file.fileName());
+    if (file.fileName().isEmpty() || (unusable != 0 && unusable != ENOENT))
+        return unusable;
     errno = 0;
     if (file.open(QIODevice::ReadOnly))
         return 0;
