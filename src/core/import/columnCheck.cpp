@@ -33,10 +33,10 @@ ColumnCheck checkColumns(const xml::Document &document) {
     if (!document.refusal().isEmpty())
         throw refused(document, unreadableReport, document.refusal());
     ColumnCheck check;
-    xml::Walk walk = document.walk();
-    for (auto step = walk.next(); step != xml::Walk::Step::End; step = walk.next()) {
-        // The end of every child list asks for the required columns, and the first "no" is final.
-        if (step == xml::Walk::Step::ListEnd) {
+    xml::NodeReader walk = document.nodes();
+    for (auto step = walk.next(); step != xml::NodeReader::Step::End; step = walk.next()) {
+        // The required columns must be declared by the end of the first child list that ends.
+        if (step == xml::NodeReader::Step::ListEnd) {
             check.passed = !check.names[campaign].isEmpty() && !check.names[date].isEmpty();
             if (!check.passed)
                 return check;
@@ -51,12 +51,12 @@ ColumnCheck checkColumns(const xml::Document &document) {
             ++check.rowCount;
         }
     }
-    if (check.rowCount > mostReportRows) {
+    if (check.rowCount > maxReportRows) {
         throw refused(document, tooManyRows,
                       QStringLiteral("it has %1 rows, and an import takes at most %2, so fetch "
                                      "reports of shorter periods and import one after another")
                           .arg(check.rowCount)
-                          .arg(mostReportRows));
+                          .arg(maxReportRows));
     }
     return check;
 }

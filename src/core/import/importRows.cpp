@@ -1,6 +1,7 @@
 #include "core/import/importRows.h"
 
 #include "core/base/failureNumbers.h"
+#include "core/base/numberGrammar.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
 #include "core/import/progress.h"
@@ -12,7 +13,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cmath>
 #include <optional>
 
 namespace veltrona {
@@ -21,17 +24,16 @@ namespace {
 
 constexpr qsizetype maxShown = 40;
 
-// A commit waits for the disk some four times; younger batches aren't worth it. In a large project
-// a batch touches a page of the index with nearly every row, however many rows it has: the larger
-// the file, the longer a batch may last, short of what another program notices.
-constexpr std::chrono::milliseconds shortestBatch{100};
-constexpr std::chrono::milliseconds longestBatch{1000};
-constexpr qint64 bytesWorthShortest = 32 << 20;
+// A commit waits for the disk about four times, which shorter batches aren't worth. In a large
+// project nearly every row of a batch changes another page of the index, so that longer batches pay
+// off; they stay below what another program would notice.
+constexpr std::chrono::milliseconds minBatch{100};
+constexpr std::chrono::milliseconds maxBatch{1000};
+constexpr qint64 bytesPerMinBatch = 32 << 20;
 
-std::chrono::milliseconds lengthOfBatches(const QString &project) {
-    const qint64 times = QFileInfo(project).size() / bytesWorthShortest;
-    return std::clamp<std::chrono::milliseconds>(times * shortestBatch, shortestBatch,
-                                                 longestBatch);
+std::chrono::milliseconds batchDuration(const QString &project) {
+    const qint64 times = QFileInfo(project).size() / bytesPerMinBatch;
+    return std::clamp<std::chrono::milliseconds>(times * minBatch, minBatch, maxBatch);
 }
 
 constexpr int adgroup = reportColumn("adgroup");
@@ -41,7 +43,7 @@ constexpr int date = reportColumn("date");
 constexpr int keyword = reportColumn("keyword");
 constexpr int kwType = reportColumn("kwtype");
 
-/// For each column of the insert, the report column that feeds it; the last two are worked out.
+/// For each column of the insert, the report column that fills it; the last two are computed.
 constexpr auto insertSources = [] {
     std::array<int, dayColumns.size()> sources{};
     for (std::size_t i = 0; i < sources.size(); ++i)
@@ -67,10 +69,10 @@ class RowLoader {
 public:
     RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
               const xml::Document &document, const ColumnCheck &check);
-    void run(const std::function<bool()> &inc);
+    void run(const std::function<bool()> &onRow);
 
 private:
-    void importRows(const std::function<bool()> &inc);
+    void importRows(const std::function<bool()> &onRow);
     void importRow();
     bool isStored();
     void insert();
@@ -78,19 +80,19 @@ private:
     void commitBatch();
     void bindNumber(sqlite::Statement &statement, int parameter, int column) const;
     void readRowDate();
-    Failure told(const UnreadableValue &value) const;
-    Failure told(const Failure &failure);
+    Failure withContext(const UnreadableValue &value) const;
+    Failure withContext(const Failure &failure) const;
 
     sqlite::Connection &m_connection;
     const xml::Document &m_document;
     const ColumnCheck &m_check;
     sqlite::Statement &m_test;
     sqlite::Statement m_insert;
-    xml::Walk m_walk;
+    xml::NodeReader m_walk;
     RowReader m_reader;
     std::optional<sqlite::Transaction> m_batch;
     std::chrono::milliseconds m_batchBegan{};
-    std::chrono::milliseconds m_batchLasts;
+    std::chrono::milliseconds m_batchDuration;
     std::string_view m_dateText; // the report's text of m_date
     RowDate m_date;
     int m_row = 0;
@@ -101,44 +103,49 @@ private:
 RowLoader::RowLoader(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                      const xml::Document &document, const ColumnCheck &check)
     : m_connection(connection), m_document(document), m_check(check), m_test(duplicateTest),
-      m_insert(connection.prepare(dayInsertStatement())), m_walk(document.walk()),
-      m_reader(check.names), m_batchLasts(lengthOfBatches(connection.path())) {}
+      m_insert(connection.prepare(dayInsertStatement())), m_walk(document.nodes()),
+      m_reader(check.names), m_batchDuration(batchDuration(connection.path())) {}
 
-void RowLoader::run(const std::function<bool()> &inc) {
+void RowLoader::run(const std::function<bool()> &onRow) {
+    std::optional<UnreadableValue> unreadable;
     try {
-        importRows(inc);
-    } catch (const UnreadableValue &value) {
-        const Failure failure = told(value);
+        try {
+            importRows(onRow);
+        } catch (const UnreadableValue &value) {
+            unreadable = value;
+        }
+        commitBatch();
+    } catch (const Failure &failure) {
+        // Keeps the rows before it if that is possible; the first failure is the one to report.
         try {
             commitBatch();
-        } catch (const Failure &engine) {
-            throw told(engine);
+        } catch (const Failure &) {
+            m_batch.reset();
         }
-        throw failure;
-    } catch (const Failure &failure) {
-        throw told(failure);
+        throw withContext(failure);
     }
+    if (unreadable)
+        throw withContext(*unreadable);
 }
 
-void RowLoader::importRows(const std::function<bool()> &inc) {
-    for (auto step = m_walk.next(); step != xml::Walk::Step::End; step = m_walk.next()) {
-        if (step != xml::Walk::Step::Element || m_walk.name() != "row")
+void RowLoader::importRows(const std::function<bool()> &onRow) {
+    for (auto step = m_walk.next(); step != xml::NodeReader::Step::End; step = m_walk.next()) {
+        if (step != xml::NodeReader::Step::Element || m_walk.name() != "row")
             continue;
         if (progressRepaints(m_row, m_check.rowCount) && m_batch &&
-            services().steadyTime() - m_batchBegan > m_batchLasts)
+            services().steadyTime() - m_batchBegan > m_batchDuration)
             commitBatch();
         ++m_row;
-        if (!inc())
+        if (!onRow())
             break;
         importRow();
     }
-    commitBatch();
 }
 
 void RowLoader::importRow() {
     m_reader.read(m_walk);
     beginBatch();
-    // The key values are read and compared before any other value is looked at.
+    // The other values of a known record aren't read.
     if (!isStored())
         insert();
 }
@@ -207,12 +214,17 @@ void RowLoader::bindNumber(sqlite::Statement &statement, int parameter, int colu
     const std::optional<RowNumber> number = readNumber(text);
     if (!number)
         throw UnreadableValue{column, "is no number"};
+    const double *decimal = std::get_if<double>(&*number);
+    // As floats, two different IDs could become one.
+    const bool isRoundedId = column == creativeId && scanNumber(text).isWhole;
+    if (decimal != nullptr && (std::isinf(*decimal) || isRoundedId))
+        throw UnreadableValue{column, "is too large"};
     std::visit([&](auto value) { statement.bind(parameter, value); }, *number);
 }
 
 void RowLoader::readRowDate() {
     const std::string_view text = m_reader.value(date);
-    // Neighbours mostly share their date. The text before lives on in the document.
+    // Rows next to each other mostly have the same date. Its text is kept by the document.
     if (!text.empty() && text == m_dateText)
         return;
     std::optional<RowDate> read = readDate(text);
@@ -222,8 +234,8 @@ void RowLoader::readRowDate() {
     m_dateText = text;
 }
 
-// All places of a text are filled at once: a name may hold "%1".
-Failure RowLoader::told(const UnreadableValue &value) const {
+// Both sentences are filled by one call of arg: a value may contain "%1".
+Failure RowLoader::withContext(const UnreadableValue &value) const {
     return {unreadableReport,
             QStringLiteral("The import of \"%1\" has ended at row %2 (line %3 of the file): the "
                            "value \"%4\" of the column \"%5\" %6. The rows before it are kept in "
@@ -234,13 +246,7 @@ Failure RowLoader::told(const UnreadableValue &value) const {
                      QLatin1String(value.reason))};
 }
 
-Failure RowLoader::told(const Failure &failure) {
-    try {
-        commitBatch();
-    } catch (const Failure &) {
-        // The first failure is the one to tell; this batch isn't counted, and is rolled back.
-        m_batch.reset();
-    }
+Failure RowLoader::withContext(const Failure &failure) const {
     return {failure.number(),
             QStringLiteral("%1 The import of \"%2\" has ended at row %3 of %4. New records that it "
                            "has stored: %5. Importing the file again skips them.")
@@ -259,8 +265,8 @@ sqlite::Statement prepareDuplicateTest(const sqlite::Connection &connection) {
 
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,
-                const std::function<bool()> &inc) {
-    RowLoader(connection, duplicateTest, document, check).run(inc);
+                const std::function<bool()> &onRow) {
+    RowLoader(connection, duplicateTest, document, check).run(onRow);
 }
 
 } // namespace veltrona

@@ -8,21 +8,20 @@
 
 namespace veltrona {
 
-/// The look-up that each row of an import begins with: whether the table holds a record of its six
-/// key values.
+/// Looks for a record with the six key values of a row.
 sqlite::Statement prepareDuplicateTest(const sqlite::Connection &connection);
 
-/// Walks the document and stores every row whose six key values the table doesn't hold yet.
-/// `inc` is called first for each row; false from it ends the import there, in order. Rows are
-/// stored in batches: where `inc` is about to paint, the batch at hand is committed unless it is
-/// younger than a tenth of a second, or in a large project than a second. A program that is killed
-/// loses one batch, and another program never waits long for its turn.
+/// Stores each row of the document whose six key values aren't in the table yet. `onRow` is called
+/// first for each row; if it returns false, the import ends there in an orderly way. Rows are
+/// stored in batches: before a step that `onRow` paints, the current batch is committed unless it
+/// has begun less than a tenth of a second ago, in a large project less than a second. So a killed
+/// program loses one batch, and another program never waits long.
 ///
-/// Throws Failure with one text that names file, row, line, column and value, or what the engine
-/// said; everything read before a value that can't be read is committed by then.
-/// `duplicateTest` is what prepareDuplicateTest gave for the connection.
+/// Throws Failure with a text that names file, row, line, column and value, or SQLite's reason; the
+/// rows before an unreadable value are committed by then. `duplicateTest` comes from
+/// prepareDuplicateTest for the same connection.
 void importRows(sqlite::Connection &connection, sqlite::Statement &duplicateTest,
                 const xml::Document &document, const ColumnCheck &check,
-                const std::function<bool()> &inc);
+                const std::function<bool()> &onRow);
 
 } // namespace veltrona

@@ -6,7 +6,7 @@ namespace veltrona {
 
 QString parserReport(const xml::ParseError &error) {
     const QString lineEnd = QStringLiteral("\r\n");
-    // The first two pieces meet without a blank, and the reason brings its own line end.
+    // "load" and "due" are joined without a blank; the reason ends in a line end.
     return QStringLiteral("Your XML Document failed to load") +
            QStringLiteral("due the following error.") + lineEnd + QStringLiteral("Error #: ") +
            QString::number(error.errorCode) + QStringLiteral(": ") + error.reason +

@@ -1,4 +1,4 @@
-// The text that tells a user why a report file couldn't be loaded.
+// The message for a report file that couldn't be loaded.
 #pragma once
 
 #include "core/platform/xml/document.h"

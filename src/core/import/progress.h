@@ -1,9 +1,9 @@
-// When the progress of an import is painted: about thirty times, however long the import is.
+// When the progress of an import is painted: about thirty times, whatever its length.
 #pragma once
 
 namespace veltrona {
 
-/// Whether the step from `valueBefore` to the next value is painted on a bar that ends at `max`.
+/// Whether the step after `valueBefore` is painted on a bar that ends at `max`.
 constexpr bool progressRepaints(int valueBefore, int max) {
     constexpr int repaints = 30;
     return max < repaints || valueBefore % (max / repaints) == 0;

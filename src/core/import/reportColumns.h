@@ -1,5 +1,5 @@
-// The 34 columns that the program knows of a report, and the spelling that the report in hand has
-// declared for each of them.
+// The 34 columns of a report that the program knows, and the spelling that the current report
+// declares for each of them.
 #pragma once
 
 #include "core/database/dayTable.h"
@@ -7,21 +7,22 @@
 #include <QString>
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace veltrona {
 
 inline constexpr int reportColumnCount = 34;
 
-/// Indexed like the list of the column check; the empty text is a column not declared.
+/// Indexed like reportColumns; empty for a column that isn't declared.
 using ReportColumnNames = std::array<QString, reportColumnCount>;
 
 struct ReportColumn {
     std::string_view name;
-    std::string_view dayColumn; // the column of the table that takes its values
+    std::string_view dayColumn; // the column of the table that stores its values
 };
 
-/// In the order of the column check.
+/// In the order in which the column check compares them.
 inline constexpr std::array<ReportColumn, reportColumnCount> reportColumns{{
     // clang-format off
     {"adgroup",         "Adgroup"},
@@ -61,7 +62,7 @@ inline constexpr std::array<ReportColumn, reportColumnCount> reportColumns{{
     // clang-format on
 }};
 
-/// Index into reportColumns; reportColumnCount where there is none.
+/// Index into reportColumns; reportColumnCount if there is none.
 constexpr int reportColumn(std::string_view name) {
     int index = 0;
     while (index < reportColumnCount && reportColumns[static_cast<std::size_t>(index)].name != name)
@@ -69,7 +70,7 @@ constexpr int reportColumn(std::string_view name) {
     return index;
 }
 
-/// The report column that feeds a column of the table, by the table column's name.
+/// The report column that is stored in a column of the table.
 constexpr int reportColumnOf(std::string_view dayColumn) {
     int index = 0;
     while (index < reportColumnCount &&

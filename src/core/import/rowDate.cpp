@@ -7,7 +7,7 @@ namespace veltrona {
 
 namespace {
 
-/// Takes a text apart from its front; a piece that isn't there leaves it as it was.
+/// Reads a text from its front; a piece that isn't there changes nothing.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : m_rest(text) {}
@@ -24,21 +24,21 @@ public:
         }
         return m_rest.size() < before;
     }
-    /// -1 unless there are at least `fewest` and no more than `most` digits.
-    int number(std::size_t fewest, std::size_t most) {
+    /// -1 unless there are from `min` to `max` digits.
+    int number(std::size_t min, std::size_t max) {
         std::size_t count = 0;
         int value = 0;
         for (; count < m_rest.size() && m_rest[count] >= '0' && m_rest[count] <= '9'; ++count) {
-            if (count == most)
+            if (count == max)
                 return -1;
             value = value * 10 + (m_rest[count] - '0');
         }
-        if (count < fewest)
+        if (count < min)
             return -1;
         m_rest.remove_prefix(count);
         return value;
     }
-    /// Letters up to the next other character, in lower case.
+    /// The letters up to the next other character, in lower case.
     std::string word() {
         std::string letters;
         for (; !m_rest.empty(); m_rest.remove_prefix(1)) {
@@ -54,7 +54,7 @@ private:
     std::string_view m_rest;
 };
 
-/// 0 where the word is no month.
+/// 0 if the word isn't a month.
 int monthOfWord(const std::string &word) {
     for (int month = 1; month <= 12; ++month) {
         if (isSameName(word, monthNames[static_cast<std::size_t>(month - 1)]) ||
@@ -64,7 +64,7 @@ int monthOfWord(const std::string &word) {
     return 0;
 }
 
-/// The rest of a form of which the first number is read; `isYear` tells 2007/05/14 from 5/14/2007.
+/// A day after its first number; `isYear` distinguishes 2007/05/14 from 5/14/2007.
 std::optional<CalendarDay> dayFromNumber(Scanner &scanner, int first, bool isYear) {
     for (const char separator : {'-', '/', '.'}) {
         if (!scanner.take(separator))
@@ -107,7 +107,7 @@ std::optional<CalendarDay> day(Scanner &scanner) {
     return CalendarDay{scanner.number(4, 4), month, number};
 }
 
-/// Seconds since midnight; none for a time that no clock shows, or with anything behind it.
+/// Seconds since midnight; none for an invalid time or with anything after it.
 std::optional<int> time(Scanner &scanner) {
     int hour = scanner.number(1, 2);
     if (hour < 0 || hour > 23 || !scanner.take(':'))

@@ -9,10 +9,10 @@ RowReader::RowReader(const ReportColumnNames &names) {
         m_spellings[i] = names[i].toStdString();
 }
 
-void RowReader::read(const xml::Walk &walk) {
+void RowReader::read(const xml::NodeReader &nodes) {
     m_values.fill({});
     std::size_t place = 0;
-    for (const xml::Attribute &attribute : walk.attributes()) {
+    for (const xml::Attribute &attribute : nodes.attributes()) {
         if (place == m_places.size())
             m_places.push_back({std::string(attribute.name), columnOf(attribute.name)});
         else if (m_places[place].name != attribute.name)

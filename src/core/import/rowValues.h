@@ -1,4 +1,4 @@
-// The values of a report's attributes: texts without blanks around them, numbers and dates.
+// Reads numbers and dates from the values of a report, which have no blanks around them.
 #pragma once
 
 #include <QtGlobal>
@@ -13,8 +13,8 @@ namespace veltrona {
 /// A whole number is kept exactly, any other as the nearest 64-bit float.
 using RowNumber = std::variant<qint64, double>;
 
-/// Sign, digits, point and exponent, nothing else. A whole number beyond 64 bits and a decimal
-/// beyond the range of a float are no numbers.
+/// Sign, digits, point and exponent, nothing else. A whole number of more than 64 bits becomes the
+/// nearest float; a number beyond the range of a float becomes an infinity.
 std::optional<RowNumber> readNumber(std::string_view text);
 
 struct RowDate {

@@ -8,13 +8,13 @@ namespace veltrona::xml {
 
 namespace {
 
-// Entities and defaults may not make more of a file than another encoding could.
-constexpr std::size_t mostGrowth = 4;
+// Entities and defaults may enlarge a file as much as another encoding could.
+constexpr std::size_t maxGrowth = 4;
 constexpr std::size_t freeGrowth = std::size_t(1) << 20;
-constexpr std::size_t namespaceBytes = 12; // what the shortest declaration takes in a file
-constexpr std::size_t contentWork = 64;    // bytes that are read as slowly as one entity is
+constexpr std::size_t namespaceBytes = 12; // the shortest declaration in a file
+constexpr std::size_t contentWork = 64;    // bytes that take as long as one entity
 
-/// By the mark of its encoding, or by its first "<".
+/// By its byte order mark, or by its first "<".
 bool isUtf32(QFile &file) {
     const QByteArray starts[] = {QByteArray("\xFF\xFE\0\0", 4), QByteArray("\0\0\xFE\xFF", 4),
                                  QByteArray("<\0\0\0", 4), QByteArray("\0\0\0<", 4)};
@@ -25,17 +25,17 @@ bool isUtf32(QFile &file) {
 
 } // namespace
 
-void Growth::addEntity(std::size_t length, bool isInContent) {
+void ExpansionBudget::addEntity(std::size_t length, bool isInContent) {
     entityBytes += length + (isInContent ? contentWork : 1);
 }
 
-bool Growth::isTooLarge(std::size_t nodeBytes) const {
-    const std::size_t most = mostGrowth * bytesRead + freeGrowth;
-    return entityBytes > most || nodeBytes + namespaceBytes * namespaces > most;
+bool ExpansionBudget::isTooLarge(std::size_t nodeBytes) const {
+    const std::size_t limit = maxGrowth * bytesRead + freeGrowth;
+    return entityBytes > limit || nodeBytes + namespaceBytes * namespaces > limit;
 }
 
-QString tooDeep(unsigned most) {
-    return QStringLiteral("Elements are nested more than %1 deep.").arg(most);
+QString tooDeep(unsigned limit) {
+    return QStringLiteral("Elements are nested more than %1 deep.").arg(limit);
 }
 
 QString tooManyNames() {
@@ -44,24 +44,24 @@ QString tooManyNames() {
 
 QString tooManyAttributes() {
     return QStringLiteral("An element has more than %1 attributes; no report needs so many.")
-        .arg(mostAttributes);
+        .arg(maxAttributes);
 }
 
 QString tooManyNamespaces() {
     return QStringLiteral("More than %1 namespaces are in force; no report needs so many.")
-        .arg(mostNamespaces);
+        .arg(maxNamespaces);
 }
 
 QString tooManyDefaults() {
     return QStringLiteral("The document type sets more than %1 default attributes; no report needs "
                           "so many.")
-        .arg(mostDefaults);
+        .arg(maxDefaults);
 }
 
 QString tooManyEntities() {
     return QStringLiteral("The document type declares more than %1 entities; no report needs so "
                           "many.")
-        .arg(mostEntities);
+        .arg(maxEntities);
 }
 
 QString grownTooLarge() {

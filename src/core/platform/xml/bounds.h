@@ -1,6 +1,6 @@
-// How much of a kind a file may hold, and the sentences that refuse more. The parser looks through
-// these things one by one, so that more of them would take it minutes. The bounds count work
-// instead of time: what is a report doesn't depend on the machine.
+// Limits on what a file may hold, and the sentences that refuse more. libxml2 searches these lists
+// linearly, so that longer ones would take minutes. The limits count work instead of time: whether
+// a file is accepted doesn't depend on the machine.
 #pragma once
 
 #include <QString>
@@ -11,25 +11,25 @@ class QFile;
 
 namespace veltrona::xml {
 
-inline constexpr int mostNames = 50'000;   // different ones in a file
-inline constexpr int mostAttributes = 256; // of one element
-inline constexpr int mostNamespaces = 256; // in force at one place
-inline constexpr int mostDefaults = 100;   // attributes that the document type sets
-inline constexpr int mostEntities = 1'000; // that it declares
+inline constexpr int maxNames = 50'000;   // different ones in a file
+inline constexpr int maxAttributes = 256; // of one element
+inline constexpr int maxNamespaces = 256; // in force at one place
+inline constexpr int maxDefaults = 100;   // attributes that the document type sets
+inline constexpr int maxEntities = 1'000; // declared by the document type
 
-/// What a file has read into the parser, and what its document type has added to that.
-struct Growth {
+/// The bytes of a file, and what entities and default attributes have added to them.
+struct ExpansionBudget {
     std::size_t bytesRead = 0;
-    std::size_t entityBytes = 0; // drawn in by all references so far
+    std::size_t entityBytes = 0; // of all references so far
     std::size_t namespaces = 0;  // declared by elements or by default
 
-    /// `isInContent`: between tags, where the parser reads the entity anew each time.
+    /// `isInContent`: between tags, where libxml2 parses the entity again each time.
     void addEntity(std::size_t length, bool isInContent);
-    /// `nodeBytes` is what the document takes so far.
+    /// `nodeBytes` is the size of the document so far.
     bool isTooLarge(std::size_t nodeBytes) const;
 };
 
-QString tooDeep(unsigned most);
+QString tooDeep(unsigned limit);
 QString tooManyNames();
 QString tooManyAttributes();
 QString tooManyNamespaces();
@@ -37,7 +37,7 @@ QString tooManyDefaults();
 QString tooManyEntities();
 QString grownTooLarge();
 
-/// The parser's own reason, or a plain sentence where it names its inner workings. Moves the file's
+/// libxml2's message, or a plain sentence in place of one about its internals. Moves the file's
 /// position.
 QString plainReason(const QString &reason, QFile &file);
 

@@ -1,6 +1,6 @@
-// A well-formed XML document in memory, as far as its walkers need it: elements with their
-// attributes, and the ends of child lists, in document order. A document owns its nodes, and the
-// texts that a walk hands out live as long as the document isn't loaded again.
+// A well-formed XML document in memory, reduced to what its readers need: elements with their
+// attributes, and the ends of child lists, in document order. A document owns its nodes; the texts
+// that a NodeReader returns are valid until the document is loaded again.
 #pragma once
 
 #include "core/platform/xml/nodeStream.h"
@@ -9,33 +9,33 @@
 
 namespace veltrona::xml {
 
-/// What the parser says of a file that it couldn't load.
+/// Why a file couldn't be loaded.
 struct ParseError {
     int errorCode = 0;
     QString reason;     // ends in CR LF
-    int line = 0;       // from 1; 0 where nothing was read
-    int linepos = 0;    // from 1
+    qint64 line = 0;    // from 1; 0 where nothing was read
+    qint64 linepos = 0; // from 1
     qint64 filepos = 0; // in bytes from the start of the file
-    QString srcText;    // the offending line, cut to something readable
-    QString url;        // the path as it was given
+    QString srcText;    // the offending line, shortened where it is long
+    QString url;        // the path as given
 };
 
 class Document {
 public:
-    /// Reads the file once, from end to end. False if it can't be read or isn't well-formed: then
-    /// parseError() tells why, and the document that was loaded before stays whole.
+    /// Reads the file once. False if it can't be read or isn't well-formed: parseError() says why,
+    /// and the document loaded before is kept.
     bool load(const QString &path);
     /// Of the last load; empty after a good one.
     const ParseError &parseError() const { return m_error; }
 
-    /// The file that the nodes came from.
+    /// The file that was loaded.
     const QString &path() const { return m_path; }
-    /// A sentence that says why a well-formed document can't be walked truthfully: it draws content
-    /// from entities that hold markup or stand in other files. Empty for all others.
+    /// Why a well-formed document can't be used all the same: it takes content from entities that
+    /// hold markup or are in other files. Empty for all others.
     const QString &refusal() const { return m_refusal; }
 
-    Walk walk() const { return Walk(m_nodes); }
-    /// The memory that the nodes take.
+    NodeReader nodes() const { return NodeReader(m_nodes); }
+    /// The size of the nodes in memory.
     std::size_t byteCount() const { return m_nodes.size(); }
 
 private:

@@ -9,36 +9,36 @@ constexpr char listEndMark = ')';
 
 } // namespace
 
-void NodeStream::putNumber(std::size_t number) {
+void NodeStream::appendNumber(std::size_t number) {
     for (; number > 0x7F; number >>= 7)
         m_bytes += static_cast<char>(number | 0x80);
     m_bytes += static_cast<char>(number);
 }
 
-void NodeStream::putName(std::string_view prefix, std::string_view name) {
+void NodeStream::appendName(std::string_view prefix, std::string_view name) {
     if (prefix.empty()) {
-        putNumber(name.size());
+        appendNumber(name.size());
     } else {
-        putNumber(prefix.size() + 1 + name.size());
+        appendNumber(prefix.size() + 1 + name.size());
         m_bytes += prefix;
         m_bytes += ':';
     }
     m_bytes += name;
 }
 
-void NodeStream::addElement(std::string_view prefix, std::string_view name, int line,
+void NodeStream::addElement(std::string_view prefix, std::string_view name, qint64 line,
                             std::size_t attributeCount) {
     m_bytes += elementMark;
-    putNumber(static_cast<std::size_t>(line - m_line));
+    appendNumber(static_cast<std::size_t>(line - m_line));
     m_line = line;
-    putName(prefix, name);
-    putNumber(attributeCount);
+    appendName(prefix, name);
+    appendNumber(attributeCount);
 }
 
 void NodeStream::addAttribute(std::string_view prefix, std::string_view name,
                               std::string_view value) {
-    putName(prefix, name);
-    putNumber(value.size());
+    appendName(prefix, name);
+    appendNumber(value.size());
     m_bytes += value;
 }
 
@@ -46,25 +46,25 @@ void NodeStream::addListEnd() {
     m_bytes += listEndMark;
 }
 
-Walk::Walk(const NodeStream &nodes)
+NodeReader::NodeReader(const NodeStream &nodes)
     : m_at(nodes.m_bytes.data()), m_end(m_at + nodes.m_bytes.size()) {}
 
-Walk::Step Walk::next() {
+NodeReader::Step NodeReader::next() {
     if (m_at == m_end)
         return Step::End;
     if (*m_at++ == listEndMark)
         return Step::ListEnd;
-    m_line += static_cast<int>(takeNumber());
-    m_name = takeText();
-    m_attributes.resize(takeNumber());
+    m_line += static_cast<qint64>(readNumber());
+    m_name = readText();
+    m_attributes.resize(readNumber());
     for (Attribute &attribute : m_attributes) {
-        attribute.name = takeText();
-        attribute.value = takeText();
+        attribute.name = readText();
+        attribute.value = readText();
     }
     return Step::Element;
 }
 
-const Attribute *Walk::attribute(std::string_view name) const {
+const Attribute *NodeReader::attribute(std::string_view name) const {
     for (const Attribute &attribute : m_attributes) {
         if (attribute.name == name)
             return &attribute;
@@ -72,7 +72,7 @@ const Attribute *Walk::attribute(std::string_view name) const {
     return nullptr;
 }
 
-std::size_t Walk::takeNumber() {
+std::size_t NodeReader::readNumber() {
     std::size_t number = 0;
     for (int shift = 0;; shift += 7) {
         const auto byte = static_cast<unsigned char>(*m_at++);
@@ -82,8 +82,8 @@ std::size_t Walk::takeNumber() {
     }
 }
 
-std::string_view Walk::takeText() {
-    const std::size_t length = takeNumber();
+std::string_view NodeReader::readText() {
+    const std::size_t length = readNumber();
     const std::string_view text(m_at, length);
     m_at += length;
     return text;

@@ -1,7 +1,10 @@
-// The nodes of a document, packed into one run of bytes: an element takes about the room of its
+// The nodes of a document, packed into one byte string: an element takes about the size of its
 // start tag, so that a document is never much larger in memory than in its file.
 #pragma once
 
+#include <QtGlobal>
+
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,7 +22,7 @@ struct Attribute {
 class NodeStream {
 public:
     /// `prefix` may be empty. `line` must not be smaller than that of the element before.
-    void addElement(std::string_view prefix, std::string_view name, int line,
+    void addElement(std::string_view prefix, std::string_view name, qint64 line,
                     std::size_t attributeCount);
     /// To be called `attributeCount` times after addElement.
     void addAttribute(std::string_view prefix, std::string_view name, std::string_view value);
@@ -29,24 +32,24 @@ public:
     std::size_t size() const { return m_bytes.size(); }
 
 private:
-    friend class Walk;
-    void putNumber(std::size_t number);
-    void putName(std::string_view prefix, std::string_view name);
+    friend class NodeReader;
+    void appendNumber(std::size_t number);
+    void appendName(std::string_view prefix, std::string_view name);
 
     std::string m_bytes;
-    int m_line = 0;
+    qint64 m_line = 0;
 };
 
-/// Goes through the nodes once, in document order.
-class Walk {
+/// Reads the nodes once, in document order.
+class NodeReader {
 public:
     enum class Step {
-        Element, // name(), attributes() and line() tell of it; its children, if any, come next
-        ListEnd, // a child list that had at least one node is used up, the document's own last
+        Element, // see name(), attributes() and line(); its children, if any, come next
+        ListEnd, // of a child list that had at least one node; the document's own comes last
         End
     };
 
-    explicit Walk(const NodeStream &nodes);
+    explicit NodeReader(const NodeStream &nodes);
     Step next();
 
     std::string_view name() const { return m_name; }
@@ -54,17 +57,17 @@ public:
     /// Null if the element has no attribute of exactly this name.
     const Attribute *attribute(std::string_view name) const;
     /// The line of the file in which the element's start tag begins, from 1.
-    int line() const { return m_line; }
+    qint64 line() const { return m_line; }
 
 private:
-    std::size_t takeNumber();
-    std::string_view takeText();
+    std::size_t readNumber();
+    std::string_view readText();
 
     const char *m_at;
     const char *m_end;
     std::string_view m_name;
     std::vector<Attribute> m_attributes;
-    int m_line = 0;
+    qint64 m_line = 0;
 };
 
 } // namespace veltrona::xml

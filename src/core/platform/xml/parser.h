@@ -1,5 +1,5 @@
-// One pass of libxml2's parser over a file. Nothing but the file itself is ever read, whatever
-// stands in it: no other file, no network.
+// Parses a file with libxml2. Nothing but the file itself is ever read, whatever it refers to: no
+// other file, no network.
 #pragma once
 
 #include "core/platform/xml/document.h"
@@ -11,10 +11,10 @@ namespace veltrona::xml {
 struct ParseResult {
     NodeStream nodes;
     QString refusal;
-    ParseError error; // has an error code if the file isn't well-formed
+    ParseError error; // its code isn't 0 if the file isn't well-formed
 };
 
-/// Parses an open file from its start; the fields of the error are set but for `url`.
+/// Parses an open file from its start. Sets all fields of the error except `url`.
 ParseResult parse(QFile &file);
 
 } // namespace veltrona::xml

@@ -13,9 +13,9 @@ namespace veltrona::xml {
 
 namespace {
 
-// In bytes of the file: what is shown of a long line before and behind the position.
+// In bytes of the file: how much of a long line is shown before and after the position.
 constexpr qint64 before = 160;
-constexpr qint64 behind = 80;
+constexpr qint64 after = 80;
 
 constexpr qint64 chunk = qint64(1) << 16;
 
@@ -44,7 +44,7 @@ QString decoded(const QByteArray &bytes, const QByteArray &encoding) {
                 : QString::fromLatin1(bytes);
 }
 
-/// Moves the place behind the characters of a piece of the file, given in UTF-8.
+/// Advances the place by the characters of `utf8`.
 void advance(ParseError &place, std::string_view utf8) {
     for (const char c : utf8) {
         if (c == '\n') {
@@ -70,7 +70,7 @@ QString sourceLine(QFile &file, qint64 position, const QByteArray &encoding) {
     if (!file.seek(from))
         return {};
     const QString left = decoded(file.read(at - from), encoding);
-    const QString right = decoded(file.read(behind * unit), encoding);
+    const QString right = decoded(file.read(after * unit), encoding);
     qsizetype start = left.lastIndexOf(QLatin1Char('\n')) + 1;
     const bool cutLeft = start == 0 && from > 0;
     qsizetype end = right.indexOf(QLatin1Char('\n'));
@@ -94,7 +94,7 @@ bool locateBadByte(QFile &file, const QByteArray &encoding, ParseError &error) {
         xmlBufferAdd(in.get(), reinterpret_cast<const xmlChar *>(bytes.constData()),
                      static_cast<int>(bytes.size()));
         error.filepos = file.pos();
-        // One call may find its buffer too small; half a character waits for the next chunk.
+        // A call may run out of buffer; half a character is kept for the next chunk.
         for (int length = 0; length != xmlBufferLength(in.get()) && !isFound;) {
             length = xmlBufferLength(in.get());
             isFound = xmlCharEncInFunc(handler, out.get(), in.get()) == -2;

@@ -1,0 +1,97 @@
+// libxml2's SAX events turned into the nodes of a document or an error. Internal to the parser.
+#pragma once
+
+#include "core/platform/xml/bounds.h"
+#include "core/platform/xml/parser.h"
+
+#include <libxml/parser.h>
+
+#include <memory>
+#include <new>
+#include <string_view>
+#include <vector>
+
+namespace veltrona::xml {
+
+/// Receives libxml2's SAX events for one file. libxml2 parses the text of an entity in a context of
+/// its own with the same callbacks; `_private` of both contexts points to the reader.
+class SaxReader {
+public:
+    explicit SaxReader(QFile &file);
+    ParseResult run();
+
+private:
+    using Context = xmlParserCtxtPtr;
+    using ContextPointer = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
+
+    static SaxReader &of(void *context) {
+        return *static_cast<SaxReader *>(static_cast<Context>(context)->_private);
+    }
+    /// libxml2 is C: no exception may unwind through it.
+    template<typename Call>
+    auto guarded(Call call,
+                 void (SaxReader::*onError)(int, const QString &) = &SaxReader::fail) noexcept {
+        try {
+            return call();
+        } catch (const std::bad_alloc &) {
+            (this->*onError)(XML_ERR_NO_MEMORY,
+                             QStringLiteral("The file doesn't fit into the memory."));
+        }
+        return decltype(call())();
+    }
+    /// The function that libxml2 calls for a handler.
+    template<auto handler>
+    static constexpr auto callback = [](void *context, auto... args) {
+        SaxReader &self = of(context);
+        return self.guarded(
+            [&] { return (self.*handler)(static_cast<Context>(context), args...); });
+    };
+
+    int read(char *buffer, int length);
+    void startElement(Context context, const xmlChar *name, const xmlChar *prefix, const xmlChar *,
+                      int namespaceCount, const xmlChar **, int attributeCount, int,
+                      const xmlChar **attributes);
+    void endElement(Context context, const xmlChar *, const xmlChar *, const xmlChar *);
+    void characters(Context context, const xmlChar *text, int length);
+    void attributeDeclaration(Context context, const xmlChar *, const xmlChar *, int, int,
+                              const xmlChar *defaultValue, xmlEnumerationPtr values);
+    void entityDeclaration(Context context, const xmlChar *name, int type, const xmlChar *publicId,
+                           const xmlChar *systemId, xmlChar *content);
+    xmlEntityPtr entity(Context context, const xmlChar *name);
+    xmlEntityPtr parameterEntity(Context context, const xmlChar *name);
+
+    bool isInEntity(Context context) const {
+        return context != m_context.get() || m_context->inputNr > 1;
+    }
+    void addElement(std::string_view prefix, std::string_view name, int attributeCount,
+                    const xmlChar **attributes);
+    void addAttribute(const xmlChar **attribute);
+    void addOtherNode(Context context);
+    void refuseMarkup();
+    bool isAffordable(xmlEntityPtr entity);
+    bool hasBoundedTag(Context context, int namespaceCount, int attributeCount);
+    qint64 currentLine();
+    void finishNode();
+    void checkSize();
+    void fail(int code, const QString &reason);
+    void failInside(int code, const QString &reason);
+    void stop(Context context, const QString &reason);
+    void recordErrorPosition();
+    void completeError();
+
+    QFile &m_file;
+    ContextPointer m_context;
+    ParseResult m_result;
+    std::vector<bool> m_hasChildren; // for each open element
+    qint64 m_line = 0;               // of the last call of currentLine
+    qint64 m_lastLine = 0;           // where the previous node has ended
+    ExpansionBudget m_budget;
+    bool m_isInValue = false; // expanding the entities of an attribute's value
+    int m_defaults = 0;
+    int m_entities = 0;
+    QByteArray m_encoding; // of a file that libxml2 has to convert
+    bool m_failed = false;
+    bool m_hasPlace = false; // the error's position is known
+};
+
+} // namespace veltrona::xml
