@@ -54,12 +54,13 @@ void attackNumbers(std::string_view bytes, const QString &text) {
     if (wholeNumber.match(text).hasMatch()) {
         const long long plain = std::strtoll(latin.constData(), nullptr, 10);
         const bool fits = errno == 0;
-        FINDING_UNLESS(read.has_value() == fits, "whole number");
-        FINDING_UNLESS(!fits || std::get<qint64>(*read) == plain, "value of a whole number");
+        FINDING_UNLESS(read && std::holds_alternative<qint64>(*read) == fits, "whole number");
+        FINDING_UNLESS(fits ? std::get<qint64>(*read) == plain
+                            : std::get<double>(*read) == std::strtod(latin.constData(), nullptr),
+                       "value of a whole number");
     } else if (anyNumber.match(text).hasMatch()) {
         const double plain = std::strtod(latin.constData(), nullptr);
-        FINDING_UNLESS(read.has_value() == !std::isinf(plain), "decimal");
-        FINDING_UNLESS(!read || std::get<double>(*read) == plain, "value of a decimal");
+        FINDING_UNLESS(read && std::get<double>(*read) == plain, "value of a decimal");
     } else {
         FINDING_UNLESS(!read, "no number");
     }
