@@ -1,6 +1,6 @@
-// Names into preview and print: each line of the input is a name. The document must hold every one
-// as text in a cell of its own, be as high as its lines, and come onto pages that hold all of it;
-// the file must hold the names unescaped.
+// Names into preview and print: each line of the input is a name, and the first one is the selected
+// campaign too. The document must hold every one as text in a cell of its own, be as high as its
+// lines, and come onto pages that hold all of it; the file must hold the names unescaped.
 #include "attack/finding.h"
 
 #include "core/base/blanks.h"
@@ -38,6 +38,10 @@ QStringList namesOf(QByteArrayView input) {
     return names;
 }
 
+QString textOf(const QTextTable &table, int row, int col) {
+    return table.cellAt(row, col).firstCursorPosition().block().text();
+}
+
 /// Without a picture the sheet for paper would be the same, laid out a second time.
 void checkPages(const ReportDocument &document) {
     const ReportSheet &sheet =
@@ -69,9 +73,14 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
     const QStringList names =
         namesOf({reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)});
-    const ReportPlaces places =
-        test::WrittenReport{.names = names, .redNames = names.mid(0, 1)}.write(reportPath());
-    ReportDocument document(reportPath(), places);
+    const Report report =
+        test::WrittenReport{.names = names, .campaign = names.first(), .redNames = names.mid(0, 1)}
+            .write(reportPath());
+    ReportDocument document(reportPath(), report);
+    const auto *details = qobject_cast<QTextTable *>(document.rootFrame()->childFrames().value(0));
+    FINDING_UNLESS(details && textOf(*details, 0, 1) ==
+                                  (names.first().isEmpty() ? "All" : shownValue(names.first())),
+                   "the details");
     const QTextTable *table = ReportSheet::statisticsIn(document);
     FINDING_UNLESS(table && table->rows() == names.size() + 3 && table->columns() == 13, "a table");
     QFile file(reportPath());

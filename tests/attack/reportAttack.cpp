@@ -103,9 +103,8 @@ void Attack::lookAtEverything() {
         pourStatistics(statistics, grid, true);
         if (!statistics.rows.empty())
             sumUp(grid, true);
-        ReportContent content;
-        content.details = reportDetails(node.Key(), node.Tag(), node.Text());
-        FINDING_UNLESS(reportText(content, grid).ends_with("</body></html>\r\n"), "the page's end");
+        const Report report = makeReport({.selected = &node, .grid = &grid}, false);
+        FINDING_UNLESS(reportText(report).ends_with("</body></html>\r\n"), "the page's end");
     }
     const qint64 campaigns =
         number("SELECT count(DISTINCT trim(Campaign, ' ')) FROM tblGoogleDays");

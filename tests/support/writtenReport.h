@@ -3,6 +3,8 @@
 #pragma once
 
 #include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/records/nodeTag.h"
+#include "core/picture/drawing.h"
 #include "core/report/reportWriter.h"
 #include "support/gridText.h"
 
@@ -13,11 +15,12 @@ namespace veltrona::test {
 
 struct WrittenReport {
     QStringList names = {};
+    QString campaign = {}; // is selected; empty selects nothing
     /// Every row of these is red.
     QStringList redNames = {};
     ReportOptions options{.graph = false};
 
-    ReportPlaces write(const QString &path) const {
+    Report write(const QString &path) const {
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
         grid.setRows(static_cast<int>(names.size()) + 3);
@@ -33,7 +36,11 @@ struct WrittenReport {
         graph.fill(QColor(200, 0, 200));
         const drawing::Picture picture(drawing::createBitmap(
             graph.width(), graph.height(), graph.constBits(), graph.bytesPerLine()));
+        TreeNode node;
+        node.setKey(QStringLiteral("1-"));
+        node.setTag(" AND campaign='" + doubledApostrophes(campaign) + "' ORDER BY adGroup");
         ReportSource source;
+        source.selected = campaign.isEmpty() ? nullptr : &node;
         source.grid = &grid;
         source.metric = QStringLiteral("Clicks");
         source.options = options;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringView>
 
 #include <string_view>
 
@@ -17,6 +18,14 @@ QString padded(int number, int width = 2);
 /// At most the first `length` UTF-16 units of a text, never half of a surrogate pair, and `mark`
 /// where something was cut.
 QString shortened(const QString &text, qsizetype length, QStringView mark = u"\u2026");
+
+/// Whether one half of a surrogate pair stands there without the other.
+inline bool isLoneSurrogate(QStringView text, qsizetype at) {
+    const QChar c = text[at];
+    if (c.isLowSurrogate())
+        return at == 0 || !text[at - 1].isHighSurrogate();
+    return c.isHighSurrogate() && (at + 1 == text.size() || !text[at + 1].isLowSurrogate());
+}
 
 /// A blank in the place of every control character and line end.
 QString onOneLine(QString text);

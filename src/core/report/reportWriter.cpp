@@ -1,13 +1,13 @@
 #include "core/report/reportWriter.h"
 
-#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/blanks.h"
 #include "core/base/failure.h"
+#include "core/base/failureNumbers.h"
 #include "core/picture/modJPEG.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/dialogs/dialogs.h"
-#include "core/platform/services.h"
 #include "core/report/reportNames.h"
+#include "core/report/reportText.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,21 +15,6 @@
 namespace veltrona {
 
 namespace {
-
-ReportContent contentOf(const ReportSource &source, bool doColor) {
-    const TreeNode root;
-    const TreeNode &node = source.selected ? *source.selected : root;
-    const QChar separator = dateSeparator(source.locale);
-    ReportContent content;
-    content.details = reportDetails(node.Key(), node.Tag(), node.Text());
-    content.now = source.locale.toString(services().now(), QLocale::ShortFormat);
-    content.start = reportDate(source.range.start, separator);
-    content.end = reportDate(source.range.end, separator);
-    content.metric = source.metric;
-    content.options = source.options;
-    content.doColor = doColor;
-    return content;
-}
 
 void tellPictureFailure(int number, const QString &description, const QString &details) {
     dialogs().messageWithDetails(
@@ -66,11 +51,11 @@ bool putInPlace(desktop::ReplacementFile &picture) {
 
 } // namespace
 
-ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
+Report writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
     const QString fileName = withoutBlanks(strFilename).toString();
     desktop::ReplacementFile page(fileName);
-    ReportPlaces places;
-    page.write(reportText(contentOf(source, doColor), *source.grid, &places));
+    Report report = makeReport(source, doColor);
+    page.write(reportText(report));
     if (source.options.details) {
         source.grid->setRow(gridRow::summary(source.grid->Rows()));
         source.grid->setCol(gridColumn::Transactions);
@@ -82,7 +67,23 @@ ReportPlaces writeReport(const QString &strFilename, bool doColor, const ReportS
     // An older picture would pass for one of this report.
     if (source.options.graph && !(saved && putInPlace(picture)) && QFileInfo(graph).isFile())
         QFile::remove(graph);
-    return places;
+    return report;
+}
+
+void requireWritten(const Report &report, const QString &path) {
+    QFile file(path);
+    QByteArray bytes;
+    if (file.open(QIODevice::ReadOnly))
+        bytes = file.readAll();
+    if (file.error() != QFile::NoError)
+        throw Failure(
+            file.error(),
+            QStringLiteral("Can't read the report \"%1\": %2.").arg(path, file.errorString()));
+    if (bytes != QByteArrayView(reportText(report)))
+        throw Failure(changedReport,
+                      QStringLiteral("The report \"%1\" has been changed by another program "
+                                     "since it was written. Close this window and print again.")
+                          .arg(path));
 }
 
 } // namespace veltrona

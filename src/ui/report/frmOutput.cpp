@@ -129,7 +129,7 @@ void frmOutput::runExport() {
 void frmOutput::runPrint() {
     frmPrev &preview = frmPrev::instance();
     preview.FileName = printReportPath(m_settings.dataFolder);
-    preview.places = doExport(preview.FileName, m_settings.printColor);
+    preview.report = doExport(preview.FileName, m_settings.printColor);
     preview.Show();
     accept();
 }
@@ -138,7 +138,7 @@ void frmOutput::cmdClose_Click() {
     reject();
 }
 
-ReportPlaces frmOutput::doExport(const QString &strFilename, bool doColor) {
+Report frmOutput::doExport(const QString &strFilename, bool doColor) {
     const Hourglass hourglass;
     m_source.options = {.graph = chkOpts[0]->isChecked(),
                         .details = chkOpts[1]->isChecked(),

@@ -38,9 +38,8 @@ public:
     /// Shows the dialog modally; returns when it has been unloaded.
     void Show();
 
-    /// Writes the report with the options ticked, and gives the places of its values; throws
-    /// Failure.
-    ReportPlaces doExport(const QString &strFilename, bool doColor);
+    /// Writes the report with the options ticked, and gives it; throws Failure.
+    Report doExport(const QString &strFilename, bool doColor);
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -122,6 +122,7 @@ void frmPrev::Form_Resize() {
 void frmPrev::Form_Unload() {
     wbPP->setDocument(nullptr);
     m_page = nullptr;
+    report = {};
 }
 
 void frmPrev::resizeEvent(QResizeEvent *event) {
@@ -187,7 +188,7 @@ void frmPrev::keyPressEvent(QKeyEvent *event) {
 void frmPrev::Navigate(const QString &fileName) {
     const Hourglass hourglass;
     try {
-        m_page = std::make_unique<ReportDocument>(fileName, places);
+        m_page = std::make_unique<ReportDocument>(fileName, report);
         wbPP->setDocument(m_page.get());
     } catch (const Failure &failure) {
         wbPP->setPlainText(failure.text());

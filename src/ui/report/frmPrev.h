@@ -2,6 +2,7 @@
 // shared instance serves the whole run; each showing loads the file afresh.
 #pragma once
 
+#include "core/report/report.h"
 #include "ui/report/reportDocument.h"
 
 #include <QDialog>
@@ -21,9 +22,9 @@ public:
     ~frmPrev() override;
     static frmPrev &instance();
 
-    /// The file to show, and where the values lie in it.
+    /// The file to show, and what was written to it.
     QString FileName;
-    ReportPlaces places;
+    Report report;
 
     /// Loads the file and shows the preview modally, filling the screen; returns when it is closed.
     void Show();

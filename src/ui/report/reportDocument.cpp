@@ -1,6 +1,7 @@
 #include "ui/report/reportDocument.h"
 
 #include "core/report/reportNames.h"
+#include "core/report/reportWriter.h"
 #include "ui/report/reportLayout.h"
 
 #include <QImageReader>
@@ -10,14 +11,15 @@
 
 namespace veltrona {
 
-ReportDocument::ReportDocument(const QString &path, ReportPlaces places)
-    : m_file(path, std::move(places)), m_graph(QImageReader(graphPath(path), "jpg").read()),
-      m_layout(new ReportLayout(this)) {
+ReportDocument::ReportDocument(const QString &path, const Report &report)
+    : m_report(report), m_layout(new ReportLayout(this)) {
+    requireWritten(report, path);
+    m_graph = QImageReader(graphPath(path), "jpg").read();
     setUndoRedoEnabled(false);
     setDocumentLayout(m_layout);
-    auto sheet = std::make_unique<ReportSheet>(m_file, m_graph, ReportSheet::Options{});
+    auto sheet = std::make_unique<ReportSheet>(m_report, m_graph, ReportSheet::Options{});
     setHtml(sheet->frameHtml());
-    if (m_file.rows() > 0)
+    if (sheet->rows() > 0)
         fillRows(*sheet);
     m_layout->setSheet(std::move(sheet));
 }
@@ -32,7 +34,7 @@ void ReportDocument::fillRows(const ReportSheet &sheet) {
     cursor.setPosition(few.lastPosition() + 1, QTextCursor::KeepAnchor);
     const QTextTableFormat format = few.format();
     cursor.removeSelectedText();
-    cursor.insertTable(m_file.rows() + 1, m_file.columns(), format);
+    cursor.insertTable(sheet.rows() + 1, gridColumn::Shown, format);
     const auto fill = [&](const QTextBlockFormat &block, const QTextCharFormat &characters,
                           const QString &text) {
         cursor.setBlockFormat(block);
@@ -40,24 +42,25 @@ void ReportDocument::fillRows(const ReportSheet &sheet) {
         cursor.setPosition(cursor.position() + 1);
     };
     const QTextTable &frame = *ReportSheet::statisticsIn(sheet.frame());
-    for (int col = 0; col < m_file.columns(); ++col) {
+    for (int col = 0; col < gridColumn::Shown; ++col) {
         const QTextBlock heading = frame.cellAt(0, col).firstCursorPosition().block();
         fill(heading.blockFormat(), heading.charFormat(), heading.text());
     }
-    for (int row = 0; row < m_file.rows(); ++row) {
-        for (int col = 0; col < m_file.columns(); ++col)
-            fill(sheet.columnFormat(col), sheet.cellFormat(row, col), sheet.cellText(row, col));
+    for (int row = 0; row < sheet.rows(); ++row) {
+        for (int col = 0; col < gridColumn::Shown; ++col)
+            fill(sheet.columnFormat(col), sheet.rowFormat(row), sheet.cellText(row, col));
     }
     cursor.endEditBlock();
 }
 
 void ReportDocument::setZoom(double zoom) {
     m_zoom = zoom;
-    m_layout->setSheet(std::make_unique<ReportSheet>(m_file, m_graph, ReportSheet::Options{zoom}));
+    m_layout->setSheet(
+        std::make_unique<ReportSheet>(m_report, m_graph, ReportSheet::Options{zoom}));
 }
 
 ReportSheet ReportDocument::paperSheet() const {
-    return {m_file, m_graph, {.forPaper = true}};
+    return {m_report, m_graph, {.forPaper = true}};
 }
 
 QVariant ReportDocument::loadResource(int, const QUrl &) {

@@ -1,9 +1,9 @@
-// A report's HTML file as a document that can be shown and printed. It reads the one picture beside
-// the report and nothing else: no other file, no network, no script. Values are plain text,
-// whatever they look like.
+// A report as a document that can be shown and printed. It reads the report's file and the picture
+// beside it and nothing else: no other file, no network, no script. Values are plain text, whatever
+// they look like. The document keeps a reference to the report.
 #pragma once
 
-#include "core/report/reportFile.h"
+#include "core/report/report.h"
 #include "ui/report/reportSheet.h"
 
 #include <QImage>
@@ -17,8 +17,8 @@ class ReportDocument : public QTextDocument {
     Q_OBJECT
 
 public:
-    /// Reads the file that the places belong to, and its picture. Throws Failure.
-    ReportDocument(const QString &path, ReportPlaces places);
+    /// Throws Failure unless the file holds the report.
+    ReportDocument(const QString &path, const Report &report);
 
     double zoom() const { return m_zoom; }
     /// Lays the report out again, larger or smaller.
@@ -33,7 +33,7 @@ protected:
 private:
     void fillRows(const ReportSheet &sheet);
 
-    ReportFile m_file;
+    const Report &m_report;
     QImage m_graph; // null if there is none
     double m_zoom = 1;
     ReportLayout *m_layout; // owned by the document

@@ -1,10 +1,10 @@
 #include "ui/report/reportSheet.h"
 
+#include "core/report/reportText.h"
 #include "ui/report/sampleRows.h"
 
 #include <QGuiApplication>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextTable>
 #include <QUrl>
@@ -16,27 +16,24 @@ namespace veltrona {
 
 namespace {
 
-/// A wider graph is shown as wide as the tables.
-constexpr int tableWidth = 800;
-constexpr int cellFontPixels = 12;
 constexpr double paragraphMargin = 12;
 constexpr double documentMargin = 4;
 
 QFont cellFont(double zoom) {
     QFont font(QStringLiteral("Arial"));
-    font.setPixelSize(qRound(cellFontPixels * zoom));
+    font.setPixelSize(qRound(reportTextSize * zoom));
     return font;
 }
 
 /// At most as wide as the tables, however many pixels that takes.
 QImage fitted(QImage graph, double zoom) {
-    graph.setDevicePixelRatio(std::max(1.0, double(graph.width()) / tableWidth) / zoom);
+    graph.setDevicePixelRatio(std::max(1.0, double(graph.width()) / reportTableWidth) / zoom);
     return graph;
 }
 
 /// The drawing of rich text leaves pixels out where there are too many.
 QImage forScreen(const QImage &graph, double zoom) {
-    const int width = qRound(tableWidth * zoom * qGuiApp->devicePixelRatio());
+    const int width = qRound(reportTableWidth * zoom * qGuiApp->devicePixelRatio());
     return fitted(
         graph.width() > width ? graph.scaledToWidth(width, Qt::SmoothTransformation) : graph, zoom);
 }
@@ -49,27 +46,18 @@ QImage noPicture() {
     return image;
 }
 
-/// The reader of rich text takes a style sheet between comment marks for a comment; links have the
-/// colour that they have on light paper; values keep their blanks.
-QString styled(QString html, double zoom) {
-    const auto pixels = [zoom](double length) { return QString::number(qRound(length * zoom)); };
-    QString head = html.first(html.indexOf(QLatin1String("<body>")));
-    html.remove(0, head.size());
-    head.replace(QLatin1String("<!--"),
-                 QStringLiteral("a {color: #0000EE} td {white-space: pre-wrap} "
-                                "p {margin-top: %1px; margin-bottom: %1px} ")
-                     .arg(pixels(paragraphMargin)));
-    head.remove(QLatin1String("-->"));
-    static const QRegularExpression fontSize(QStringLiteral("font-size: (\\d+)px"));
-    qsizetype at = 0;
-    for (auto found = fontSize.match(head); found.hasMatch(); found = fontSize.match(head, at)) {
-        const QString size = pixels(found.captured(1).toInt());
-        head.replace(found.capturedStart(1), found.capturedLength(1), size);
-        at = found.capturedStart(1) + size.size();
-    }
-    html.replace(QStringLiteral("<table width=\"%1\"").arg(tableWidth),
-                 QStringLiteral("<table width=\"%1\"").arg(pixels(tableWidth)));
-    return head + html;
+void appendShown(std::string &html, QStringView value) {
+    html += shownValue(value.toString()).toHtmlEscaped().toUtf8();
+}
+
+/// The report's HTML for Qt's rich text, which takes a style sheet between comment marks for a
+/// comment. Links have the colour that they have on light paper; values keep their blanks.
+QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom) {
+    const QString style = QStringLiteral("a {color: #0000EE} td {white-space: pre-wrap} "
+                                         "p {margin-top: %1px; margin-bottom: %1px} ")
+                              .arg(qRound(paragraphMargin * zoom));
+    return QString::fromUtf8(
+        reportText(report, rows, {appendShown, style.toStdString(), "", zoom}));
 }
 
 QTextBlock blockOf(const QTextTable &table, int row, int col) {
@@ -86,13 +74,13 @@ protected:
     }
 };
 
-ReportSheet::ReportSheet(const ReportFile &file, const QImage &graph, Options options)
-    : m_file(file) {
-    const std::vector<int> shownRows = sampleRows(file, cellFont(options.zoom));
-    m_html = styled(file.html(shownRows, shownValue), options.zoom);
+ReportSheet::ReportSheet(const Report &report, const QImage &graph, Options options)
+    : m_report(report) {
+    const std::vector<ReportRow> samples = sampleRows(report.rows, cellFont(options.zoom));
+    m_html = htmlOf(report, samples, options.zoom);
     makeFrame(graph, options);
-    if (!shownRows.empty()) {
-        readTable(shownRows);
+    if (!samples.empty()) {
+        readTable(samples);
         measureRows();
     }
 }
@@ -125,7 +113,7 @@ void ReportSheet::makeFrame(const QImage &graph, Options options) {
 }
 
 /// Takes the places and formats from the frame's rows.
-void ReportSheet::readTable(const std::vector<int> &shownRows) {
+void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
     const QTextTable &table = *statisticsIn(*m_frame);
     const QAbstractTextDocumentLayout &layout = *m_frame->documentLayout();
     m_border = table.format().border();
@@ -136,15 +124,15 @@ void ReportSheet::readTable(const std::vector<int> &shownRows) {
                              block.layout()->lineAt(0).width(), block.blockFormat()});
     }
     m_plain = m_marked = blockOf(table, 1, 0).charFormat();
-    for (std::size_t i = 0; i < shownRows.size(); ++i) {
-        if (m_file.isMarked(shownRows[i], 0))
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        if (samples[i].isMarked)
             m_marked = blockOf(table, int(i) + 1, 0).begin().fragment().charFormat();
     }
     const auto top = [&](int row) {
         return layout.blockBoundingRect(blockOf(table, row, 0)).top() - m_padding - m_border;
     };
     m_tops = {top(1)};
-    m_frameRowsBottom = top(table.rows() - 1) + rowHeight(shownRows.back());
+    m_frameRowsBottom = top(table.rows() - 1) + rowHeight(int(m_report.rows.size()) - 1);
     m_table.setTop(top(0) - m_border);
     m_table.setBottom(m_frameRowsBottom + m_border);
     m_table.setLeft(cellLeft(m_columns.front()) - m_border);
@@ -154,10 +142,10 @@ void ReportSheet::readTable(const std::vector<int> &shownRows) {
 void ReportSheet::measureRows() {
     CharacterWidths widths(m_plain.font());
     const double line = cellHeight(QStringLiteral("x"), 0, 0) + 2 * (m_padding + m_border);
-    m_tops.reserve(std::size_t(m_file.rows()) + 1);
-    for (int row = 0; row < m_file.rows(); ++row) {
+    m_tops.reserve(m_report.rows.size() + 1);
+    for (int row = 0; row < int(m_report.rows.size()); ++row) {
         bool fits = true;
-        for (int col = 0; fits && col < m_file.columns(); ++col) {
+        for (int col = 0; fits && col < gridColumn::Shown; ++col) {
             const QString text = cellText(row, col);
             constexpr double reserve = 2; // pixels
             fits = CharacterWidths::areExactFor(text) &&
@@ -176,7 +164,7 @@ double ReportSheet::cellHeight(const QString &text, int row, int col) const {
 
 double ReportSheet::rowHeight(int row) const {
     double height = 0;
-    for (int col = 0; col < m_file.columns(); ++col)
+    for (int col = 0; col < gridColumn::Shown; ++col)
         height = std::max(height, cellHeight(cellText(row, col), row, col));
     return height + 2 * (m_padding + m_border);
 }
@@ -193,11 +181,11 @@ int ReportSheet::columnAt(double x) const {
 }
 
 QString ReportSheet::cellText(int row, int col) const {
-    return shownValue(m_file.cell(row, col));
+    return shownValue(m_report.rows[std::size_t(row)].cells[std::size_t(col)]);
 }
 
-QTextCharFormat ReportSheet::cellFormat(int row, int col) const {
-    return m_file.isMarked(row, col) ? m_marked : m_plain;
+const QTextCharFormat &ReportSheet::rowFormat(int row) const {
+    return m_report.rows[std::size_t(row)].isMarked ? m_marked : m_plain;
 }
 
 QPointF ReportSheet::cellPlace(int row, int col) const {
@@ -210,7 +198,7 @@ void ReportSheet::layOutCell(QTextLayout &layout, int row, int col) const {
     option.setTextDirection(column.format.layoutDirection());
     option.setAlignment(column.format.alignment());
     layout.setTextOption(option);
-    layout.setFormats({{0, static_cast<int>(layout.text().size()), cellFormat(row, col)}});
+    layout.setFormats({{0, static_cast<int>(layout.text().size()), rowFormat(row)}});
     layout.beginLayout();
     double y = 0;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
@@ -247,7 +235,7 @@ void ReportSheet::draw(QPainter &painter, const QAbstractTextDocumentLayout::Pai
                                               rowTop(row + 1) > context.clip.top();
          ++row) {
         drawRowLines(painter, row);
-        for (int col = 0; col < m_file.columns(); ++col) {
+        for (int col = 0; col < gridColumn::Shown; ++col) {
             QTextLayout layout(cellText(row, col), m_frame->defaultFont());
             layOutCell(layout, row, col);
             drawCell(row, col, layout, cellPlace(row, col));

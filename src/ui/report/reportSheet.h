@@ -1,10 +1,10 @@
 // A report laid out for screen or paper. Qt's rich text lays out all of it but the rows of the
 // statistics, which may be very many: they are lines of one kind, so the sheet knows where each
 // stands and lays out the texts of those that are drawn. Lengths are pixels from the sheet's top
-// left. The sheet keeps a reference to the file.
+// left. The sheet keeps a reference to the report.
 #pragma once
 
-#include "core/report/reportFile.h"
+#include "core/report/report.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QImage>
@@ -30,7 +30,7 @@ public:
         /// Paper takes the graph in all its pixels, the screen as many as it shows.
         bool forPaper = false;
     };
-    ReportSheet(const ReportFile &file, const QImage &graph, Options options);
+    ReportSheet(const Report &report, const QImage &graph, Options options);
 
     double width() const;
     double height() const { return frameHeight() + m_rowsBelow; }
@@ -54,7 +54,7 @@ public:
     int columnAt(double x) const;
 
     QString cellText(int row, int col) const;
-    QTextCharFormat cellFormat(int row, int col) const;
+    const QTextCharFormat &rowFormat(int row) const;
     QTextBlockFormat columnFormat(int col) const { return m_columns[std::size_t(col)].format; }
     /// Where the text of a cell begins, and its lines, which begin there.
     QPointF cellPlace(int row, int col) const;
@@ -79,7 +79,7 @@ private:
     class Frame;
 
     void makeFrame(const QImage &graph, Options options);
-    void readTable(const std::vector<int> &shownRows);
+    void readTable(const std::vector<ReportRow> &samples);
     void measureRows();
     /// Of a text in the place of a cell.
     double cellHeight(const QString &text, int row, int col) const;
@@ -91,7 +91,7 @@ private:
     double frameHeight() const { return m_frame->size().height(); }
     void drawRowLines(QPainter &painter, int row) const;
 
-    const ReportFile &m_file;
+    const Report &m_report;
     QString m_html;
     std::unique_ptr<QTextDocument> m_frame;
     std::vector<Column> m_columns;

@@ -1,6 +1,6 @@
 #include "ui/report/sampleRows.h"
 
-#include "core/report/reportFile.h"
+#include "core/base/text.h"
 #include "ui/views/plainText.h"
 
 #include <QFontMetricsF>
@@ -12,10 +12,11 @@ namespace veltrona {
 
 QString shownValue(const QString &text) {
     QString shown = shownLine(text);
-    for (QChar &c : shown) {
+    for (qsizetype at = 0; at < shown.size(); ++at) {
         constexpr char16_t frameBegins = 0xFDD0, frameEnds = 0xFDD1;
+        QChar &c = shown[at];
         if (c < u' ' || c == frameBegins || c == frameEnds ||
-            c == QChar::ObjectReplacementCharacter)
+            c == QChar::ObjectReplacementCharacter || isLoneSurrogate(shown, at))
             c = QChar::ReplacementCharacter;
     }
     return shown;
@@ -37,13 +38,13 @@ bool CharacterWidths::areExactFor(QStringView text) {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c < QChar(0x250); });
 }
 
-std::vector<int> sampleRows(const ReportFile &file, const QFont &font) {
-    if (file.rows() == 0)
+std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFont &font) {
+    if (rows.empty())
         return {};
     struct Widest {
         double width = -1;
-        int row = 0;
-        void see(double other, int otherRow) {
+        std::size_t row = 0;
+        void see(double other, std::size_t otherRow) {
             if (other > width)
                 width = other, row = otherRow;
         }
@@ -51,24 +52,26 @@ std::vector<int> sampleRows(const ReportFile &file, const QFont &font) {
     struct Column {
         Widest text, word;
     };
-    std::vector<Column> columns(std::size_t(file.columns()));
+    std::array<Column, gridColumn::Shown> columns;
     CharacterWidths widths(font);
-    int marked = 0;
-    for (int row = file.rows() - 1; row >= 0; --row) {
-        if (file.isMarked(row, 0))
+    std::size_t marked = 0;
+    for (std::size_t row = rows.size(); row-- > 0;) {
+        if (rows[row].isMarked)
             marked = row;
-        for (int col = 0; col < file.columns(); ++col) {
-            const QString text = shownValue(file.cell(row, col));
-            Column &column = columns[std::size_t(col)];
-            column.text.see(widths.of(text), row);
+        for (std::size_t col = 0; col < columns.size(); ++col) {
+            const QString text = shownValue(rows[row].cells[col]);
+            columns[col].text.see(widths.of(text), row);
             for (const QStringView word : QStringView(text).tokenize(u' '))
-                column.word.see(widths.of(word), row);
+                columns[col].word.see(widths.of(word), row);
         }
     }
-    std::set<int> found{0, marked, file.rows() - 1};
+    std::set<std::size_t> found{0, marked, rows.size() - 1};
     for (const Column &column : columns)
         found.insert({column.text.row, column.word.row});
-    return {found.begin(), found.end()};
+    std::vector<ReportRow> samples;
+    for (const std::size_t row : found)
+        samples.push_back(rows[row]);
+    return samples;
 }
 
 } // namespace veltrona

@@ -1,6 +1,8 @@
 // The few rows of a report's statistics that decide how all of them are laid out.
 #pragma once
 
+#include "core/report/report.h"
+
 #include <QFont>
 #include <QString>
 
@@ -8,8 +10,6 @@
 #include <vector>
 
 namespace veltrona {
-
-class ReportFile;
 
 /// A value in the form in which a document can take it: one line, shortened where nobody could read
 /// it, without characters that have a meaning of their own in documents.
@@ -29,8 +29,8 @@ private:
     std::array<float, 0x10000> m_widths{}; // 0 where it hasn't been asked for
 };
 
-/// In rising order: the rows that hold a column's longest text or longest word and so decide the
-/// widths, one of coloured cells, the first one and the last one.
-std::vector<int> sampleRows(const ReportFile &file, const QFont &font);
+/// In their order: the rows that hold a column's longest text or longest word and so decide the
+/// widths, a marked one, the first one and the last one.
+std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFont &font);
 
 } // namespace veltrona

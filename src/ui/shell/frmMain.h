@@ -12,7 +12,8 @@
 #include "core/controls/datePicker.h"
 #include "core/controls/grid.h"
 #include "core/controls/tree.h"
-#include "core/report/reportWriter.h"
+#include "core/picture/drawing.h"
+#include "core/report/report.h"
 #include "ui/views/twipScale.h"
 
 #include <QMainWindow>

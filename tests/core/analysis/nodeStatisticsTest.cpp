@@ -6,7 +6,6 @@
 #include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/base/storedText.h"
-#include "core/report/reportText.h"
 #include "support/gridText.h"
 #include "support/recordTable.h"
 
@@ -91,10 +90,6 @@ private slots:
         }
         QCOMPARE(found.size(), 2 * names.size());
         QCOMPARE(QSet(found.begin(), found.end()), QSet(names.begin(), names.end()));
-        std::string page;
-        appendAnsi(page, names[0] + names[1] + names[2]);
-        QCOMPARE(page,
-                 std::string("&#65279;&#65279;marka\0b&#65533;z&#65533;&#65533;&#65533;", 56));
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/nodeTag.h"
+#include "core/platform/services.h"
 #include "support/dataTable.h"
 #include "support/gridText.h"
 
@@ -34,17 +35,20 @@ Grid exampleGrid() {
     return grid;
 }
 
-ReportContent exampleContent() {
-    ReportContent content;
-    content.details =
-        reportDetails("2-Campain: 'Shoes' > Adgroup: 'Spring'",
-                      " AND campaign='Shoes' AND adGroup='Spring' ORDER BY adWordsTyp", "Spring");
-    content.now = "7 Mar 2006 13:05:09";
-    content.start = "03/01/2006";
-    content.end = "03/07/2006";
-    content.metric = "Clicks";
-    content.doColor = true;
-    return content;
+/// Of an ad group, over the first week of March 2006.
+Report exampleReport(Grid grid, ReportOptions options = {}) {
+    TreeNode node;
+    node.setKey("2-Campain: 'Shoes' > Adgroup: 'Spring'");
+    node.setTag(" AND campaign='Shoes' AND adGroup='Spring' ORDER BY adWordsTyp");
+    services().now = [] { return QDateTime(QDate(2006, 3, 7), QTime(13, 5, 9)); };
+    return makeReport(
+        {.selected = &node,
+         .range = {dateValue(CalendarDay{2006, 3, 1}), dateValue(CalendarDay{2006, 3, 7})},
+         .grid = &grid,
+         .metric = "Clicks",
+         .options = options,
+         .locale = QLocale::c()},
+        true);
 }
 
 QList<QByteArray> linesOf(const std::string &text) {
@@ -66,21 +70,19 @@ private slots:
         QFile golden(QFINDTESTDATA("worked-run.html"));
         QVERIFY(golden.open(QIODevice::ReadOnly));
         const std::string expected = golden.readAll().toStdString();
-        const std::string text = reportText(exampleContent(), exampleGrid());
+        const std::string text = reportText(exampleReport(exampleGrid()));
         QCOMPARE(linesOf(text), linesOf(expected)); // tells the line
         QCOMPARE(text, expected);
         QCOMPARE(linesOf(text).size(), 120);
     }
 
     void optionsChangeTheirLinesAlone() {
-        ReportContent content = exampleContent();
         QByteArray found;
         for (int ticked = 0; ticked < 5; ++ticked) {
-            content.options = {.graph = ticked == 1,
-                               .details = ticked == 2,
-                               .dateAndTime = ticked == 3,
-                               .footer = ticked == 4};
-            const std::string text = reportText(content, Grid(15));
+            const std::string text = reportText(exampleReport(Grid(15), {.graph = ticked == 1,
+                                                                         .details = ticked == 2,
+                                                                         .dateAndTime = ticked == 3,
+                                                                         .footer = ticked == 4}));
             found += QByteArray::number(linesOf(text).size());
             for (const char *mark : {"graph.jpg", "<th ", "Created on: ", "<a href"})
                 found += text.find(mark) != std::string::npos ? '+' : '-';
@@ -97,6 +99,9 @@ private slots:
         row("root", "0-...", " ORDER BY campaign", "Title", {"All", "All", "All", "All", "All"});
         row("content", "3-", group + " AND adWordsTyp='Content Only' ORDER BY Keyword", "Content",
             {"C", "G", "Content Only", "All", "All"});
+        row("keyword", "4-...",
+            group + " AND adWordsTyp='Search Only' AND Keyword='K'" + " ORDER BY kwType", "K",
+            {"C", "G", "Search Only", "K", "All"});
         row("keyword type", "5-...", keyword, "Broad", {"C", "G", "Search Only", "K", "Broad"});
         const QString hostile = "O'Neil adGroup='x' ORDER BY '";
         row("hostile names", "2-...",
@@ -120,7 +125,7 @@ private slots:
         row("latin", "Müller ÿ\u00a0", "M\xfcller \xff\xa0");
         row("upper page", "€‚ƒŽ‘’“”•–—™Ÿ", "\x80\x82\x83\x8e\x91\x92\x93\x94\x95\x96\x97\x99\x9f");
         row("holes of the page", QString(QChar(0x81)) + QChar(0x9d), "\x81\x9d");
-        row("outside", "aŁ日b", "a&#321;&#26085;b");
+        row("outside", QChar(0xFEFF) + QString("aŁ日b"), "&#65279;a&#321;&#26085;b");
         row("beyond 16 bits", "😀", "&#128512;");
         row("half a pair", QString(QChar(0xD83D)) + u'x' + QChar(0xDE00), "&#65533;x&#65533;");
     }

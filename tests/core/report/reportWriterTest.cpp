@@ -1,5 +1,6 @@
 #include "core/report/reportWriter.h"
 
+#include "core/picture/drawing.h"
 #include "core/platform/services.h"
 #include "support/anotherUser.h"
 #include "support/dialogRecorder.h"

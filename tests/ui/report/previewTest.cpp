@@ -1,25 +1,25 @@
 // The print preview: what it shows and refuses to load, its keys, and long reports.
 #include "support/dialogRecorder.h"
+#include "support/pixels.h"
 #include "support/shownForm.h"
+#include "support/testFolder.h"
 #include "support/writtenReport.h"
 #include "ui/report/frmPrev.h"
 #include "ui/report/printing.h"
 #include "ui/report/reportSheet.h"
 
 #include "core/base/failure.h"
+#include "core/report/reportText.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QWheelEvent>
-
-#include <numeric>
 
 using namespace veltrona;
 using namespace veltrona::test;
@@ -33,14 +33,14 @@ public:
 
     bool isEnabled() override {
         if (asking)
-            throw Failure(7, QStringLiteral("no spooler"));
+            throw Failure(7, "no spooler");
         return enabled;
     }
     void print(const ReportDocument &, QWidget *owner) override {
         QCOMPARE(owner, &frmPrev::instance());
         ++prints;
         if (printing)
-            throw Failure(8, QStringLiteral("out of paper"));
+            throw Failure(8, "out of paper");
     }
 
     bool enabled = true;
@@ -49,38 +49,32 @@ public:
     int prints = 0;
 };
 
-bool holdsColor(const QImage &image, QRgb color) {
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor found = image.pixelColor(x, y);
-            if (qAbs(found.red() - qRed(color)) + qAbs(found.green() - qGreen(color)) +
-                    qAbs(found.blue() - qBlue(color)) <
-                40)
-                return true;
-        }
-    }
-    return false;
+bool holdsColor(const QImage &image, const QColor &color) {
+    const auto isLike = [&](const QColor &other) {
+        return qAbs(other.red() - color.red()) + qAbs(other.green() - color.green()) +
+                   qAbs(other.blue() - color.blue()) <
+               40;
+    };
+    return !areaOf(image, isLike).isNull();
 }
 
 } // namespace
 
-class PreviewTest : public QObject {
+class PreviewTest : public QObject, TestFolder {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
     frmPrev *m_form = nullptr;
 
-    QString path(const QString &name) const { return m_folder.filePath(name); }
     QTextBrowser *browser() const { return m_form->findChild<QTextBrowser *>("wbPP"); }
     QPushButton *button(const char *name) const { return m_form->findChild<QPushButton *>(name); }
     QImage screen() const { return browser()->viewport()->grab().toImage(); }
 
     void during(const std::function<void()> &script) {
-        m_form->FileName = path(QStringLiteral("report.html"));
+        m_form->FileName = path("report.html");
         test::during<frmPrev>([this] { m_form->Show(); }, [&](frmPrev &) { script(); });
     }
     void show(const WrittenReport &report, const std::function<void()> &script) {
-        m_form->places = report.write(path(QStringLiteral("report.html")));
+        m_form->report = report.write(path("report.html"));
         during([&] {
             script();
             QTest::keyClick(m_form, Qt::Key_Escape);
@@ -96,71 +90,29 @@ private slots:
         dark.setColor(QPalette::Link, Qt::yellow);
         QApplication::setPalette(dark);
         const QString odd = QString::fromUtf8("Größe 5 € – „ok“ 日本 😀 & <i>");
-        show({.names = {odd, QStringLiteral("loss")},
-              .redNames = {QStringLiteral("loss")},
-              .options = {}},
-             [&] {
-                 const QString text = browser()->toPlainText();
-                 QVERIFY(text.contains(QString::fromUtf8("Größe 5 € – „ok“ 日本 😀 & ")));
-                 QVERIFY(!text.contains(QStringLiteral("Stil5")));
-                 const auto colorOf = [&](const QString &word) {
-                     const QTextCursor found = browser()->document()->find(word);
-                     return found.isNull() ? QColor() : found.charFormat().foreground().color();
-                 };
-                 QCOMPARE(colorOf(QStringLiteral("loss")), QColor(0xFF, 0x33, 0x33));
-                 QCOMPARE(colorOf(QStringLiteral("Summary")), QColor(Qt::black));
-                 const QTextCursor link =
-                     browser()->document()->find(QStringLiteral("Veltrona"), 60);
-                 QCOMPARE(link.charFormat().foreground().color(), QColor(0, 0, 0xEE));
-                 const QImage image = screen();
-                 QCOMPARE(image.pixelColor(image.width() - 2, image.height() - 2),
-                          QColor(Qt::white));
-                 QVERIFY(holdsColor(image, qRgb(200, 0, 200))); // the graph
-                 QVERIFY(!holdsColor(image, qRgb(255, 255, 0)));
-             });
+        show({.names = {odd, "loss"}, .redNames = {"loss"}, .options = {}}, [&] {
+            const QString text = browser()->toPlainText();
+            QVERIFY(text.contains(QString::fromUtf8("Größe 5 € – „ok“ 日本 😀 & ")));
+            QVERIFY(!text.contains("Stil5"));
+            const auto colorOf = [&](const QString &word) {
+                const QTextCursor found = browser()->document()->find(word);
+                return found.isNull() ? QColor() : found.charFormat().foreground().color();
+            };
+            QCOMPARE(colorOf("loss"), QColor(0xFF, 0x33, 0x33));
+            QCOMPARE(colorOf("Summary"), QColor(Qt::black));
+            const QTextCursor link = browser()->document()->find("Veltrona", 60);
+            QCOMPARE(link.charFormat().foreground().color(), QColor(0, 0, 0xEE));
+            const QImage image = screen();
+            QCOMPARE(image.pixelColor(image.width() - 2, image.height() - 2), QColor(Qt::white));
+            QVERIFY(holdsColor(image, QColor(200, 0, 200))); // the graph
+            QVERIFY(!holdsColor(image, QColor(255, 255, 0)));
+        });
         QApplication::setPalette(before);
     }
 
-    /// Whatever a name looks like, it is shown to the letter and nothing else happens.
-    void namesAreTexts() {
-        const QTemporaryDir outside;
-        QImage secret(300, 300, QImage::Format_RGB32);
-        secret.fill(qRgb(0, 200, 0));
-        const QString file = outside.filePath(QStringLiteral("secret.png"));
-        QVERIFY(secret.save(file) && secret.save(path(QStringLiteral("secret.png"))));
-        QStringList names = {"10 < 20 shoes",
-                             "AT&amp;T &#65;",
-                             "two  blanks",
-                             "\u65e5 &#26085;",
-                             "\u05d0\u05d1 right",
-                             "<img src=\"secret.png\">",
-                             "<img src=\"file://" + file + "\">",
-                             "</table></body><style>",
-                             "<td colspan=1000000>",
-                             "<p style=\"margin-top:9999999px\">",
-                             "</div></td>",
-                             "<!-- <tr>"};
-        for (int i = 0; i < 15; ++i)
-            names << QStringLiteral("<table><td>x</table><table><td>%1").arg(i);
-        QStringList broken = {QString(2100, 'w'), "</td>\r\n<td colspan=1000000>", "a\tb\u2028c",
-                              "\uFDD0\uFDD1x", "\uFFFC"};
-        const QStringList shownBroken = {QString(2000, 'w') + QChar(0x2026),
-                                         "</td>  <td colspan=1000000>", "a b c", "\uFFFD\uFFFDx",
-                                         "\uFFFD"};
-        show({.names = names + broken + QStringList{"next row"}}, [&] {
-            const QStringList lines = browser()->toPlainText().split(u'\n');
-            qsizetype line = lines.indexOf(names[0]);
-            for (const QString &name : names + shownBroken + QStringList{"next row"}) {
-                QCOMPARE(lines.value(line), name);
-                line += 13; // the cells of a row
-            }
-            QVERIFY(!holdsColor(screen(), qRgb(0, 200, 0)));
-        });
-    }
-
     void aFileThatWasChangedIsRefused() {
-        const QString file = path(QStringLiteral("report.html"));
-        m_form->places = WrittenReport{.names = {"first"}}.write(file);
+        const QString file = path("report.html");
+        m_form->report = WrittenReport{.names = {"first"}}.write(file);
         WrittenReport{.names = {"other"}}.write(file);
         during([&] {
             QVERIFY(browser()->toPlainText().contains("has been changed by another program"));
@@ -171,19 +123,19 @@ private slots:
 
     void noLinkIsFollowed() {
         show({.names = {}, .options = {}}, [&] {
-            const QTextCursor link = browser()->document()->find(QStringLiteral("Veltrona"), 60);
+            const QTextCursor link = browser()->document()->find("Veltrona", 60);
             QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {},
                               browser()->cursorRect(link).center() - QPoint(4, 0));
             browser()->setTextCursor(link);
             QTest::keyClick(browser(), Qt::Key_Return);
-            QVERIFY(browser()->toPlainText().contains(QStringLiteral("Veltrona Report")));
+            QVERIFY(browser()->toPlainText().contains("Veltrona Report"));
             QVERIFY(browser()->source().isEmpty());
         });
     }
 
     void keys() {
         StubPrinting stub;
-        m_form->places = WrittenReport{.names = {}}.write(path(QStringLiteral("report.html")));
+        m_form->report = WrittenReport{.names = {}}.write(path("report.html"));
         during([&] {
             QCOMPARE(m_form->focusWidget(), button("cmdPrint"));
             QTest::keyClick(m_form->focusWidget(), Qt::Key_Return);
@@ -211,16 +163,13 @@ private slots:
         };
         show({.names = {}}, [&] {
             stub.enabled = false;
-            QCOMPARE(told(Answer::Cancel),
-                     QStringLiteral("49 Veltrona: The Print command is currently disabled."));
+            QCOMPARE(told(Answer::Cancel), "49 Veltrona: The Print command is currently disabled.");
             QCOMPARE(stub.prints, 0);
             stub.asking = true;
-            QCOMPARE(told(Answer::Ok),
-                     QStringLiteral("49 Veltrona: Print command Error: no spooler"));
+            QCOMPARE(told(Answer::Ok), "49 Veltrona: Print command Error: no spooler");
             stub.asking = false;
             stub.enabled = stub.printing = true;
-            QCOMPARE(told(Answer::Ok),
-                     QStringLiteral("49 Veltrona: Print command Error: out of paper"));
+            QCOMPARE(told(Answer::Ok), "49 Veltrona: Print command Error: out of paper");
             stub.printing = false;
             button("cmdPrint")->click(); // usable again
             QCOMPARE(stub.prints, 2);
@@ -236,7 +185,7 @@ private slots:
                 QTest::keyClick(browser(), Qt::Key_End, Qt::ControlModifier);
                 QScrollBar *bar = browser()->verticalScrollBar();
                 QVERIFY(bar->value() > 30'000 && bar->maximum() - bar->value() < 20);
-                QVERIFY(holdsColor(screen(), qRgb(200, 0, 200)));
+                QVERIFY(holdsColor(screen(), QColor(200, 0, 200)));
                 browser()->setTextCursor(browser()->document()->find("row 2000"));
                 QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
                 const auto textBehind = [&](Qt::Key key) {
@@ -273,10 +222,14 @@ private slots:
             QVERIFY(isLargerBy(1.46));
             browser()->setTextCursor(page.find("row 60"));
             QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
+            const QScrollBar &bar = *browser()->verticalScrollBar();
+            const auto place = [&] { return double(bar.value()) / bar.maximum(); };
+            browser()->verticalScrollBar()->setValue(bar.maximum() / 2);
             QWheelEvent back({9, 9}, {9, 9}, {}, {0, -360}, {}, Qt::ControlModifier,
                              Qt::NoScrollPhase, false);
             QApplication::sendEvent(browser()->viewport(), &back);
             QVERIFY(isLargerBy(1.1));
+            QVERIFY2(qAbs(place() - 0.5) < 0.01, qPrintable(QString::number(place())));
             QTest::keyClick(m_form, Qt::Key_0, Qt::ControlModifier);
             QCOMPARE(page.size(), size);
         });
@@ -290,20 +243,19 @@ private slots:
         names[20] = "a name of several words that has to be wrapped somewhere";
         names[21] = "\u05d0\u05d1 right to left";
         names[22] = "J\u00e4ger 'Sch\u00f6n' \u65e5";
-        const QString path = this->path("report.html");
-        const ReportPlaces places =
-            WrittenReport{.names = names, .redNames = {names[3]}, .options = {}}.write(path);
-        const ReportFile file(path, places);
-        const QImage graph(QFileInfo(path).path() + "/graph.jpg");
-        const ReportSheet sheet(file, graph, {});
-        std::vector<int> all(std::size_t(file.rows()));
-        std::iota(all.begin(), all.end(), 0);
+        const Report report =
+            WrittenReport{.names = names, .redNames = {names[3]}, .options = {}}.write(
+                path("report.html"));
+        const QImage graph(path("graph.jpg"));
+        const ReportSheet sheet(report, graph, {});
         QTextDocument whole;
         whole.setDefaultTextOption(sheet.frame().defaultTextOption());
         whole.addResource(QTextDocument::ImageResource, QUrl("graph.jpg"), graph);
-        whole.setHtml(file.html(all, [](const QString &text) { return text; })
-                          .replace("<!--", "a {color: #0000EE} ")
-                          .remove("-->"));
+        const auto appendEscaped = [](std::string &out, QStringView value) {
+            out += value.toString().toHtmlEscaped().toStdString();
+        };
+        whole.setHtml(QString::fromStdString(
+            reportText(report, report.rows, {appendEscaped, "a {color: #0000EE} ", ""})));
         whole.setTextWidth(ReportSheet::pageWidth);
 
         const auto picture = [&](const auto &draw) {

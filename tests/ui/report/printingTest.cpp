@@ -2,17 +2,16 @@
 #include "ui/report/printing.h"
 #include "support/failureOf.h"
 #include "support/fileSizeLimit.h"
+#include "support/pixels.h"
+#include "support/testFolder.h"
 #include "support/writtenReport.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QPrinter>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
 
@@ -21,17 +20,16 @@
 using namespace veltrona;
 using namespace veltrona::test;
 
-class PrintingTest : public QObject {
+class PrintingTest : public QObject, TestFolder {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QPrinter> m_printer;
+    Report m_report;
 
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    std::unique_ptr<ReportDocument> load(const WrittenReport &report) const {
-        const QString file = path(QStringLiteral("report.html"));
-        return std::make_unique<ReportDocument>(file, report.write(file));
+    std::unique_ptr<ReportDocument> load(const WrittenReport &report) {
+        const QString file = path("report.html");
+        m_report = report.write(file);
+        return std::make_unique<ReportDocument>(file, m_report);
     }
 
     QByteArray run(const QString &program, const QStringList &arguments) const {
@@ -45,9 +43,7 @@ class PrintingTest : public QObject {
     }
     /// The texts of a file's pages.
     QStringList pages() const {
-        const QString text = QString::fromUtf8(
-            run(QStringLiteral("pdftotext"),
-                {QStringLiteral("-layout"), path(QStringLiteral("out.pdf")), QStringLiteral("-")}));
+        const QString text = QString::fromUtf8(run("pdftotext", {"-layout", path("out.pdf"), "-"}));
         return text.chopped(1).split(u'\f');
     }
     QStringList print(ReportDocument &document) const {
@@ -56,22 +52,9 @@ class PrintingTest : public QObject {
     }
     /// A page of the file, 72 pixels to the inch.
     QImage picture(int page) const {
-        run(QStringLiteral("pdftoppm"),
-            {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-f"),
-             QString::number(page), QStringLiteral("-l"), QString::number(page),
-             QStringLiteral("-png"), QStringLiteral("-singlefile"), path(QStringLiteral("out.pdf")),
-             path(QStringLiteral("page"))});
-        return QImage(path(QStringLiteral("page.png")));
-    }
-    static QRect areaOf(const QImage &image, bool (*matches)(QColor)) {
-        QRect area;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (matches(image.pixelColor(x, y)))
-                    area |= QRect(x, y, 1, 1);
-            }
-        }
-        return area;
+        run("pdftoppm", {"-r", "72", "-f", QString::number(page), "-l", QString::number(page),
+                         "-png", "-singlefile", path("out.pdf"), path("page")});
+        return QImage(path("page.png"));
     }
     static bool isGraph(QColor color) {
         return color.blue() > 150 && color.red() > 150 && color.green() < 100;
@@ -84,20 +67,19 @@ class PrintingTest : public QObject {
         m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
         m_printer->setOutputFormat(QPrinter::PdfFormat);
         m_printer->setPageSize(QPageSize(QPageSize::A4));
-        m_printer->setOutputFileName(path(QStringLiteral("out.pdf")));
+        m_printer->setOutputFileName(path("out.pdf"));
     }
 
 private slots:
     void init() {
-        m_folder = std::make_unique<QTemporaryDir>();
+        renewFolder();
         renewPrinter();
     }
 
     void aSmallReport() {
-        const auto document =
-            load({.names = {QString::fromUtf8("Größe 5 € – „ok“"), QStringLiteral("plain")},
-                  .redNames = {QStringLiteral("plain")},
-                  .options = {}});
+        const auto document = load({.names = {QString::fromUtf8("Größe 5 € – „ok“"), "plain"},
+                                    .redNames = {"plain"},
+                                    .options = {}});
         const QStringList text = print(*document);
         QCOMPARE(text.size(), 1);
         for (const char *piece : {"Veltrona Report", "Created on", "Größe 5 € – „ok“", "Summary",
@@ -129,30 +111,30 @@ private slots:
         QFETCH(bool, wraps);
         QStringList names = numberedNames(rows);
         for (qsizetype i = 0; wraps && i < names.size(); i += 3)
-            names[i] += QStringLiteral(" with many words that need a line below and a third");
+            names[i] += " with many words that need a line below and a third";
         const auto document = load({.names = names, .options = {}});
         const QStringList text = print(*document);
         QVERIFY(text.size() > 3);
         int row = 0;
-        static const QRegularExpression rowName(QStringLiteral("\\brow (\\d+)\\b"));
-        static const QRegularExpression anyRow(rowName.pattern() + QStringLiteral("|Summary"));
+        static const QRegularExpression rowName("\\brow (\\d+)\\b");
+        static const QRegularExpression anyRow(rowName.pattern() + "|Summary");
         for (qsizetype page = 0; page < text.size(); ++page) {
             const QStringList lines = text[page].split(u'\n', Qt::SkipEmptyParts);
-            QCOMPARE(text[page].count(QStringLiteral("Transactions")),
+            QCOMPARE(text[page].count("Transactions"),
                      page == 0 || text[page].contains(anyRow) ? 1 : 0);
             if (page > 0 && text[page].contains(anyRow))
-                QVERIFY(lines[0].contains(QStringLiteral("Clicks")));
+                QVERIFY(lines[0].contains("Clicks"));
             for (auto found = rowName.globalMatch(text[page]); found.hasNext();)
                 QCOMPARE(found.next().captured(1).toInt(), ++row);
         }
         QCOMPARE(row, rows);
-        QCOMPARE(text.join(QString()).count(QStringLiteral("Summary")), 1);
+        QCOMPARE(text.join(QString()).count("Summary"), 1);
     }
 
     void noLineRowOrPictureIsCut() {
         const double height = 333; // of a page that is low
         QStringList names = numberedNames(150);
-        names[40] = QStringLiteral("a name of so many words that its row is quite high, and more");
+        names[40] = "a name of so many words that its row is quite high, and more";
         const auto document = load({.names = names, .options = {}});
         const ReportSheet sheet = document->paperSheet();
         const std::vector<ReportPage> pages = paginate(sheet, height);
@@ -183,7 +165,7 @@ private slots:
         const QStringList all = print(*document);
         QVERIFY(all.size() >= 4);
         m_printer->setPrintRange(QPrinter::PageRange);
-        m_printer->setPageRanges(QPageRanges::fromString(QStringLiteral("2,4-99")));
+        m_printer->setPageRanges(QPageRanges::fromString("2,4-99"));
         QCOMPARE(print(*document), QStringList({all[1]}) + all.sliced(3));
         m_printer->setFromTo(2, 3);
         m_printer->setPageOrder(QPrinter::LastPageFirst);
@@ -201,21 +183,17 @@ private slots:
     void failingFilesAreToldAndOlderOnesKept() {
         const auto document = load({.names = numberedNames(100)});
         const auto failure = [&] { return failureOf([&] { printReport(*document, *m_printer); }); };
-        m_printer->setOutputFileName(path(QStringLiteral("missing/out.pdf")));
-        QVERIFY(failure() && failure()->text().contains(path(QStringLiteral("missing/out.pdf"))));
+        m_printer->setOutputFileName(path("missing/out.pdf"));
+        QVERIFY(failure() && failure()->text().contains(path("missing/out.pdf")));
 
         renewPrinter();
-        QFile older(path(QStringLiteral("out.pdf")));
-        QVERIFY(older.open(QIODevice::WriteOnly) && older.write("older") == 5);
-        older.close();
+        const QString older = write(path("out.pdf"), "older");
         {
             const FileSizeLimit fullDisk(20000);
-            QVERIFY(failure() && failure()->text().contains(older.fileName()));
+            QVERIFY(failure() && failure()->text().contains(older));
         }
-        QVERIFY(older.open(QIODevice::ReadOnly));
-        QCOMPARE(older.readAll(), QByteArray("older"));
-        const QStringList files = QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden);
-        QCOMPARE(files, QStringList({"out.pdf", "report.html"}));
+        QCOMPARE(contents(older), "older");
+        QCOMPARE(files(), QStringList({"out.pdf", "report.html"}));
         renewPrinter();
         QVERIFY(!failure());
         QVERIFY(pages().size() > 1);

@@ -1,7 +1,9 @@
-#include "core/report/reportValues.h"
+#include "core/report/report.h"
 
 #include "core/analysis/records/nodeTag.h"
+#include "core/base/blanks.h"
 #include "core/base/text.h"
+#include "core/platform/services.h"
 
 #include <algorithm>
 #include <iterator>
@@ -23,7 +25,42 @@ constexpr TagDetail tagDetails[] = {
     {&ReportDetails::keyword, u"Keyword"},
 };
 
+/// The text of a cell without blanks around it.
+QString trimmedCell(const Grid &grid, int row, int col) {
+    const QString &text = grid.TextMatrix(row, col);
+    const QStringView trimmed = withoutBlanks(text);
+    return trimmed.size() == text.size() ? text : trimmed.toString();
+}
+
+ReportCells cellsOf(const Grid &grid, int row) {
+    ReportCells cells;
+    for (int col = 0; col < gridColumn::Shown; ++col)
+        cells[std::size_t(col)] = trimmedCell(grid, row, col);
+    return cells;
+}
+
 } // namespace
+
+Report makeReport(const ReportSource &source, bool doColor) {
+    const TreeNode root;
+    const TreeNode &node = source.selected ? *source.selected : root;
+    const QChar separator = dateSeparator(source.locale);
+    Report report;
+    report.now = source.locale.toString(services().now(), QLocale::ShortFormat);
+    report.details = reportDetails(node.Key(), node.Tag(), node.Text());
+    report.start = reportDate(source.range.start, separator);
+    report.end = reportDate(source.range.end, separator);
+    report.metric = source.metric;
+    report.options = source.options;
+    if (!source.options.details)
+        return report;
+    const Grid &grid = *source.grid;
+    report.headings = cellsOf(grid, gridRow::Heading);
+    report.rows.reserve(std::size_t(grid.Rows() - gridRow::FirstData));
+    for (int row = gridRow::FirstData; row < grid.Rows(); ++row)
+        report.rows.push_back({cellsOf(grid, row), doColor && grid.isLoss(row)});
+    return report;
+}
 
 ReportDetails reportDetails(const QString &key, const QString &tag, const QString &text) {
     const QString all = QStringLiteral("All");

@@ -1,0 +1,83 @@
+// A report as a value: what it shows, in the order and the texts of its file. A row's texts share
+// their memory with the grid's.
+#pragma once
+
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/base/dateValue.h"
+#include "core/controls/grid.h"
+#include "core/controls/tree.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <array>
+#include <functional>
+#include <vector>
+
+namespace veltrona {
+
+namespace drawing {
+class Picture;
+}
+
+/// The check boxes of the export dialog, in the order of their indices.
+struct ReportOptions {
+    bool graph = true;
+    bool details = true;
+    bool dateAndTime = true;
+    bool footer = true;
+};
+
+/// What a report is made from; the caller owns it all.
+struct ReportSource {
+    const TreeNode *selected = nullptr;
+    DateRange range = {};
+    Grid *grid = nullptr; // writing moves its current cell to the last cell written
+    QString metric = {};
+    ReportOptions options = {};
+    /// Copies the chart to the clipboard and into the picture box, and gives the box's picture;
+    /// null if there is none. Called only if the graph is wanted.
+    std::function<const drawing::Picture *()> copyChart = {};
+    QLocale locale = QLocale::system();
+};
+
+/// What is selected: "All" where the node fixes nothing.
+struct ReportDetails {
+    QString campaign;
+    QString adGroup;
+    QString searchType;
+    QString keyword;
+    QString keywordType;
+};
+
+using ReportCells = std::array<QString, gridColumn::Shown>;
+
+struct ReportRow {
+    ReportCells cells;
+    bool isMarked = false; // a loss, where losses are to be marked
+};
+
+struct Report {
+    QString now; // as the system writes date and time
+    ReportDetails details;
+    QString start; // days, as reportDate writes them
+    QString end;
+    QString metric;
+    ReportOptions options;
+    // Of the statistics; without `options.details` there are none.
+    ReportCells headings;
+    std::vector<ReportRow> rows; // the empty one and the summary included
+};
+
+/// `doColor` marks the rows that are a loss.
+Report makeReport(const ReportSource &source, bool doColor);
+
+/// From the three texts of a tree node.
+ReportDetails reportDetails(const QString &key, const QString &tag, const QString &text);
+
+/// The first sign between the parts of the locale's short date, "/" where it has none.
+QChar dateSeparator(const QLocale &locale);
+/// Month, day and year: "03/07/2006".
+QString reportDate(DateValue date, QChar separator);
+
+} // namespace veltrona
