@@ -92,7 +92,7 @@ public:
 private:
     fs::path m_file;
     fs::path m_aside;         // a left-over, if the program is killed now
-    desktop::FileHold m_hold; // and none before
+    desktop::FileLock m_hold; // and none before
     bool m_moved = false;
 };
 
@@ -120,13 +120,13 @@ bool stands(const QString &path) {
 }
 
 /// Waits for other programs that hold it, but not for one that is stuck.
-desktop::FileHold holdFolder(const QString &folder) {
+desktop::FileLock holdFolder(const QString &folder) {
     constexpr int tries = 300;
-    desktop::FileHold hold;
-    for (int i = 0; i < tries && !hold.isHeld(); ++i) {
+    desktop::FileLock hold;
+    for (int i = 0; i < tries && !hold.isLocked(); ++i) {
         if (i > 0)
             QThread::msleep(10);
-        hold = desktop::FileHold(folder, O_RDONLY | O_DIRECTORY);
+        hold = desktop::FileLock(folder, O_RDONLY | O_DIRECTORY);
     }
     return hold;
 }
@@ -152,7 +152,7 @@ void makeMissingProject(const QString &templatePath, const QString &target) {
     if (stands(target))
         return;
     // Of two first starts the second finds the project, and leaves file and journal alone.
-    const desktop::FileHold alone = holdFolder(folder);
+    const desktop::FileLock alone = holdFolder(folder);
     if (!stands(target))
         makeProject(templatePath, target);
 }

@@ -10,6 +10,7 @@ namespace {
 
 /// A drawing context for one transfer, with a bitmap selected into it.
 class TemporaryContext {
+    Q_DISABLE_COPY_MOVE(TemporaryContext)
 public:
     explicit TemporaryContext(drawing::Handle bitmap)
         : m_dc(drawing::createCompatibleDC()), m_before(drawing::selectBitmap(m_dc, bitmap)) {}
@@ -17,8 +18,6 @@ public:
         drawing::selectBitmap(m_dc, m_before);
         drawing::deleteDC(m_dc);
     }
-    TemporaryContext(const TemporaryContext &) = delete;
-    TemporaryContext &operator=(const TemporaryContext &) = delete;
 
     drawing::Handle hDC() const { return m_dc; }
     bool isReady() const { return m_before != 0; }

@@ -1,9 +1,11 @@
-// One picture as a 24-bit bitmap in memory with a drawing context on it, so that a bitmap of any
-// origin can be copied in and the JPEG writer can read the pixels where they lie: blue, green, red,
-// the bottom row first, rows padded to a multiple of 4 bytes. The object owns context and bitmap.
+// One picture as a 24-bit bitmap in memory with a drawing context, so that any bitmap can be copied
+// in and the JPEG writer can read the pixels in place: blue, green, red, the bottom row first, rows
+// padded to a multiple of 4 bytes. The object owns context and bitmap.
 #pragma once
 
 #include "core/picture/drawing.h"
+
+#include <QtGlobal>
 
 #include <cstdint>
 #include <memory>
@@ -11,11 +13,10 @@
 namespace veltrona {
 
 class cJPEG {
+    Q_DISABLE_COPY_MOVE(cJPEG)
 public:
     cJPEG() = default;
     ~cJPEG() { ClearUp(); }
-    cJPEG(const cJPEG &) = delete;
-    cJPEG &operator=(const cJPEG &) = delete;
 
     bool PictureLoaded() const { return m_pictureLoaded; }
     void setPictureLoaded(bool NewValue) { m_pictureLoaded = NewValue; }
@@ -28,10 +29,10 @@ public:
     std::int32_t Width() const { return m_info.biWidth; }
 
     bool CopyToClipboard() const;
-    /// The caller owns `hDib` and must keep it as long as this picture's pixels are in use.
+    /// The caller owns `hDib`, which must exist as long as this picture's pixels are in use.
     bool CreateDIB(drawing::Handle lhDC, std::int32_t lWidth, std::int32_t lHeight,
                    drawing::Handle &hDib);
-    /// Takes a copy at the bitmap's own size. On failure PictureLoaded is false.
+    /// Copies the bitmap at its own size. On failure PictureLoaded is false.
     void CreateFromPicture(const drawing::Picture &PictureSource);
     bool Create(std::int32_t lWidth, std::int32_t lHeight);
     std::int32_t BytesPerScanLine() const { return drawing::bytesPerRow(Width()); }
@@ -47,7 +48,7 @@ public:
 
     void RandomiseBits(bool bGray);
     void ClearUp();
-    /// A new picture with this one's content scaled, its PictureLoaded false; null on failure.
+    /// A scaled copy, with PictureLoaded false; null on failure.
     std::unique_ptr<cJPEG> Resample(std::int32_t lNewHeight, std::int32_t lNewWidth) const;
 
 private:

@@ -1,5 +1,7 @@
 #include "core/picture/ijl.h"
 
+#include "core/platform/desktop/replacementFile.h"
+
 #include <cerrno>
 #include <csetjmp>
 #include <cstdio>
@@ -10,10 +12,11 @@
 
 #include <jerror.h>
 #include <jpeglib.h>
+#include <unistd.h>
 
 namespace veltrona::ijl {
 
-/// Plain data throughout: the library leaves a failed call by a jump, which runs no destructors.
+/// Plain data: libjpeg leaves a failed call by longjmp, which runs no destructors.
 struct Encoder {
     jpeg_compress_struct compress;
     jpeg_error_mgr errors;
@@ -28,7 +31,7 @@ extern "C" {
 void leaveFailedCall(j_common_ptr compress) {
     std::longjmp(static_cast<Encoder *>(compress->client_data)->leave, 1);
 }
-// The library's own would write to the standard error stream.
+// libjpeg's own would write to standard error.
 void dropMessage(j_common_ptr) {}
 void dropTrace(j_common_ptr, int) {}
 }
@@ -50,7 +53,7 @@ std::int32_t resultOf(Encoder &encoder, char (&message)[200]) {
     }
 }
 
-/// No object with a destructor may live in here, nor a local that changes behind setjmp.
+/// Must have no object with a destructor, and no local that changes after setjmp.
 std::int32_t encode(JPEG_CORE_PROPERTIES &record, std::FILE *file) {
     Encoder &encoder = *record.encoder;
     jpeg_compress_struct *const compress = &encoder.compress;
@@ -106,7 +109,7 @@ std::int32_t resultOfOpening(int error) {
     }
 }
 
-void tellSystemError(JPEG_CORE_PROPERTIES &record, int error) {
+void setMessage(JPEG_CORE_PROPERTIES &record, int error) {
     const std::string reason = std::generic_category().message(error);
     record.message[reason.copy(record.message, sizeof record.message - 1)] = '\0';
 }
@@ -125,6 +128,7 @@ std::int32_t ijlInit(JPEG_CORE_PROPERTIES *record) {
         return IJL_INVALID_JPEG_PROPERTIES;
     *record = {};
     record->jquality = 75;
+    record->handle = -1;
     record->encoder = new (std::nothrow) Encoder{};
     if (!record->encoder)
         return IJL_MEMORY_ERROR;
@@ -146,18 +150,21 @@ std::int32_t ijlWrite(JPEG_CORE_PROPERTIES *record, std::int32_t mode) {
         return IJL_INVALID_JPEG_PROPERTIES;
     if (!record->JPGFile || record->JPGFile[0] == '\0')
         return IJL_INVALID_FILENAME;
-    std::FILE *const file = std::fopen(record->JPGFile, "wb");
+    const bool isNamed = record->handle < 0;
+    const int handle = isNamed ? desktop::openForWriting(record->JPGFile) : dup(record->handle);
+    std::FILE *const file = handle < 0 ? nullptr : fdopen(handle, "wb");
     if (!file) {
-        tellSystemError(*record, errno);
-        return resultOfOpening(errno);
+        const int error = errno;
+        setMessage(*record, error);
+        return resultOfOpening(error);
     }
     std::int32_t result = encode(*record, file);
     if (std::fclose(file) != 0 && result == IJL_OK) {
-        tellSystemError(*record, errno);
+        setMessage(*record, errno);
         result = IJL_ERR_FILECLOSE;
     }
-    std::error_code ignored; // the failure to tell is the first one
-    if (result != IJL_OK && std::filesystem::is_regular_file(record->JPGFile, ignored))
+    std::error_code ignored; // the first failure is reported
+    if (result != IJL_OK && isNamed && std::filesystem::is_regular_file(record->JPGFile, ignored))
         std::remove(record->JPGFile);
     return result;
 }

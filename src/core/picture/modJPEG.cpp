@@ -51,10 +51,10 @@ constexpr ErrorText errorTexts[] = {
     {-99, "Reserved"},
 };
 
-/// The words for a code; what lies beyond the table is in the words that the codec left.
+/// The text of a code; for one of libjpeg's own, the text that it has left.
 QString codecText(std::int32_t code, const ijl::JPEG_CORE_PROPERTIES &record) {
-    const bool ownWords = code >= ijl::firstCodeOfLibrary && record.message[0] != '\0';
-    return ownWords ? QString::fromLocal8Bit(record.message) : ijlErrorText(code);
+    const bool isOfLibrary = code >= ijl::firstCodeOfLibrary && record.message[0] != '\0';
+    return isOfLibrary ? QString::fromLocal8Bit(record.message) : ijlErrorText(code);
 }
 
 bool mayReplace(const QString &fileName) {
@@ -65,7 +65,7 @@ bool mayReplace(const QString &fileName) {
 }
 
 bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
-            std::int32_t &errNumber, QString &errDescription, QString *reason) {
+            std::int32_t &errNumber, QString &errDescription, QString *reason, int handle) {
     ijl::JPEG_CORE_PROPERTIES record{};
     errNumber = ijl::ijlInit(&record);
     if (errNumber != 0) {
@@ -79,6 +79,7 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
     record.DIBHeight = -picture.Height();
     record.DIBPadBytes = picture.BytesPerScanLine() - picture.Width() * 3;
     record.JPGFile = name.constData();
+    record.handle = handle;
     record.JPGWidth = picture.Width();
     record.JPGHeight = picture.Height();
     record.jquality = quality;
@@ -94,7 +95,7 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
 } // namespace
 
 bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t quality, bool prompt,
-              std::int32_t &errNumber, QString &errDescription, QString *reason) {
+              std::int32_t &errNumber, QString &errDescription, QString *reason, int handle) {
     errNumber = 0;
     errDescription.clear();
     if (!picture.PictureLoaded()) {
@@ -102,14 +103,14 @@ bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t qualit
         errDescription = QStringLiteral("No picture loaded to save.");
         return false;
     }
-    // A plain file only: deleting what else may carry the name, a device say, is nobody's wish.
-    if (QFileInfo(FileName).isFile()) {
+    // A device of that name stays.
+    if (handle < 0 && QFileInfo(FileName).isFile()) {
         if (prompt && !mayReplace(FileName))
             return true;
         QFile::remove(FileName);
     }
-    return encode(picture, FileName, std::clamp(quality, 1, 100), errNumber, errDescription,
-                  reason);
+    return encode(picture, FileName, std::clamp(quality, 1, 100), errNumber, errDescription, reason,
+                  handle);
 }
 
 QString ijlErrorText(std::int32_t code) {

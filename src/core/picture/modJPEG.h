@@ -1,4 +1,4 @@
-// Turns a loaded picture into a JPEG file, and puts the codec's results into words.
+// Saves a loaded picture as a JPEG file, and words the codec's results.
 #pragma once
 
 #include "core/picture/cJPEG.h"
@@ -7,11 +7,13 @@
 
 namespace veltrona::modJPEG {
 
-/// `quality` runs from 1 to 100, `prompt` asks before a file is replaced. False with number and
-/// text where the file wasn't written; an older file of that name is gone then, unless no picture
-/// was loaded. An answer of No is true. `reason`, if wanted, gets the words of library or system.
+/// `quality` is from 1 to 100, `prompt` asks before a file is replaced. False with number and text
+/// if the file wasn't written; an older file of that name is deleted then, unless no picture was
+/// loaded. True if the answer is No. `reason`, if given, is set to the text of libjpeg or the
+/// system. With a `handle` the open file is written to, and the name isn't looked at.
 bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t quality, bool prompt,
-              std::int32_t &errNumber, QString &errDescription, QString *reason = nullptr);
+              std::int32_t &errNumber, QString &errDescription, QString *reason = nullptr,
+              int handle = -1);
 
 QString ijlErrorText(std::int32_t code);
 

@@ -25,13 +25,15 @@ void tellPictureFailure(int number, const QString &description, const QString &d
         details);
 }
 
-bool savePicture(const ReportSource &source, const QString &path, const QString &target) {
+bool savePicture(const ReportSource &source, const desktop::ReplacementFile &file,
+                 const QString &target) {
     cJPEG jpeg;
     if (const drawing::Picture *chart = source.copyChart ? source.copyChart() : nullptr)
         jpeg.CreateFromPicture(*chart);
     std::int32_t number = 0;
     QString description, reason;
-    const bool saved = modJPEG::saveJPEG(jpeg, path, 85, false, number, description, &reason);
+    const bool saved = modJPEG::saveJPEG(jpeg, file.path(), 85, false, number, description, &reason,
+                                         file.handle());
     if (!saved)
         tellPictureFailure(number, description,
                            QStringLiteral("The picture \"%1\" wasn't written: %2")
@@ -62,7 +64,7 @@ Report writeReport(const QString &strFilename, bool doColor, const ReportSource 
     }
     const QString graph = graphPath(fileName);
     desktop::ReplacementFile picture(graph);
-    const bool saved = source.options.graph && savePicture(source, picture.path(), graph);
+    const bool saved = source.options.graph && savePicture(source, picture, graph);
     page.commit();
     // An older picture would pass for one of this report.
     if (source.options.graph && !(saved && putInPlace(picture)) && QFileInfo(graph).isFile())

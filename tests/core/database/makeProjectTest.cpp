@@ -110,18 +110,21 @@ private slots:
     /// What a killed program has left goes, what another holds stays.
     void leftOversGo() {
         const auto unfinished = [&](const char *process) {
-            return write(path(QString(".unfinished-%1-1.tmp").arg(process)), "a draft");
+            const QString name = QCoreApplication::applicationName();
+            return write(path(QString(".%1-unfinished-%2-1.tmp").arg(name, process)), "a draft");
         };
         constexpr const char *gone[] = {"2147483646", "2147483647"};
         unfinished(gone[0]);
         const QString held = unfinished(gone[1]);
         const QString ours = unfinished(QByteArray::number(getpid()));
-        const QString mine = write(path("unfinished-1-1.tmp"), "a letter");
-        const desktop::FileHold hold(held, O_RDWR);
+        QStringList kept{held, ours};
+        for (const char *name : {".unfinished-thesis.tmp", ".unfinished-2147483646-1.tmp"})
+            kept << write(path(name), "a letter");
+        const desktop::FileLock hold(held, O_RDWR);
         makeProject(test::projectTemplate(), path("p.vlt"));
-        QCOMPARE(files().size(), 4);
-        for (const QString &kept : {held, ours, mine})
-            QVERIFY(QFile::exists(kept));
+        QCOMPARE(files().size(), 5);
+        for (const QString &file : kept)
+            QVERIFY(QFile::exists(file));
     }
 
     /// Both end on the project that stands there.

@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace veltrona;
 using test::DialogRecorder;
 using test::FileSizeLimit;
@@ -112,6 +114,9 @@ private slots:
             QCOMPARE(m_text, "ijlWrite Error - File Error");
             QVERIFY(files().isEmpty());
         }
+        QCOMPARE(mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+        QVERIFY(!save(path("pipe"))); // nobody reads it
+        QCOMPARE(m_number, -23);
         // A device that is always full stays where it is.
         QVERIFY(QFile::link("/dev/full", path("full.jpg")));
         QVERIFY(!save(path("full.jpg")));

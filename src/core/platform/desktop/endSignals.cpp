@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <initializer_list>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,10 +14,12 @@ namespace veltrona::desktop {
 
 namespace {
 
+constexpr std::initializer_list<int> endSignals = {SIGTERM, SIGHUP, SIGINT};
+
 constexpr std::pair<int, int> noPipe{-1, -1};
 std::pair<int, int> wakeUp = noPipe; // the read end, and the write end for the handler
 
-/// May do next to nothing: it interrupts the program anywhere.
+/// Must be async-signal-safe.
 void noteSignal(int) {
     const int before = errno;
     services().endRequested = true;
@@ -24,9 +27,11 @@ void noteSignal(int) {
     errno = before;
 }
 
-/// Does nothing for a signal that is ignored, as under nohup.
-void setHandler(void (*handler)(int)) {
-    for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
+/// A handler, since SIG_IGN would be inherited by started programs.
+void ignoreSignal(int) {}
+
+void setHandler(std::initializer_list<int> numbers, void (*handler)(int)) {
+    for (const int number : numbers) {
         struct sigaction action {};
         sigaction(number, nullptr, &action);
         if (action.sa_handler == SIG_IGN)
@@ -41,6 +46,7 @@ void setHandler(void (*handler)(int)) {
 
 EndSignals::EndSignals(std::function<void()> end) {
     services().endRequested = false;
+    setHandler({SIGXFSZ}, ignoreSignal);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // the signals kill, as they do by themselves
@@ -53,14 +59,15 @@ EndSignals::EndSignals(std::function<void()> end) {
                          }
                          end();
                      });
-    setHandler(noteSignal);
+    setHandler(endSignals, noteSignal);
 }
 
 EndSignals::~EndSignals() {
     services().endRequested = false;
+    setHandler({SIGXFSZ}, SIG_DFL);
     if (!m_notifier)
         return;
-    setHandler(SIG_DFL);
+    setHandler(endSignals, SIG_DFL);
     m_notifier.reset();
     close(wakeUp.first);
     close(wakeUp.second);

@@ -1,5 +1,5 @@
-// The system's wish that the program ends: SIGTERM, SIGHUP and SIGINT, which would kill it in the
-// middle of its work.
+// Graceful shutdown on SIGTERM, SIGHUP and SIGINT. SIGXFSZ, which a limit on the size of files
+// sends, ends nothing: the write fails instead.
 #pragma once
 
 #include <QSocketNotifier>
@@ -9,15 +9,15 @@
 
 namespace veltrona::desktop {
 
-/// Catches the signals while it lives, one at a time: sets the services' endRequested at once, and
-/// calls `end` from the event loop; a signal that the program was started to ignore stays ignored.
-/// Needs a QCoreApplication. With a new one the program is no longer to end.
+/// Catches the signals while it exists, one object at a time: sets the services' endRequested at
+/// once, and calls `end` from the event loop. A signal that was ignored at start, as under nohup,
+/// stays ignored; started programs get the default actions. Needs a QCoreApplication. Constructing
+/// it clears a pending request.
 class EndSignals {
+    Q_DISABLE_COPY_MOVE(EndSignals)
 public:
     explicit EndSignals(std::function<void()> end);
     ~EndSignals();
-    EndSignals(const EndSignals &) = delete;
-    EndSignals &operator=(const EndSignals &) = delete;
 
 private:
     std::unique_ptr<QSocketNotifier> m_notifier;

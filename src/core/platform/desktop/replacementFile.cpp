@@ -2,16 +2,20 @@
 
 #include "core/base/failure.h"
 #include "core/platform/desktop/nativePath.h"
+#include "core/platform/desktop/ordinaryFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -23,28 +27,30 @@ namespace veltrona::desktop {
 
 namespace {
 
-QString behindLinks(const QString &target) {
+QString resolved(const QString &target) {
     const QFileInfo info(target);
     if (!info.isSymLink())
         return target;
     return info.exists() ? info.canonicalFilePath() : info.symLinkTarget();
 }
 
-/// The number in a name of ours; the picture's codec makes its file anew, which isn't held then.
-bool isOfRunningProgram(const QString &unfinished) {
-    const int process = unfinished.section(QLatin1Char('-'), 1, 1).toInt();
-    return process > 0 && (kill(process, 0) == 0 || errno == EPERM);
+QString unfinishedStart() {
+    return u'.' + QCoreApplication::applicationName() + QStringLiteral("-unfinished-");
 }
 
-/// Those that a killed program has left, also one on another computer.
+/// Removes temporary files of killed processes, possibly on another host.
 void removeUnfinished(const QString &target) {
     const QDir folder = QFileInfo(target).absoluteDir();
-    for (const QString &name : folder.entryList({QStringLiteral(".unfinished-*.tmp")},
-                                                QDir::Files | QDir::Hidden | QDir::NoSymLinks)) {
-        if (isOfRunningProgram(name))
+    static const QRegularExpression ours(QRegularExpression::anchoredPattern(
+        QRegularExpression::escape(unfinishedStart()) + "([1-9][0-9]*)-[1-9][0-9]*\\.tmp"));
+    for (const QString &name :
+         folder.entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Unsorted)) {
+        const int process = ours.match(name).captured(1).toInt();
+        const bool isRunning = process > 0 && (kill(process, 0) == 0 || errno == EPERM);
+        if (process == 0 || isRunning)
             continue;
         const QString path = folder.filePath(name);
-        const FileHold left(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+        const FileLock left(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
         if (left.isOpen() && left.error() == 0)
             QFile::remove(path);
     }
@@ -54,69 +60,71 @@ struct CloseFile {
     void operator()(std::FILE *file) const { std::fclose(file); }
 };
 
-/// The error number of the system, 0 for none.
-int sync(const QString &path, int flags) {
-    const int handle = open(QFile::encodeName(path).constData(), flags | O_RDONLY | O_CLOEXEC);
-    if (handle < 0)
-        return errno;
-    const int error = fsync(handle) == 0 ? 0 : errno;
-    close(handle);
-    return error;
-}
-
 } // namespace
 
-FileHold::FileHold(const QString &path, int openFlags)
-    : m_handle(open(QFile::encodeName(path).constData(), openFlags | O_CLOEXEC, 0666)) {
+FileLock::FileLock(const QString &path, int openFlags, unsigned mode)
+    : m_handle(open(QFile::encodeName(path).constData(), openFlags | O_CLOEXEC, mode)) {
     if (m_handle < 0 || flock(m_handle, LOCK_EX | LOCK_NB) != 0)
         m_error = errno;
 }
 
-FileHold::~FileHold() {
+FileLock::~FileLock() {
     if (m_handle >= 0)
         close(m_handle);
 }
 
-FileHold::FileHold(FileHold &&other) noexcept
+FileLock::FileLock(FileLock &&other) noexcept
     : m_handle(std::exchange(other.m_handle, -1)), m_error(other.m_error) {}
 
-FileHold &FileHold::operator=(FileHold &&other) noexcept {
+FileLock &FileLock::operator=(FileLock &&other) noexcept {
     std::swap(m_handle, other.m_handle);
     std::swap(m_error, other.m_error);
     return *this;
 }
 
-bool FileHold::isHeld() const {
+bool FileLock::isLocked() const {
     return isOpen() && m_error != EWOULDBLOCK;
 }
 
-bool FileHold::isLinked() const {
+bool FileLock::isLinked() const {
     struct stat status {};
     return isOpen() && fstat(m_handle, &status) == 0 && status.st_nlink > 0;
+}
+
+int openForWriting(const char *name) {
+    const int handle = open(name, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
+    struct stat status {};
+    if (handle < 0 || fstat(handle, &status) != 0)
+        return handle;
+    if (S_ISFIFO(status.st_mode)) {
+        close(handle);
+        errno = ENXIO; // as for a pipe that nobody reads, and a socket
+        return -1;
+    }
+    fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+    return handle;
 }
 
 QString unfinishedName(const QString &target) {
     static int counter = 0;
     const QString folder = target.left(target.lastIndexOf(QDir::separator()) + 1);
-    return folder + QStringLiteral(".unfinished-%1-%2.tmp")
-                        .arg(QCoreApplication::applicationPid())
-                        .arg(++counter);
+    return folder + unfinishedStart() +
+           QStringLiteral("%1-%2.tmp").arg(QCoreApplication::applicationPid()).arg(++counter);
 }
 
 ReplacementFile::ReplacementFile(const QString &target, const QString &action)
-    : m_name(target), m_action(action), m_target(behindLinks(target)) {
-    const QFileInfo info(m_target);
-    const bool isDevice = info.exists() && !info.isFile() && !info.isDir();
-    m_path = m_target;
-    if (isDevice)
+    : m_name(target), m_action(action), m_target(resolved(target)), m_path(m_target) {
+    if (ordinaryFileError(m_target) == EINVAL)
         return;
     removeUnfinished(m_target);
-    // Another program may take a file for left over before it is held.
+    // The older file's permissions are set when its content is replaced, not before.
+    const mode_t mode = QFileInfo::exists(m_target) ? 0600 : 0666;
+    // Another program may remove a file as left over before it is locked.
     do {
         m_path = unfinishedName(m_target);
-        m_hold = FileHold(m_path, O_RDWR | O_CREAT | O_EXCL);
-        m_error = m_hold.isOpen() ? 0 : m_hold.error();
-    } while (m_error == EEXIST || (m_error == 0 && !(m_hold.isHeld() && m_hold.isLinked())));
+        m_lock = FileLock(m_path, O_RDWR | O_CREAT | O_EXCL, mode);
+        m_error = m_lock.isOpen() ? 0 : m_lock.error();
+    } while (m_error == EEXIST || (m_error == 0 && !(m_lock.isLocked() && m_lock.isLinked())));
 }
 
 void ReplacementFile::fail(int error) const {
@@ -131,14 +139,15 @@ ReplacementFile::~ReplacementFile() {
 void ReplacementFile::write(std::string_view content) {
     if (m_error != 0)
         fail(m_error);
-    std::unique_ptr<std::FILE, CloseFile> file(
-        std::fopen(QFile::encodeName(m_path).constData(), "wb"));
+    const int handle =
+        replaces() ? dup(m_lock.handle()) : openForWriting(QFile::encodeName(m_path).constData());
+    std::unique_ptr<std::FILE, CloseFile> file(handle < 0 ? nullptr : fdopen(handle, "wb"));
     if (!file)
         fail(errno);
     if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size() ||
         std::fflush(file.get()) != 0)
         fail(errno);
-    // Some file systems tell only now that there was no room.
+    // Some file systems report a full disk only here.
     if (std::fclose(file.release()) != 0)
         fail(errno);
 }
@@ -146,21 +155,22 @@ void ReplacementFile::write(std::string_view content) {
 void ReplacementFile::commit() {
     if (!replaces())
         return;
-    if (const int unsynced = sync(m_path, 0))
-        fail(unsynced);
-    std::error_code error;
-    const auto before = std::filesystem::status(nativePath(m_target), error);
-    if (std::filesystem::exists(before)) {
+    if (fsync(m_lock.handle()) != 0)
+        fail(errno);
+    struct stat before {};
+    if (stat(QFile::encodeName(m_target).constData(), &before) == 0) {
         if (!QFileInfo(m_target).isWritable())
             fail(EACCES);
-        std::filesystem::permissions(nativePath(m_path), before.permissions(), error);
+        fchmod(m_lock.handle(), before.st_mode & 07777);
     }
+    std::error_code error;
     std::filesystem::rename(nativePath(m_path), nativePath(m_target), error);
     if (error)
         fail(error.value());
     m_committed = true;
-    // Makes the new name survive a power cut; the file is whole without it.
-    sync(QFileInfo(m_target).absolutePath(), O_DIRECTORY);
+    // Makes the new name survive a power cut; the file is complete without it.
+    const FileLock folder(QFileInfo(m_target).absolutePath(), O_RDONLY | O_DIRECTORY);
+    fsync(folder.handle());
 }
 
 } // namespace veltrona::desktop

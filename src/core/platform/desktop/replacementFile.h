@@ -1,10 +1,10 @@
-// A file that is written beside its target and put in the target's place when it is complete and on
-// the disk, so that a failure or a power cut leaves an older file as it was. The object owns the
-// unfinished file and removes it unless it was committed.
+// A file that is written beside its target and renamed to the target's name when it is complete and
+// on the disk, so that a failure or a power cut leaves the older file as it was. The object owns
+// the unfinished file and removes it unless it was committed.
 //
-// A killed program leaves its unfinished file. Each carries the program's process number and is
-// held by a lock of the system's (flock); the next one in the same folder removes those of
-// processes that are gone, unless they are held, by a program on another computer.
+// A killed program leaves its unfinished file. Its name contains the program's name and process
+// number, and it is locked (flock). The next replacement in the same folder removes the files of
+// processes that are gone, unless a program on another computer has locked them.
 #pragma once
 
 #include <QString>
@@ -13,23 +13,23 @@
 
 namespace veltrona::desktop {
 
-/// An open file that no other program, and no other hold of this one, can hold. Owns the handle.
-class FileHold {
+/// An open file with an exclusive lock, also against other locks of this program. Owns the handle.
+class FileLock {
 public:
-    FileHold() = default;
-    /// `openFlags` are those of open(2).
-    FileHold(const QString &path, int openFlags);
-    ~FileHold();
-    FileHold(FileHold &&other) noexcept;
-    FileHold &operator=(FileHold &&other) noexcept;
+    FileLock() = default;
+    /// `openFlags` and `mode` are those of open(2).
+    FileLock(const QString &path, int openFlags, unsigned mode = 0);
+    ~FileLock();
+    FileLock(FileLock &&other) noexcept;
+    FileLock &operator=(FileLock &&other) noexcept;
 
     bool isOpen() const { return m_handle >= 0; }
     int handle() const { return m_handle; }
-    /// Of the system: why it isn't open, or isn't held; 0 if all is well.
+    /// The system's: why it isn't open or locked; 0 if it is.
     int error() const { return m_error; }
-    /// False if another program holds it. A file system without locks counts as held.
-    bool isHeld() const;
-    /// Whether the name that was opened still leads to it.
+    /// False if another program has locked it; true on a file system without locks.
+    bool isLocked() const;
+    /// Whether the file still has a name.
     bool isLinked() const;
 
 private:
@@ -37,29 +37,35 @@ private:
     int m_error = 0;
 };
 
+/// Opens a file or device for writing, emptied, and returns the handle; -1 with errno on failure.
+/// Doesn't wait for a pipe or socket: it fails with ENXIO.
+int openForWriting(const char *name);
+
 /// A name for an unfinished file in the folder of `target`; short, since the target's own name may
 /// be as long as the file system allows.
 QString unfinishedName(const QString &target);
 
 class ReplacementFile {
+    Q_DISABLE_COPY_MOVE(ReplacementFile)
 public:
-    /// Makes the unfinished file, if that can be; `write` tells why it couldn't. A link is
-    /// followed: what it points at is replaced. `action` begins the texts of failures.
+    /// Creates the unfinished file; if that fails, `write` says why. A link is followed: the file
+    /// that it points to is replaced. `action` begins the texts of failures.
     explicit ReplacementFile(const QString &target,
                              const QString &action = QStringLiteral("Can't write the file"));
     ~ReplacementFile();
-    ReplacementFile(const ReplacementFile &) = delete;
-    ReplacementFile &operator=(const ReplacementFile &) = delete;
 
-    /// Where the content belongs until commit: a short name of its own in the target's folder. A
-    /// device or pipe can't be replaced, so there it is the target itself.
+    /// Where the content is until commit: a short name in the target's folder. A device can't be
+    /// replaced, so it is the target itself.
     const QString &path() const { return m_path; }
-    /// What is replaced, behind all links.
+    /// For writing to path(); -1 for a device.
+    int handle() const { return m_lock.handle(); }
+    /// The file that is replaced, after following links.
     const QString &target() const { return m_target; }
 
     /// Writes the whole content. Throws Failure, which names the target.
     void write(std::string_view content);
-    /// Throws Failure; a target that may not be written is left alone.
+    /// The file gets the permissions of the one that it replaces. Throws Failure; a target without
+    /// write permission isn't changed.
     void commit();
 
 private:
@@ -70,7 +76,7 @@ private:
     QString m_action;
     QString m_target;
     QString m_path;
-    FileHold m_hold; // of the unfinished file
+    FileLock m_lock; // of the unfinished file
     int m_error = 0; // why there is none
     bool m_committed = false;
 };
