@@ -32,6 +32,8 @@ enum class Figure {
 inline constexpr std::array<const char *, 13> figureColumns = {
     "Clicks",    "Impressions",  "ctr",    "cpc",      "cost",          "conv",  "Pos",
     "ConvValue", "Transactions", "Budget", "ConvCost", "MaxContentCpc", "MaxCpc"};
+/// Reports give amounts of money in millionths of the currency unit.
+inline constexpr double millionths = 1'000'000;
 
 /// A figure as the engine gives it, with the names of sqlite::RecordValue.
 class FigureValue {

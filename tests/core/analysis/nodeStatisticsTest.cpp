@@ -52,7 +52,8 @@ private slots:
         QVERIFY(queryNodeStatistics(records, root, {day + 1, day - 1}).rows.empty());
         root.setTag(" AND campaign='shoes' ORDER BY adGroup");
         QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows.size(), 1U);
-        QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows[0].clicks, 100.0);
+        QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows[0].sums[gridColumn::Clicks],
+                 100.0);
     }
 
     // From the table to tree, grid, chart and report, and back to the records by the node's Tag.
@@ -78,7 +79,7 @@ private slots:
                 found += node->Text();
                 const NodeStatistics below = queryNodeStatistics(records, *node, {day, day});
                 QCOMPARE(int(below.rows.size()), 1);
-                QCOMPARE(below.rows[0].clicks, 7.0);
+                QCOMPARE(below.rows[0].sums[gridColumn::Clicks], 7.0);
                 const ChartSeries series =
                     queryChartSeries(records, {clicks, 0, {day, day}, false, node->Tag()});
                 QCOMPARE(series.bars[0].value, 7.0);

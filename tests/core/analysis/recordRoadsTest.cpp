@@ -265,12 +265,8 @@ private:
         QStringList lines{statistics.heading};
         for (const StatisticsRow &row : statistics.rows) {
             lines += row.name;
-            for (const double sum : {row.clicks, row.impressions, row.ctr, row.cpc, row.cost,
-                                     row.conversions, row.conversionRate, row.costPerConversion,
-                                     row.position, row.conversionValue, row.transactions})
+            for (const double sum : row.sums)
                 lines += QString::number(std::bit_cast<quint64>(sum), 16);
-            lines += QString::number(row.recordsWithCpc);
-            lines += QString::number(row.recordsWithPosition);
         }
         return lines;
     }

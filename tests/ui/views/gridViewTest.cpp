@@ -1,7 +1,6 @@
 // The grid's view: what it shows, what a refresh keeps, copying, colours, and what a screen reader
 // is told.
 #include "ui/views/controls/gridView.h"
-#include "core/analysis/grid/columnNotes.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
 #include "support/gridText.h"

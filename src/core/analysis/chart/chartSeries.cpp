@@ -23,17 +23,17 @@ struct Metric {
 };
 
 constexpr std::array<Metric, 12> metrics = {{
-    {u"Average Cost Per Click", Figure::Cpc, 1'000'000, false, true},
-    {u"Budget", Figure::Budget, 1'000'000, false, false},
+    {u"Average Cost Per Click", Figure::Cpc, millionths, false, true},
+    {u"Budget", Figure::Budget, millionths, false, false},
     {u"Click Through Rate", Figure::Ctr, 1, false, false},
     {u"Clicks", Figure::Clicks, 1, false, false},
     {u"Conversions", Figure::Conv, 1, false, false},
     {u"Cost Per Conversion", Figure::ConvCost, 1, false, false},
-    {u"Costs", Figure::Cost, 1'000'000, false, false},
+    {u"Costs", Figure::Cost, millionths, false, false},
     {u"Impressions", Figure::Impressions, 1, false, false},
     // Undivided, and the next by ten millions: odd, and kept.
     {u"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
-    {u"Max CPC", Figure::MaxCpc, 10'000'000, true, false},
+    {u"Max CPC", Figure::MaxCpc, 10 * millionths, true, false},
     {u"Position", Figure::Pos, 1, false, true},
     {u"Transactions", Figure::Transactions, 1, false, false},
 }};

@@ -13,25 +13,37 @@ namespace veltrona {
 
 namespace {
 
-enum Field { Clicks, Impressions, Cost, Conv, ConvValue, Transactions, Pos };
-constexpr std::array figures = {Figure::Clicks,    Figure::Impressions,  Figure::Cost, Figure::Conv,
-                                Figure::ConvValue, Figure::Transactions, Figure::Pos};
-constexpr double millionths = 1'000'000;
+/// A column of weights or of plain sums that its own note or a ratio shows.
+constexpr bool isSummed(const GridColumn &column) {
+    return column.weight || (column.rule == CellRule::Sum && !column.ratio.sentence);
+}
+
+constexpr FigureList figures = [] {
+    FigureList list;
+    for (const GridColumn &column : gridColumns) {
+        if (isSummed(column)) {
+            list.add(column.figure);
+            list.add(column.weight);
+        }
+    }
+    return list;
+}();
 
 template<class Record>
 void add(PlainSums &sums, const Record &record) {
-    const double impressions = numberOf(record[Impressions]);
-    const double position = numberOf(record[Pos]);
-    sums.clicks += numberOf(record[Clicks]);
-    sums.impressions += impressions;
-    sums.cost += numberOf(record[Cost]) / millionths;
-    sums.conversions += numberOf(record[Conv]);
-    sums.conversionValue += numberOf(record[ConvValue]);
-    sums.transactions += numberOf(record[Transactions]);
-    if (position != 0) {
-        sums.placedImpressions += impressions;
-        sums.weightedPosition += position * impressions;
-    }
+    forEachColumn([&](auto col) {
+        constexpr const GridColumn &column = gridColumns[col];
+        if constexpr (isSummed(column)) {
+            const double number = numberOf(record[figures.placeOf(*column.figure)]);
+            if constexpr (!column.weight) {
+                sums[col] += number / column.divisor;
+            } else if (number != 0) {
+                const double weight = numberOf(record[figures.placeOf(*column.weight)]);
+                sums[col] += number * weight;
+                sums[column.countColumn] += weight;
+            }
+        }
+    });
 }
 
 QString countText(double number) {
@@ -49,71 +61,31 @@ struct TrueFigure {
     QString line; // how a ratio comes about; empty for a sum
 };
 
-TrueFigure count(double sum) {
-    return {sum, countText(sum), {}};
-}
-TrueFigure money(double sum) {
-    return {sum, decimals(sum), {}};
+QString sumText(const PlainSums &sums, int col) {
+    const double sum = sums[static_cast<std::size_t>(col)];
+    return gridColumnAt(col).decimals < 0 ? countText(sum) : decimals(sum);
 }
 
-/// No figure without a divisor.
-std::optional<TrueFigure> ratio(double divided, double divisor, double factor,
-                                const QString &sentence, const QString &unit) {
+/// None for a ratio without a divisor.
+std::optional<TrueFigure> trueFigure(const PlainSums &sums, int col) {
+    const GridColumn &column = gridColumnAt(col);
+    const TrueRatio &ratio = column.ratio;
+    if (!ratio.sentence) {
+        if (column.rule != CellRule::Sum)
+            return std::nullopt;
+        return TrueFigure{sums[static_cast<std::size_t>(col)], sumText(sums, col), {}};
+    }
+    const double dividend = sums[static_cast<std::size_t>(ratio.dividend)];
+    const double divisor = sums[static_cast<std::size_t>(ratio.divisor)];
     if (divisor == 0)
         return std::nullopt;
-    const double value = divided / divisor * factor;
-    const QString text = decimals(value) + unit;
+    const double value =
+        (ratio.ofGain ? dividend - divisor : dividend) / divisor * (column.isPercent ? 100 : 1);
+    const QString text = decimals(value) + (column.isPercent ? QStringLiteral(" %") : QString());
+    const QString sentence = QString::fromLatin1(ratio.sentence)
+                                 .replace(QLatin1String("%1"), sumText(sums, ratio.dividend))
+                                 .replace(QLatin1String("%2"), sumText(sums, ratio.divisor));
     return TrueFigure{value, text, sentence + text};
-}
-
-std::optional<TrueFigure> trueFigure(const PlainSums &sums, int col) {
-    const QString percent = QStringLiteral(" %");
-    switch (col) {
-    case gridColumn::Clicks:
-        return count(sums.clicks);
-    case gridColumn::Impressions:
-        return count(sums.impressions);
-    case gridColumn::Ctr:
-        return ratio(sums.clicks, sums.impressions, 100,
-                     QStringLiteral("%1 clicks of %2 impressions: ")
-                         .arg(countText(sums.clicks), countText(sums.impressions)),
-                     percent);
-    case gridColumn::AverageCpc:
-        return ratio(
-            sums.cost, sums.clicks, 1,
-            QStringLiteral("%1 for %2 clicks: ").arg(decimals(sums.cost), countText(sums.clicks)),
-            QString());
-    case gridColumn::Cost:
-        return money(sums.cost);
-    case gridColumn::Conversions:
-        return count(sums.conversions);
-    case gridColumn::ConversionRate:
-        return ratio(sums.conversions, sums.clicks, 100,
-                     QStringLiteral("%1 conversions of %2 clicks: ")
-                         .arg(countText(sums.conversions), countText(sums.clicks)),
-                     percent);
-    case gridColumn::CostPerConversion:
-        return ratio(sums.cost, sums.conversions, 1,
-                     QStringLiteral("%1 for %2 conversions: ")
-                         .arg(decimals(sums.cost), countText(sums.conversions)),
-                     QString());
-    case gridColumn::AveragePosition:
-        return ratio(
-            sums.weightedPosition, sums.placedImpressions, 1,
-            QStringLiteral("Weighted by %1 impressions: ").arg(countText(sums.placedImpressions)),
-            QString());
-    case gridColumn::ConversionValue:
-        return money(sums.conversionValue);
-    case gridColumn::Roi:
-        return ratio(sums.conversionValue - sums.cost, sums.cost, 100,
-                     QStringLiteral("A value of %1 for a cost of %2: ")
-                         .arg(decimals(sums.conversionValue), decimals(sums.cost)),
-                     percent);
-    case gridColumn::Transactions:
-        return count(sums.transactions);
-    default:
-        return std::nullopt;
-    }
 }
 
 QString changeText(double now, double before) {

@@ -2,6 +2,7 @@
 // shows another figure, and the same for the period of equal length just before.
 #pragma once
 
+#include "core/analysis/grid/gridColumns.h"
 #include "core/base/dateValue.h"
 #include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
@@ -9,21 +10,14 @@
 #include <QHash>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 
 namespace veltrona {
 
-/// What the records of a row add up to, without the rounding of cells. Money in currency units.
-struct PlainSums {
-    double clicks = 0;
-    double impressions = 0;
-    double cost = 0;
-    double conversions = 0;
-    double conversionValue = 0;
-    double transactions = 0;
-    double placedImpressions = 0; // of the records that have a position
-    double weightedPosition = 0;  // positions times those impressions
-};
+/// What the records of a row add up to, without the rounding of cells, by column. Money in currency
+/// units.
+using PlainSums = std::array<double, gridColumn::Count>;
 
 class FigureNotes {
 public:
@@ -37,7 +31,7 @@ public:
 private:
     struct Period {
         QHash<QString, PlainSums> rows;
-        PlainSums all;
+        PlainSums all{};
     };
     QStringList lines(const PlainSums &shown, const PlainSums &earlier, int col) const;
     static Period periodOf(ProjectRecords &records, const TreeNode &node, const DateRange &range);

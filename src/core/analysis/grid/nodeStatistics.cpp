@@ -38,69 +38,73 @@ const Level &levelOf(const TreeNode &node) {
     return levels.at(static_cast<std::size_t>(digit));
 }
 
-/// What the walk reads of a record.
-enum Field { Clicks, Impressions, Ctr, Cpc, Cost, Conv, Pos, ConvValue, Transactions };
-constexpr std::array figures = {Figure::Clicks, Figure::Impressions, Figure::Ctr,
-                                Figure::Cpc,    Figure::Cost,        Figure::Conv,
-                                Figure::Pos,    Figure::ConvValue,   Figure::Transactions};
+constexpr FigureList figures = [] {
+    FigureList list;
+    for (const GridColumn &column : gridColumns) {
+        list.add(column.figure);
+        list.add(column.perFigure);
+    }
+    return list;
+}();
 
 template<class Record>
 void addRecord(StatisticsRow &row, const Record &record) {
-    addAsCell(row.clicks, numberOf(record[Clicks]));
-    addAsCell(row.impressions, numberOf(record[Impressions]));
-    addAsCell(row.ctr, percentNumberOf(record[Ctr]));
-    const double cpc = numberOf(record[Cpc]);
-    addAsCell(row.cpc, cpc);
-    row.recordsWithCpc += cpc != 0;
-    addAsCell(row.cost, numberOf(record[Cost]) / 1'000'000);
-    const double conversions = numberOf(record[Conv]);
-    if (conversions != 0) {
-        addAsCell(row.conversions, conversions);
-        // The cost stays in millionths here, unlike that of the column "Cost".
-        addAsCell(row.costPerConversion,
-                  toFifteenDigits(plainValueOf(record[Cost]) / plainValueOf(record[Conv])));
-    }
-    // The same numbers once more, as percent.
-    addAsCell(row.conversionRate, percentNumberOf(record[Conv]));
-    const double position = numberOf(record[Pos]);
-    addAsCell(row.position, position);
-    row.recordsWithPosition += position != 0;
-    addAsCell(row.conversionValue, numberOf(record[ConvValue]));
-    addAsCell(row.transactions, numberOf(record[Transactions]));
+    forEachColumn([&](auto col) {
+        constexpr const GridColumn &column = gridColumns[col];
+        double &sum = row.sums[col];
+        if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
+            const auto &figure = record[figures.placeOf(*column.figure)];
+            const double number = column.isPercent ? percentNumberOf(figure) : numberOf(figure);
+            if constexpr (column.rule == CellRule::Mean) {
+                row.sums[column.countColumn] += number != 0;
+                addAsCell(sum, number);
+            } else {
+                addAsCell(sum, number / column.divisor);
+            }
+        } else if constexpr (column.rule == CellRule::Quotient) {
+            const auto &divisor = record[figures.placeOf(*column.perFigure)];
+            if (numberOf(divisor) != 0)
+                addAsCell(sum,
+                          toFifteenDigits(plainValueOf(record[figures.placeOf(*column.figure)]) /
+                                          plainValueOf(divisor)));
+        }
+    });
 }
 
-/// The sums of whole records. Rounding to 15 digits after each would change none of them: as long
-/// as nothing is below zero, the errors of a sum stay below half a unit of its 15th digit.
-struct WholeSums {
-    std::array<double, figures.size()> wholes{};
-    int recordsWithCpc = 0;
-    int recordsWithPosition = 0;
-    double costPerConversion = 0; // of quotients: rounded after each
+/// Sums of whole records. Rounding to 15 digits after each would change none of them: as long as
+/// nothing is below zero, the errors of a sum stay below half a unit of its 15th digit.
+struct RowOfRecords {
+    StatisticsRow sums;
+    std::array<double, figures.count> wholes{};
+    bool hasRecords = false;
 
     void add(const WholeRecord &record) {
         for (std::size_t i = 0; i < wholes.size(); ++i)
             wholes[i] += record[i];
-        recordsWithCpc += record[Cpc] != 0;
-        recordsWithPosition += record[Pos] != 0;
-        if (record[Conv] != 0)
-            addAsCell(costPerConversion,
-                      toFifteenDigits(record.number(Cost) / record.number(Conv)));
+        forEachColumn([&](auto col) {
+            constexpr const GridColumn &column = gridColumns[col];
+            if constexpr (column.rule == CellRule::Mean) {
+                sums.sums[column.countColumn] += record[figures.placeOf(*column.figure)] != 0;
+            } else if constexpr (column.rule == CellRule::Quotient) {
+                // The quotients aren't whole: rounded after each.
+                constexpr std::size_t divisor = figures.placeOf(*column.perFigure);
+                if (record[divisor] != 0)
+                    addAsCell(sums.sums[col],
+                              toFifteenDigits(record.number(figures.placeOf(*column.figure)) /
+                                              record.number(divisor)));
+            }
+        });
     }
 
-    void takeTo(StatisticsRow &row, std::span<const double> scales) const {
-        const auto sum = [&](Field field) { return wholes[field] / scales[field]; };
-        row.clicks = sum(Clicks);
-        row.impressions = sum(Impressions);
-        row.ctr = sum(Ctr);
-        row.cpc = sum(Cpc);
-        row.cost = wholes[Cost] / (scales[Cost] * 1'000'000);
-        row.conversions = row.conversionRate = sum(Conv);
-        row.costPerConversion = costPerConversion;
-        row.position = sum(Pos);
-        row.conversionValue = sum(ConvValue);
-        row.transactions = sum(Transactions);
-        row.recordsWithPosition = recordsWithPosition;
-        row.recordsWithCpc = recordsWithCpc;
+    void takeWholes(std::span<const double> scales) {
+        forEachColumn([&](auto col) {
+            constexpr const GridColumn &column = gridColumns[col];
+            if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
+                constexpr std::size_t figure = figures.placeOf(*column.figure);
+                constexpr double divisor = column.rule == CellRule::Sum ? column.divisor : 1;
+                sums.sums[col] = wholes[figure] / (scales[figure] * divisor);
+            }
+        });
     }
 };
 
@@ -119,18 +123,21 @@ public:
         m_last = &*found;
         return found->second;
     }
-    StatisticsRow &rowToAddTo(int place) { return rowWithRecords(place).sums; }
-    WholeSums &wholesToAddTo(int place) { return rowWithRecords(place).wholes; }
+    RowOfRecords &rowToAddTo(int place) {
+        RowOfRecords &row = m_rows[static_cast<std::size_t>(place)];
+        row.hasRecords = true;
+        return row;
+    }
     void takeWholes(std::span<const double> scales) {
-        for (Row &row : m_rows)
-            row.wholes.takeTo(row.sums, scales);
+        for (RowOfRecords &row : m_rows)
+            row.takeWholes(scales);
     }
 
     /// The rows that have records.
     std::vector<StatisticsRow> inReadingOrder() {
         std::vector<std::pair<ReadingKey, StatisticsRow *>> order;
         for (const auto &[name, place] : m_places) {
-            Row &row = m_rows[static_cast<std::size_t>(place)];
+            RowOfRecords &row = m_rows[static_cast<std::size_t>(place)];
             if (!row.hasRecords)
                 continue;
             row.sums.name = textOf(name);
@@ -146,16 +153,6 @@ public:
     }
 
 private:
-    struct Row {
-        StatisticsRow sums;
-        WholeSums wholes;
-        bool hasRecords = false;
-    };
-    Row &rowWithRecords(int place) {
-        Row &row = m_rows[static_cast<std::size_t>(place)];
-        row.hasRecords = true;
-        return row;
-    }
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::string_view name) const {
@@ -166,35 +163,28 @@ private:
 
     Map m_places;
     Map::value_type *m_last = nullptr;
-    std::vector<Row> m_rows;
+    std::vector<RowOfRecords> m_rows;
 };
 
-/// Empty for none.
-QString countText(int count) {
-    return count == 0 ? QString() : QString::number(count);
-}
-
 void writeRow(Grid &grid, int row, const StatisticsRow &sums) {
-    const auto percent = [](double number) { return numberText(number) + u'%'; };
-    const QString texts[gridColumn::Count] = {
-        sums.name,
-        numberText(sums.clicks),
-        numberText(sums.impressions),
-        percent(sums.ctr),
-        numberText(sums.cpc),
-        numberText(sums.cost),
-        numberText(sums.conversions),
-        percent(sums.conversionRate),
-        numberText(sums.costPerConversion),
-        numberText(sums.position),
-        numberText(sums.conversionValue),
-        returnOnInvestment(sums.conversionValue, sums.cost),
-        numberText(sums.transactions),
-        countText(sums.recordsWithPosition),
-        countText(sums.recordsWithCpc),
-    };
-    for (int col = 0; col < gridColumn::Count; ++col)
-        grid.setTextMatrix(row, col, texts[col]);
+    for (const GridColumn &column : gridColumns) {
+        const int col = column.column;
+        const double sum = sums.sums[static_cast<std::size_t>(col)];
+        const auto text = [&] {
+            switch (column.rule) {
+            case CellRule::Name:
+                return sums.name;
+            case CellRule::Return:
+                return returnOnInvestment(sums.sums[gridColumn::ConversionValue],
+                                          sums.sums[gridColumn::Cost]);
+            case CellRule::Count:
+                return sum == 0 ? QString() : figureText(col, sum);
+            default:
+                return figureText(col, sum);
+            }
+        };
+        grid.setTextMatrix(row, col, text());
+    }
 }
 
 } // namespace
@@ -216,8 +206,8 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
         figures};
     const std::vector<double> scales = walkRecords(
         records, question,
-        [&rows](int place, const auto &record) { addRecord(rows.rowToAddTo(place), record); },
-        [&rows](int place, const WholeRecord &record) { rows.wholesToAddTo(place).add(record); });
+        [&rows](int place, const auto &record) { addRecord(rows.rowToAddTo(place).sums, record); },
+        [&rows](int place, const WholeRecord &record) { rows.rowToAddTo(place).add(record); });
     if (!scales.empty())
         rows.takeWholes(scales);
     return {node.Key().mid(2), QLatin1String(level.heading), rows.inReadingOrder()};

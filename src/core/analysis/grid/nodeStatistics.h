@@ -2,32 +2,24 @@
 // each value of the column one level below the node.
 #pragma once
 
+#include "core/analysis/grid/gridColumns.h"
 #include "core/base/dateValue.h"
 #include "core/controls/grid.h"
 #include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
+#include <QString>
+
+#include <array>
 #include <vector>
 
 namespace veltrona {
 
-/// The sums of one row, in the order of the grid's columns. All but `name` have passed through 15
-/// significant digits after every record, as they would in a cell.
+/// The sums of one row, by column. They have passed through 15 significant digits after every
+/// record, as they would in a cell.
 struct StatisticsRow {
     QString name;
-    double clicks = 0;
-    double impressions = 0;
-    double ctr = 0;
-    double cpc = 0;  // millionths of the currency unit
-    double cost = 0; // currency units
-    double conversions = 0;
-    double conversionRate = 0;
-    double costPerConversion = 0; // millionths of the currency unit
-    double position = 0;
-    double conversionValue = 0;
-    double transactions = 0;
-    int recordsWithPosition = 0;
-    int recordsWithCpc = 0;
+    std::array<double, gridColumn::Count> sums{};
 };
 
 struct NodeStatistics {

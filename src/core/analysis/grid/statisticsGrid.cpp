@@ -1,34 +1,14 @@
 #include "core/analysis/grid/statisticsGrid.h"
 
+#include "core/analysis/records/cellText.h"
+
 #include <QHash>
 
-#include <array>
 #include <cmath>
 
 namespace veltrona {
 
 namespace {
-
-struct GridColumn {
-    const char *heading;
-    const char *zeroText;
-};
-
-constexpr std::array<GridColumn, gridColumn::Shown> columns = {{
-    {"Campaigns", "Summary"},
-    {"Clicks", "0"},
-    {"Impr.", "0"},
-    {"CTR", "0.00%"},
-    {"Avg.CPC", "0"},
-    {"Cost", "0"},
-    {"Conv.", "0"},
-    {"Conv.Rate", "0.00%"},
-    {"Cost/Conv.", "0.00"},
-    {"Avg.Pos", "0.0"},
-    {"Conv. Val.", ".00"},
-    {"ROI", "0.00%"},
-    {"Transactions", "0"},
-}};
 
 constexpr float narrowest = 780; // twips; texts below it give way to `widthOfNarrow`
 constexpr float widthOfNarrow = 770;
@@ -107,8 +87,8 @@ void sizeColumn(Grid &grid, int col, Widths &widths) {
 void initGrid(Grid &grid, bool gridColor) {
     const RedrawPause pause(grid);
     grid.setColAlignment(gridColumn::Name, 0);
-    grid.setColWidth(gridColumn::PositionCount, 0);
-    grid.setColWidth(gridColumn::CpcCount, 0);
+    for (int col = gridColumn::Shown; col < gridColumn::Count; ++col)
+        grid.setColWidth(col, 0);
     // The summary keeps its cell colours here; those of a data row must not become the summary's.
     removeDataRows(grid);
     grid.setRows(gridRow::Fixed);
@@ -116,17 +96,29 @@ void initGrid(Grid &grid, bool gridColor) {
         for (int col = 0; col < grid.Cols(); ++col)
             grid.setTextMatrix(row, col, QString());
     }
-    for (std::size_t col = 0; col < columns.size(); ++col)
-        grid.setTextMatrix(gridRow::Heading, static_cast<int>(col),
-                           QLatin1String(columns[col].heading));
+    for (int col = 0; col < gridColumn::Shown; ++col)
+        grid.setTextMatrix(gridRow::Heading, col, QLatin1String(gridColumnAt(col).heading));
     grid.setForeColor(gridColor ? green : black);
+}
+
+QString columnNote(int col) {
+    if (col < 0 || col >= gridColumn::Shown)
+        return {};
+    const GridColumn &column = gridColumnAt(col);
+    return QStringLiteral("%1\nUnit: %2.")
+        .arg(QLatin1String(column.note), QLatin1String(column.unit));
+}
+
+QString figureText(int col, double figure) {
+    const QString text = numberText(figure);
+    return gridColumnAt(col).isPercent ? text + u'%' : text;
 }
 
 void resetSummary(Grid &grid) {
     const RedrawPause pause(grid);
-    for (std::size_t col = 0; col < columns.size(); ++col)
-        grid.setTextMatrix(gridRow::summary(grid.Rows()), static_cast<int>(col),
-                           QLatin1String(columns[col].zeroText));
+    for (int col = 0; col < gridColumn::Shown; ++col)
+        grid.setTextMatrix(gridRow::summary(grid.Rows()), col,
+                           QLatin1String(gridColumnAt(col).zeroText));
 }
 
 void removeDataRows(Grid &grid) {

@@ -1,34 +1,13 @@
-// The shape of the statistics grid: its columns, headings, kinds of rows, colours and column
-// widths. Everything that tells rows, columns or losses apart takes it from here.
+// The shape of the statistics grid: kinds of rows, texts of an empty grid, colours and column
+// widths.
 #pragma once
 
+#include "core/analysis/grid/gridColumns.h"
 #include "core/controls/grid.h"
 
 #include <functional>
 
 namespace veltrona {
-
-namespace gridColumn {
-enum : int {
-    Name,
-    Clicks,
-    Impressions,
-    Ctr,
-    AverageCpc,
-    Cost,
-    Conversions,
-    ConversionRate,
-    CostPerConversion,
-    AveragePosition,
-    ConversionValue,
-    Roi,
-    Transactions,
-    PositionCount, // this and the next are hidden
-    CpcCount,
-    Count,
-    Shown = PositionCount // so many columns are for the user's eyes
-};
-}
 
 /// The rows of a grid of `rows` rows: the headings, the data rows, an empty spacer, the summary.
 namespace gridRow {
@@ -55,6 +34,10 @@ inline constexpr Rgb black{0, 0, 0};
 /// Three rows with the headings, no texts below them, hidden columns hidden, default text colour by
 /// the flag.
 void initGrid(Grid &grid, bool gridColor);
+/// Tooltip of a column's heading: how the column is computed, and its unit. Empty for a hidden one.
+QString columnNote(int col);
+/// The number text of a figure, with the column's percent sign.
+QString figureText(int col, double figure);
 /// Writes the zero texts into the last row.
 void resetSummary(Grid &grid);
 /// Takes all data rows away; heading, spacer and summary stay.

@@ -4,80 +4,75 @@
 #include "core/analysis/records/cellText.h"
 
 #include <array>
-#include <utility>
 
 namespace veltrona {
 
 namespace {
 
-using namespace gridColumn;
-
-constexpr bool isPercent(int col) {
-    return col == Ctr || col == ConversionRate || col == Roi;
-}
-
 double cellNumber(const Grid &grid, int row, int col) {
     const QString &text = grid.TextMatrix(row, col);
-    return isPercent(col) ? percentNumberOfText(text) : numberOfText(text);
+    return gridColumnAt(col).isPercent ? percentNumberOfText(text) : numberOfText(text);
 }
 
 void setCellNumber(Grid &grid, int row, int col, double number) {
-    const QString text = numberText(number);
-    grid.setTextMatrix(row, col, isPercent(col) ? text + u'%' : text);
+    grid.setTextMatrix(row, col, figureText(col, number));
 }
 
 void averageRow(Grid &grid, int row) {
-    const double positions = cellNumber(grid, row, PositionCount);
-    if (positions > 0)
-        setCellNumber(grid, row, AveragePosition,
-                      cellNumber(grid, row, AveragePosition) / positions);
-    const double cpcs = cellNumber(grid, row, CpcCount);
-    if (cpcs > 0)
-        setCellNumber(grid, row, AverageCpc,
-                      cellNumber(grid, row, AverageCpc) / (cpcs * 1'000'000));
+    for (const GridColumn &column : gridColumns) {
+        if (column.rule != CellRule::Mean)
+            continue;
+        const double count = cellNumber(grid, row, column.countColumn);
+        if (count > 0)
+            setCellNumber(grid, row, column.column,
+                          cellNumber(grid, row, column.column) / (count * column.divisor));
+    }
 }
 
-/// Every number column is added up but the return on investment.
-using Sums = std::array<double, Transactions + 1>;
+using Sums = std::array<double, gridColumn::Count>;
+
+constexpr bool isAddedUp(const GridColumn &column) {
+    return column.rule == CellRule::Sum || column.rule == CellRule::Mean ||
+           column.rule == CellRule::Quotient;
+}
 
 void addRow(const Grid &grid, int row, Sums &sums) {
-    for (int col = Clicks; col <= Transactions; ++col) {
-        double &sum = sums[static_cast<std::size_t>(col)];
-        if (col != Roi)
-            sum = toFifteenDigits(sum + cellNumber(grid, row, col));
+    for (const GridColumn &column : gridColumns) {
+        if (isAddedUp(column)) {
+            double &sum = sums[static_cast<std::size_t>(column.column)];
+            sum = toFifteenDigits(sum + cellNumber(grid, row, column.column));
+        }
     }
 }
 
-void writeSums(Grid &grid, const Sums &sums) {
+/// Each of the `rows` counts once in a mean, however many records it holds.
+void writeSums(Grid &grid, const Sums &sums, int rows) {
     const int row = gridRow::summary(grid.Rows());
-    for (int col = Clicks; col <= Transactions; ++col) {
-        if (col != Roi)
-            setCellNumber(grid, row, col, sums[static_cast<std::size_t>(col)]);
+    for (const GridColumn &column : gridColumns) {
+        const double sum = sums[static_cast<std::size_t>(column.column)];
+        if (isAddedUp(column))
+            setCellNumber(grid, row, column.column,
+                          column.rule == CellRule::Mean ? sum / rows : sum);
     }
-    grid.setTextMatrix(row, Roi, returnOnInvestment(sums[ConversionValue], sums[Cost]));
+    grid.setTextMatrix(
+        row, gridColumn::Roi,
+        returnOnInvestment(sums[gridColumn::ConversionValue], sums[gridColumn::Cost]));
 }
 
 void roundRow(Grid &grid, int row) {
-    constexpr std::pair<int, int> decimalsOfColumn[] = {
-        {Ctr, 2},
-        {AverageCpc, 2},
-        {Cost, 2},
-        {ConversionRate, 2},
-        {CostPerConversion, 2},
-        {AveragePosition, 1},
-        {ConversionValue, 2},
-        {Roi, 2},
-    };
-    for (const auto &[col, decimals] : decimalsOfColumn) {
-        setCellNumber(grid, row, col, roundHalfToEven(cellNumber(grid, row, col), decimals));
-        // "Cost/Conv." alone keeps the form .75
-        if (col != CostPerConversion)
-            grid.setTextMatrix(row, col, withLeadingZero(grid.TextMatrix(row, col)));
+    for (const GridColumn &column : gridColumns) {
+        if (column.decimals < 0)
+            continue;
+        const int col = column.column;
+        const double rounded = roundHalfToEven(cellNumber(grid, row, col), column.decimals);
+        const QString text = figureText(col, rounded);
+        grid.setTextMatrix(row, col, column.hasLeadingZero ? withLeadingZero(text) : text);
     }
 }
 
 bool earnedLessThanItsCost(const Grid &grid, int row) {
-    return isLoss(cellNumber(grid, row, ConversionValue), cellNumber(grid, row, Cost));
+    return isLoss(cellNumber(grid, row, gridColumn::ConversionValue),
+                  cellNumber(grid, row, gridColumn::Cost));
 }
 
 void colorRow(Grid &grid, int row, bool isLoss) {
@@ -119,12 +114,8 @@ void sumUp(Grid &grid, bool gridColor) {
         if (gridColor && earnedLessThanItsCost(grid, row))
             colorRow(grid, row, true);
     }
-    if (rows > 0) {
-        writeSums(grid, sums);
-        // Each row counts once, however many records it holds.
-        for (const int col : {AverageCpc, AveragePosition})
-            setCellNumber(grid, summary, col, cellNumber(grid, summary, col) / rows);
-    }
+    if (rows > 0)
+        writeSums(grid, sums, rows);
     roundRow(grid, summary);
     if (gridColor)
         colorRow(grid, summary, earnedLessThanItsCost(grid, summary));

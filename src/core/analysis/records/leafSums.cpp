@@ -18,7 +18,7 @@ struct Sums {
 
     template<class Record>
     void add(const Record &record) {
-        addAsCell(cost, numberOf(record[Cost]) / 1'000'000);
+        addAsCell(cost, numberOf(record[Cost]) / millionths);
         addAsCell(conversionValue, numberOf(record[ConvValue]));
         hasRecords = true;
     }

@@ -1,6 +1,5 @@
 #include "ui/views/controls/gridModel.h"
 
-#include "core/analysis/grid/columnNotes.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/text.h"
 
