@@ -16,9 +16,6 @@ std::unique_ptr<ProjectRecords> Records;
 std::unique_ptr<xml::Document> ReportDoc;
 ReportColumnNames ReportColumns;
 int ReportRowCount = 0;
-bool GridColor = false;
-bool ExportColor = false;
-bool PrintColor = false;
 
 void initDataFolder() {
     const QString folder = desktop::localDataFolder();

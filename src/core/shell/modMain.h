@@ -41,9 +41,9 @@ extern ReportColumnNames ReportColumns;
 /// Row elements of the report, at most 32,767.
 extern int ReportRowCount;
 
-extern bool GridColor;
-extern bool ExportColor;
-extern bool PrintColor;
+inline bool GridColor = false;
+inline bool ExportColor = false;
+inline bool PrintColor = false;
 
 /// Sets DataFolder.
 void initDataFolder();

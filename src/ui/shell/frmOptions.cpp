@@ -5,8 +5,11 @@
 #include "ui/views/controls/formCheckBox.h"
 #include "ui/views/dialogs/forms.h"
 
+#include <QCheckBox>
 #include <QPushButton>
 #include <QSignalBlocker>
+
+#include <ranges>
 
 namespace veltrona {
 
@@ -23,34 +26,41 @@ constexpr DesignedControl design[] = {
 };
 // clang-format on
 
-bool isOn(QLatin1String valueName) {
+struct ColorSwitch {
+    const char *checkBox;
+    QLatin1String setting;
+    bool *flag;
+    bool withGrid; // ticked together with the first
+};
+/// The colours of the grid come first; without them the others can't be changed.
+constexpr ColorSwitch switches[] = {
+    {"chkCG", QLatin1String("grdcolor"), &modMain::GridColor, true},
+    {"chkCE", QLatin1String("expcolor"), &modMain::ExportColor, true},
+    {"chkCP", QLatin1String("prncolor"), &modMain::PrintColor, false},
+};
+
+std::vector<QCheckBox *> makeBoxes(QWidget &form) {
+    std::vector<QCheckBox *> boxes;
+    for (const ColorSwitch &color : switches)
+        boxes.push_back(desktop::makeControl<FormCheckBox>(design, color.checkBox, &form));
+    return boxes;
+}
+
+bool isOn(QLatin1String setting) {
     QString text;
-    loadSetting(settingsKey, valueName, text);
+    loadSetting(settingsKey, setting, text);
     return text == QLatin1String("1");
 }
-
-void store(QLatin1String valueName, const QCheckBox &box, bool &flag) {
-    flag = box.isChecked();
-    saveSetting(settingsKey, valueName, flag ? QStringLiteral("1") : QStringLiteral("0"),
-                textValue);
-}
-
-constexpr QLatin1String gridColorValue("grdcolor");
-constexpr QLatin1String exportColorValue("expcolor");
-constexpr QLatin1String printColorValue("prncolor");
 } // namespace
 
 frmOptions::frmOptions()
-    : chkCG(desktop::makeControl<FormCheckBox>(design, "chkCG", this)),
-      chkCE(desktop::makeControl<FormCheckBox>(design, "chkCE", this)),
-      chkCP(desktop::makeControl<FormCheckBox>(design, "chkCP", this)),
-      cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
+    : m_boxes(makeBoxes(*this)), cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
       comCancel(desktop::makeControl<QPushButton>(design, "comCancel", this)) {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Edit Options"));
     setWindowFlags(desktop::fixedDialog);
     cmdOK->setDefault(true);
-    desktop::handle(chkCG, &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
+    desktop::handle(m_boxes.front(), &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
     desktop::handle(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     desktop::handle(comCancel, &QPushButton::clicked, this, &frmOptions::comCancel_Click);
 }
@@ -70,7 +80,7 @@ void frmOptions::Show() {
     load();
     arrange();
     desktop::placeOverOwner(*this);
-    chkCG->setFocus();
+    m_boxes.front()->setFocus();
     exec();
 }
 
@@ -87,42 +97,41 @@ void frmOptions::arrange() {
 }
 
 void frmOptions::Form_Load() {
+    QCheckBox *grid = m_boxes.front();
     {
         // A form that is loaded afresh begins with clear boxes, which is no change of theirs.
-        const QSignalBlocker quiet(chkCG);
-        chkCG->setChecked(false);
-        chkCE->setChecked(false);
-        chkCP->setChecked(false);
+        const QSignalBlocker quiet(grid);
+        for (QCheckBox *box : m_boxes)
+            box->setChecked(false);
     }
-    modMain::GridColor = isOn(gridColorValue);
-    chkCG->setChecked(modMain::GridColor);
-    modMain::ExportColor = isOn(exportColorValue);
-    chkCE->setChecked(modMain::ExportColor);
-    modMain::PrintColor = isOn(printColorValue);
-    chkCP->setChecked(modMain::PrintColor);
+    for (std::size_t i = 0; i < m_boxes.size(); ++i) {
+        *switches[i].flag = isOn(switches[i].setting);
+        m_boxes[i]->setChecked(*switches[i].flag);
+    }
     // Without grid colours the boxes are cleared but the flags stay as stored: reports come out
     // coloured until OK is pressed.
-    if (!chkCG->isChecked()) {
-        chkCE->setChecked(false);
-        chkCP->setChecked(false);
+    for (QCheckBox *box : m_boxes | std::views::drop(1)) {
+        box->setChecked(box->isChecked() && grid->isChecked());
+        box->setEnabled(grid->isChecked());
     }
-    chkCE->setEnabled(chkCG->isChecked());
-    chkCP->setEnabled(chkCG->isChecked());
 }
 
 void frmOptions::chkCG_Click() {
     // Ticking turns the export colours on and the print colours off, whatever they were before.
-    const bool on = chkCG->isChecked();
-    chkCE->setChecked(on);
-    chkCP->setChecked(false);
-    chkCE->setEnabled(on);
-    chkCP->setEnabled(on);
+    const bool on = m_boxes.front()->isChecked();
+    for (std::size_t i = 1; i < m_boxes.size(); ++i) {
+        m_boxes[i]->setChecked(on && switches[i].withGrid);
+        m_boxes[i]->setEnabled(on);
+    }
 }
 
 void frmOptions::cmdOK_Click() {
-    store(gridColorValue, *chkCG, modMain::GridColor);
-    store(exportColorValue, *chkCE, modMain::ExportColor);
-    store(printColorValue, *chkCP, modMain::PrintColor);
+    for (std::size_t i = 0; i < m_boxes.size(); ++i) {
+        const bool on = m_boxes[i]->isChecked();
+        *switches[i].flag = on;
+        saveSetting(settingsKey, switches[i].setting,
+                    on ? QStringLiteral("1") : QStringLiteral("0"), textValue);
+    }
     unload();
 }
 

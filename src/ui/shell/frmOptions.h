@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <vector>
+
 class QCheckBox;
 class QPushButton;
 
@@ -36,9 +38,7 @@ private:
     void arrange();
     void unload() { done(Rejected); }
 
-    QCheckBox *chkCG;
-    QCheckBox *chkCE;
-    QCheckBox *chkCP;
+    std::vector<QCheckBox *> m_boxes; // chkCG, chkCE, chkCP
     QPushButton *cmdOK;
     QPushButton *comCancel;
     bool m_loaded = false;
