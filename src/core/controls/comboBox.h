@@ -30,4 +30,15 @@ private:
     int m_index = -1;
 };
 
+/// The entries of a combo that offers the rows of a table, but for those without a caption.
+template<class Rows>
+QStringList captionsOf(const Rows &rows) {
+    QStringList captions;
+    for (const auto &row : rows) {
+        if (row.caption)
+            captions += QLatin1String(row.caption);
+    }
+    return captions;
+}
+
 } // namespace veltrona

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/dateRanges.h"
 #include "core/analysis/grid/figureNotes.h"
 #include "core/analysis/grid/lossMarks.h"
 #include "core/controls/chart.h"
@@ -177,11 +178,12 @@ private:
     void dtpStart_Change();
     void dtpEnd_Change();
     void pickerChanged();
-    void setThisWeek();
-    void setLastWeek();
-    void setThisMonth();
-    void setLastMonth();
-    void setAllDates();
+    void setPreset(RangePreset preset);
+    void setThisWeek() { setPreset(RangePreset::ThisWeek); }
+    void setLastWeek() { setPreset(RangePreset::LastWeek); }
+    void setThisMonth() { setPreset(RangePreset::ThisMonth); }
+    void setLastMonth() { setPreset(RangePreset::LastMonth); }
+    void setAllDates() { setPreset(RangePreset::All); }
     void setRange(const DateRange &range);
 
     TwipScale m_scale;

@@ -127,46 +127,13 @@ void frmMain::setRange(const DateRange &range) {
     dtpEnd.setValue(range.end);
 }
 
-void frmMain::setThisWeek() {
-    setRange(thisWeek(currentDate));
-}
-
-void frmMain::setLastWeek() {
-    setRange(lastWeek(currentDate));
-}
-
-void frmMain::setThisMonth() {
-    setRange(thisMonth(currentDate));
-}
-
-void frmMain::setLastMonth() {
-    setRange(lastMonth(currentDate));
-}
-
-void frmMain::setAllDates() {
-    setRange(allDates());
+void frmMain::setPreset(RangePreset preset) {
+    if (const auto range = presetRange(preset, currentDate))
+        setRange(*range);
 }
 
 void frmMain::cboRange_Click() {
-    switch (static_cast<RangePreset>(cboRange.ListIndex())) {
-    case RangePreset::ThisWeek:
-        setThisWeek();
-        break;
-    case RangePreset::LastWeek:
-        setLastWeek();
-        break;
-    case RangePreset::ThisMonth:
-        setThisMonth();
-        break;
-    case RangePreset::LastMonth:
-        setLastMonth();
-        break;
-    case RangePreset::All:
-        setAllDates();
-        break;
-    case RangePreset::Custom:
-        break;
-    }
+    setPreset(static_cast<RangePreset>(cboRange.ListIndex()));
     try {
         treeList_NodeClick(treeList.SelectedItem());
     } catch (const Failure &) {

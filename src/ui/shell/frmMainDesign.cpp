@@ -1,5 +1,6 @@
 // frmMain: the construction of the window, and its layout.
 #include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/dateRanges.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"
@@ -50,11 +51,8 @@ double pixelsPerTwip(const TwipScale &scale) {
 } // namespace
 
 frmMain::frmMain()
-    : flxStat(gridColumn::Count),
-      cboRange({QStringLiteral("This week"), QStringLiteral("Last week"),
-                QStringLiteral("This month"), QStringLiteral("Last month"), QStringLiteral("All"),
-                QStringLiteral("Custom")}),
-      cboLeft(chartMetrics()), cboGroup(chartGroupings()), m_scale(font(), measuredLabels) {
+    : flxStat(gridColumn::Count), cboRange(captionsOf(rangePresets)), cboLeft(chartMetrics()),
+      cboGroup(captionsOf(chartUnits)), m_scale(font(), measuredLabels) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(productName);
     cboLeft.Tag = QStringLiteral("first");

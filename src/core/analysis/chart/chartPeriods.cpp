@@ -2,18 +2,14 @@
 
 #include "core/base/text.h"
 
-#include <array>
-
 namespace veltrona {
 
 namespace {
 
-constexpr int mostBars = 90;
-constexpr int largestStep = 8;
+constexpr int maxStep = 8;
 
-/// The end of the range, moved on so that it counts. For weeks and years this is one day: odd, and
-/// kept.
-DateValue oneOn(ChartUnit unit, DateValue end) {
+/// Makes the end exclusive. Weeks and years add one day only (docs/oddities.md).
+DateValue exclusiveEnd(ChartUnit unit, DateValue end) {
     if (unit == ChartUnit::Month)
         return addMonths(dayNumber(end), 1) + timeOfDay(end);
     return end + 1;
@@ -41,11 +37,11 @@ int roundedQuotient(int dividend, int divisor) {
 }
 
 ChartPeriods tryUnit(ChartUnit unit, const DateRange &range) {
-    ChartPeriods periods{unit, difference(unit, range.start, oneOn(unit, range.end)), 1};
+    ChartPeriods periods{unit, difference(unit, range.start, exclusiveEnd(unit, range.end)), 1};
     if (periods.count <= 0)
         periods.count = 1;
     const int units = periods.count;
-    while (periods.count > mostBars && periods.step < largestStep) {
+    while (periods.count > maxBars && periods.step < maxStep) {
         ++periods.step;
         periods.count = roundedQuotient(units, periods.step);
     }
@@ -53,17 +49,9 @@ ChartPeriods tryUnit(ChartUnit unit, const DateRange &range) {
 }
 
 int advanced(int day, const ChartPeriods &periods) {
-    switch (periods.unit) {
-    case ChartUnit::Day:
-        return day + periods.step;
-    case ChartUnit::Week:
-        return day + 7 * periods.step;
-    case ChartUnit::Month:
-        return addMonths(day, periods.step);
-    case ChartUnit::Year:
-        return addMonths(day, 12 * periods.step);
-    }
-    return day;
+    const ChartUnitRow &unit = rowOf(periods.unit);
+    return unit.days > 0 ? day + unit.days * periods.step
+                         : addMonths(day, unit.months * periods.step);
 }
 
 /// English; `month` counts from 1.
@@ -92,13 +80,12 @@ QString label(ChartUnit unit, int day) {
 
 ChartPeriods choosePeriods(int grouping, const DateRange &range) {
     ChartPeriods periods;
-    bool tooMany = true; // for all units so far
-    constexpr std::array wishes = {ChartUnit::Day, ChartUnit::Week, ChartUnit::Month};
-    for (int wish = grouping; wish < static_cast<int>(wishes.size()) && tooMany; ++wish) {
-        periods = tryUnit(wishes.at(static_cast<std::size_t>(wish)), range);
-        tooMany = periods.count > mostBars;
+    for (auto unit = static_cast<std::size_t>(grouping); unit < chartUnits.size(); ++unit) {
+        periods = tryUnit(chartUnits[unit].unit, range);
+        if (periods.count <= maxBars)
+            break;
     }
-    return tooMany ? tryUnit(ChartUnit::Year, range) : periods;
+    return periods;
 }
 
 std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start) {

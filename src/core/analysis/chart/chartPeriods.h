@@ -4,11 +4,38 @@
 
 #include "core/base/dateValue.h"
 
+#include <QString>
+
+#include <algorithm>
+#include <array>
 #include <vector>
 
 namespace veltrona {
 
 enum class ChartUnit { Day, Week, Month, Year };
+
+struct ChartUnitRow {
+    ChartUnit unit;
+    const char *caption; // in the grouping combo; null where it can't be chosen
+    int days;            // length in days, or else in months
+    int months;
+};
+/// From fine to coarse; the first ones are the groupings.
+inline constexpr std::array chartUnits = {
+    ChartUnitRow{ChartUnit::Day, "Days", 1, 0},
+    ChartUnitRow{ChartUnit::Week, "Weeks", 7, 0},
+    ChartUnitRow{ChartUnit::Month, "Months", 0, 1},
+    ChartUnitRow{ChartUnit::Year, nullptr, 0, 12},
+};
+static_assert(std::ranges::is_sorted(chartUnits, std::ranges::less_equal(), &ChartUnitRow::unit) &&
+                  chartUnits.back().unit == ChartUnit(chartUnits.size() - 1),
+              "a row for each unit, in the order of the enum");
+constexpr const ChartUnitRow &rowOf(ChartUnit unit) {
+    return chartUnits.at(static_cast<std::size_t>(unit));
+}
+
+/// More bars only where they are years.
+inline constexpr int maxBars = 90;
 
 /// `count` bars of `step` units each.
 struct ChartPeriods {
@@ -26,8 +53,8 @@ struct ChartBar {
     bool hasRecords = false; // of the node, whatever their values
 };
 
-/// `grouping` is the wish: 0 days, 1 weeks, 2 months. A coarser unit is taken where the wish would
-/// give more than 90 bars.
+/// `grouping` is the index of the requested unit. A coarser one is taken where it would give more
+/// than `maxBars` bars.
 ChartPeriods choosePeriods(int grouping, const DateRange &range);
 /// The bars from `start` on. The first one counts that single day, whatever the unit; each other
 /// one ends with its own date.

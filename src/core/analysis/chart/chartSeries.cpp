@@ -4,6 +4,7 @@
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/nodeTag.h"
 #include "core/analysis/records/recordWalk.h"
+#include "core/controls/comboBox.h"
 
 #include <algorithm>
 #include <array>
@@ -15,28 +16,28 @@ namespace veltrona {
 namespace {
 
 struct Metric {
-    QStringView caption;
+    const char *caption;
     Figure figure;
     double divisor;
     bool aboveZero; // other records don't count
     bool averaged;  // over the records whose value isn't 0
 };
 
-constexpr std::array<Metric, 12> metrics = {{
-    {u"Average Cost Per Click", Figure::Cpc, millionths, false, true},
-    {u"Budget", Figure::Budget, millionths, false, false},
-    {u"Click Through Rate", Figure::Ctr, 1, false, false},
-    {u"Clicks", Figure::Clicks, 1, false, false},
-    {u"Conversions", Figure::Conv, 1, false, false},
-    {u"Cost Per Conversion", Figure::ConvCost, 1, false, false},
-    {u"Costs", Figure::Cost, millionths, false, false},
-    {u"Impressions", Figure::Impressions, 1, false, false},
+constexpr auto metrics = std::to_array<Metric>({
+    {"Average Cost Per Click", Figure::Cpc, millionths, false, true},
+    {"Budget", Figure::Budget, millionths, false, false},
+    {"Click Through Rate", Figure::Ctr, 1, false, false},
+    {"Clicks", Figure::Clicks, 1, false, false},
+    {"Conversions", Figure::Conv, 1, false, false},
+    {"Cost Per Conversion", Figure::ConvCost, 1, false, false},
+    {"Costs", Figure::Cost, millionths, false, false},
+    {"Impressions", Figure::Impressions, 1, false, false},
     // Undivided, and the next by ten millions: odd, and kept.
-    {u"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
-    {u"Max CPC", Figure::MaxCpc, 10 * millionths, true, false},
-    {u"Position", Figure::Pos, 1, false, true},
-    {u"Transactions", Figure::Transactions, 1, false, false},
-}};
+    {"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
+    {"Max CPC", Figure::MaxCpc, 10 * millionths, true, false},
+    {"Position", Figure::Pos, 1, false, true},
+    {"Transactions", Figure::Transactions, 1, false, false},
+});
 
 /// A compensated sum, so that the order of the records doesn't show.
 class Sum {
@@ -152,14 +153,7 @@ double barValue(const Metric &metric, const BarSum &bar) {
 } // namespace
 
 QStringList chartMetrics() {
-    QStringList captions;
-    for (const Metric &metric : metrics)
-        captions += metric.caption.toString();
-    return captions;
-}
-
-QStringList chartGroupings() {
-    return {QStringLiteral("Days"), QStringLiteral("Weeks"), QStringLiteral("Months")};
+    return captionsOf(metrics);
 }
 
 ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request) {
@@ -170,7 +164,7 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
     if (request.allDates)
         series.range = tableDates(records).value_or(request.range);
     series.periods = choosePeriods(request.grouping, series.range);
-    series.metric = metric.caption.toString();
+    series.metric = QLatin1String(metric.caption);
     series.bars = emptyBars(series.periods, series.range.start);
     const std::vector<BarSum> sums = sumUpBars(records, metric, tag, series.bars);
     bool empty = true;

@@ -1,5 +1,5 @@
-// The bars of the chart: one metric of a node, period by period, at most 90 bars unless they are
-// years.
+// The bars of the chart: one metric of a node, period by period, at most `maxBars` bars unless they
+// are years.
 #pragma once
 
 #include "core/analysis/chart/chartPeriods.h"
@@ -13,13 +13,12 @@
 
 namespace veltrona {
 
-/// The captions of the metric and the grouping combo, by index.
+/// The captions of the metric combo, by index.
 QStringList chartMetrics();
-QStringList chartGroupings();
 
 struct ChartRequest {
     int metric = 0;
-    int grouping = 0; // the wish: 0 days, 1 weeks, 2 months
+    int grouping = 0; // index of the requested unit
     DateRange range;
     bool allDates = false; // take the table's first and last date instead
     QString tag;           // the selected node's

@@ -2,8 +2,9 @@
 
 #include "core/controls/chartAxis.h"
 
+#include <QStringList>
+
 #include <algorithm>
-#include <array>
 
 namespace veltrona {
 
@@ -32,10 +33,9 @@ QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
         return QStringLiteral("This project has no records yet.\n"
                               "Choose Import to read a report file into it.");
     if (surroundings.inRange) {
-        constexpr int singleBars = 90; // days that get a bar each
         const int days = dayNumber(range.end) - dayNumber(range.start) + 1;
         return QStringLiteral("The records of this period lie on days that no bar counts.") +
-               (periods.unit != ChartUnit::Day && days <= singleBars
+               (periods.unit != ChartUnit::Day && days <= maxBars
                     ? QStringLiteral("\nGroup by days to see them.")
                     : QString());
     }
@@ -46,16 +46,18 @@ QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
         .arg(period(range), period(*surroundings.table));
 }
 
+/// "one day", "14 days"
 QString spanOf(const ChartPeriods &periods) {
-    if (periods.unit == ChartUnit::Day && periods.step == 1)
-        return QStringLiteral("one day");
-    if (periods.unit == ChartUnit::Day || periods.unit == ChartUnit::Week)
-        return QStringLiteral("%1 days").arg(periods.step *
-                                             (periods.unit == ChartUnit::Week ? 7 : 1));
-    const QString unit =
-        periods.unit == ChartUnit::Month ? QStringLiteral("month") : QStringLiteral("year");
-    return periods.step == 1 ? QStringLiteral("one ") + unit
-                             : QStringLiteral("%1 %2s").arg(periods.step).arg(unit);
+    const ChartUnitRow &unit = rowOf(periods.unit);
+    const auto text = [&](int length, const QString &name) {
+        const int count = length * periods.step;
+        return count == 1 ? QStringLiteral("one ") + name
+                          : QStringLiteral("%1 %2s").arg(count).arg(name);
+    };
+    if (unit.days > 0)
+        return text(unit.days, QStringLiteral("day"));
+    return unit.months % 12 == 0 ? text(unit.months / 12, QStringLiteral("year"))
+                                 : text(unit.months, QStringLiteral("month"));
 }
 
 /// The first bar counts a single day, whatever the others count.
