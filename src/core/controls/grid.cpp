@@ -4,8 +4,8 @@
 
 namespace veltrona {
 
-Grid::Grid(int columns, int rows)
-    : m_columns(static_cast<std::size_t>(columns)),
+Grid::Grid(int columns, int shownColumns, int rows)
+    : m_columns(static_cast<std::size_t>(columns)), m_shownColumns(shownColumns),
       m_rows(static_cast<std::size_t>(rows), emptyRow()), m_widths(m_columns, -1),
       m_alignments(m_columns, -1) {}
 

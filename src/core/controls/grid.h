@@ -1,9 +1,10 @@
-// The data behind a grid control: a table of texts with a heading row, a colour for each cell and a
-// current cell. The statistics live in its cells and nowhere else. A view is told of changes
-// through `onChange`; with `Redraw` off it hears nothing until `Redraw` is on again.
+// Data of a grid control: a table of texts with a heading row, data rows named by their first
+// column, and a summary row; a colour for each cell, a mark for each row and a current cell.
+// `onChange` notifies the view; while `Redraw` is off, it is put off until `Redraw` is on again.
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <deque>
 #include <functional>
@@ -19,25 +20,46 @@ struct Rgb {
     friend bool operator==(const Rgb &, const Rgb &) = default;
 };
 
+/// The kinds of rows: the headings, the data rows, an empty spacer, the summary.
+namespace gridRow {
+inline constexpr int Heading = 0;
+inline constexpr int FirstData = 1;
+inline constexpr int BelowData = 2;
+inline constexpr int Fixed = FirstData + BelowData;
+constexpr int dataRows(int rows) {
+    return rows - Fixed;
+}
+constexpr int spacer(int rows) {
+    return rows - BelowData;
+}
+constexpr int summary(int rows) {
+    return rows - 1;
+}
+} // namespace gridRow
+
 class Grid {
 public:
-    /// `columns` never changes afterwards.
-    explicit Grid(int columns, int rows = 3);
+    static constexpr int NameColumn = 0;
+
+    /// Only the first `shownColumns` are for a view. The columns never change afterwards.
+    Grid(int columns, int shownColumns, int rows = gridRow::Fixed);
+    explicit Grid(int columns) : Grid(columns, columns) {}
 
     int Cols() const { return static_cast<int>(m_columns); }
+    int shownColumns() const { return m_shownColumns; }
     int Rows() const { return static_cast<int>(m_rows.size()); }
     void setRows(int rows);
 
     const QString &TextMatrix(int row, int col) const;
     void setTextMatrix(int row, int col, const QString &text);
 
-    /// Inserts a row in front of row `index`, with `item` in its first column.
+    /// Inserts a row before row `index`, with `item` in its first column.
     void AddItem(const QString &item, int index);
     void RemoveItem(int index);
-    /// Empties all texts and takes away all cell colours; the number of rows stays.
+    /// Clears texts, cell colours and marks; the number of rows stays.
     void Clear();
 
-    /// Column widths in twips; 0 hides a column, -1 is a width that nobody has set yet.
+    /// Column widths in twips; 0 hides a column, -1 is a width not set yet.
     int ColWidth(int col) const;
     void setColWidth(int col, int twips);
     /// 0 is left and top, -1 the default: numbers to the right, other texts to the left.
@@ -48,7 +70,7 @@ public:
     Rgb ForeColor() const { return m_foreColor; }
     void setForeColor(Rgb color);
 
-    /// The current cell, at which `CellForeColor` looks. Moving it never scrolls a view.
+    /// The current cell, whose colour is `CellForeColor`. Moving it never scrolls a view.
     int Row() const { return m_row; }
     int Col() const { return m_col; }
     void setRow(int row) { m_row = row; }
@@ -61,8 +83,8 @@ public:
     /// The colour in force at any cell, without moving the current one.
     Rgb cellColor(int row, int col) const;
 
-    /// A row's mark, kept beside its colours: it goes with the row, with Clear, and when a cell of
-    /// the row gets another colour.
+    /// Whether the row didn't earn back its cost. The mark lives as long as the row's colour: Clear
+    /// and a new colour reset it.
     bool isLoss(int row) const { return m_rows.at(static_cast<std::size_t>(row)).isLoss; }
     void setLoss(int row, bool isLoss);
 
@@ -73,9 +95,11 @@ public:
     std::function<void()> onChange;
     /// Set by the window: the user chose a row by double click or Enter.
     std::function<void(int row)> onRowChosen;
-    /// Set by the window: the lines that explain the figure in a cell; asked for when they are
-    /// about to be shown.
+    /// Set by the window: the lines that explain the figure in a cell; called when they are about
+    /// to be shown.
     std::function<QStringList(int row, int col)> notesOf;
+    /// Set by the window: the text that explains a column.
+    std::function<QString(int col)> columnNoteOf;
 
 private:
     struct Cell {
@@ -93,7 +117,8 @@ private:
     void changed();
 
     std::size_t m_columns;
-    std::deque<RowData> m_rows; // rows go at the top and come above the bottom: cheap in a deque
+    int m_shownColumns;
+    std::deque<RowData> m_rows; // removed at the top, inserted near the bottom
     std::vector<int> m_widths;
     std::vector<int> m_alignments;
     Rgb m_foreColor;
@@ -103,7 +128,7 @@ private:
     bool m_pending = false;
 };
 
-/// Keeps `Redraw` off while it lives, and puts back what it found, also when an exception passes.
+/// RAII guard that switches `Redraw` off and restores its previous value.
 class RedrawPause {
 public:
     explicit RedrawPause(Grid &grid) : m_grid(grid), m_before(grid.Redraw()) {

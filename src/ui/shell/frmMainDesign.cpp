@@ -51,8 +51,8 @@ double pixelsPerTwip(const TwipScale &scale) {
 } // namespace
 
 frmMain::frmMain()
-    : flxStat(gridColumn::Count), cboRange(captionsOf(rangePresets)), cboLeft(chartMetrics()),
-      cboGroup(captionsOf(chartUnits)), m_scale(font(), measuredLabels) {
+    : flxStat(gridColumn::Count, gridColumn::Shown), cboRange(captionsOf(rangePresets)),
+      cboLeft(chartMetrics()), cboGroup(captionsOf(chartUnits)), m_scale(font(), measuredLabels) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(productName);
     cboLeft.Tag = QStringLiteral("first");
@@ -217,6 +217,7 @@ void frmMain::buildChartFrame() {
 void frmMain::connectControls() {
     treeList.onNodeClick = [this](TreeNode *node) { filtered([&] { treeList_NodeClick(node); }); };
     flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
+    flxStat.columnNoteOf = columnNote;
     flxStat.notesOf = [this](int row, int col) -> QStringList {
         try {
             return figureNotes(row, col);

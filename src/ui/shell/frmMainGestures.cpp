@@ -112,7 +112,7 @@ QStringList frmMain::figureNotes(int row, int col) {
         const sqlite::ReadTransaction reading(*modMain::DbConn);
         m_notes = FigureNotes::query(*modMain::Records, *treeList.SelectedItem(), m_shownRange);
     }
-    return row == flxStat.Rows() - 1
+    return row == gridRow::summary(flxStat.Rows())
                ? m_notes->ofSummary(col)
                : m_notes->ofRow(flxStat.TextMatrix(row, gridColumn::Name), col);
 }

@@ -24,7 +24,7 @@ const QString headings =
 
 /// A heading, a plain row, a red one, the spacer and a green summary. Hidden columns are filled.
 Grid exampleGrid() {
-    Grid grid(15, 5);
+    Grid grid(15, 13, 5);
     grid.setForeColor(green);
     fillRow(grid, 0, headings);
     fillRow(grid, 1, "Search Only|120|3400|3.53%|0.25|30|6|5%|5|1.4|90|200%|6|11|12");

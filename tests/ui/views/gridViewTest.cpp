@@ -54,9 +54,10 @@ void finish(Grid &grid, const QString &lost) {
 }
 
 struct Shown {
-    Grid grid{columns};
+    Grid grid{columns, gridColumn::Shown};
     GridView view{grid};
     Shown(const QStringList &rows) {
+        grid.columnNoteOf = columnNote;
         fill(grid, rows);
         view.resize(600, 200);
         view.show();

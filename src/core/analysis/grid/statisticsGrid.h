@@ -9,23 +9,6 @@
 
 namespace veltrona {
 
-/// The rows of a grid of `rows` rows: the headings, the data rows, an empty spacer, the summary.
-namespace gridRow {
-inline constexpr int Heading = 0;
-inline constexpr int FirstData = 1;
-inline constexpr int BelowData = 2;
-inline constexpr int Fixed = FirstData + BelowData;
-constexpr int dataRows(int rows) {
-    return rows - Fixed;
-}
-constexpr int spacer(int rows) {
-    return rows - BelowData;
-}
-constexpr int summary(int rows) {
-    return rows - 1;
-}
-} // namespace gridRow
-
 /// The colour of a row that didn't earn back its cost.
 inline constexpr Rgb red{255, 0, 0};
 inline constexpr Rgb green{0, 128, 0};

@@ -10,8 +10,6 @@ namespace veltrona {
 
 namespace {
 
-constexpr int nameColumn = 0;
-
 class GridAccessible : public TableAccessible {
 public:
     explicit GridAccessible(GridView &view)
@@ -26,11 +24,11 @@ public:
             return {};
         if (row < 0)
             return model.headerData(column, Qt::Horizontal).toString();
-        const QModelIndex cell = model.index(row, std::max(column, nameColumn));
+        const QModelIndex cell = model.index(row, std::max(column, Grid::NameColumn));
         const QString text = cell.data().toString();
-        if (column <= nameColumn && text.isEmpty())
+        if (column <= Grid::NameColumn && text.isEmpty())
             return QStringLiteral("(no name)");
-        return column <= nameColumn && m_view.isLoss(cell)
+        return column <= Grid::NameColumn && m_view.isLoss(cell)
                    ? text + QStringLiteral(", loss: did not earn back its cost")
                    : text;
     }
@@ -65,7 +63,7 @@ public:
     // be its name and the one figure.
     bool isLeftOut(int row, int column) const override {
         const QPoint marked = markedCell();
-        return row == marked.y() && column != marked.x() && column != nameColumn;
+        return row == marked.y() && column != marked.x() && column != Grid::NameColumn;
     }
 
     int selectedCellCount() const override {
@@ -98,7 +96,7 @@ void tellRowEntered(GridView &view) {
                      ? dynamic_cast<GridAccessible *>(QAccessible::queryAccessibleInterface(&view))
                      : nullptr;
     if (grid)
-        grid->forgetRow(view.currentIndex().row(), nameColumn, view.currentIndex().column());
+        grid->forgetRow(view.currentIndex().row(), Grid::NameColumn, view.currentIndex().column());
 }
 
 } // namespace veltrona

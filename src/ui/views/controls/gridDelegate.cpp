@@ -1,6 +1,5 @@
 #include "ui/views/controls/gridDelegate.h"
 
-#include "core/analysis/grid/statisticsGrid.h"
 #include "ui/views/colorMixing.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/gridView.h"
@@ -19,7 +18,7 @@ const GridModel &modelOf(const QModelIndex &index) {
 }
 
 bool isMarked(const QModelIndex &index) {
-    return index.column() == gridColumn::Name && modelOf(index).isLoss(index);
+    return index.column() == Grid::NameColumn && modelOf(index).isLoss(index);
 }
 } // namespace
 

@@ -1,6 +1,5 @@
 #include "ui/views/controls/gridModel.h"
 
-#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/text.h"
 
 #include <QHash>
@@ -25,7 +24,7 @@ QStringList namesOf(const Grid &grid) {
     QStringList names;
     names.reserve(grid.Rows());
     for (int row = gridRow::FirstData; row < grid.Rows(); ++row)
-        names.append(grid.TextMatrix(row, gridColumn::Name));
+        names.append(grid.TextMatrix(row, Grid::NameColumn));
     return names;
 }
 
@@ -40,25 +39,26 @@ int GridModel::rowCount(const QModelIndex &parent) const {
 }
 
 int GridModel::columnCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : std::min<int>(m_grid.Cols(), gridColumn::Shown);
+    return parent.isValid() ? 0 : m_grid.shownColumns();
 }
 
-// A repaint may come while the grid has fewer rows than the views have been told of.
+// The view may repaint before it is notified that the grid has fewer rows.
 bool GridModel::holds(const QModelIndex &index) const {
-    return index.isValid() && index.row() + 1 < m_grid.Rows();
+    return index.isValid() && gridRowOf(index.row()) < m_grid.Rows();
 }
 
 Rgb GridModel::cellColor(const QModelIndex &index) const {
-    return holds(index) ? m_grid.cellColor(index.row() + 1, index.column()) : m_grid.ForeColor();
+    return holds(index) ? m_grid.cellColor(gridRowOf(index.row()), index.column())
+                        : m_grid.ForeColor();
 }
 
 bool GridModel::isLoss(const QModelIndex &index) const {
-    return holds(index) && m_grid.isLoss(index.row() + 1);
+    return holds(index) && m_grid.isLoss(gridRowOf(index.row()));
 }
 
 Qt::Alignment GridModel::alignment(const QModelIndex &index) const {
     const bool right = m_grid.ColAlignment(index.column()) != leftAligned &&
-                       looksLikeNumber(m_grid.TextMatrix(index.row() + 1, index.column()));
+                       looksLikeNumber(m_grid.TextMatrix(gridRowOf(index.row()), index.column()));
     return (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
@@ -67,7 +67,7 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return m_grid.TextMatrix(index.row() + 1, index.column());
+        return m_grid.TextMatrix(gridRowOf(index.row()), index.column());
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignment(index));
     case Qt::ToolTipRole:
@@ -77,14 +77,14 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
     }
 }
 
-// Name, heading and figure are told where the row's name or the heading may have scrolled away.
+// With name and heading, which may have scrolled away.
 QString GridModel::toolTip(const QModelIndex &index) const {
-    constexpr int longestName = 200; // so that there is room for what follows
-    const int row = index.row() + 1;
+    constexpr int maxName = 200; // leaves room for the lines that follow
+    const int row = gridRowOf(index.row());
     const QString &figure = m_grid.TextMatrix(row, index.column());
-    if (index.column() == gridColumn::Name || figure.isEmpty())
+    if (index.column() == Grid::NameColumn || figure.isEmpty())
         return {};
-    QStringList lines{shortened(m_grid.TextMatrix(row, gridColumn::Name), longestName),
+    QStringList lines{shortened(m_grid.TextMatrix(row, Grid::NameColumn), maxName),
                       m_grid.TextMatrix(gridRow::Heading, index.column()) + QStringLiteral(": ") +
                           figure};
     if (m_grid.notesOf)
@@ -96,16 +96,17 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     if (section < 0)
         return {};
     if (orientation == Qt::Vertical) {
-        const bool known = section + 1 < m_grid.Rows();
-        return role == Qt::DisplayRole && known ? m_grid.TextMatrix(section + 1, gridColumn::Name)
-                                                : QVariant();
+        const int row = gridRowOf(section);
+        return role == Qt::DisplayRole && row < m_grid.Rows()
+                   ? m_grid.TextMatrix(row, Grid::NameColumn)
+                   : QVariant();
     }
     if (section >= columnCount() || m_grid.Rows() == 0)
         return {};
     if (role == Qt::DisplayRole)
         return m_grid.TextMatrix(gridRow::Heading, section);
     if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
-        return columnNote(section);
+        return m_grid.columnNoteOf ? m_grid.columnNoteOf(section) : QString();
     if (role == Qt::TextAlignmentRole) {
         const bool left = m_grid.ColAlignment(section) == leftAligned;
         return QVariant::fromValue((left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
@@ -113,10 +114,11 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     return {};
 }
 
-void GridModel::sync() {
+bool GridModel::sync() {
     const QStringList names = namesOf(m_grid);
     const int rows = static_cast<int>(names.size());
-    if (names != m_names) {
+    const bool renamed = names != m_names;
+    if (renamed) {
         if (rows > m_rows) {
             beginInsertRows({}, m_rows, rows - 1);
             m_rows = rows;
@@ -133,11 +135,12 @@ void GridModel::sync() {
     if (m_rows > 0)
         emit dataChanged(index(0, 0), index(m_rows - 1, columnCount() - 1));
     emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    return renamed;
 }
 
 // Runs between the insertion and the removal of rows, so that old and new rows are both in range.
 void GridModel::moveSelection(const QStringList &names) {
-    emit layoutAboutToBeChanged(); // only now the selection hands over its indexes
+    emit layoutAboutToBeChanged(); // registers the selection's indexes as persistent ones
     const QModelIndexList held = persistentIndexList();
     const int newData = static_cast<int>(names.size()) - gridRow::BelowData;
     const int oldData = static_cast<int>(m_names.size()) - gridRow::BelowData;

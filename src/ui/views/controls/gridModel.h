@@ -1,8 +1,8 @@
-// The statistics grid as an item model: reads the cells live and owns nothing of them. Row 0 of the
-// grid is the horizontal heading, so row r of the model is row r + 1 of the grid.
+// A grid as an item model, which reads the cells live. The grid's heading row is the horizontal
+// header, the other rows are the model's.
 #pragma once
 
-#include "core/analysis/grid/statisticsGrid.h"
+#include "core/controls/grid.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>
@@ -19,15 +19,18 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// The colour that the grid holds for the cell.
+    static constexpr int gridRowOf(int row) { return row + gridRow::FirstData; }
+
+    /// The grid's colour of the cell.
     Rgb cellColor(const QModelIndex &index) const;
     /// A cell of a row that didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
-    bool isSummary(int row) const { return row + 1 == gridRow::summary(m_rows + 1); }
+    bool isSummary(int row) const { return row == m_rows - 1; }
 
-    /// Brings the views in step after a change of the grid. Selected cells follow the name of
-    /// their row; a row whose name has gone leaves its selection to the row in its place.
-    void sync();
+    /// Updates the views after a change of the grid. Selected cells follow the name of their row;
+    /// if the name has gone, the row in its place is selected instead. True if the names have
+    /// changed.
+    bool sync();
 
 private:
     QString toolTip(const QModelIndex &index) const;
@@ -36,7 +39,7 @@ private:
     void moveSelection(const QStringList &names);
 
     Grid &m_grid;
-    QStringList m_names; // the column of names as the views know it
+    QStringList m_names; // of the rows, as the views know them
     int m_rows;
 };
 

@@ -1,6 +1,5 @@
 #include "ui/views/controls/gridView.h"
 
-#include "core/analysis/grid/statisticsGrid.h"
 #include "core/base/text.h"
 #include "ui/views/accessible/gridAccessible.h"
 #include "ui/views/colorMixing.h"
@@ -179,7 +178,7 @@ void GridView::copy(bool withHeadings) const {
 
 void GridView::chooseRow(const QModelIndex &index) {
     if (index.isValid() && m_grid.onRowChosen)
-        m_grid.onRowChosen(index.row() + 1);
+        m_grid.onRowChosen(GridModel::gridRowOf(index.row()));
 }
 
 void GridView::keyPressEvent(QKeyEvent *event) {
