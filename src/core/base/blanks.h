@@ -1,5 +1,4 @@
-// Leading and trailing blanks, where they don't count: the character U+0020 and no other white
-// space, which may be part of a name.
+// Removes leading and trailing blanks (U+0020). Other white space may be part of a name.
 #pragma once
 
 #include <QStringView>

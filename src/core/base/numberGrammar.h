@@ -1,7 +1,8 @@
-// The grammar of decimal numbers: a sign, digits with "." as the point, an exponent. A cell counts
-// by its longest leading part that is one, the value of a report has to be one as a whole.
+// The grammar of decimal numbers: a sign, digits with "." as the point, an exponent. A cell's
+// number is its longest leading part that is one; a value of a report must be one as a whole.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace veltrona {
@@ -20,29 +21,29 @@ struct ScannedNumber {
 
 template<typename Char>
 constexpr ScannedNumber<Char> scanNumber(std::basic_string_view<Char> text) {
-    const auto behindDigits = [text](std::size_t at) {
+    const auto afterDigits = [text](std::size_t at) {
         while (at < text.size() && text[at] >= '0' && text[at] <= '9')
             ++at;
         return at;
     };
-    const auto behindSign = [text](std::size_t at) {
+    const auto afterSign = [text](std::size_t at) {
         return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
     };
     ScannedNumber<Char> number;
-    const std::size_t begin = behindSign(0);
-    std::size_t end = behindDigits(begin);
+    const std::size_t begin = afterSign(0);
+    std::size_t end = afterDigits(begin);
     number.whole = text.substr(begin, end - begin);
     if (end < text.size() && text[end] == '.') {
         const std::size_t fraction = end + 1;
-        end = behindDigits(fraction);
+        end = afterDigits(fraction);
         number.decimals = text.substr(fraction, end - fraction);
         number.isWhole = false;
     }
     if (number.whole.empty() && number.decimals.empty())
         return number;
     if (end < text.size() && (text[end] == 'E' || text[end] == 'e')) {
-        const std::size_t digits = behindSign(end + 1);
-        const std::size_t exponentEnd = behindDigits(digits);
+        const std::size_t digits = afterSign(end + 1);
+        const std::size_t exponentEnd = afterDigits(digits);
         if (exponentEnd > digits) {
             number.exponent = text.substr(end + 1, exponentEnd - end - 1);
             number.isWhole = false;

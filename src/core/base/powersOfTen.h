@@ -1,4 +1,4 @@
-// The powers of ten that a 64-bit float holds exactly, by their exponent.
+// The powers of ten that are exact as 64-bit floats, by exponent.
 #pragma once
 
 namespace veltrona {

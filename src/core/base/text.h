@@ -1,5 +1,5 @@
-// Small helpers for texts: names whose case doesn't count, digits in front of which zeros stand,
-// and texts that have to be shown on one line.
+// Helpers for texts: names compared without case, padded numbers, and texts shortened or on one
+// line.
 #pragma once
 
 #include <QString>
@@ -9,10 +9,10 @@
 
 namespace veltrona {
 
-/// Compares with the case of the letters A to Z not counting.
+/// Compares without regard to the case of A to Z.
 bool isSameName(std::string_view a, std::string_view b);
 
-/// The number with zeros in front up to `width` digits.
+/// The number padded with zeros to `width` digits.
 QString padded(int number, int width = 2);
 
 /// At most the first `length` UTF-16 units of a text, never half of a surrogate pair, and `mark`
@@ -27,7 +27,7 @@ inline bool isLoneSurrogate(QStringView text, qsizetype at) {
     return c.isHighSurrogate() && (at + 1 == text.size() || !text[at + 1].isLowSurrogate());
 }
 
-/// A blank in the place of every control character and line end.
+/// Replaces every control character and line end by a blank.
 QString onOneLine(QString text);
 
 } // namespace veltrona

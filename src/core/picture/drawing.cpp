@@ -30,7 +30,7 @@ struct Bitmap {
 
 struct Context {
     Handle bitmap = 0;
-    Handle ownPixel = 0; // the bitmap of one pixel that it was born with
+    Handle ownPixel = 0; // the bitmap of one pixel that it was created with
 };
 
 struct Table {
@@ -71,7 +71,7 @@ struct Area {
     std::int64_t left, top, width, height, sourceLeft, sourceTop;
 };
 
-/// Cuts the span of one axis to both bitmaps.
+/// Clips the span of one axis to both bitmaps.
 void clip(std::int64_t &at, std::int64_t &length, std::int64_t &sourceAt, std::int64_t limit,
           std::int64_t sourceLimit) {
     const std::int64_t skip = std::max<std::int64_t>({0, -at, -sourceAt});
@@ -80,7 +80,7 @@ void clip(std::int64_t &at, std::int64_t &length, std::int64_t &sourceAt, std::i
     length = std::min({length - skip, limit - at, sourceLimit - sourceAt});
 }
 
-bool looksAtSource(std::uint8_t code) {
+bool usesSource(std::uint8_t code) {
     return (((code >> 2) ^ code) & 0x33) != 0;
 }
 
@@ -200,11 +200,11 @@ bool bitBlt(Handle target, std::int32_t left, std::int32_t top, std::int32_t wid
             std::uint32_t operation) {
     const auto code = static_cast<std::uint8_t>(operation >> 16);
     Bitmap *to = selectedBitmap(target);
-    Bitmap *from = looksAtSource(code) ? selectedBitmap(source) : to;
+    Bitmap *from = usesSource(code) ? selectedBitmap(source) : to;
     if (!to || !from)
         return false;
     Area area{left, top, width, height, sourceLeft, sourceTop};
-    if (!looksAtSource(code)) {
+    if (!usesSource(code)) {
         area.sourceLeft = left;
         area.sourceTop = top;
     }

@@ -1,9 +1,9 @@
-// Bitmaps and drawing contexts in memory: what a picture needs of the platform in order to copy
-// pixels by block transfer. Objects are named by handles that this file's table owns until they are
-// deleted; a handle that names nothing is refused, never followed. One thread uses all of it.
+// Bitmaps and drawing contexts in memory, for copying pixels by block transfer. Objects are
+// identified by handles and owned by a table until they are deleted; an unknown handle is refused.
+// Not thread-safe.
 //
-// Every bitmap has the same layout: 24 bits for each pixel in the order blue, green, red, the
-// bottom row first, rows padded to a multiple of 4 bytes.
+// Every bitmap has the same layout: 24 bits per pixel in the order blue, green, red, the bottom row
+// first, rows padded to a multiple of 4 bytes.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace veltrona::drawing {
 /// 0 is no object.
 using Handle = std::uint32_t;
 
-/// Raster operations: the byte from bit 16 on is a truth table over pattern, source and target.
+/// Raster operations: bits 16 to 23 are a truth table of pattern, source and target.
 inline constexpr std::uint32_t SRCCOPY = 0x00CC0020;
 inline constexpr std::uint32_t SRCPAINT = 0x00EE0086;
 inline constexpr std::uint32_t SRCAND = 0x008800C6;
@@ -41,7 +41,7 @@ struct BITMAPINFOHEADER {
     std::int32_t biClrImportant = 0;
 };
 
-/// What a handle's bitmap looks like; `bits` stays valid until the bitmap is deleted.
+/// A bitmap's properties; `bits` is valid until the bitmap is deleted.
 struct BitmapView {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -49,7 +49,7 @@ struct BitmapView {
     std::uint8_t *bits = nullptr; // the bottom row
 };
 
-/// Width times three, rounded up to a multiple of 4; 0 where that is no 32-bit number.
+/// Width times three, rounded up to a multiple of 4; 0 if that exceeds 32 bits.
 std::int32_t bytesPerRow(std::int32_t width);
 
 /// A drawing context, compatible with the screen, with a bitmap of one pixel selected into it.
@@ -59,19 +59,19 @@ bool deleteDC(Handle dc);
 /// Both give 0 on failure: no context, an impossible size, no memory. New pixels are black.
 Handle createDIBSection(Handle dc, const BITMAPINFOHEADER &info, std::uint8_t *&bits);
 Handle createCompatibleBitmap(std::int32_t width, std::int32_t height);
-/// From rows of blue, green and red that lie top-down, `rowStride` bytes apart.
+/// From top-down rows of blue, green and red, `rowStride` bytes apart.
 Handle createBitmap(std::int32_t width, std::int32_t height, const std::uint8_t *topRow,
                     std::ptrdiff_t rowStride);
 /// Refused while the bitmap is selected into a context.
 bool deleteBitmap(Handle bitmap);
-/// None for a handle that is no bitmap.
+/// None if the handle isn't a bitmap.
 std::optional<BitmapView> describeBitmap(Handle bitmap);
 
-/// Gives the bitmap that the context held before, 0 on failure. A bitmap is in one context at most.
+/// Returns the previous bitmap of the context, 0 on failure. A bitmap is in one context at most.
 Handle selectBitmap(Handle dc, Handle bitmap);
 
-/// Copies a rectangle between the bitmaps of two contexts, so far as it lies in both. The pattern
-/// is white. An operation that doesn't look at the source needs none.
+/// Copies a rectangle between the bitmaps of two contexts, clipped to both. The pattern is white.
+/// An operation that doesn't use the source needs none.
 bool bitBlt(Handle target, std::int32_t left, std::int32_t top, std::int32_t width,
             std::int32_t height, Handle source, std::int32_t sourceLeft, std::int32_t sourceTop,
             std::uint32_t operation);
@@ -90,7 +90,7 @@ public:
     ~Picture() { deleteBitmap(m_bitmap); }
 
     drawing::Handle Handle() const { return m_bitmap; }
-    /// Gives the bitmap away.
+    /// Gives up the ownership.
     drawing::Handle release();
 
 private:

@@ -7,7 +7,7 @@ namespace veltrona {
 
 namespace {
 
-/// A place between two neighbours of the source along one axis.
+/// A position between two neighbours of the source along one axis.
 struct Sample {
     std::int32_t first;
     std::int32_t second; // equal to the first at the last pixel

@@ -13,7 +13,7 @@ namespace {
 
 constexpr QLatin1String listName("mimeapps.list");
 
-/// The association lists of one folder: those of the running desktops come first.
+/// The association lists of one folder; those of the current desktops come first.
 QStringList associationLists(const QString &folder) {
     QStringList lists;
     for (const QString &desktop :
@@ -26,13 +26,13 @@ QStringList programFolders() {
     return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
 }
 
-/// A hyphen of an ID may stand for a subfolder: "kde-viewer.desktop" is "kde/viewer.desktop".
+/// A hyphen of an ID may mean a subfolder: "kde-viewer.desktop" is "kde/viewer.desktop".
 QString fileOfId(const QString &folder, const QString &id) {
     if (QFileInfo(folder + u'/' + id).isFile())
         return folder + u'/' + id;
     for (qsizetype at = id.indexOf(u'-'); at > 0; at = id.indexOf(u'-', at + 1)) {
         const QString below = folder + u'/' + id.first(at);
-        // Without the look at the folder, each hyphen would double the places to search.
+        // Without this check each hyphen would double the places to search.
         QString found = QFileInfo(below).isDir() ? fileOfId(below, id.sliced(at + 1)) : QString();
         if (!found.isEmpty())
             return found;
@@ -40,7 +40,8 @@ QString fileOfId(const QString &folder, const QString &id) {
     return {};
 }
 
-/// The desktop entry of an ID if its program can be used. The first folder that has the ID decides.
+/// The desktop entry of an ID if its program can be used. Only the first folder that has the ID
+/// counts.
 QString usableEntry(const QString &id) {
     for (const QString &folder : programFolders()) {
         QString file = id.contains(u'/') ? QString() : fileOfId(folder, id);
@@ -65,7 +66,7 @@ QString firstUsable(const QStringList &ids, const QStringList &removed) {
     return {};
 }
 
-/// The IDs of the entries in a folder that name the type themselves.
+/// The IDs of the entries in a folder whose MimeType key names the type.
 QStringList idsThatOpen(const QString &folder, const QString &mimeType) {
     QStringList ids;
     QDirIterator entries(folder, {QStringLiteral("*.desktop")}, QDir::Files,
@@ -80,7 +81,7 @@ QStringList idsThatOpen(const QString &folder, const QString &mimeType) {
     return ids;
 }
 
-/// First what is set as the default, then what was added to the type or names it.
+/// First the defaults, then added associations, then entries that name the type.
 QString handlerOf(const QString &mimeType) {
     QStringList lists;
     const QStringList folders =

@@ -1,13 +1,13 @@
-// Finds the program that the desktop has set for HTML files and starts it, by the desktop's own
-// files: the lists of MIME associations and the programs' desktop entries. No shell takes part, so
-// a file name arrives as it is, whatever characters it holds. The started program is left alone.
+// Finds and starts the desktop's program for HTML files, by the freedesktop.org lists of MIME
+// associations and desktop entries. No shell is used, so that file names need no quoting. The
+// started program is detached.
 #pragma once
 
 #include <QString>
 
 namespace veltrona::desktop {
 
-/// Results above 32 are a success; the failures are these.
+/// Results above 32 are success.
 enum ProgramResult : int {
     FileNotFound = 2,
     AccessDenied = 5,
@@ -15,10 +15,10 @@ enum ProgramResult : int {
     Started = 33,
 };
 
-/// Looks up the program for an HTML file. On success `program` is the path of its desktop entry.
+/// Finds the program for an HTML file. On success `program` is the path of its desktop entry.
 int findExecutable(const QString &file, QString &program);
 
-/// Starts a program that findExecutable gave on a file; a relative name becomes an absolute one.
+/// Opens a file with a program that findExecutable has found; a relative name is made absolute.
 int shellExecute(const QString &program, const QString &file);
 
 } // namespace veltrona::desktop

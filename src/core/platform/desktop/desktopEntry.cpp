@@ -8,7 +8,7 @@ namespace veltrona::desktop {
 
 namespace {
 
-/// Undoes the escapes that every text value of a key file may hold.
+/// Resolves the escape sequences of a key file's values.
 QString unescaped(const QString &raw) {
     QString text;
     for (qsizetype i = 0; i < raw.size(); ++i) {
@@ -16,58 +16,44 @@ QString unescaped(const QString &raw) {
             text += raw[i];
             continue;
         }
-        switch (raw[++i].unicode()) {
-        case 's':
-            text += u' ';
-            break;
-        case 'n':
-            text += u'\n';
-            break;
-        case 't':
-            text += u'\t';
-            break;
-        case 'r':
-            text += u'\r';
-            break;
-        case '\\':
-            text += u'\\';
-            break;
-        default: // belongs to the quoting of a command line
-            text += u'\\';
-            text += raw[i];
-        }
+        constexpr QStringView codes = u"sntr\\", characters = u" \n\t\r\\";
+        const qsizetype code = codes.indexOf(raw[++i]);
+        if (code >= 0)
+            text += characters[code];
+        else // part of the quoting of Exec
+            (text += u'\\') += raw[i];
     }
     return text;
 }
 
-/// Cuts a command line into its arguments: at blanks outside double quotes, in which a backslash
-/// takes the next character as it is. Empty if a quote isn't closed.
+/// Splits a command line at blanks outside double quotes; in quotes a backslash escapes the next
+/// character. Empty if a quote isn't closed.
 QStringList arguments(const QString &line) {
     QStringList found;
     QString current;
-    bool quoted = false, begun = false;
+    bool isQuoted = false, hasBegun = false;
     for (qsizetype i = 0; i < line.size(); ++i) {
         const QChar each = line[i];
-        if (quoted && each == u'\\' && i + 1 < line.size()) {
+        if (isQuoted && each == u'\\' && i + 1 < line.size()) {
             current += line[++i];
         } else if (each == u'"') {
-            quoted = !quoted;
-            begun = true;
-        } else if (each == u' ' && !quoted) {
-            if (begun)
+            isQuoted = !isQuoted;
+            hasBegun = true;
+        } else if (each == u' ' && !isQuoted) {
+            if (hasBegun)
                 found.append(std::exchange(current, QString()));
-            begun = false;
+            hasBegun = false;
         } else {
             current += each;
-            begun = true;
+            hasBegun = true;
         }
     }
-    if (begun)
+    if (hasBegun)
         found.append(current);
-    return quoted ? QStringList() : found;
+    return isQuoted ? QStringList() : found;
 }
 
-QString inTerminal() {
+QString terminal() {
     return QStandardPaths::findExecutable(QStringLiteral("x-terminal-emulator"));
 }
 
@@ -79,13 +65,13 @@ QMap<QString, QString> readKeyFileGroup(const QString &file, const QString &grou
     if (!in.open(QIODevice::ReadOnly))
         return keys;
     const QString heading = u'[' + group + u']';
-    bool inside = false;
+    bool isInGroup = false;
     while (!in.atEnd()) {
         const QString line = QString::fromUtf8(in.readLine()).trimmed();
         if (line.startsWith(u'[')) {
-            inside = line == heading;
+            isInGroup = line == heading;
         } else if (const qsizetype equals = line.indexOf(u'=');
-                   inside && equals > 0 && !line.startsWith(u'#')) {
+                   isInGroup && equals > 0 && !line.startsWith(u'#')) {
             keys.insert(line.first(equals).trimmed(), line.sliced(equals + 1).trimmed());
         }
     }
@@ -97,12 +83,12 @@ std::optional<DesktopEntry> DesktopEntry::read(const QString &file) {
     entry.m_file = file;
     entry.m_keys = readKeyFileGroup(file, QStringLiteral("Desktop Entry"));
     const QString tryExec = entry.value("TryExec");
-    const bool usable =
+    const bool isUsable =
         entry.value("Type") == QLatin1String("Application") &&
         entry.value("Hidden") != QLatin1String("true") && !entry.value("Exec").isEmpty() &&
         (tryExec.isEmpty() || !QStandardPaths::findExecutable(tryExec).isEmpty()) &&
-        (entry.value("Terminal") != QLatin1String("true") || !inTerminal().isEmpty());
-    return usable ? std::optional(entry) : std::nullopt;
+        (entry.value("Terminal") != QLatin1String("true") || !terminal().isEmpty());
+    return isUsable ? std::optional(entry) : std::nullopt;
 }
 
 QString DesktopEntry::value(const char *key) const {
@@ -137,7 +123,7 @@ QStringList DesktopEntry::command(const QString &path) const {
             }
             const QChar code = argument[++i].toLower();
             hasFile = hasFile || code == u'f' || code == u'u';
-            expanded += expansions.value(code); // nothing for codes that are out of use
+            expanded += expansions.value(code); // empty for deprecated codes
         }
         if (!expanded.isEmpty() || argument.isEmpty())
             command << expanded;
@@ -145,7 +131,7 @@ QStringList DesktopEntry::command(const QString &path) const {
     if (!command.isEmpty() && !hasFile)
         command << path;
     if (!command.isEmpty() && value("Terminal") == QLatin1String("true"))
-        command = QStringList{inTerminal(), QStringLiteral("-e")} + command;
+        command = QStringList{terminal(), QStringLiteral("-e")} + command;
     return command;
 }
 

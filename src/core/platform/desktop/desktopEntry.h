@@ -1,4 +1,4 @@
-// The desktop's description of a program: a file NAME.desktop with a group [Desktop Entry].
+// A program's desktop entry: a file NAME.desktop with a group [Desktop Entry].
 #pragma once
 
 #include <QMap>
@@ -9,18 +9,18 @@
 
 namespace veltrona::desktop {
 
-/// The keys of one group of a file in the desktop's key file format, values as they stand there.
+/// The keys of one group of a key file, with their raw values.
 QMap<QString, QString> readKeyFileGroup(const QString &file, const QString &group);
 
 class DesktopEntry {
 public:
-    /// None unless the file describes a program that is installed and not hidden.
+    /// None unless the program is installed and not hidden.
     static std::optional<DesktopEntry> read(const QString &file);
 
     bool opens(const QString &mimeType) const;
     QString workingFolder() const { return value("Path"); }
-    /// Program and arguments that open a file, given by its absolute path; empty if the entry's
-    /// command line can't be read.
+    /// Program and arguments to open a file, given by its absolute path; empty if the Exec key is
+    /// malformed.
     QStringList command(const QString &path) const;
 
 private:

@@ -1,18 +1,18 @@
-// The folders that the desktop names for the program. All paths are in the platform's own notation
-// and end without a separator.
+// The standard folders of the user and the program. All paths have the platform's separators and
+// none at the end.
 #pragma once
 
 #include <QString>
 
 namespace veltrona::desktop {
 
-/// The user's local application data folder, made if it is missing; the empty text if that fails.
+/// The user's folder for local application data, created if it is missing; empty if that fails.
 QString localDataFolder();
 
-/// The user's documents folder; the empty text if there is none.
+/// The user's documents folder; empty if there is none.
 QString documentsFolder();
 
-/// Where the program itself and data.dat lie.
+/// The folder of the executable and data.dat.
 QString programFolder();
 
 } // namespace veltrona::desktop

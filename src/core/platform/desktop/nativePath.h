@@ -1,4 +1,4 @@
-// A path as the system's own calls take it.
+// A path for the C++ standard library.
 #pragma once
 
 #include <QFile>
@@ -7,7 +7,7 @@
 
 namespace veltrona::desktop {
 
-/// Never throws, whatever a name holds.
+/// Never throws, whatever characters a name has.
 inline std::filesystem::path nativePath(const QString &path) {
     return QFile::encodeName(path).toStdString();
 }

@@ -12,7 +12,7 @@ namespace veltrona::desktop {
 
 namespace {
 
-constexpr int patience = 5000; // milliseconds
+constexpr int timeout = 5000; // milliseconds
 
 struct Close {
     void operator()(http_t *server) const { httpClose(server); }
@@ -23,10 +23,10 @@ using Server = std::unique_ptr<http_t, Close>;
 
 Server connected() {
     Server server(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                               patience, nullptr));
+                               timeout, nullptr));
     if (server)
         httpSetTimeout(
-            server.get(), patience / 1000.0, [](http_t *, void *) { return 0; }, nullptr);
+            server.get(), timeout / 1000.0, [](http_t *, void *) { return 0; }, nullptr);
     return server;
 }
 
@@ -36,14 +36,14 @@ Server connected() {
     throw Failure(cupsLastError(), sentence + QStringLiteral(": ") + reason + QLatin1Char('.'));
 }
 
-/// What the library says of its last question.
+/// CUPS' text for the last request.
 QString lastReason() {
     return QString::fromUtf8(cupsLastErrorString());
 }
 
-/// What the server's keeper has to say of a printer, or else the server's keywords.
+/// The administrator's printer-state-message, or else printer-state-reasons.
 QString stateOf(const Server &server, const char *uri, const QString &keywords) {
-    ipp_t *request = ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES); // the library deletes it
+    ipp_t *request = ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES); // deleted by cupsDoRequest
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr,
                  "printer-state-message");
@@ -62,15 +62,15 @@ void requireSpooler() {
     const Server server = connected();
     if (server)
         cupsGetDefault2(server.get());
-    // Where there is no server that is known at once.
-    if (server ? httpError(server.get()) != 0 : sinceAsked.hasExpired(patience / 2))
+    // A missing server fails at once; a long wait means that one doesn't respond.
+    if (server ? httpError(server.get()) != 0 : sinceAsked.hasExpired(timeout / 2))
         throw Failure(cupsLastError(), QStringLiteral("The print server \"%1\" doesn't answer.")
                                            .arg(QString::fromUtf8(cupsServer())));
 }
 
 void requireReadyPrinter(const QString &printer) {
     const Server server = connected();
-    // The toolkit parts a printer's name from that of an instance of it.
+    // Qt's name of a printer may end in "/" and an instance.
     const QByteArray name = printer.section(u'/', 0, 0).toUtf8();
     const std::unique_ptr<cups_dest_t, Close> found(
         server ? cupsGetNamedDest(server.get(), name.constData(), nullptr) : nullptr);

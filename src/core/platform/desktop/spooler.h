@@ -1,21 +1,19 @@
-// The print server, asked by its own library for what the toolkit doesn't tell: it hands a job over
-// without a look at what becomes of it, and waits without end for a server that is silent. Each
-// question here is given up after a few seconds without an answer.
+// Asks the CUPS server what Qt doesn't report: Qt sends a job without checking its result, and
+// waits forever for a server that doesn't respond. Requests here time out after a few seconds.
 #pragma once
 
 #include <QString>
 
 namespace veltrona::desktop {
 
-/// Throws Failure where there is a print server that doesn't answer. Without any server files can
-/// still be printed to.
+/// Throws Failure if there is a print server that doesn't answer. Without a server one can still
+/// print to a file.
 void requireSpooler();
 
-/// Throws Failure where the printer is stopped, takes no jobs, or can't be asked.
+/// Throws Failure if the printer is stopped, takes no jobs, or can't be reached.
 void requireReadyPrinter(const QString &printer);
 
-/// Throws Failure unless the server has taken the job that the toolkit has just sent in this
-/// thread.
+/// Throws Failure unless the server has accepted the job that Qt has just sent in this thread.
 void requireTakenJob(const QString &printer);
 
 } // namespace veltrona::desktop
