@@ -31,6 +31,15 @@ inline void allow(const QString &path, int ownersGroupsOthers) {
                                                    (ownersGroupsOthers & 7)));
 }
 
+/// Makes a program that records its folder and its arguments, one on a line, in "record" beside it.
+inline void installRecorder(const QString &program) {
+    const QString record = QFileInfo(program).path() + "/record";
+    write(program, QString("#!/bin/sh\n(pwd; printf '%s\\n' \"$@\") > '%1.new'\nmv '%1.new' '%1'\n")
+                       .arg(record)
+                       .toUtf8());
+    allow(program, 0700);
+}
+
 class TestFolder {
 protected:
     void renewFolder() { m_folder.emplace(); }

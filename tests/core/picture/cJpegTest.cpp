@@ -69,33 +69,28 @@ private slots:
 
     // Bit for bit, of a source of 0011 over a target of 0101; the pattern is white.
     void rasterOperations_data() {
-        const test::DataTable<unsigned, int> row("operation", "expected");
-        row("SRCCOPY", drawing::SRCCOPY, 0x33);
-        row("SRCPAINT", drawing::SRCPAINT, 0x77);
-        row("SRCAND", drawing::SRCAND, 0x11);
-        row("SRCINVERT", drawing::SRCINVERT, 0x66);
-        row("source erased by the target", 0x440328u, 0x22);
-        row("pattern or not the source, or the target", 0xFB0A09u, 0xFF);
-        row("pattern and source", 0xC000CAu, 0x33);
-        // These look at no source, and so need none.
-        row("DSTINVERT", drawing::DSTINVERT, 0xAA);
-        row("BLACKNESS", drawing::BLACKNESS, 0x00);
-        row("WHITENESS", drawing::WHITENESS, 0xFF);
-        row("pattern against the target", 0x5A0049u, 0xAA);
+        const test::DataTable<unsigned, int, bool> row("operation", "expected", "usesSource");
+        row("SRCCOPY", drawing::SRCCOPY, 0x33, true);
+        row("SRCPAINT", drawing::SRCPAINT, 0x77, true);
+        row("SRCAND", drawing::SRCAND, 0x11, true);
+        row("SRCINVERT", drawing::SRCINVERT, 0x66, true);
+        row("source erased by the target", 0x440328u, 0x22, true);
+        row("DSTINVERT", drawing::DSTINVERT, 0xAA, false);
+        row("BLACKNESS", drawing::BLACKNESS, 0x00, false);
+        row("WHITENESS", drawing::WHITENESS, 0xFF, false);
+        row("pattern against the target", 0x5A0049u, 0xAA, false);
     }
     void rasterOperations() {
         QFETCH(unsigned, operation);
         QFETCH(int, expected);
+        QFETCH(bool, usesSource);
         const auto source = grayPicture(1, {0x33});
         const auto target = grayPicture(1, {0x55});
         target->LoadPictureBlt(source->hDC(), 0, 0, -1, -1, operation);
         QCOMPARE(blue(*target, 0, 0), expected);
         const auto alone = grayPicture(1, {0x55});
         alone->LoadPictureBlt(0, 0, 0, -1, -1, operation);
-        const bool needsNone =
-            QByteArray("DSTINVERT BLACKNESS WHITENESS pattern against the target")
-                .contains(QTest::currentDataTag());
-        QCOMPARE(blue(*alone, 0, 0), needsNone ? expected : 0x55);
+        QCOMPARE(blue(*alone, 0, 0), usesSource ? 0x55 : expected);
     }
 
     void transfersSoFarAsBothReach() {

@@ -17,13 +17,6 @@ class BrowserTest : public QObject, test::TestFolder {
     void put(const QString &name, const QString &content) const {
         test::write(path(name), content.toUtf8());
     }
-    /// A program that records its arguments, one on a line, and the folder that it runs in.
-    void installProgram(const QString &name) const {
-        put(name, QString("#!/bin/sh\n(pwd; printf '%s\\n' \"$@\") > '%1/record.new'\n"
-                          "mv '%1/record.new' '%1/record'\n")
-                      .arg(folder()));
-        test::allow(path(name), 0700);
-    }
     void installEntry(const QString &id, const QString &keys,
                       const QString &folder = "data") const {
         put(folder + "/applications/" + id,
@@ -57,7 +50,7 @@ private slots:
         qputenv("XDG_CURRENT_DESKTOP", "Stub:GNOME");
         m_page = path("report.html");
         put("report.html", "<html>");
-        installProgram("stub");
+        test::installRecorder(path("stub"));
     }
 
     void namesArriveIntact_data() {
@@ -128,8 +121,8 @@ private slots:
             QVERIFY(findExecutable(m_page, program) <= 32);
         }
         put("notAProgram", "text");
-        for (const QString &command :
-             {path("gone") + " %f", path("notAProgram") + " %f", QString("\"never closed %f")}) {
+        for (const QString &command : {path("gone") + " %f", path("notAProgram") + " %f",
+                                       path("stub") + " \"never closed %f"}) {
             installEntry("stub.desktop", "Exec=" + command);
             QVERIFY(findExecutable(m_page, program) > 32);
             QVERIFY(shellExecute(program, m_page) <= 32);

@@ -34,12 +34,7 @@ class ExportTest : public QObject {
 
     QString path(const QString &name) const { return m_main->file(name); }
     void installHandler(const QString &program) const {
-        const QString stub = m_main->writeFile(
-            "stub", QStringLiteral("#!/bin/sh\nprintf '%s' \"$1\" > '%1/record.new'\n"
-                                   "mv '%1/record.new' '%1/record'\n")
-                        .arg(m_main->home())
-                        .toUtf8());
-        QFile::setPermissions(stub, QFile::ReadOwner | QFile::ExeOwner);
+        installRecorder(path("stub"));
         QVERIFY(QDir(m_main->home()).mkpath("data/applications"));
         m_main->writeFile("data/applications/stub.desktop",
                           QStringLiteral("[Desktop Entry]\nType=Application\nMimeType=text/html;\n"
@@ -100,7 +95,7 @@ private slots:
         QVERIFY(contents(folder + final).startsWith("<html>"));
         QVERIFY(QFileInfo(folder + "graph.jpg").isFile());
         QTRY_VERIFY(QFileInfo::exists(path("record")));
-        QCOMPARE(QString::fromUtf8(contents(path("record"))), folder + final);
+        QVERIFY(contents(path("record")).endsWith('\n' + (folder + final).toUtf8() + '\n'));
     }
 
     void withoutBrowser() {
