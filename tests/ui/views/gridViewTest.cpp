@@ -102,6 +102,29 @@ private slots:
         QVERIFY(!shown.view.textColor(shown.cell(15, 0)).name().isEmpty());
     }
 
+    void headingsAndRowsChangeInOneFrame() {
+        struct Paints : QObject {
+            QList<QObject *> painted;
+            bool eventFilter(QObject *object, QEvent *event) override {
+                if (event->type() == QEvent::Paint)
+                    painted.append(object);
+                return false;
+            }
+        };
+        Shown shown(names(5));
+        QVERIFY(QTest::qWaitForWindowExposed(&shown.view));
+        QTest::qWait(0);
+        Paints paints;
+        QWidget *const parts[] = {shown.view.viewport(), shown.view.horizontalHeader()->viewport()};
+        for (QWidget *part : parts)
+            part->installEventFilter(&paints);
+        fill(shown.grid, {"another", "node"});
+        for (int pass = 0; pass < 10 && paints.painted.isEmpty(); ++pass)
+            QCoreApplication::processEvents();
+        for (QWidget *part : parts)
+            QVERIFY(paints.painted.contains(part));
+    }
+
     void aRefreshKeepsPlaceAndSelection() {
         Shown shown(names(100));
         shown.view.setCurrentIndex(shown.cell(40, 2));

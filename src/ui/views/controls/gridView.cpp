@@ -82,8 +82,14 @@ void GridView::setPixelsPerTwip(double factor) {
 }
 
 void GridView::refresh() {
-    m_model->sync();
+    const bool renamed = m_model->sync();
     applyWidths(false);
+    if (!renamed)
+        return;
+    // After layoutChanged the view delays its layout and ignores dataChanged until then: for one
+    // frame the new headings would stand above the old rows.
+    executeDelayedItemsLayout();
+    viewport()->update();
 }
 
 void GridView::applyWidths(bool all) {
