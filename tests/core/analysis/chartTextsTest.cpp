@@ -1,0 +1,103 @@
+// What is said of a chart: why it has no bars, what a bar counts, and all of it for the ear.
+#include "core/analysis/chart/chartTexts.h"
+#include "core/analysis/chart/chartSeries.h"
+
+#include "support/dataTable.h"
+#include "support/recordTable.h"
+
+#include <QTest>
+
+using namespace veltrona;
+
+namespace {
+
+enum Grouping { Days, Weeks, Months };
+
+DateValue day(const QString &text) {
+    return *dateOfIsoText(text.toStdString());
+}
+
+} // namespace
+
+class ChartTextsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        m_table = std::make_unique<test::RecordTable>();
+        m_table->insert({{"Campaign", "Brand"}, {"GoogleDate", "2007-05-14"}, {"MaxCpc", 0}});
+        m_table->insert({{"Campaign", "Sale"}, {"GoogleDate", "2007-06-02 10:00:00"}});
+    }
+
+    void sentences_data() {
+        const test::DataTable<int, QString, QString, QString, QString> row("grouping", "start",
+                                                                           "end", "notice", "note");
+        const QString all = "The project has records from 14 May 2007 to 2 Jun 2007; "
+                            "the date range \"All\" shows them.";
+        const QString uncounted = "The records of this period lie on days that no bar counts.";
+        row("records", Days, "2007-05-14", "2007-05-15", "", "Each bar counts one day of 2007.");
+        row("one day", Days, "2007-05-14", "2007-05-14", "", "The bar counts 14 May 2007.");
+        row("none in the period", Days, "2006-12-31", "2007-01-06",
+            "There are no records from 31 Dec 2006 to 6 Jan 2007.\n" + all,
+            "Each bar counts one day, 2006 to 2007.");
+        row("none on the day", Days, "2007-05-13", "2007-05-13",
+            "There are no records on 13 May 2007.\n" + all, "The bar counts 13 May 2007.");
+        row("behind the last boundary", Days, "2007-06-02", "2007-06-02", uncounted,
+            "The bar counts 2 Jun 2007.");
+        row("less than a week", Weeks, "2007-05-13", "2007-05-15",
+            uncounted + "\nGroup by days to see them.", "The bar counts 13 May 2007.");
+        row("ninety days, as many as bars", Weeks, "2007-02-14", "2007-05-14",
+            uncounted + "\nGroup by days to see them.",
+            "Each bar after the first counts 7 days of 2007.");
+        row("backwards", Days, "2007-05-15", "2007-05-14",
+            "The start date lies behind the end date.", "The bar counts 15 May 2007.");
+        row("steps", Days, "2007-05-14", "2007-08-20", "",
+            "Each bar after the first counts 2 days of 2007.");
+        row("weeks", Weeks, "2007-05-07", "2008-05-21", "",
+            "Each bar after the first counts 7 days, 2007 to 2008.");
+        row("months", Months, "2007-04-20", "2007-08-20", "",
+            "Each bar after the first counts one month of 2007.");
+        row("years, which end early", Months, "1900-01-01", "2007-08-20", uncounted,
+            "Each bar after the first counts 2 years, 1900 to 2006.");
+    }
+    void sentences() {
+        QFETCH(int, grouping);
+        QFETCH(QString, start);
+        QFETCH(QString, end);
+        const ChartRequest request{9, grouping, {day(start), day(end)}, false, QString()};
+        ProjectRecords records(m_table->connection());
+        const ChartTexts texts = queryChartSeries(records, request).texts;
+        QTEST(texts.notice, "notice");
+        QTEST(texts.note, "note");
+    }
+
+    void anEmptyProjectAndAnEmptyNode() {
+        ChartRequest request{0, Days, {day("2007-05-01"), day("2007-06-30")}, true, QString()};
+        const QString empty =
+            "This project has no records yet.\nChoose Import to read a report file into it.";
+        test::RecordTable nothing;
+        ProjectRecords noRecords(nothing.connection());
+        QCOMPARE(queryChartSeries(noRecords, request).texts.notice, empty);
+        request.tag = " AND campaign='Gone' ORDER BY adGroup";
+        ProjectRecords records(m_table->connection());
+        QCOMPARE(queryChartSeries(records, request).texts.notice,
+                 "There are no records for this selection.");
+    }
+
+    void theEarHearsTheHighest() {
+        const ChartPeriods weeks{ChartUnit::Week, 2, 1};
+        std::vector<ChartBar> bars = emptyBars(weeks, day("2007-05-14"));
+        bars[0].value = -3;
+        bars[1].value = 1234.5;
+        bars[1].hasRecords = true;
+        QCOMPARE(chartTexts(weeks, {day("2007-05-14"), day("2007-05-28")}, bars, {}).description,
+                 "2 bars, 14 May 2007 to 21 May 2007. Highest: 1234.5, 15 May 2007 \u2013 21 May "
+                 "2007. Each bar after the first counts 7 days of 2007.");
+    }
+
+private:
+    std::unique_ptr<test::RecordTable> m_table;
+};
+
+QTEST_GUILESS_MAIN(ChartTextsTest)
+#include "chartTextsTest.moc"
