@@ -45,7 +45,7 @@ void refresh(benchmark::State &state, ProjectRecords &records, const TreeNode &n
     resetSummary(grid);
     const auto width = [](const QString &text) { return 90.0F * static_cast<float>(text.size()); };
     for ([[maybe_unused]] auto _ : state) {
-        pourStatistics(queryNodeStatistics(records, node, range), grid, true);
+        fillGrid(queryNodeStatistics(records, node, range), grid, true);
         sumUp(grid, true);
         sizeColumns(grid, -1, width);
         benchmark::DoNotOptimize(grid.TextMatrix(1, 1));

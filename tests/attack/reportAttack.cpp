@@ -100,7 +100,7 @@ void Attack::lookAtEverything() {
         const bool isBranch =
             node.Key().startsWith('3') || node.Key().startsWith('4') || node.Key().startsWith('5');
         FINDING_UNLESS(isBranch || !statistics.rows.empty(), "a node finds no record");
-        pourStatistics(statistics, grid, true);
+        fillGrid(statistics, grid, true);
         if (!statistics.rows.empty())
             sumUp(grid, true);
         const Report report = makeReport({.selected = &node, .grid = &grid}, false);

@@ -1,4 +1,4 @@
-// The data behind a bar chart: one column of values with a label for each row.
+// Data of a bar chart: one column of values, a label for each row.
 #pragma once
 
 #include <QString>
@@ -12,25 +12,25 @@ struct ChartRow {
     QString label;
     double value = 0;
     bool isNull = true;
-    QString dates;          // what the bar counts, in words, for the tooltip
-    bool hasRecords = true; // else the value stands for nothing
+    QString dates;          // that the bar counts, for the tooltip
+    bool hasRecords = true; // else there is no value
 };
 
-/// What is said about the chart: on the screen and to a screen reader, never in the picture.
-struct ChartWords {
-    QString notice;      // why there are no bars; empty where there are
+/// Texts about the chart, for the screen and screen readers; never in the picture.
+struct ChartTexts {
+    QString notice;      // why there are no bars, or empty
     QString note;        // what a bar counts
-    QString description; // all of it in a few sentences, for those who hear it
+    QString description; // full description for screen readers
 };
 
-/// Rows count from 1; the one column has the number 1.
+/// Rows count from 1; the only column is 1.
 class ChartDataGrid {
 public:
     const QString &RowLabel(int row, int labelIndex) const;
     void setRowLabel(int row, int labelIndex, const QString &label);
     void SetData(int row, int column, double value, int nullFlag);
     double value(int row) const { return at(row).value; }
-    /// The dates that a bar really counts, in words.
+    /// The dates that the bar counts, as text.
     void setRowDates(int row, const QString &dates);
     void setRowHasRecords(int row, bool has) { at(row).hasRecords = has; }
     const std::vector<ChartRow> &rows() const { return m_rows; }
@@ -45,26 +45,26 @@ private:
 class Chart {
 public:
     int RowCount() const { return static_cast<int>(m_grid.m_rows.size()); }
-    /// Rows that were there keep their content, as a rule until they are overwritten.
+    /// Existing rows keep their content.
     void setRowCount(int rows);
     ChartDataGrid &DataGrid() { return m_grid; }
     const ChartDataGrid &DataGrid() const { return m_grid; }
 
-    /// The name of the series, for a screen reader and the tooltip.
+    /// For the title, the tooltip and screen readers.
     const QString &SeriesName() const { return m_seriesName; }
     void setSeriesName(const QString &name) { m_seriesName = name; }
 
-    const ChartWords &words() const { return m_words; }
-    void setWords(const ChartWords &words) { m_words = words; }
+    const ChartTexts &texts() const { return m_texts; }
+    void setTexts(const ChartTexts &texts) { m_texts = texts; }
 
-    /// To be called when a set of rows is complete.
+    /// Notifies the view; to be called when all rows are set.
     void changed();
     std::function<void()> onChange;
 
 private:
     ChartDataGrid m_grid;
     QString m_seriesName;
-    ChartWords m_words;
+    ChartTexts m_texts;
 };
 
 } // namespace veltrona

@@ -10,8 +10,8 @@ namespace veltrona {
 namespace {
 
 constexpr QChar thousandsMark(0x202F); // narrow no-break space
-constexpr QChar minusSign(0x2212);     // as wide as the plus
-constexpr double largestPlain = 1E15;  // beyond it, digits would feign an exactness
+constexpr QChar minusSign(0x2212);     // as wide as a plus
+constexpr double maxPlain = 1E15;      // above it, not all digits are exact
 
 double finite(double value) {
     return std::isfinite(value) ? value : 0;
@@ -38,23 +38,23 @@ QString shortest(Number value) {
 
 } // namespace
 
-AxisScale axisScale(double low, double high, int mostSteps) {
+AxisScale axisScale(double low, double high, int maxSteps) {
     const double bottom = std::min(0.0, finite(low));
     const double top = std::max(0.0, finite(high));
-    // Halves, since the range of two numbers of the largest size would be infinite.
+    // Halves: the difference of two very large numbers would be infinite.
     const double half = top / 2 - bottom / 2;
     if (half < 1E-300)
         return {};
-    int exponent = static_cast<int>(std::floor(std::log10(half / mostSteps))) - 1;
+    int exponent = static_cast<int>(std::floor(std::log10(half / maxSteps))) - 1;
     for (;; ++exponent) {
         for (const int factor : {1, 2, 5}) {
             AxisScale scale;
             scale.step = factor * std::pow(10.0, exponent);
-            // A hair less than a whole step is the step: 0.3 / 0.1 is more than 3.
-            const double lines = 1E-9;
-            const double first = std::floor(bottom / scale.step + lines);
-            const double last = std::ceil(top / scale.step - lines);
-            if (last - first > mostSteps)
+            // Tolerates rounding errors: 0.3 / 0.1 is more than 3.
+            const double tolerance = 1E-9;
+            const double first = std::floor(bottom / scale.step + tolerance);
+            const double last = std::ceil(top / scale.step - tolerance);
+            if (last - first > maxSteps)
                 continue;
             scale.first = static_cast<int>(first);
             scale.last = static_cast<int>(last);
@@ -66,16 +66,16 @@ AxisScale axisScale(double low, double high, int mostSteps) {
 
 QString axisText(const AxisScale &scale, int line) {
     const double value = scale.step * line;
-    if (std::fabs(value) >= largestPlain || scale.decimals > 6)
+    if (std::fabs(value) >= maxPlain || scale.decimals > 6)
         return QString::number(value, 'g', 3);
     return grouped(QString::number(value, 'f', scale.decimals));
 }
 
 QString valueText(double value) {
     value += 0.0; // a negative zero is a zero
-    if (!std::isfinite(value) || std::fabs(value) >= largestPlain)
+    if (!std::isfinite(value) || std::fabs(value) >= maxPlain)
         return QString::number(value, 'g', 15);
-    // A value that was worked out in single precision has no more digits than that.
+    // A value computed in single precision gets no more digits than that.
     const float single = static_cast<float>(value);
     if (static_cast<double>(single) == value)
         return grouped(shortest(single));

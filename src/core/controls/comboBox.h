@@ -1,11 +1,12 @@
-// The data behind a drop-down list with fixed entries. Setting `ListIndex` runs `onClick`, also
-// when the index stays the same, whoever sets it.
+// Data of a drop-down list with fixed entries. Setting `ListIndex` always runs `onClick`, also from
+// code and when the index stays the same.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 
 namespace veltrona {
 
@@ -14,10 +15,10 @@ public:
     explicit ComboBox(QStringList items) : m_items(std::move(items)) {}
 
     const QStringList &items() const { return m_items; }
-    /// -1 while nothing is chosen.
+    /// -1 without a choice.
     int ListIndex() const { return m_index; }
     void setListIndex(int index);
-    /// The chosen entry, or the empty text.
+    /// The chosen entry, or an empty text.
     QString Text() const { return m_items.value(m_index); }
 
     QString Tag;

@@ -1,4 +1,4 @@
-// The data behind a date picker: a date value with a time of day that the picker doesn't show.
+// Data of a date picker: a date value, including a time of day that the picker doesn't show.
 #pragma once
 
 #include "core/base/dateValue.h"
@@ -10,10 +10,10 @@ namespace veltrona {
 class DatePicker {
 public:
     DateValue Value() const { return m_value; }
-    /// A value that the program sets is no change: onChange doesn't run.
+    /// For the program: doesn't run onChange.
     void setValue(DateValue value);
-    /// The user has finished an edit: another day, the time of day kept. Runs onChange if the day
-    /// differs from the one held.
+    /// For the view, after an edit by the user: sets the day, keeps the time of day, and runs
+    /// onChange if the day is another.
     void editDay(int dayNumber);
 
     std::function<void()> onChange; // set by the window

@@ -12,7 +12,7 @@ constexpr int notFound = 2;
 constexpr int accessDenied = 5;
 constexpr int otherType = -1;
 
-// A key name parts its levels by backslashes; the store does so by slashes.
+// Key names have backslashes between their levels, QSettings groups have slashes.
 QString groupOf(const QString &keyName) {
     return keyName.split(QLatin1Char('\\'), Qt::SkipEmptyParts).join(QLatin1Char('/'));
 }
@@ -26,8 +26,7 @@ QString settingsFile() {
 int writeValue(QSettings &key, const QString &valueName, int valueType, const QVariant &value) {
     if (valueType != textValue && valueType != numberValue)
         return 0;
-    // A value set into a store without write access would linger in the process's memory and be
-    // read back as if it had been stored.
+    // Without write access QSettings would keep the value in memory and return it as if stored.
     if (!key.isWritable())
         return accessDenied;
     key.setValue(valueName,

@@ -1,6 +1,5 @@
-// The store of the few values that outlive the process: an INI file in the user's configuration
-// folder that creates itself. A store that can't be read or written stops nothing and tells
-// nothing. No file stays open between calls.
+// Persistent settings: an INI file in the user's configuration folder, created when needed.
+// Failures to read or write are ignored. No file stays open between calls.
 #pragma once
 
 #include <QString>
@@ -10,7 +9,7 @@ class QSettings;
 
 namespace veltrona {
 
-/// The key that all values lie under.
+/// The key of all values.
 inline constexpr QLatin1String settingsKey{"Software\\Morvane\\"};
 
 inline constexpr int textValue = 1;
@@ -20,15 +19,15 @@ inline constexpr int numberValue = 4;
 void saveSetting(const QString &keyName, const QString &valueName, const QVariant &value,
                  int valueType);
 
-/// Sets `value` if there is a value of that name; otherwise it keeps what it held.
+/// Sets `value` if there is a value of that name, else leaves it.
 void loadSetting(const QString &keyName, const QString &valueName, QString &value);
 
-/// Both work on an open key and give 0 for success. writeValue also gives 0 for a type that it
-/// doesn't know, and writes nothing; readValue gives -1 for a value of another type.
+/// Work on an open key and return 0 on success. writeValue also returns 0 for an unknown type, and
+/// writes nothing; readValue returns -1 for a value of another type.
 int writeValue(QSettings &key, const QString &valueName, int valueType, const QVariant &value);
 int readValue(QSettings &key, const QString &valueName, QString &value);
 
-/// Where the store lies.
+/// Path of the INI file.
 QString settingsFile();
 
 } // namespace veltrona

@@ -72,7 +72,7 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
     lblSum->setFullText(statistics.caption);
     {
         const RedrawPause pause(flxStat);
-        pourStatistics(statistics, flxStat, modMain::GridColor);
+        fillGrid(statistics, flxStat, modMain::GridColor);
         if (!statistics.rows.empty())
             sumup();
         sizeColumns(flxStat, -1, [this](const QString &text) { return textWidth(text); });

@@ -53,7 +53,7 @@ bool frmMain::importReport(const QString &path, const QString &note) {
     // Whatever was stored before a failure is there, so the views show it before the message comes.
     const std::exception_ptr unshown = failureOf([this] { rebuildViews(); });
     if (unshown) // the summary of the rows that are gone must not stand there as if it were of any
-        pourStatistics({}, flxStat, modMain::GridColor);
+        fillGrid({}, flxStat, modMain::GridColor);
     if (failed || unshown)
         std::rethrow_exception(failed ? failed : unshown);
     return passed;

@@ -99,7 +99,7 @@ void frmOptions::arrange() {
 void frmOptions::Form_Load() {
     QCheckBox *grid = m_boxes.front();
     {
-        // A form that is loaded afresh begins with clear boxes, which is no change of theirs.
+        // Resets the boxes without running chkCG_Click.
         const QSignalBlocker quiet(grid);
         for (QCheckBox *box : m_boxes)
             box->setChecked(false);
@@ -108,8 +108,8 @@ void frmOptions::Form_Load() {
         *switches[i].flag = isOn(switches[i].setting);
         m_boxes[i]->setChecked(*switches[i].flag);
     }
-    // Without grid colours the boxes are cleared but the flags stay as stored: reports come out
-    // coloured until OK is pressed.
+    // Without grid colours the boxes are cleared but the flags stay as stored: reports are coloured
+    // until OK is pressed.
     for (QCheckBox *box : m_boxes | std::views::drop(1)) {
         box->setChecked(box->isChecked() && grid->isChecked());
         box->setEnabled(grid->isChecked());

@@ -1,6 +1,6 @@
-// The dialog of the three colour switches. Its load is also how the stored switches reach the
-// flags in modMain: the main window loads it unseen at start. OK, Cancel and the close button
-// unload it, so that the next show loads it afresh.
+// The dialog of the three colour switches. Loading it also reads the stored switches into the flags
+// of modMain: the main window loads it at start without showing it. OK, Cancel and the close button
+// unload it, so that it is loaded again before it is shown.
 #pragma once
 
 #include <QDialog>
@@ -22,7 +22,7 @@ public:
     /// Reads the settings into boxes and flags, unless the form is loaded already.
     void load();
     bool isLoaded() const { return m_loaded; }
-    /// Loads the form if need be and shows it modally; returns when it has been unloaded.
+    /// Loads the form if necessary and shows it modally until it is unloaded.
     void Show();
 
     void done(int result) override;

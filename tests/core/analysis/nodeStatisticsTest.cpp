@@ -18,7 +18,7 @@ namespace {
 QStringList shown(const NodeStatistics &statistics) {
     Grid grid(gridColumn::Count);
     initGrid(grid, false);
-    pourStatistics(statistics, grid, false);
+    fillGrid(statistics, grid, false);
     sumUp(grid, false);
     return test::gridText(grid);
 }

@@ -222,7 +222,7 @@ private:
         for (int i = 0; i < 2; ++i) {
             statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, node, range);
             initGrid(grids[i], true);
-            pourStatistics(statistics[i], grids[i], true);
+            fillGrid(statistics[i], grids[i], true);
             if (!statistics[i].rows.empty())
                 sumUp(grids[i], true);
         }

@@ -161,12 +161,12 @@ private slots:
         QCOMPARE(view.grab().toImage().pixelColor(3, 3), QColor(Qt::black));
     }
 
-    void wordsStandOnTheScreenAlone() {
+    void textsStandOnTheScreenAlone() {
         Chart chart;
         ChartView view(chart);
         view.resize(600, 300);
-        const auto shown = [&](double factor, const ChartWords &words) {
-            chart.setWords(words);
+        const auto shown = [&](double factor, const ChartTexts &texts) {
+            chart.setTexts(texts);
             fill(chart, 3, factor);
             return view.grab().toImage();
         };

@@ -15,8 +15,8 @@ DateValue exclusiveEnd(ChartUnit unit, DateValue end) {
     return end + 1;
 }
 
-/// Days, months and years count the boundaries crossed, so that the time of day plays no part;
-/// weeks count whole spans of seven days, so that it does.
+/// Days, months and years count crossed boundaries, regardless of the time of day; weeks count full
+/// spans of seven days, including the time of day.
 int difference(ChartUnit unit, DateValue from, DateValue to) {
     const int days = dayNumber(to) - dayNumber(from);
     if (unit == ChartUnit::Day)
@@ -100,7 +100,7 @@ std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start) {
     return bars;
 }
 
-QString dateInWords(int day) {
+QString dateText(int day) {
     const CalendarDay date = calendarDay(day);
     return QStringLiteral("%1 %2 %3").arg(date.day).arg(monthName(date.month)).arg(date.year);
 }

@@ -47,7 +47,7 @@ struct ChartPeriods {
 
 struct ChartBar {
     QString label;
-    int fromDay = 0; // the first and the last day number that the bar counts
+    int fromDay = 0; // first and last day number that the bar counts
     int toDay = 0;
     double value = 0;
     bool hasRecords = false; // of the node, whatever their values
@@ -56,10 +56,10 @@ struct ChartBar {
 /// `grouping` is the index of the requested unit. A coarser one is taken where it would give more
 /// than `maxBars` bars.
 ChartPeriods choosePeriods(int grouping, const DateRange &range);
-/// The bars from `start` on. The first one counts that single day, whatever the unit; each other
-/// one ends with its own date.
+/// The bars from `start` on. The first one counts that single day, whatever the unit; the others
+/// end with their own date.
 std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start);
 /// "5 Jan 2007"
-QString dateInWords(int day);
+QString dateText(int day);
 
 } // namespace veltrona

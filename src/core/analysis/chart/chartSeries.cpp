@@ -1,6 +1,6 @@
 #include "core/analysis/chart/chartSeries.h"
 
-#include "core/analysis/chart/chartWords.h"
+#include "core/analysis/chart/chartTexts.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/nodeTag.h"
 #include "core/analysis/records/recordWalk.h"
@@ -32,14 +32,14 @@ constexpr auto metrics = std::to_array<Metric>({
     {"Cost Per Conversion", Figure::ConvCost, 1, false, false},
     {"Costs", Figure::Cost, millionths, false, false},
     {"Impressions", Figure::Impressions, 1, false, false},
-    // Undivided, and the next by ten millions: odd, and kept.
+    // Not divided, and the next by ten million (docs/oddities.md).
     {"Max Content CPC", Figure::MaxContentCpc, 1, true, false},
     {"Max CPC", Figure::MaxCpc, 10 * millionths, true, false},
     {"Position", Figure::Pos, 1, false, true},
     {"Transactions", Figure::Transactions, 1, false, false},
 });
 
-/// A compensated sum, so that the order of the records doesn't show.
+/// Compensated summation, so that the order of the records doesn't matter.
 class Sum {
 public:
     void add(double value) {
@@ -86,7 +86,7 @@ public:
 
 private:
     std::vector<std::string> m_boundaries;
-    std::string m_date; // the last one asked for; records of a day mostly lie together
+    std::string m_date; // of the last call: records of a day are mostly neighbours
     int m_bar = -1;
 };
 
@@ -103,14 +103,14 @@ bool holdsRecords(ProjectRecords &records, const NodeTag &tag, const DateRange &
     return found;
 }
 
-/// Asked for where no bar has a record.
+/// Only needed where no bar has a record.
 ChartSurroundings surroundings(ProjectRecords &records, const NodeTag &tag,
                                const DateRange &range) {
     const bool inRange = holdsRecords(records, tag, range);
     try {
         return {tableDates(records), inRange};
     } catch (const Failure &) {
-        return {range, inRange}; // a date that can't be read is told where it is asked for
+        return {range, inRange}; // unreadable dates are reported by "All"
     }
 }
 
@@ -173,8 +173,8 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
         series.bars[i].hasRecords = sums[i].records > 0;
         empty = empty && sums[i].records == 0;
     }
-    series.words =
-        chartWords(series.periods, series.range, series.bars,
+    series.texts =
+        chartTexts(series.periods, series.range, series.bars,
                    empty ? surroundings(records, tag, series.range) : ChartSurroundings{});
     return series;
 }
@@ -187,10 +187,10 @@ void showSeries(const ChartSeries &series, Chart &chart) {
         ++row;
         chart.DataGrid().setRowLabel(row, 1, bar.label);
         chart.DataGrid().SetData(row, 1, bar.value, 0);
-        chart.DataGrid().setRowDates(row, datesInWords(bar));
+        chart.DataGrid().setRowDates(row, datesText(bar));
         chart.DataGrid().setRowHasRecords(row, bar.hasRecords);
     }
-    chart.setWords(series.words);
+    chart.setTexts(series.texts);
     chart.changed();
 }
 

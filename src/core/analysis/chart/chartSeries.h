@@ -7,6 +7,7 @@
 #include "core/controls/chart.h"
 #include "core/database/projectRecords.h"
 
+#include <QString>
 #include <QStringList>
 
 #include <vector>
@@ -20,21 +21,21 @@ struct ChartRequest {
     int metric = 0;
     int grouping = 0; // index of the requested unit
     DateRange range;
-    bool allDates = false; // take the table's first and last date instead
+    bool allDates = false; // use the table's first and last date instead
     QString tag;           // the selected node's
 };
 
 struct ChartSeries {
-    DateRange range; // the one in force, to be written back for "All"
+    DateRange range; // in force; written back to the pickers for "All"
     ChartPeriods periods;
     QString metric; // its caption
     std::vector<ChartBar> bars;
-    ChartWords words;
+    ChartTexts texts;
 };
 
 /// Throws Failure; touches no control.
 ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request);
-/// Puts the bars into the chart.
+/// Copies the bars into the chart.
 void showSeries(const ChartSeries &series, Chart &chart);
 
 } // namespace veltrona

@@ -54,11 +54,11 @@ QString decimals(double number, int count = 2) {
     return QString::number(roundHalfToEven(number, count), 'f', count);
 }
 
-/// A figure of a row: the true ratio where the column's own figure is another, else the sum.
+/// The true ratio where the column shows another figure, else the sum.
 struct TrueFigure {
     double value = 0;
     QString text;
-    QString line; // how a ratio comes about; empty for a sum
+    QString line; // how a ratio is computed; empty for a sum
 };
 
 QString sumText(const PlainSums &sums, int col) {
@@ -108,12 +108,12 @@ QString shortDates(const DateRange &range, int year) {
     const CalendarDay first = calendarDay(dayNumber(range.start));
     const CalendarDay last = calendarDay(dayNumber(range.end));
     const auto text = [](const CalendarDay &day, bool withMonth, bool withYear) {
-        QString words = QString::number(day.day);
+        QString date = QString::number(day.day);
         if (withMonth)
-            words += u' ' + QString::fromStdString(std::string(shortMonthName(day.month)));
+            date += u' ' + QString::fromStdString(std::string(shortMonthName(day.month)));
         if (withYear)
-            words += u' ' + QString::number(day.year);
-        return words;
+            date += u' ' + QString::number(day.year);
+        return date;
     };
     const bool years = first.year != last.year;
     const QString end = text(last, true, years || last.year != year);

@@ -1,5 +1,5 @@
-// What stands behind the figures of the statistics: the true ratio of a row's sums where a column
-// shows another figure, and the same for the period of equal length just before.
+// Notes on the figures of the statistics: the true ratio of a row's sums where a column shows
+// another figure, and the figure of the preceding period of equal length.
 #pragma once
 
 #include "core/analysis/grid/gridColumns.h"
@@ -8,6 +8,7 @@
 #include "core/database/projectRecords.h"
 
 #include <QHash>
+#include <QString>
 #include <QStringList>
 
 #include <array>
@@ -21,10 +22,10 @@ using PlainSums = std::array<double, gridColumn::Count>;
 
 class FigureNotes {
 public:
-    /// Asks for the records of the node in both periods. Throws Failure.
+    /// Reads the records of the node in both periods. Throws Failure.
     static FigureNotes query(ProjectRecords &records, const TreeNode &node, const DateRange &range);
 
-    /// The lines below the figure of a column: none, one or two.
+    /// None, one or two lines about the figure in a column.
     QStringList ofRow(const QString &name, int col) const;
     QStringList ofSummary(int col) const;
 
@@ -36,15 +37,15 @@ private:
     QStringList lines(const PlainSums &shown, const PlainSums &earlier, int col) const;
     static Period periodOf(ProjectRecords &records, const TreeNode &node, const DateRange &range);
 
-    int m_year = 0; // of the shown period's first day
+    int m_year = 0; // of the first day shown
     DateRange m_before;
     Period m_shown;
     Period m_earlier;
 };
 
-/// The days of equal number just before; none for a reversed range.
+/// The preceding period of equal length; none for a reversed range.
 std::optional<DateRange> periodBefore(const DateRange &range);
-/// "18 to 24 Nov", with the year where it isn't `year`.
+/// "18 to 24 Nov", with the year if it isn't `year`.
 QString shortDates(const DateRange &range, int year);
 
 } // namespace veltrona

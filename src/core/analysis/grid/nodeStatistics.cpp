@@ -71,8 +71,8 @@ void addRecord(StatisticsRow &row, const Record &record) {
     });
 }
 
-/// Sums of whole records. Rounding to 15 digits after each would change none of them: as long as
-/// nothing is below zero, the errors of a sum stay below half a unit of its 15th digit.
+/// `wholes` adds up scaled figures without rounding to 15 digits after each: as long as none is
+/// negative, the error of a sum stays below half a unit of its 15th digit.
 struct RowOfRecords {
     StatisticsRow sums;
     std::array<double, figures.count> wholes{};
@@ -112,7 +112,7 @@ struct RowOfRecords {
 class RowsByName {
 public:
     int place(std::string_view name) {
-        // Neighbours mostly share their name.
+        // Neighbouring records mostly share their name.
         if (m_last && name == m_last->first)
             return m_last->second;
         auto found = m_places.find(name);
@@ -213,7 +213,7 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node
     return {node.Key().mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
 }
 
-void pourStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor) {
+void fillGrid(const NodeStatistics &statistics, Grid &grid, bool gridColor) {
     const RedrawPause pause(grid);
     if (statistics.rows.empty()) {
         grid.Clear();

@@ -28,15 +28,15 @@ struct NodeStatistics {
     std::vector<StatisticsRow> rows; // in reading order; empty if no record fell into the period
 };
 
-/// The column that tells the rows of a node's statistics apart.
+/// The column whose values are the rows of the node's statistics.
 NameColumn groupingColumn(const TreeNode &node);
 
 /// Throws Failure; touches no control.
 NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
                                    const DateRange &range);
 
-/// Puts the sums into the grid's cells, to be finished by sumUp; without rows the grid gets its
-/// empty form, which is finished. Widths are not touched.
-void pourStatistics(const NodeStatistics &statistics, Grid &grid, bool gridColor);
+/// Writes the sums into the grid's cells; sumUp must follow. Without rows the grid gets its empty
+/// form, which is final. Column widths stay.
+void fillGrid(const NodeStatistics &statistics, Grid &grid, bool gridColor);
 
 } // namespace veltrona

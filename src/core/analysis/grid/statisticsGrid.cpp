@@ -10,12 +10,12 @@ namespace veltrona {
 
 namespace {
 
-constexpr float narrowest = 780; // twips; texts below it give way to `widthOfNarrow`
+constexpr float minWidth = 780; // twips; narrower texts count as `widthOfNarrow`
 constexpr float widthOfNarrow = 770;
 constexpr float padding = 120;
 
-/// Widths of texts, without measuring each number of a large grid: where all digits of the font
-/// turn out to be equally wide beside whatever stands in a number, its shape tells the width.
+/// Caches the widths of numbers by their shape, if all digits of the font are equally wide next to
+/// every character of a number.
 class Widths {
 public:
     explicit Widths(const TextWidth &textWidth)
@@ -51,8 +51,8 @@ private:
         return true;
     }
 
-    /// Four bits for each character, all digits alike; 0 for a text that is no number, or a long
-    /// one.
+    /// Four bits for each character, all digits the same; 0 for a long text or one that isn't a
+    /// number.
     static quint64 shapeOf(const QString &text) {
         if (text.size() > 16)
             return 0;
@@ -77,7 +77,7 @@ void sizeColumn(Grid &grid, int col, Widths &widths) {
     float width = 0;
     for (int row = 0; row < grid.Rows(); ++row)
         width = std::fmax(width, widths.of(grid.TextMatrix(row, col)));
-    if (width < narrowest)
+    if (width < minWidth)
         width = widthOfNarrow;
     grid.setColWidth(col, static_cast<int>(std::nearbyint(width + padding)));
 }
@@ -89,7 +89,7 @@ void initGrid(Grid &grid, bool gridColor) {
     grid.setColAlignment(gridColumn::Name, 0);
     for (int col = gridColumn::Shown; col < gridColumn::Count; ++col)
         grid.setColWidth(col, 0);
-    // The summary keeps its cell colours here; those of a data row must not become the summary's.
+    // The summary row must keep its own colours, not get those of a data row.
     removeDataRows(grid);
     grid.setRows(gridRow::Fixed);
     for (int row = gridRow::FirstData; row < grid.Rows(); ++row) {

@@ -5,6 +5,8 @@
 #include "core/analysis/grid/gridColumns.h"
 #include "core/controls/grid.h"
 
+#include <QString>
+
 #include <functional>
 
 namespace veltrona {
@@ -14,8 +16,8 @@ inline constexpr Rgb red{255, 0, 0};
 inline constexpr Rgb green{0, 128, 0};
 inline constexpr Rgb black{0, 0, 0};
 
-/// Three rows with the headings, no texts below them, hidden columns hidden, default text colour by
-/// the flag.
+/// Resets the grid to three rows, empty but for the headings; hides the hidden columns and sets the
+/// default text colour.
 void initGrid(Grid &grid, bool gridColor);
 /// Tooltip of a column's heading: how the column is computed, and its unit. Empty for a hidden one.
 QString columnNote(int col);
@@ -23,12 +25,12 @@ QString columnNote(int col);
 QString figureText(int col, double figure);
 /// Writes the zero texts into the last row.
 void resetSummary(Grid &grid);
-/// Takes all data rows away; heading, spacer and summary stay.
+/// Removes all data rows; heading, spacer and summary stay.
 void removeDataRows(Grid &grid);
 
 /// Width of a text in twips, in the font of the main window.
 using TextWidth = std::function<float(const QString &)>;
-/// Sizes one column, or all for -1 and any number that is no column. Hidden columns stay hidden.
+/// Sizes one column, or all for any number that isn't a column. Hidden columns stay hidden.
 void sizeColumns(Grid &grid, int col, const TextWidth &textWidth);
 
 } // namespace veltrona

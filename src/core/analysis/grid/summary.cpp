@@ -90,7 +90,7 @@ QString returnOnInvestment(double conversionValue, double cost) {
     if (cost == 0)
         return QStringLiteral("0.00%");
     const double percent = (conversionValue / cost) * 100;
-    // With a cost below zero two signs may meet; such a text reads as 0.
+    // A negative cost may give two signs; such a text is read as 0.
     if (conversionValue < cost)
         return u'-' + numberText(100 - percent) + u'%';
     return numberText(percent - 100) + u'%';

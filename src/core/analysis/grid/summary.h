@@ -1,17 +1,19 @@
-// Finishes the statistics grid: averages of the rows, the summary row, display forms and colours.
+// Finishes the statistics grid: averages, summary row, display forms and colours.
 #pragma once
 
 #include "core/controls/grid.h"
+
+#include <QString>
 
 namespace veltrona {
 
 /// The return on investment as a percent text, not yet rounded; money in currency units.
 QString returnOnInvestment(double conversionValue, double cost);
 
-/// Whether a row of these sums is red: what counts is what its cells show.
+/// Compares the sums as rounded for display.
 bool isLoss(double conversionValue, double cost);
 
-/// Expects raw running sums in the data rows and the counts in the hidden columns.
+/// Expects running sums in the data rows and counts in the hidden columns.
 void sumUp(Grid &grid, bool gridColor);
 
 } // namespace veltrona

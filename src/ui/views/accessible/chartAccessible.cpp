@@ -23,7 +23,7 @@ public:
 
     QString text(QAccessible::Text kind) const override {
         const QString &series = m_view.chart().SeriesName();
-        const QString &description = m_view.chart().words().description;
+        const QString &description = m_view.chart().texts().description;
         if (kind == QAccessible::Name && !series.isEmpty())
             return series;
         if (kind == QAccessible::Description && !description.isEmpty())
@@ -62,7 +62,7 @@ void installChartAccessible() {
     QAccessible::installFactory(chartFactory);
 }
 
-void tellChartChanged(ChartView &view) {
+void notifyChartChanged(ChartView &view) {
     if (!QAccessible::isActive())
         return;
     QAccessibleTableModelChangeEvent changed(&view, QAccessibleTableModelChangeEvent::ModelReset);
@@ -74,7 +74,7 @@ void tellChartChanged(ChartView &view) {
     }
 }
 
-void tellBarMarked(ChartView &view) {
+void notifyBarMarked(ChartView &view) {
     QAccessibleInterface *chart =
         QAccessible::isActive() ? QAccessible::queryAccessibleInterface(&view) : nullptr;
     QAccessibleInterface *cell = chart ? chart->focusChild() : nullptr;

@@ -1,15 +1,15 @@
-// The chart for a screen reader: an accessible of role Chart with a table of a row for each bar and
-// the columns label and value.
+// The chart for screen readers: an accessible of role Chart, a table with a row for each bar and
+// the columns dates and value.
 #pragma once
 
 namespace veltrona {
 
 class ChartView;
 
-/// Makes the toolkit ask here for each ChartView; once is enough, more does no harm.
+/// Registers the factory with Qt; further calls do no harm.
 void installChartAccessible();
 
-void tellChartChanged(ChartView &view);
-void tellBarMarked(ChartView &view);
+void notifyChartChanged(ChartView &view);
+void notifyBarMarked(ChartView &view);
 
 } // namespace veltrona

@@ -59,8 +59,8 @@ public:
     bool isCellSelected(int row, int column) const override {
         return m_view.selectionModel()->isSelected(m_view.model()->index(row, column));
     }
-    // Moving down, a reader says the whole row: of the row that the keyboard stands on, that is to
-    // be its name and the one figure.
+    // Screen readers read the whole row when moving down: of the current row that should be the
+    // name and the current figure.
     bool isLeftOut(int row, int column) const override {
         const QPoint marked = markedCell();
         return row == marked.y() && column != marked.x() && column != Grid::NameColumn;
@@ -91,7 +91,7 @@ void installGridAccessible() {
     QAccessible::installFactory(gridFactory);
 }
 
-void tellRowEntered(GridView &view) {
+void notifyRowEntered(GridView &view) {
     auto *grid = QAccessible::isActive()
                      ? dynamic_cast<GridAccessible *>(QAccessible::queryAccessibleInterface(&view))
                      : nullptr;

@@ -14,17 +14,17 @@ namespace veltrona {
 
 namespace {
 
-constexpr double gap = 6;        // between texts and what stands beside them
-constexpr double widestBar = 96; // a single bar as wide as the chart would look like a background
+constexpr double gap = 6;          // between texts and their neighbours
+constexpr double maxBarWidth = 96; // a wider single bar would look like a background
 
 ChartColors colorsOn(const QColor &paper, const QColor &text) {
     constexpr Rgb blue{47, 109, 181};
-    constexpr double visible = 3; // what a graphical object needs, less than a text
+    constexpr double visible = 3; // contrast that graphics need, less than text
     const QColor bar = toColor(readableColor(blue, toRgb(paper), visible));
     return {paper, text, mixed(paper, text, 0.18), bar, mixed(bar, text, 0.45)};
 }
 
-/// From the plot's bottom to the labels of the bars, which may stand under the lowest number.
+/// From the bottom of the plot to the labels of the bars, which may be below the lowest number.
 double labelDrop(const QFontMetricsF &metrics) {
     return std::ceil(metrics.height() / 2) + 1;
 }
@@ -36,7 +36,7 @@ double widestLabel(const QFontMetricsF &metrics, const Chart &chart) {
     return std::ceil(widest);
 }
 
-AxisScale scaleOf(const Chart &chart, int mostSteps) {
+AxisScale scaleOf(const Chart &chart, int maxSteps) {
     double low = 0;
     double high = 0;
     for (const ChartRow &row : chart.DataGrid().rows()) {
@@ -45,10 +45,10 @@ AxisScale scaleOf(const Chart &chart, int mostSteps) {
         low = std::min(low, row.value);
         high = std::max(high, row.value);
     }
-    return axisScale(low, high, mostSteps);
+    return axisScale(low, high, maxSteps);
 }
 
-/// A position moved to the device's nearest whole pixel, so that edges are sharp.
+/// The position of the nearest device pixel, for sharp edges.
 double snapped(const QPainter &painter, double position) {
     const double ratio = painter.device()->devicePixelRatioF();
     return std::round(position * ratio) / ratio;
@@ -78,11 +78,11 @@ void paintBars(QPainter &painter, const ChartLayout &layout, const Chart &chart,
             painter.fillRect(column, mixed(colors.paper, colors.text, 0.1));
         if (row.isNull || !std::isfinite(row.value) || row.value == 0)
             continue;
-        const double width = std::min(widestBar, column.width() * 0.75);
+        const double width = std::min(maxBarWidth, column.width() * 0.75);
         const double left = snapped(painter, column.center().x() - width / 2);
         const double right = std::max(left + 1, snapped(painter, column.center().x() + width / 2));
         const double end = snapped(painter, layout.y(row.value));
-        // A value that is there shows, however small it is beside the others.
+        // Even the smallest value is visible.
         const double height = std::max(1.0, std::fabs(end - zero));
         const double top = row.value > 0 ? zero - height : zero + 1;
         painter.fillRect(QRectF(left, top, right - left, height),
@@ -145,13 +145,13 @@ ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const 
     const double title = chart.SeriesName().isEmpty() ? 0 : metrics.height() + gap;
     QRectF plot = area.adjusted(gap, gap + title + metrics.height() / 2, -gap,
                                 -(metrics.height() + labelDrop(metrics) + gap));
-    const int mostSteps =
+    const int maxSteps =
         std::clamp(static_cast<int>(plot.height() / (2.5 * metrics.height())), 2, 10);
-    layout.scale = scaleOf(chart, mostSteps);
+    layout.scale = scaleOf(chart, maxSteps);
     double numbers = 0;
     for (int line = layout.scale.first; line <= layout.scale.last; ++line)
         numbers = std::max(numbers, metrics.horizontalAdvance(axisText(layout.scale, line)));
-    // The labels of the outermost bars may reach beyond their columns, never beyond the area.
+    // The outermost labels may be wider than their columns, but must stay within the area.
     const double label = widestLabel(metrics, chart);
     plot.setLeft(plot.left() + std::ceil(numbers) + gap);
     const double overhang = layout.bars == 0 ? 0 : (label - plot.width() / layout.bars) / 2;
@@ -181,18 +181,18 @@ void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const 
     paintLabels(painter, layout, chart);
 }
 
-void paintWords(QPainter &painter, const QRect &area, const Chart &chart,
+void paintTexts(QPainter &painter, const QRect &area, const Chart &chart,
                 const ChartColors &colors) {
     const QFontMetricsF metrics(painter.font(), painter.device());
     const ChartLayout layout = layOutChart(metrics, area, chart);
     if (layout.plot.width() < 1 || layout.plot.height() < 1)
         return;
     const bool bars = hasBars(chart);
-    const QString &notice = chart.words().notice;
+    const QString &notice = chart.texts().notice;
     QRectF beside = titleRow(metrics, layout, area);
     beside.setLeft(beside.left() + metrics.horizontalAdvance(chart.SeriesName()) + 4 * gap);
     painter.setPen(mixed(colors.paper, colors.text, 0.7));
-    const QString note = bars && !notice.isEmpty() ? notice : chart.words().note;
+    const QString note = bars && !notice.isEmpty() ? notice : chart.texts().note;
     if (beside.width() > 0)
         painter.drawText(beside, Qt::AlignRight | Qt::TextSingleLine,
                          metrics.elidedText(note, Qt::ElideRight, beside.width()));

@@ -1,4 +1,4 @@
-// How a chart is drawn, on a widget or into a picture. All lengths are device-independent pixels.
+// Draws a chart on a widget or into a picture. Lengths are device-independent pixels.
 #pragma once
 
 #include "core/controls/chart.h"
@@ -18,7 +18,7 @@ struct ChartColors {
     QColor text;
     QColor line;
     QColor bar;
-    QColor mark; // the bar that the keyboard stands on
+    QColor mark; // the current bar
 
     static ChartColors ofPalette(const QPalette &palette);
     static ChartColors lightPaper();
@@ -31,20 +31,20 @@ struct ChartLayout {
     int labelStep = 1;
 
     double y(double value) const;
-    /// The part of the plot that belongs to bar `bar`, counted from 0.
+    /// The part of the plot of bar `bar`, counted from 0.
     QRectF column(int bar) const;
-    /// The bar over or under which `x` lies, or -1.
+    /// The bar at `x`, or -1.
     int barAt(double x) const;
 };
 
 ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const Chart &chart);
 
-/// Draws with the painter's font. `marked` counts from 0; -1 marks none.
+/// Draws with the painter's font. `marked` is the current bar, or -1.
 void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const ChartColors &colors,
                 int marked = -1);
 
-/// Over a chart painted there: the note beside its title, the notice where there are no bars.
-void paintWords(QPainter &painter, const QRect &area, const Chart &chart,
+/// Draws the texts on a painted chart: the note beside its title, the notice in place of bars.
+void paintTexts(QPainter &painter, const QRect &area, const Chart &chart,
                 const ChartColors &colors);
 
 } // namespace veltrona

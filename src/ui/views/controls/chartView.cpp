@@ -37,7 +37,7 @@ void ChartView::refresh() {
     if (m_marked >= m_chart.RowCount())
         m_marked = -1;
     update();
-    tellChartChanged(*this);
+    notifyChartChanged(*this);
 }
 
 QSize ChartView::sizeHint() const {
@@ -52,7 +52,7 @@ void ChartView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const ChartColors colors = ChartColors::ofPalette(palette());
     paintChart(painter, rect(), m_chart, colors, m_marked);
-    paintWords(painter, rect(), m_chart, colors);
+    paintTexts(painter, rect(), m_chart, colors);
     if (hasFocus()) {
         painter.setPen(palette().color(QPalette::Highlight));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
@@ -61,11 +61,11 @@ void ChartView::paintEvent(QPaintEvent *) {
 
 QImage ChartView::picture() const {
     QImage image(size().expandedTo({1, 1}), QImage::Format_RGB32);
-    // In pixels of the design, 96 to the inch: points would grow with the screen's.
+    // At 96 pixels per inch, whatever the screen's resolution.
     QFont unscaled = font();
     if (unscaled.pointSizeF() > 0)
         unscaled.setPixelSize(static_cast<int>(std::lround(unscaled.pointSizeF() * 96 / 72)));
-    unscaled.setHintingPreference(QFont::PreferNoHinting); // which depends on the scale, too
+    unscaled.setHintingPreference(QFont::PreferNoHinting); // hinting depends on the scale
     QPainter painter(&image);
     painter.setFont(unscaled);
     paintChart(painter, image.rect(), m_chart, ChartColors::lightPaper());
@@ -139,7 +139,7 @@ void ChartView::markBar(int bar) {
     const QRect column = columnRect(m_marked);
     QToolTip::showText(mapToGlobal(QPoint(column.center().x(), height() / 3)),
                        plainToolTip(barText(m_marked)), this, column);
-    tellBarMarked(*this);
+    notifyBarMarked(*this);
 }
 
 void ChartView::focusOutEvent(QFocusEvent *event) {

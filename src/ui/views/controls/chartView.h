@@ -1,9 +1,11 @@
-// A chart on screen. Takes the chart's onChange; the chart must outlive the view.
+// The view of a chart, which must outlive it. Sets the chart's onChange.
 #pragma once
 
 #include "core/controls/chart.h"
 
 #include <QImage>
+#include <QRect>
+#include <QString>
 #include <QWidget>
 
 namespace veltrona {
@@ -16,20 +18,20 @@ public:
 
     const Chart &chart() const { return m_chart; }
 
-    /// The chart at the widget's size, in unscaled pixels and the colours of light paper, whatever
-    /// the scale and the palette of the screen.
+    /// The chart at the widget's size, in unscaled pixels and light colours, whatever the scale and
+    /// the palette of the screen.
     QImage picture() const;
 
-    /// What a bar says of itself: label, dates and value, a line for each. Bars count from 0.
+    /// Tooltip of a bar: label, dates and value, a line each. Bars count from 0.
     QString barText(int bar) const;
-    /// All bars as a table of tabs and lines, headings above.
+    /// All bars as tab-separated lines, with headings.
     QString figuresText() const;
-    /// The bar that the keyboard stands on, or -1.
+    /// The current bar of the keyboard, or -1.
     int markedBar() const { return m_marked; }
     void markBar(int bar);
-    /// The whole column of a bar, from the top of the widget to its bottom.
+    /// The column of a bar, at the full height of the widget.
     QRect columnRect(int bar) const;
-    /// The bar in whose column a place of the widget lies, or -1.
+    /// The bar at a position of the widget, or -1.
     int barAt(const QPoint &place) const;
 
     QSize sizeHint() const override;

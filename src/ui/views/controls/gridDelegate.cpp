@@ -11,7 +11,7 @@ namespace veltrona {
 
 namespace {
 
-constexpr int textMargin = 3; // that the style puts on either side of a text
+constexpr int textMargin = 3; // of the style, on either side of a text
 
 const GridModel &modelOf(const QModelIndex &index) {
     return *static_cast<const GridModel *>(index.model());
@@ -30,7 +30,7 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
     option->palette.setColor(QPalette::HighlightedText, m_view.textColor(index, true));
     option->backgroundBrush = m_view.baseColor(index);
     const int room = option->rect.width() - 2 * textMargin;
-    // A name that has to be shortened leaves the mark its room.
+    // A name that has to be elided leaves room for the mark.
     if (option->rect.isValid() && isMarked(index) &&
         option->fontMetrics.horizontalAdvance(option->text) > room)
         option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight,

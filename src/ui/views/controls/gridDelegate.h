@@ -1,5 +1,5 @@
-// How a cell of the grid is drawn: its colour, the summary row's base and line, and the mark
-// beside the name of a row that didn't earn back its cost.
+// Draws the cells of a grid: colours, background and line of the summary row, and the mark beside
+// the name of a row with a loss.
 #pragma once
 
 #include "ui/views/plainText.h"

@@ -138,7 +138,7 @@ bool GridModel::sync() {
     return renamed;
 }
 
-// Runs between the insertion and the removal of rows, so that old and new rows are both in range.
+// Runs after the insertion and before the removal of rows, so that old and new rows are valid.
 void GridModel::moveSelection(const QStringList &names) {
     emit layoutAboutToBeChanged(); // registers the selection's indexes as persistent ones
     const QModelIndexList held = persistentIndexList();

@@ -6,6 +6,7 @@
 
 #include <QAbstractTableModel>
 #include <QStringList>
+#include <QVariant>
 
 namespace veltrona {
 
@@ -23,7 +24,7 @@ public:
 
     /// The grid's colour of the cell.
     Rgb cellColor(const QModelIndex &index) const;
-    /// A cell of a row that didn't earn back its cost.
+    /// Whether the row didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
     bool isSummary(int row) const { return row == m_rows - 1; }
 

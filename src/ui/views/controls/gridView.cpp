@@ -26,7 +26,7 @@ namespace {
 constexpr int rowPadding = 6; // pixels above and below a line together
 constexpr int textMargins = 6;
 
-/// Puts headings over the texts of their columns, which the style sets further in.
+/// Aligns headings with the texts of their columns, which have wider margins.
 class HeadingStyle : public QProxyStyle {
 public:
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
@@ -37,7 +37,7 @@ public:
         constexpr int gridLine = 1;
         const int further = textMargins / 2 - pixelMetric(PM_HeaderMargin, option, widget);
         QStyleOptionHeader moved = *heading;
-        moved.version = QStyleOptionHeader::Version; // what the copy holds
+        moved.version = QStyleOptionHeader::Version; // of the sliced copy
         moved.rect.adjust(further, 0, -further - gridLine, 0);
         QProxyStyle::drawControl(element, &moved, painter, widget);
     }
@@ -118,7 +118,7 @@ void GridView::changeEvent(QEvent *event) {
 
 void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
     if (current.row() != previous.row())
-        tellRowEntered(*this);
+        notifyRowEntered(*this);
     QTableView::currentChanged(current, previous);
     updateRow(previous);
     updateRow(current);
@@ -128,7 +128,7 @@ QColor GridView::baseColor(const QModelIndex &index) const {
     QColor base = palette().color(QPalette::Base);
     if (m_model->isSummary(index.row()))
         base = mixed(base, palette().color(QPalette::Text), 0.07);
-    // The row under the current cell reads as one, also where its name has scrolled away.
+    // Highlights the whole current row, in case its name has scrolled away.
     if (index.row() == currentIndex().row())
         base = mixed(base, palette().color(QPalette::Highlight), 0.15);
     return base;

@@ -1,9 +1,13 @@
-// A grid on screen. Reads the grid live and takes its onChange; the grid must outlive the view.
+// The view of a grid, which must outlive it. Reads the grid live and sets its onChange.
 #pragma once
 
 #include "core/controls/grid.h"
 
+#include <QColor>
+#include <QString>
 #include <QTableView>
+
+#include <vector>
 
 namespace veltrona {
 
@@ -15,17 +19,17 @@ public:
     explicit GridView(Grid &grid, QWidget *parent = nullptr);
     ~GridView() override;
 
-    /// The factor from the grid's widths in twips to pixels of the screen.
+    /// Scale of the column widths.
     void setPixelsPerTwip(double factor);
 
-    /// The colours in which a cell is drawn: the grid's own, mapped so that they can be read.
+    /// The colours of a cell on screen: the grid's own, adjusted for contrast.
     QColor textColor(const QModelIndex &index, bool selected = false) const;
     QColor baseColor(const QModelIndex &index) const;
-    /// A cell of a row that didn't earn back its cost.
+    /// Whether the row didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
 
-    /// The selected cells, or else the current one: a line for each row, cells parted by tabs; with
-    /// their columns' headings above, if asked for.
+    /// The selected cells, or else the current one, as tab-separated lines; on request with the
+    /// headings of their columns.
     QString selectedText(bool withHeadings = false) const;
 
 protected:
@@ -45,7 +49,7 @@ private:
     Grid &m_grid;
     GridModel *m_model;
     double m_pixelsPerTwip = 1.0 / 15;
-    std::vector<int> m_shownWidths; // in twips, as last applied: the user may have changed them
+    std::vector<int> m_shownWidths; // in twips, as last set here; the user may have changed them
 };
 
 } // namespace veltrona
