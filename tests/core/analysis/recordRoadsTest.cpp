@@ -265,7 +265,7 @@ private:
         QStringList lines{statistics.heading};
         for (const StatisticsRow &row : statistics.rows) {
             lines += row.name;
-            for (const double sum : row.sums)
+            for (const double sum : row.sums.values)
                 lines += QString::number(std::bit_cast<quint64>(sum), 16);
         }
         return lines;

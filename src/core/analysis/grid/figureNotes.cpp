@@ -18,21 +18,12 @@ constexpr bool isSummed(const GridColumn &column) {
     return column.weight || (column.rule == CellRule::Sum && !column.ratio.sentence);
 }
 
-constexpr FigureList figures = [] {
-    FigureList list;
-    for (const GridColumn &column : gridColumns) {
-        if (isSummed(column)) {
-            list.add(column.figure);
-            list.add(column.weight);
-        }
-    }
-    return list;
-}();
+constexpr FigureList figures(isSummed);
 
 template<class Record>
 void add(PlainSums &sums, const Record &record) {
-    forEachColumn([&](auto col) {
-        constexpr const GridColumn &column = gridColumns[col];
+    gridColumn::forEach([&](auto col) {
+        constexpr const GridColumn &column = gridColumn::at(col);
         if constexpr (isSummed(column)) {
             const double number = numberOf(record[figures.placeOf(*column.figure)]);
             if constexpr (!column.weight) {
@@ -62,21 +53,21 @@ struct TrueFigure {
 };
 
 QString sumText(const PlainSums &sums, int col) {
-    const double sum = sums[static_cast<std::size_t>(col)];
-    return gridColumnAt(col).decimals < 0 ? countText(sum) : decimals(sum);
+    const double sum = sums[col];
+    return gridColumn::at(col).decimals < 0 ? countText(sum) : decimals(sum);
 }
 
 /// None for a ratio without a divisor.
 std::optional<TrueFigure> trueFigure(const PlainSums &sums, int col) {
-    const GridColumn &column = gridColumnAt(col);
+    const GridColumn &column = gridColumn::at(col);
     const TrueRatio &ratio = column.ratio;
     if (!ratio.sentence) {
         if (column.rule != CellRule::Sum)
             return std::nullopt;
-        return TrueFigure{sums[static_cast<std::size_t>(col)], sumText(sums, col), {}};
+        return TrueFigure{sums[col], sumText(sums, col), {}};
     }
-    const double dividend = sums[static_cast<std::size_t>(ratio.dividend)];
-    const double divisor = sums[static_cast<std::size_t>(ratio.divisor)];
+    const double dividend = sums[ratio.dividend];
+    const double divisor = sums[ratio.divisor];
     if (divisor == 0)
         return std::nullopt;
     const double value =

@@ -11,14 +11,13 @@
 #include <QString>
 #include <QStringList>
 
-#include <array>
 #include <optional>
 
 namespace veltrona {
 
 /// What the records of a row add up to, without the rounding of cells, by column. Money in currency
 /// units.
-using PlainSums = std::array<double, gridColumn::Count>;
+using PlainSums = ColumnSums;
 
 class FigureNotes {
 public:
@@ -32,7 +31,7 @@ public:
 private:
     struct Period {
         QHash<QString, PlainSums> rows;
-        PlainSums all{};
+        PlainSums all;
     };
     QStringList lines(const PlainSums &shown, const PlainSums &earlier, int col) const;
     static Period periodOf(ProjectRecords &records, const TreeNode &node, const DateRange &range);

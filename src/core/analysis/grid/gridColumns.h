@@ -7,11 +7,48 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
 
 namespace veltrona {
+
+/// How a cell is computed from the records of its row.
+enum class CellRule {
+    Name,
+    Sum,      // of figure / divisor
+    Mean,     // sum of the figure / (records where it isn't 0 * divisor)
+    Quotient, // sum of figure / perFigure, of the records where perFigure isn't 0
+    Return,   // on investment
+    Count,    // the number of records that a mean divides by
+};
+
+/// The true ratio of two columns' plain sums.
+struct TrueRatio {
+    int dividend = 0;
+    int divisor = 0;
+    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor; null without a ratio
+    bool ofGain = false;            // subtracts the divisor from the dividend first
+};
+
+struct GridColumn {
+    int column = -1;
+    const char *heading = "";
+    const char *zeroText = ""; // of the summary row
+    CellRule rule = CellRule::Sum;
+    std::optional<Figure> figure = std::nullopt;
+    std::optional<Figure> perFigure = std::nullopt;
+    std::optional<Figure> weight = std::nullopt; // of the figure, in plain sums
+    double divisor = 1;
+    int countColumn = -1; // of a mean
+    int decimals = -1;    // -1 shows the plain number text
+    bool isPercent = false;
+    bool hasLeadingZero = true; // else the form is .75
+    const char *unit = "";
+    const char *note = "";
+    TrueRatio ratio = {}; // where the column shows another figure
+};
 
 namespace gridColumn {
 enum : int {
@@ -33,136 +70,103 @@ enum : int {
     Count,
     Shown = PositionCount // number of visible columns
 };
-}
-
-/// How a cell is computed from the records of its row.
-enum class CellRule {
-    Name,
-    Sum,      // of figure / divisor
-    Mean,     // sum of the figure / (records where it isn't 0 * divisor)
-    Quotient, // sum of figure / perFigure, of the records where perFigure isn't 0
-    Return,   // on investment
-    Count,    // the number of records that a mean divides by
-};
-
-/// The true ratio of a row's plain sums, for columns that show another figure.
-struct TrueRatio {
-    int dividend = gridColumn::Name;
-    int divisor = gridColumn::Name;
-    bool ofGain = false;            // the divisor is subtracted from the dividend first
-    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor; null without a ratio
-};
-
-struct GridColumn {
-    int column = -1;
-    const char *heading = "";
-    const char *zeroText = ""; // of the summary row
-    const char *note = "";
-    const char *unit = "";
-    CellRule rule = CellRule::Sum;
-    std::optional<Figure> figure = std::nullopt;
-    std::optional<Figure> perFigure = std::nullopt;
-    double divisor = 1;
-    int countColumn = -1; // of a mean
-    int decimals = -1;    // -1 shows the plain number text
-    bool isPercent = false;
-    bool hasLeadingZero = true; // else the form is .75
-    TrueRatio ratio = {};
-    std::optional<Figure> weight = std::nullopt; // of the figure, in plain sums
-};
 
 // clang-format off
-inline constexpr std::array<GridColumn, gridColumn::Count> gridColumns = {{
-    {.column = gridColumn::Name, .heading = "Campaigns", .zeroText = "Summary",
-     .note = "The parts of the node that is selected in the tree.",
-     .unit = "none, names as reports give them", .rule = CellRule::Name},
-    {.column = gridColumn::Clicks, .heading = "Clicks", .zeroText = "0",
-     .note = "Clicks of all records, added up.", .unit = "clicks",
-     .figure = Figure::Clicks},
-    {.column = gridColumn::Impressions, .heading = "Impr.", .zeroText = "0",
-     .note = "Impressions of all records, added up: how often ads were shown.",
-     .unit = "impressions", .figure = Figure::Impressions},
-    {.column = gridColumn::Ctr, .heading = "CTR", .zeroText = "0.00%",
+inline constexpr std::array<GridColumn, Count> table = {{
+    {.column = Name, .heading = "Campaigns", .zeroText = "Summary", .rule = CellRule::Name,
+     .unit = "none, names as reports give them",
+     .note = "The parts of the node that is selected in the tree."},
+    {.column = Clicks, .heading = "Clicks", .zeroText = "0", .figure = Figure::Clicks,
+     .unit = "clicks", .note = "Clicks of all records, added up."},
+    {.column = Impressions, .heading = "Impr.", .zeroText = "0", .figure = Figure::Impressions,
+     .unit = "impressions",
+     .note = "Impressions of all records, added up: how often ads were shown."},
+    {.column = Ctr, .heading = "CTR", .zeroText = "0.00%", .figure = Figure::Ctr, .decimals = 2,
+     .isPercent = true, .unit = "per cent",
      .note = "Click-through rates of all records, added up: a sum, not an average.",
-     .unit = "per cent", .figure = Figure::Ctr, .decimals = 2, .isPercent = true,
-     .ratio = {gridColumn::Clicks, gridColumn::Impressions, false,
-               "%1 clicks of %2 impressions: "}},
-    {.column = gridColumn::AverageCpc, .heading = "Avg.CPC", .zeroText = "0",
+     .ratio = {Clicks, Impressions, "%1 clicks of %2 impressions: "}},
+    {.column = AverageCpc, .heading = "Avg.CPC", .zeroText = "0", .rule = CellRule::Mean,
+     .figure = Figure::Cpc, .divisor = millionths, .countColumn = CpcCount, .decimals = 2,
+     .unit = "the currency of the reports",
      .note = "Mean of the records' costs per click, each record alike; none counts where it is 0.",
-     .unit = "the currency of the reports", .rule = CellRule::Mean,
-     .figure = Figure::Cpc, .divisor = millionths, .countColumn = gridColumn::CpcCount, .decimals = 2,
-     .ratio = {gridColumn::Cost, gridColumn::Clicks, false, "%1 for %2 clicks: "}},
-    {.column = gridColumn::Cost, .heading = "Cost", .zeroText = "0",
-     .note = "Costs of all records, added up.", .unit = "the currency of the reports",
-     .figure = Figure::Cost, .divisor = millionths, .decimals = 2},
-    {.column = gridColumn::Conversions, .heading = "Conv.", .zeroText = "0",
-     .note = "Conversions of all records, added up.", .unit = "conversions",
-     .figure = Figure::Conv},
-    {.column = gridColumn::ConversionRate, .heading = "Conv.Rate", .zeroText = "0.00%",
+     .ratio = {Cost, Clicks, "%1 for %2 clicks: "}},
+    {.column = Cost, .heading = "Cost", .zeroText = "0", .figure = Figure::Cost,
+     .divisor = millionths, .decimals = 2, .unit = "the currency of the reports",
+     .note = "Costs of all records, added up."},
+    {.column = Conversions, .heading = "Conv.", .zeroText = "0", .figure = Figure::Conv,
+     .unit = "conversions", .note = "Conversions of all records, added up."},
+    {.column = ConversionRate, .heading = "Conv.Rate", .zeroText = "0.00%", .figure = Figure::Conv,
+     .decimals = 2, .isPercent = true, .unit = "per cent",
      .note = "Conversions of all records, added up, shown as per cent: a sum, not a rate.",
-     .unit = "per cent", .figure = Figure::Conv, .decimals = 2, .isPercent = true,
-     .ratio = {gridColumn::Conversions, gridColumn::Clicks, false,
-               "%1 conversions of %2 clicks: "}},
+     .ratio = {Conversions, Clicks, "%1 conversions of %2 clicks: "}},
     // The cost stays in millionths here.
-    {.column = gridColumn::CostPerConversion, .heading = "Cost/Conv.", .zeroText = "0.00",
+    {.column = CostPerConversion, .heading = "Cost/Conv.", .zeroText = "0.00",
+     .rule = CellRule::Quotient, .figure = Figure::Cost, .perFigure = Figure::Conv, .decimals = 2,
+     .hasLeadingZero = false, .unit = "millionths of the currency of the reports",
      .note = "Cost by conversions of each record that has conversions, added up.",
-     .unit = "millionths of the currency of the reports", .rule = CellRule::Quotient,
-     .figure = Figure::Cost, .perFigure = Figure::Conv, .decimals = 2, .hasLeadingZero = false,
-     .ratio = {gridColumn::Cost, gridColumn::Conversions, false, "%1 for %2 conversions: "}},
-    {.column = gridColumn::AveragePosition, .heading = "Avg.Pos", .zeroText = "0.0",
+     .ratio = {Cost, Conversions, "%1 for %2 conversions: "}},
+    {.column = AveragePosition, .heading = "Avg.Pos", .zeroText = "0.0", .rule = CellRule::Mean,
+     .figure = Figure::Pos, .weight = Figure::Impressions, .countColumn = PositionCount,
+     .decimals = 1, .unit = "positions, 1 is the top",
      .note = "Mean of the records' positions, each record alike; none counts where it is 0.",
-     .unit = "positions, 1 is the top", .rule = CellRule::Mean,
-     .figure = Figure::Pos, .countColumn = gridColumn::PositionCount, .decimals = 1,
-     .ratio = {gridColumn::AveragePosition, gridColumn::PositionCount, false,
-               "Weighted by %2 impressions: "},
-     .weight = Figure::Impressions},
-    {.column = gridColumn::ConversionValue, .heading = "Conv. Val.", .zeroText = ".00",
-     .note = "Conversion values of all records, added up.", .unit = "the currency of the reports",
-     .figure = Figure::ConvValue, .decimals = 2},
-    {.column = gridColumn::Roi, .heading = "ROI", .zeroText = "0.00%",
+     .ratio = {AveragePosition, PositionCount, "Weighted by %2 impressions: "}},
+    {.column = ConversionValue, .heading = "Conv. Val.", .zeroText = ".00",
+     .figure = Figure::ConvValue, .decimals = 2, .unit = "the currency of the reports",
+     .note = "Conversion values of all records, added up."},
+    {.column = Roi, .heading = "ROI", .zeroText = "0.00%", .rule = CellRule::Return, .decimals = 2,
+     .isPercent = true, .unit = "per cent",
      .note = "Conversion value by cost, times 100, less 100; 0 without a cost.",
-     .unit = "per cent", .rule = CellRule::Return, .decimals = 2, .isPercent = true,
-     .ratio = {gridColumn::ConversionValue, gridColumn::Cost, true,
-               "A value of %1 for a cost of %2: "}},
-    {.column = gridColumn::Transactions, .heading = "Transactions", .zeroText = "0",
-     .note = "Transactions of all records, added up.", .unit = "transactions",
-     .figure = Figure::Transactions},
-    {.column = gridColumn::PositionCount, .rule = CellRule::Count},
-    {.column = gridColumn::CpcCount, .rule = CellRule::Count},
+     .ratio = {ConversionValue, Cost, "A value of %1 for a cost of %2: ", true}},
+    {.column = Transactions, .heading = "Transactions", .zeroText = "0",
+     .figure = Figure::Transactions, .unit = "transactions",
+     .note = "Transactions of all records, added up."},
+    {.column = PositionCount, .rule = CellRule::Count},
+    {.column = CpcCount, .rule = CellRule::Count},
 }};
 // clang-format on
 
-static_assert(std::ranges::is_sorted(gridColumns, std::ranges::less_equal(), &GridColumn::column) &&
-                  gridColumns.front().column == 0 &&
-                  gridColumns.back().column == gridColumn::Count - 1,
+static_assert(std::ranges::is_sorted(table, std::ranges::less_equal(), &GridColumn::column) &&
+                  table.front().column == 0 && table.back().column == Count - 1,
               "a row for each column, in the order of the enum");
 
-constexpr const GridColumn &gridColumnAt(int col) {
-    return gridColumns[static_cast<std::size_t>(col)];
+constexpr const GridColumn &at(int col) {
+    return table[static_cast<std::size_t>(col)];
 }
 
 /// Calls `visitor` with a std::integral_constant of each column, so that the table is unrolled.
-template<class Visitor, std::size_t... cols>
-constexpr void forEachColumn(Visitor visitor, std::index_sequence<cols...>) {
-    (visitor(std::integral_constant<std::size_t, cols>()), ...);
+template<class Visitor, int... cols>
+constexpr void forEach(Visitor visitor, std::integer_sequence<int, cols...>) {
+    (visitor(std::integral_constant<int, cols>()), ...);
 }
 template<class Visitor>
-constexpr void forEachColumn(Visitor visitor) {
-    forEachColumn(visitor, std::make_index_sequence<gridColumn::Count>());
+constexpr void forEach(Visitor visitor) {
+    forEach(visitor, std::make_integer_sequence<int, Count>());
 }
+} // namespace gridColumn
 
-/// The figures that a computation over the columns reads, each once.
+/// A number for each column.
+struct ColumnSums {
+    std::array<double, gridColumn::Count> values{};
+    double &operator[](int col) { return values[static_cast<std::size_t>(col)]; }
+    double operator[](int col) const { return values[static_cast<std::size_t>(col)]; }
+};
+
+/// The figures that some of the columns read, each once.
 struct FigureList {
     std::array<Figure, figureColumns.size()> figures{};
     std::size_t count = 0;
 
-    constexpr std::size_t placeOf(Figure figure) const {
-        return static_cast<std::size_t>(
-            std::find(figures.begin(), figures.begin() + count, figure) - figures.begin());
+    explicit constexpr FigureList(bool (*reads)(const GridColumn &)) {
+        for (const GridColumn &column : gridColumn::table) {
+            for (const auto &figure : {column.figure, column.perFigure, column.weight}) {
+                if (reads(column) && figure && placeOf(*figure) == count)
+                    figures[count++] = *figure;
+            }
+        }
     }
-    constexpr void add(const std::optional<Figure> &figure) {
-        if (figure && placeOf(*figure) == count)
-            figures[count++] = *figure;
+    constexpr std::size_t placeOf(Figure figure) const {
+        const auto *end = figures.data() + count;
+        return static_cast<std::size_t>(std::find(figures.data(), end, figure) - figures.data());
     }
     constexpr operator std::span<const Figure>() const { return {figures.data(), count}; }
 };

@@ -38,19 +38,12 @@ const Level &levelOf(const TreeNode &node) {
     return levels.at(static_cast<std::size_t>(digit));
 }
 
-constexpr FigureList figures = [] {
-    FigureList list;
-    for (const GridColumn &column : gridColumns) {
-        list.add(column.figure);
-        list.add(column.perFigure);
-    }
-    return list;
-}();
+constexpr FigureList figures([](const GridColumn &) { return true; });
 
 template<class Record>
 void addRecord(StatisticsRow &row, const Record &record) {
-    forEachColumn([&](auto col) {
-        constexpr const GridColumn &column = gridColumns[col];
+    gridColumn::forEach([&](auto col) {
+        constexpr const GridColumn &column = gridColumn::at(col);
         double &sum = row.sums[col];
         if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
             const auto &figure = record[figures.placeOf(*column.figure)];
@@ -81,8 +74,8 @@ struct RowOfRecords {
     void add(const WholeRecord &record) {
         for (std::size_t i = 0; i < wholes.size(); ++i)
             wholes[i] += record[i];
-        forEachColumn([&](auto col) {
-            constexpr const GridColumn &column = gridColumns[col];
+        gridColumn::forEach([&](auto col) {
+            constexpr const GridColumn &column = gridColumn::at(col);
             if constexpr (column.rule == CellRule::Mean) {
                 sums.sums[column.countColumn] += record[figures.placeOf(*column.figure)] != 0;
             } else if constexpr (column.rule == CellRule::Quotient) {
@@ -97,8 +90,8 @@ struct RowOfRecords {
     }
 
     void takeWholes(std::span<const double> scales) {
-        forEachColumn([&](auto col) {
-            constexpr const GridColumn &column = gridColumns[col];
+        gridColumn::forEach([&](auto col) {
+            constexpr const GridColumn &column = gridColumn::at(col);
             if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
                 constexpr std::size_t figure = figures.placeOf(*column.figure);
                 constexpr double divisor = column.rule == CellRule::Sum ? column.divisor : 1;
@@ -166,24 +159,18 @@ private:
     std::vector<RowOfRecords> m_rows;
 };
 
-void writeRow(Grid &grid, int row, const StatisticsRow &sums) {
-    for (const GridColumn &column : gridColumns) {
+void writeRow(Grid &grid, int row, const StatisticsRow &statistics) {
+    const ColumnSums &sums = statistics.sums;
+    for (const GridColumn &column : gridColumn::table) {
         const int col = column.column;
-        const double sum = sums.sums[static_cast<std::size_t>(col)];
-        const auto text = [&] {
-            switch (column.rule) {
-            case CellRule::Name:
-                return sums.name;
-            case CellRule::Return:
-                return returnOnInvestment(sums.sums[gridColumn::ConversionValue],
-                                          sums.sums[gridColumn::Cost]);
-            case CellRule::Count:
-                return sum == 0 ? QString() : figureText(col, sum);
-            default:
-                return figureText(col, sum);
-            }
-        };
-        grid.setTextMatrix(row, col, text());
+        QString text;
+        if (column.rule == CellRule::Name)
+            text = statistics.name;
+        else if (column.rule == CellRule::Return)
+            text = returnOnInvestment(sums[gridColumn::ConversionValue], sums[gridColumn::Cost]);
+        else if (column.rule != CellRule::Count || sums[col] != 0)
+            text = figureText(col, sums[col]);
+        grid.setTextMatrix(row, col, text);
     }
 }
 

@@ -10,7 +10,6 @@
 
 #include <QString>
 
-#include <array>
 #include <vector>
 
 namespace veltrona {
@@ -19,7 +18,7 @@ namespace veltrona {
 /// record, as they would in a cell.
 struct StatisticsRow {
     QString name;
-    std::array<double, gridColumn::Count> sums{};
+    ColumnSums sums;
 };
 
 struct NodeStatistics {

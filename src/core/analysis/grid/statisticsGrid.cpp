@@ -97,28 +97,28 @@ void initGrid(Grid &grid, bool gridColor) {
             grid.setTextMatrix(row, col, QString());
     }
     for (int col = 0; col < gridColumn::Shown; ++col)
-        grid.setTextMatrix(gridRow::Heading, col, QLatin1String(gridColumnAt(col).heading));
+        grid.setTextMatrix(gridRow::Heading, col, QLatin1String(gridColumn::at(col).heading));
     grid.setForeColor(gridColor ? green : black);
 }
 
 QString columnNote(int col) {
     if (col < 0 || col >= gridColumn::Shown)
         return {};
-    const GridColumn &column = gridColumnAt(col);
+    const GridColumn &column = gridColumn::at(col);
     return QStringLiteral("%1\nUnit: %2.")
         .arg(QLatin1String(column.note), QLatin1String(column.unit));
 }
 
 QString figureText(int col, double figure) {
     const QString text = numberText(figure);
-    return gridColumnAt(col).isPercent ? text + u'%' : text;
+    return gridColumn::at(col).isPercent ? text + u'%' : text;
 }
 
 void resetSummary(Grid &grid) {
     const RedrawPause pause(grid);
     for (int col = 0; col < gridColumn::Shown; ++col)
         grid.setTextMatrix(gridRow::summary(grid.Rows()), col,
-                           QLatin1String(gridColumnAt(col).zeroText));
+                           QLatin1String(gridColumn::at(col).zeroText));
 }
 
 void removeDataRows(Grid &grid) {

@@ -3,15 +3,13 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/cellText.h"
 
-#include <array>
-
 namespace veltrona {
 
 namespace {
 
 double cellNumber(const Grid &grid, int row, int col) {
     const QString &text = grid.TextMatrix(row, col);
-    return gridColumnAt(col).isPercent ? percentNumberOfText(text) : numberOfText(text);
+    return gridColumn::at(col).isPercent ? percentNumberOfText(text) : numberOfText(text);
 }
 
 void setCellNumber(Grid &grid, int row, int col, double number) {
@@ -19,7 +17,7 @@ void setCellNumber(Grid &grid, int row, int col, double number) {
 }
 
 void averageRow(Grid &grid, int row) {
-    for (const GridColumn &column : gridColumns) {
+    for (const GridColumn &column : gridColumn::table) {
         if (column.rule != CellRule::Mean)
             continue;
         const double count = cellNumber(grid, row, column.countColumn);
@@ -29,27 +27,25 @@ void averageRow(Grid &grid, int row) {
     }
 }
 
-using Sums = std::array<double, gridColumn::Count>;
-
 constexpr bool isAddedUp(const GridColumn &column) {
     return column.rule == CellRule::Sum || column.rule == CellRule::Mean ||
            column.rule == CellRule::Quotient;
 }
 
-void addRow(const Grid &grid, int row, Sums &sums) {
-    for (const GridColumn &column : gridColumns) {
+void addRow(const Grid &grid, int row, ColumnSums &sums) {
+    for (const GridColumn &column : gridColumn::table) {
         if (isAddedUp(column)) {
-            double &sum = sums[static_cast<std::size_t>(column.column)];
+            double &sum = sums[column.column];
             sum = toFifteenDigits(sum + cellNumber(grid, row, column.column));
         }
     }
 }
 
 /// Each of the `rows` counts once in a mean, however many records it holds.
-void writeSums(Grid &grid, const Sums &sums, int rows) {
+void writeSums(Grid &grid, const ColumnSums &sums, int rows) {
     const int row = gridRow::summary(grid.Rows());
-    for (const GridColumn &column : gridColumns) {
-        const double sum = sums[static_cast<std::size_t>(column.column)];
+    for (const GridColumn &column : gridColumn::table) {
+        const double sum = sums[column.column];
         if (isAddedUp(column))
             setCellNumber(grid, row, column.column,
                           column.rule == CellRule::Mean ? sum / rows : sum);
@@ -60,7 +56,7 @@ void writeSums(Grid &grid, const Sums &sums, int rows) {
 }
 
 void roundRow(Grid &grid, int row) {
-    for (const GridColumn &column : gridColumns) {
+    for (const GridColumn &column : gridColumn::table) {
         if (column.decimals < 0)
             continue;
         const int col = column.column;
@@ -106,7 +102,7 @@ void sumUp(Grid &grid, bool gridColor) {
     resetSummary(grid);
     const int rows = gridRow::dataRows(grid.Rows());
     const int summary = gridRow::summary(grid.Rows());
-    Sums sums{};
+    ColumnSums sums;
     for (int row = gridRow::FirstData; row <= rows; ++row) {
         averageRow(grid, row);
         addRow(grid, row, sums);
