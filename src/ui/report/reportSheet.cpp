@@ -227,8 +227,8 @@ void ReportSheet::draw(QPainter &painter, const QAbstractTextDocumentLayout::Pai
     };
     if (rows() == 0)
         return drawFrame(0, frameHeight(), 0);
+    // From top to bottom, as a printed page is read aloud or copied.
     drawFrame(0, rowsTop(), 0);
-    drawFrame(m_frameRowsBottom, frameHeight(), m_rowsBelow);
     painter.save();
     painter.setPen(context.palette.color(QPalette::Text));
     for (int row = rowAt(context.clip.top()); row < rows() && rowTop(row) < context.clip.bottom() &&
@@ -242,6 +242,7 @@ void ReportSheet::draw(QPainter &painter, const QAbstractTextDocumentLayout::Pai
         }
     }
     painter.restore();
+    drawFrame(m_frameRowsBottom, frameHeight(), m_rowsBelow);
 }
 
 void ReportSheet::draw(QPainter &painter, const QRectF &piece) const {

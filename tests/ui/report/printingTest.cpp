@@ -85,6 +85,9 @@ private slots:
         for (const char *piece : {"Veltrona Report", "Created on", "Größe 5 € – „ok“", "Summary",
                                   "Transactions", "Graph: Clicks", "Created with Veltrona"})
             QVERIFY2(text[0].contains(QString::fromUtf8(piece)), piece);
+        const QString inOrder = run("pdftotext", {"-raw", path("out.pdf"), "-"});
+        QVERIFY(inOrder.indexOf("plain") < inOrder.indexOf("Summary") &&
+                inOrder.indexOf("Summary") < inOrder.indexOf("Graph: Clicks"));
         const QImage page = picture(1);
         const QRect reds = areaOf(page, isRowRed);
         QVERIFY(reds.width() > page.width() / 2 && reds.height() < 14);
