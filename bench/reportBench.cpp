@@ -65,7 +65,7 @@ void reportBaseline(benchmark::State &state) {
             file << line;
     }
     if (lines.size() < rows)
-        state.SkipWithError("the report isn't whole");
+        state.SkipWithError("the report is incomplete");
 }
 
 BENCHMARK(report)->Name("report/ours")->UseRealTime();

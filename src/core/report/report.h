@@ -1,5 +1,5 @@
-// A report as a value: what it shows, in the order and the texts of its file. A row's texts share
-// their memory with the grid's.
+// A report as a value: all that it shows, as texts. Those of a row are shared with the grid's
+// cells.
 #pragma once
 
 #include "core/analysis/grid/statisticsGrid.h"
@@ -28,14 +28,14 @@ struct ReportOptions {
     bool footer = true;
 };
 
-/// What a report is made from; the caller owns it all.
+/// What a report is made from, owned by the caller.
 struct ReportSource {
     const TreeNode *selected = nullptr;
     DateRange range = {};
     Grid *grid = nullptr; // writing moves its current cell to the last cell written
     QString metric = {};
     ReportOptions options = {};
-    /// Copies the chart to the clipboard and into the picture box, and gives the box's picture;
+    /// Copies the chart to the clipboard and into the picture box, and returns the box's picture,
     /// null if there is none. Called only if the graph is wanted.
     std::function<const drawing::Picture *()> copyChart = {};
     QLocale locale = QLocale::system();
@@ -54,11 +54,11 @@ using ReportCells = std::array<QString, gridColumn::Shown>;
 
 struct ReportRow {
     ReportCells cells;
-    bool isMarked = false; // a loss, where losses are to be marked
+    bool isMarked = false; // a loss, if losses are to be marked
 };
 
 struct Report {
-    QString now; // as the system writes date and time
+    QString now; // in the locale's short form
     ReportDetails details;
     QString start; // days, as reportDate writes them
     QString end;
@@ -75,7 +75,7 @@ Report makeReport(const ReportSource &source, bool doColor);
 /// From the three texts of a tree node.
 ReportDetails reportDetails(const QString &key, const QString &tag, const QString &text);
 
-/// The first sign between the parts of the locale's short date, "/" where it has none.
+/// The first separator in the locale's short date format, "/" if it has none.
 QChar dateSeparator(const QLocale &locale);
 /// Month, day and year: "03/07/2006".
 QString reportDate(DateValue date, QChar separator);

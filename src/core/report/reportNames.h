@@ -6,14 +6,13 @@
 
 namespace veltrona {
 
-/// The name without blanks around it, with ".html" behind it unless it ends in ".htm" or ".html" in
-/// any case.
+/// The trimmed name, with ".html" appended unless it ends in ".htm" or ".html" in any case.
 QString reportFileName(const QString &name);
 
-/// The one place of the report that is printed.
+/// The fixed path of the printed report.
 QString printReportPath(const QString &dataFolder, QChar separator = QDir::separator());
 
-/// graph.jpg in the folder of a report.
+/// graph.jpg in the report's folder.
 QString graphPath(const QString &reportFile, QChar separator = QDir::separator());
 
 } // namespace veltrona

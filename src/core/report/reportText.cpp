@@ -11,7 +11,7 @@ namespace veltrona {
 
 namespace {
 
-/// The code page between 0x80 and 0x9F; 0 stands for the control character of the same number.
+/// The code page from 0x80 to 0x9F; 0 means the control character of the same number.
 constexpr char16_t upperPage[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
                                     0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
@@ -40,7 +40,7 @@ public:
         m_text.reserve(expectedSize);
     }
 
-    /// Writes one line of the report's own pieces and of values, which are QStrings.
+    /// Writes a line of fixed pieces and of values, which are QStrings.
     template<typename... Pieces>
     void write(const Pieces &...pieces) {
         (append(pieces), ...);

@@ -1,5 +1,5 @@
-// A report as HTML. Its file is windows-1252 with lines that end in CR and LF, and nothing in it is
-// escaped; a character that the code page lacks is written as a numeric character reference.
+// A report as HTML. The file is windows-1252 with CR LF line ends and escapes nothing; a character
+// that the code page lacks becomes a numeric character reference.
 #pragma once
 
 #include "core/report/report.h"
@@ -13,7 +13,7 @@ namespace veltrona {
 /// The address of the product's home page, in the report's footer.
 inline constexpr char homePage[] = "https://veltrona.example/";
 
-/// In pixels: tables and the graph are as wide as that, and texts as high.
+/// Width of the tables and font sizes, in pixels.
 inline constexpr int reportTableWidth = 800;
 inline constexpr int reportTextSize = 12;
 inline constexpr int reportTitleSize = 18;
@@ -21,10 +21,10 @@ inline constexpr int reportTitleSize = 18;
 /// Appends a text in windows-1252.
 void appendAnsi(std::string &out, QStringView text);
 
-/// What may differ between a report's file, which has the defaults, and the preview.
+/// What differs between the file and the preview. The defaults are those of the file.
 struct ReportForm {
     void (*appendValue)(std::string &out, QStringView value) = appendAnsi;
-    /// Around the rules of the style sheet.
+    /// Before and after the rules of the style sheet.
     std::string styleBegin = "<!--";
     std::string styleEnd = "-->";
     double zoom = 1; // of texts and tables

@@ -16,7 +16,7 @@ namespace veltrona {
 
 namespace {
 
-void tellPictureFailure(int number, const QString &description, const QString &details) {
+void reportPictureFailure(int number, const QString &description, const QString &details) {
     dialogs().messageWithDetails(
         MessageStyle::OkExclamation, QStringLiteral("  Error Saving JPEG"),
         QStringLiteral("The following error occured while trying to save the JPEG file:\r\r"
@@ -35,9 +35,9 @@ bool savePicture(const ReportSource &source, const desktop::ReplacementFile &fil
     const bool saved = modJPEG::saveJPEG(jpeg, file.path(), 85, false, number, description, &reason,
                                          file.handle());
     if (!saved)
-        tellPictureFailure(number, description,
-                           QStringLiteral("The picture \"%1\" wasn't written: %2")
-                               .arg(target, reason.isEmpty() ? description : reason));
+        reportPictureFailure(number, description,
+                             QStringLiteral("The picture \"%1\" wasn't written: %2")
+                                 .arg(target, reason.isEmpty() ? description : reason));
     return saved;
 }
 
@@ -46,7 +46,7 @@ bool putInPlace(desktop::ReplacementFile &picture) {
         picture.commit();
         return true;
     } catch (const Failure &failure) {
-        tellPictureFailure(failure.number(), failure.text(), failure.text());
+        reportPictureFailure(failure.number(), failure.text(), failure.text());
         return false;
     }
 }
@@ -66,7 +66,7 @@ Report writeReport(const QString &strFilename, bool doColor, const ReportSource 
     desktop::ReplacementFile picture(graph);
     const bool saved = source.options.graph && savePicture(source, picture, graph);
     page.commit();
-    // An older picture would pass for one of this report.
+    // An older picture would be taken for one of this report.
     if (source.options.graph && !(saved && putInPlace(picture)) && QFileInfo(graph).isFile())
         QFile::remove(graph);
     return report;

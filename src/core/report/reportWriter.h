@@ -1,5 +1,5 @@
-// Writes a report: the HTML file, and graph.jpg beside it if the graph is wanted. Both are put in
-// place when they are complete, the page first.
+// Writes a report: the HTML file, and graph.jpg beside it if the graph is wanted. Both replace
+// older files once they are complete, the page first.
 #pragma once
 
 #include "core/report/report.h"
@@ -8,11 +8,10 @@
 
 namespace veltrona {
 
-/// Blanks around the name are cut; a relative name starts from the current directory. Throws
-/// Failure where the page can't be written: an older page and its picture are as they were then. A
-/// picture that can't be written is reported in a message, and the page is put in place all the
-/// same, without an older picture beside it.
-/// Gives the report that the page shows.
+/// Trims the name; a relative one starts from the current directory. Throws Failure if the page
+/// can't be written: an older page and its picture then stay unchanged. If the picture can't be
+/// written, a message says so, the page is written all the same and an older picture is removed.
+/// Returns the report that was written.
 Report writeReport(const QString &strFilename, bool doColor, const ReportSource &source);
 
 /// Throws Failure unless the file can be read and holds the report.

@@ -1,7 +1,7 @@
-// The dialog between a command and the report writer. In its export role the user names a file and
-// may open the report in a browser; in its print role the report goes to its one fixed place and on
-// to the preview. The caption of `cmdRun` tells the roles apart. Each command makes a dialog of its
-// own.
+// Dialog of the export and print commands. In the export role the user names a file and may open
+// the report in a browser; in the print role the report is written to its fixed path and shown in
+// the preview. The caption of `cmdRun` distinguishes the roles. Each command creates its own
+// dialog.
 #pragma once
 
 #include "core/report/reportWriter.h"
@@ -18,10 +18,10 @@ class QPushButton;
 
 namespace veltrona {
 
-/// What the program's settings say of a report.
+/// The settings that concern reports.
 struct OutputSettings {
-    QString documentsFolder; // where the choice of a file begins
-    QString dataFolder;      // the printed report lies below it
+    QString documentsFolder; // initial folder of the file dialog
+    QString dataFolder;      // the printed report's path is below it
     bool exportColor = false;
     bool printColor = false;
 };
@@ -30,15 +30,15 @@ class frmOutput : public QDialog {
     Q_OBJECT
 
 public:
-    /// Comes up in the export role. What `source` points to must outlive the dialog; its options
-    /// are set from the check boxes.
+    /// Starts in the export role. What `source` points to must outlive the dialog; its options are
+    /// set from the check boxes.
     explicit frmOutput(ReportSource source, OutputSettings settings = {});
 
     void setPrintRole();
-    /// Shows the dialog modally; returns when it has been unloaded.
+    /// Shows the dialog modally; returns when it is closed.
     void Show();
 
-    /// Writes the report with the options ticked, and gives it; throws Failure.
+    /// Writes a report with the checked options and returns it; throws Failure.
     Report doExport(const QString &strFilename, bool doColor);
 
 protected:
@@ -55,7 +55,7 @@ private:
 
     ReportSource m_source;
     OutputSettings m_settings;
-    float m_raised = 0; // how far the print role has moved the lower controls up, in twips
+    float m_raised = 0; // of the lower controls in the print role, in twips
     QLabel *lblFilename;
     QLineEdit *txtFilename;
     QPushButton *comBrowse;

@@ -32,7 +32,7 @@ constexpr DesignedControl design[] = {
 constexpr float widthReserve = 300;
 constexpr float heightReserve = 1200;
 
-/// The paper is light on a dark desktop too.
+/// Paper is light on a dark desktop too.
 QPalette paperPalette() {
     QPalette palette;
     palette.setColor(QPalette::Base, Qt::white);
@@ -40,7 +40,7 @@ QPalette paperPalette() {
     return palette;
 }
 
-void tell(const QString &text) {
+void showMessage(const QString &text) {
     dialogs().message(MessageStyle::OkCancelExclamation, productName, text);
 }
 
@@ -55,10 +55,10 @@ frmPrev::frmPrev()
     setWindowFlags(desktop::fixedDialog);
     wbPP->setAccessibleName(QStringLiteral("Report"));
     wbPP->setOpenLinks(false);
-    // A caret lets a screen reader read the page along the arrow keys.
+    // With a caret, a screen reader can read the page by the arrow keys.
     wbPP->setTextInteractionFlags(wbPP->textInteractionFlags() | Qt::TextSelectableByKeyboard);
     wbPP->setPalette(paperPalette());
-    // The page keeps its width, as on paper, however wide the window is.
+    // As on paper, the width of the page does not depend on the window.
     wbPP->setLineWrapMode(QTextEdit::FixedPixelWidth);
     wbPP->setLineWrapColumnOrWidth(ReportSheet::pageWidth);
     cmdPrint->setAutoDefault(false);
@@ -98,7 +98,7 @@ void frmPrev::arrange() {
     Form_Resize();
 }
 
-/// A window of a fixed size is never maximised by a window manager, so it takes that size itself.
+/// Window managers do not maximise windows of fixed size.
 void frmPrev::fillScreen() {
     const QWidget *owner = desktop::owningWindow();
     m_screen = (owner ? owner : this)->screen()->availableGeometry();
@@ -130,7 +130,7 @@ void frmPrev::resizeEvent(QResizeEvent *event) {
     Form_Resize();
 }
 
-/// The frame is known when the window manager has put it around the window.
+/// The size of the frame is known only after the window manager has added it.
 void frmPrev::moveEvent(QMoveEvent *event) {
     QDialog::moveEvent(event);
     const QSize inner = m_screen.size() - desktop::frameExtent(*this);
@@ -146,7 +146,7 @@ void frmPrev::changeEvent(QEvent *event) {
         arrange();
 }
 
-/// The view's own zoom would leave tables, pictures and most texts as they are.
+/// The zoom of QTextBrowser leaves tables, pictures and most texts as they are.
 bool frmPrev::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() != QEvent::Wheel)
         return QDialog::eventFilter(watched, event);
@@ -163,11 +163,11 @@ bool frmPrev::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void frmPrev::zoomBy(int steps) {
-    constexpr double step = 1.1, smallest = 0.4, largest = 4;
+    constexpr double step = 1.1, minZoom = 0.4, maxZoom = 4;
     if (!m_page)
         return;
     const double zoom =
-        steps == 0 ? 1 : std::clamp(m_page->zoom() * std::pow(step, steps), smallest, largest);
+        steps == 0 ? 1 : std::clamp(m_page->zoom() * std::pow(step, steps), minZoom, maxZoom);
     const QScrollBar &bar = *wbPP->verticalScrollBar();
     const double place = double(bar.value()) / std::max(1, bar.maximum());
     const Hourglass hourglass;
@@ -175,7 +175,7 @@ void frmPrev::zoomBy(int steps) {
     wbPP->verticalScrollBar()->setValue(qRound(place * bar.maximum()));
 }
 
-/// Enter presses the button that has the focus; there is no default button.
+/// Enter presses the focused button; there is no default button.
 void frmPrev::keyPressEvent(QKeyEvent *event) {
     auto *button = qobject_cast<QPushButton *>(focusWidget());
     if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
@@ -184,7 +184,7 @@ void frmPrev::keyPressEvent(QKeyEvent *event) {
         QDialog::keyPressEvent(event);
 }
 
-/// A page that can't be loaded leaves its reason in the browser's place, and nothing to print.
+/// If the report can't be loaded, the browser shows the reason and nothing can be printed.
 void frmPrev::Navigate(const QString &fileName) {
     const Hourglass hourglass;
     try {
@@ -201,12 +201,12 @@ void frmPrev::cmdPrint_Click() {
         if (printing().isEnabled() && isLoaded())
             printing().print(*m_page, this);
         else
-            tell(QStringLiteral("The Print command is currently disabled."));
+            showMessage(QStringLiteral("The Print command is currently disabled."));
     } catch (const Failure &failure) {
         noted = failure.text();
     }
     if (!noted.isEmpty())
-        tell(QStringLiteral("Print command Error: ") + noted);
+        showMessage(QStringLiteral("Print command Error: ") + noted);
 }
 
 void frmPrev::cmdClose_Click() {

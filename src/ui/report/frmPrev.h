@@ -1,5 +1,5 @@
-// The print preview: shows a report's HTML file and prints it with the system's own dialog. One
-// shared instance serves the whole run; each showing loads the file afresh.
+// Print preview: shows a report and prints it through the system's print dialog. One instance is
+// shared for the whole run; each Show loads the report again.
 #pragma once
 
 #include "core/report/report.h"
@@ -22,13 +22,14 @@ public:
     ~frmPrev() override;
     static frmPrev &instance();
 
-    /// The file to show, and what was written to it.
+    /// The file to show, and the report that was written to it.
     QString FileName;
     Report report;
 
-    /// Loads the file and shows the preview modally, filling the screen; returns when it is closed.
+    /// Loads the report and shows the preview modally on the whole screen; returns when it is
+    /// closed.
     void Show();
-    /// Whether the report is on the screen, so that it can be printed.
+    /// Whether a report is shown and can be printed.
     bool isLoaded() const { return m_page != nullptr; }
 
 protected:
@@ -45,7 +46,7 @@ private:
     void cmdPrint_Click();
     void cmdClose_Click();
     void Navigate(const QString &fileName);
-    /// By so many steps larger, or smaller below 0; back to the first size for 0.
+    /// Zooms in by this many steps, out for a negative number; 0 restores the original size.
     void zoomBy(int steps);
     void fillScreen();
     void arrange();
@@ -53,8 +54,8 @@ private:
     QPushButton *cmdPrint;
     QPushButton *cmdClose;
     QTextBrowser *wbPP;
-    int m_wheel = 0; // turned with Ctrl and not yet zoomed, in eighths of a degree
-    QRect m_screen;  // what the window fills, its frame included
+    int m_wheel = 0; // rest of a turn with Ctrl, in eighths of a degree
+    QRect m_screen;  // that the window fills, including its frame
     std::unique_ptr<ReportDocument> m_page;
 };
 

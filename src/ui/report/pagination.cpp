@@ -11,7 +11,7 @@ namespace veltrona {
 
 namespace {
 
-constexpr double borders = 4; // of a table's end, in pixels
+constexpr double borders = 4; // at the end of a table, in pixels
 
 struct Span {
     double top;
@@ -19,8 +19,7 @@ struct Span {
     bool isPicture = false;
 };
 
-/// The lines of the frame, in frame coordinates. A picture stays with the line above that says
-/// what it shows.
+/// The lines of the frame, in frame coordinates. A picture stays with its caption, the line above.
 std::vector<Span> linesOf(const QTextDocument &frame) {
     const QAbstractTextDocumentLayout &layout = *frame.documentLayout();
     std::vector<Span> spans;
@@ -37,9 +36,9 @@ std::vector<Span> linesOf(const QTextDocument &frame) {
     return spans;
 }
 
-/// What must stay on one page, from top to bottom. The cells of a row overlap in height, so they
-/// make one span, and a table's first and last edge stay with the row beside them. The statistics
-/// are one span: their rows are cut where they meet.
+/// What must stay on one page, from top to bottom. The cells of a row overlap vertically and so are
+/// one span; the outer edges of a table stay with the row next to them. The statistics are one span
+/// here, breaksOf adds the breaks between their rows.
 std::vector<Span> spansOf(const ReportSheet &sheet) {
     const QTextDocument &frame = sheet.frame();
     std::vector<Span> spans = linesOf(frame);
@@ -65,7 +64,7 @@ std::vector<Span> spansOf(const ReportSheet &sheet) {
     return spans;
 }
 
-/// The middles of the gaps between the spans, the places between rows, and the sheet's end.
+/// The middles of the gaps between spans, the boundaries of rows and the end of the sheet.
 std::vector<double> breaksOf(const ReportSheet &sheet) {
     std::vector<double> breaks;
     double bottom = 0;
@@ -74,7 +73,7 @@ std::vector<double> breaksOf(const ReportSheet &sheet) {
             breaks.push_back((bottom + span.top) / 2);
         bottom = std::max(bottom, span.bottom);
     }
-    // The headings stay with the first row below them.
+    // The headings stay with the first row.
     for (int row = 1; row < sheet.rows(); ++row)
         breaks.push_back(sheet.rowTop(row));
     breaks.push_back(bottom + borders);
@@ -85,7 +84,7 @@ std::vector<double> breaksOf(const ReportSheet &sheet) {
 } // namespace
 
 double highestPicture(const ReportSheet &sheet) {
-    constexpr double rounding = 0.01; // of scales
+    constexpr double rounding = 0.01; // of the scale
     const std::vector<double> breaks = breaksOf(sheet);
     double highest = 0;
     for (const Span &span : spansOf(sheet)) {

@@ -1,4 +1,4 @@
-// Where a sheet is cut into pages: between its lines, never through a row or a picture.
+// Divides a sheet into pages: between lines, never within a row or a picture.
 #pragma once
 
 #include <vector>
@@ -11,15 +11,15 @@ class ReportSheet;
 struct ReportPage {
     double top = 0;
     double bottom = 0;
-    /// The headings of the statistics stand above the piece once more.
+    /// Whether the headings of the statistics are repeated above the piece.
     bool repeatsHeadings = false;
 };
 
-/// The pages for paper of that height. Only what is higher than a whole page is cut.
+/// The pages for paper of this height. Only what is higher than a page is divided.
 std::vector<ReportPage> paginate(const ReportSheet &sheet, double height);
 
-/// The height of a page that holds the highest picture and what stays with it: the line above and,
-/// where no break is possible, the last row with its headings. 0 if there is no picture.
+/// The height of a page with the highest picture and what must stay with it: the line above and, if
+/// no break is possible, the last row with its headings. 0 if there is no picture.
 double highestPicture(const ReportSheet &sheet);
 
 } // namespace veltrona

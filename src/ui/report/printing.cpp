@@ -25,8 +25,8 @@ namespace {
 
 class SystemPrinting : public Printing {
 public:
-    // Without any printer the dialog still prints to a file; with a server that is silent it would
-    // never come up.
+    // Without a printer the dialog still prints to a file; while CUPS doesn't respond, it would not
+    // even open.
     bool isEnabled() override {
         desktop::requireSpooler();
         return true;
@@ -63,13 +63,13 @@ void drawPage(QPainter &painter, const ReportSheet &sheet, const ReportPage &pag
     painter.restore();
 }
 
-/// In the middle of the paper's foot.
+/// Centred at the bottom of the paper.
 void drawPageNumber(QPainter &painter, const QSizeF &paper, int number, std::size_t pages) {
     painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
                      QStringLiteral("Page %1 of %2").arg(number).arg(pages));
 }
 
-/// The numbers of the pages that the user asked for, in the order of printing.
+/// The numbers of the selected pages, in printing order.
 std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
     std::vector<int> numbers;
     for (int number = 1; number <= pages; ++number) {
@@ -91,22 +91,22 @@ std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
     return all;
 }
 
-/// The page is as wide as the paper, unless a picture would then be higher than the paper is.
+/// Fits the width of the paper, or smaller if a picture would then be higher than the paper.
 double scaleFor(const ReportSheet &sheet, const QSizeF &paper) {
-    constexpr double bearable = 3; // smaller still, nothing could be read
+    constexpr double maxShrink = 3; // below that nothing is readable
     const double scale = paper.width() / sheet.width();
     const double picture = highestPicture(sheet) * scale;
-    return picture > paper.height() && picture < bearable * paper.height()
+    return picture > paper.height() && picture < maxShrink * paper.height()
                ? scale * paper.height() / picture
                : scale;
 }
 
-/// Printers ask for some margin of their own; reports have more.
+/// At least 10 mm, even if the printer's own margins are smaller.
 void widenMargins(QPrinter &printer) {
-    constexpr double least = 10; // millimetres
+    constexpr double minMargin = 10; // millimetres
     const QMarginsF own = printer.pageLayout().margins(QPageLayout::Millimeter);
-    printer.setPageMargins({qMax(own.left(), least), qMax(own.top(), least),
-                            qMax(own.right(), least), qMax(own.bottom(), least)},
+    printer.setPageMargins({qMax(own.left(), minMargin), qMax(own.top(), minMargin),
+                            qMax(own.right(), minMargin), qMax(own.bottom(), minMargin)},
                            QPageLayout::Millimeter);
 }
 
@@ -121,7 +121,7 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
     const double scale = scaleFor(sheet, body);
     const std::vector<ReportPage> pages = paginate(sheet, body.height() / scale);
     const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
-    if (numbers.empty()) // an empty sheet would come out
+    if (numbers.empty()) // Qt would print an empty page
         throw Failure(noSuchPage,
                       QStringLiteral("The report's last page is number %1.").arg(pages.size()));
 
@@ -145,7 +145,7 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
            printer.printerState() != QPrinter::Aborted;
 }
 
-/// The engine that writes the file doesn't tell that the disk was full.
+/// Qt's PDF engine doesn't report a full disk.
 bool isWhole(const QString &pdf) {
     QFile file(pdf);
     return file.open(QIODevice::ReadOnly) && file.seek(qMax<qint64>(0, file.size() - 16)) &&
@@ -158,7 +158,7 @@ void printToFile(const ReportDocument &report, QPrinter &printer) {
     printer.setOutputFileName(file.path());
     const auto restored = qScopeGuard([&] { printer.setOutputFileName(target); });
     const bool drawn = drawPages(report, printer);
-    const bool isDevice = file.path() == target; // nothing can be read back from it
+    const bool isDevice = file.path() == target; // can't be read back
     if (!drawn || !(isDevice || isWhole(file.path())))
         throw Failure(static_cast<int>(printer.printerState()),
                       QStringLiteral("The file \"%1\" can't be written. Its folder may be missing "

@@ -1,5 +1,5 @@
-// How a report gets to a printer. It stands behind a seam, so that a system on which nothing can be
-// printed, and one on which printing fails, can both be had at will.
+// Prints reports. `Printing` is an interface, so that tests can simulate missing and failing
+// printers.
 #pragma once
 
 class QPrinter;
@@ -13,17 +13,17 @@ class Printing {
 public:
     virtual ~Printing() = default;
 
-    /// Whether something can be printed at this moment; throws Failure if that can't be told.
+    /// Whether printing is possible at this moment; throws Failure if that is unknown.
     virtual bool isEnabled() = 0;
-    /// Asks the user by the system's print dialog and prints; throws Failure.
+    /// Shows the system's print dialog and prints; throws Failure.
     virtual void print(const ReportDocument &report, QWidget *owner) = 0;
 };
 
-/// The printing in force: that of the services, or else the system's.
+/// The one in `Services`, or else the system's.
 Printing &printing();
 
-/// Prints what the preview shows, as wide as the paper between its margins, and numbers the pages.
-/// Throws Failure if printer or file refuses; a file that stood there before is unharmed then.
+/// Prints the report as wide as the paper between its margins, with page numbers. Throws Failure if
+/// the printer or the file can't be written to; an older file is then kept.
 void printReport(const ReportDocument &report, QPrinter &printer);
 
 } // namespace veltrona

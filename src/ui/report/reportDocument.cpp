@@ -24,8 +24,8 @@ ReportDocument::ReportDocument(const QString &path, const Report &report)
     m_layout->setSheet(std::move(sheet));
 }
 
-/// A table of all rows takes the place of the frame's: to add rows to that one would take many
-/// times as long.
+/// Replaces the frame's table by one with all rows: adding rows to a table takes many times as
+/// long.
 void ReportDocument::fillRows(const ReportSheet &sheet) {
     const QTextTable &few = *ReportSheet::statisticsIn(*this);
     QTextCursor cursor(this);

@@ -1,6 +1,6 @@
-// A report as a document that can be shown and printed. It reads the report's file and the picture
-// beside it and nothing else: no other file, no network, no script. Values are plain text, whatever
-// they look like. The document keeps a reference to the report.
+// A report as a document that can be shown and printed. It reads the report's file and picture and
+// nothing else: no other file, no network, no script. Values are plain text, whatever they look
+// like. The document refers to the report, which must outlive it.
 #pragma once
 
 #include "core/report/report.h"
@@ -21,10 +21,10 @@ public:
     ReportDocument(const QString &path, const Report &report);
 
     double zoom() const { return m_zoom; }
-    /// Lays the report out again, larger or smaller.
+    /// Lays the report out again.
     void setZoom(double zoom);
 
-    /// The report laid out for paper, whatever the zoom; it must not outlive the document.
+    /// The report laid out for paper, at zoom 1; it must not outlive the document.
     ReportSheet paperSheet() const;
 
 protected:

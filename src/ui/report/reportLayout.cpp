@@ -10,7 +10,7 @@ namespace veltrona {
 
 namespace {
 
-/// The lines of one block for another one of the same text.
+/// Gives a layout the lines of a block with the same text.
 void copyLines(const QTextBlock &from, QTextLayout &layout) {
     const QTextLayout &source = *from.layout();
     layout.setTextOption(source.textOption());
@@ -61,7 +61,7 @@ int ReportLayout::firstPosition(Cell cell) const {
     return ReportSheet::statisticsIn(*document())->cellAt(cell.row + 1, cell.col).firstPosition();
 }
 
-/// Of a position that isn't among the rows; -1 stays.
+/// For a position that isn't among the rows; -1 stays -1.
 int ReportLayout::toFrame(int position) const {
     return position < m_rowsEnd ? position : position - m_rowsEnd + m_frameRowsEnd;
 }
@@ -82,8 +82,8 @@ QAbstractTextDocumentLayout::PaintContext ReportLayout::inFrame(const PaintConte
         const int begin = selection.cursor.selectionStart(), end = selection.cursor.selectionEnd();
         QTextCursor cursor(const_cast<QTextDocument *>(&m_sheet->frame()));
         cursor.setPosition(place(begin));
-        // A selection that ends among the rows takes all above them, one that begins there all
-        // below.
+        // A selection that ends among the rows includes all before them, one that begins there all
+        // after them.
         cursor.setPosition(isAmongRows(begin) && !isAmongRows(end) ? m_frameRowsEnd : place(begin));
         cursor.setPosition(place(end), QTextCursor::KeepAnchor);
         frame.selections.append({cursor, selection.format});

@@ -1,7 +1,7 @@
-// Shows a sheet as the layout of a document that holds the same report with all its rows, so that
-// the document's view has caret, selection and search in it as in any other document. Positions in
-// the frame of the sheet and in the document are the same up to the rows; behind them they differ
-// by what the frame leaves out.
+// Layout of a document that holds a whole report, by means of a sheet of that report, so that the
+// document's view offers caret, selection and search as for any document. Positions in the sheet's
+// frame and in the document are equal before the rows; after them they differ by the rows that the
+// frame leaves out.
 #pragma once
 
 #include "ui/report/reportSheet.h"
@@ -20,7 +20,7 @@ public:
     /// The document owns the layout.
     explicit ReportLayout(QTextDocument *document);
 
-    /// Shows a sheet of the document's report from now on.
+    /// Replaces the sheet, which must be one of the document's report.
     void setSheet(std::unique_ptr<ReportSheet> sheet);
     const ReportSheet &sheet() const { return *m_sheet; }
 
@@ -29,7 +29,7 @@ public:
     int pageCount() const override { return 1; }
     QSizeF documentSize() const override;
     QRectF frameBoundingRect(QTextFrame *frame) const override;
-    /// Lays out the block's own lines too, where the caret is looked for.
+    /// Also lays out the block's own lines, by which Qt places the caret.
     QRectF blockBoundingRect(const QTextBlock &block) const override;
 
 protected:
@@ -49,11 +49,11 @@ private:
     int hitTestCell(const QPointF &point, Qt::HitTestAccuracy accuracy) const;
 
     std::unique_ptr<ReportSheet> m_sheet;
-    // The positions that the rows lie between: in the document, and their end in the frame.
+    // Positions: where the rows begin and end in the document, and where they end in the frame.
     int m_rowsBegin = 0;
     int m_rowsEnd = 0;
     int m_frameRowsEnd = 0;
-    mutable std::set<int> m_laidOut; // the blocks that have lines of their own, by position
+    mutable std::set<int> m_laidOut; // positions of the blocks that have lines
 };
 
 } // namespace veltrona

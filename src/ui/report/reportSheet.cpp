@@ -25,21 +25,21 @@ QFont cellFont(double zoom) {
     return font;
 }
 
-/// At most as wide as the tables, however many pixels that takes.
+/// At most as wide as the tables, without losing pixels.
 QImage fitted(QImage graph, double zoom) {
     graph.setDevicePixelRatio(std::max(1.0, double(graph.width()) / reportTableWidth) / zoom);
     return graph;
 }
 
-/// The drawing of rich text leaves pixels out where there are too many.
+/// Scaled smoothly beforehand, since rich text drops pixels when it draws a larger picture.
 QImage forScreen(const QImage &graph, double zoom) {
     const int width = qRound(reportTableWidth * zoom * qGuiApp->devicePixelRatio());
     return fitted(
         graph.width() > width ? graph.scaledToWidth(width, Qt::SmoothTransformation) : graph, zoom);
 }
 
-/// What stands for a picture that isn't there. A null image won't do: the drawing of rich text
-/// would then read a file of that name by itself.
+/// For a missing picture. It can't be a null image: rich text would then try to read a file of that
+/// name itself.
 QImage noPicture() {
     QImage image(1, 1, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
@@ -50,8 +50,8 @@ void appendShown(std::string &html, QStringView value) {
     html += shownValue(value.toString()).toHtmlEscaped().toUtf8();
 }
 
-/// The report's HTML for Qt's rich text, which takes a style sheet between comment marks for a
-/// comment. Links have the colour that they have on light paper; values keep their blanks.
+/// The report as HTML for Qt's rich text, which would ignore a style sheet between comment marks.
+/// Links have the usual colour on white; values keep their blanks.
 QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom) {
     const QString style = QStringLiteral("a {color: #0000EE} td {white-space: pre-wrap} "
                                          "p {margin-top: %1px; margin-bottom: %1px} ")
@@ -66,7 +66,7 @@ QTextBlock blockOf(const QTextTable &table, int row, int col) {
 
 } // namespace
 
-/// Reads no file and no network: all that it is asked for is the graph.
+/// Reads neither files nor the network; only the graph is ever requested.
 class ReportSheet::Frame : public QTextDocument {
 protected:
     QVariant loadResource(int type, const QUrl &) override {
@@ -112,7 +112,7 @@ void ReportSheet::makeFrame(const QImage &graph, Options options) {
     m_frame->setTextWidth(pageWidth * options.zoom);
 }
 
-/// Takes the places and formats from the frame's rows.
+/// Reads positions and formats from the frame's rows.
 void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
     const QTextTable &table = *statisticsIn(*m_frame);
     const QAbstractTextDocumentLayout &layout = *m_frame->documentLayout();
@@ -205,7 +205,7 @@ void ReportSheet::layOutCell(QTextLayout &layout, int row, int col) const {
         line.setLeadingIncluded(true);
         line.setLineWidth(column.width);
         line.setPosition({0, y});
-        // Whole pixels, as rich text goes on; fonts may lead backwards.
+        // Rounded up as in rich text; the leading of a font may be negative.
         y += std::ceil(line.ascent() + line.descent() + line.leading());
     }
     layout.endLayout();
@@ -227,7 +227,7 @@ void ReportSheet::draw(QPainter &painter, const QAbstractTextDocumentLayout::Pai
     };
     if (rows() == 0)
         return drawFrame(0, frameHeight(), 0);
-    // From top to bottom, as a printed page is read aloud or copied.
+    // From top to bottom: the order in which the text of a PDF is copied or read aloud.
     drawFrame(0, rowsTop(), 0);
     painter.save();
     painter.setPen(context.palette.color(QPalette::Text));
@@ -254,8 +254,7 @@ void ReportSheet::draw(QPainter &painter, const QRectF &piece) const {
     });
 }
 
-/// The lines as the tables of rich text have them: the table's edges stand out and those of the
-/// cells are cut in.
+/// As in tables of rich text: the table's border is raised, those of the cells are sunken.
 void ReportSheet::drawRowLines(QPainter &painter, int row) const {
     const QTextTable &table = *statisticsIn(*m_frame);
     const QColor dark = table.format().borderBrush().color();

@@ -1,7 +1,7 @@
-// A report laid out for screen or paper. Qt's rich text lays out all of it but the rows of the
-// statistics, which may be very many: they are lines of one kind, so the sheet knows where each
-// stands and lays out the texts of those that are drawn. Lengths are pixels from the sheet's top
-// left. The sheet keeps a reference to the report.
+// A report laid out for screen or paper. Qt's rich text lays out the frame: everything except the
+// rows of the statistics, which may be very many. The rows share one format, so the sheet computes
+// their positions and lays out the texts of those that are drawn. Lengths are pixels from the
+// sheet's top left. The sheet refers to the report, which must outlive it.
 #pragma once
 
 #include "core/report/report.h"
@@ -22,12 +22,12 @@ namespace veltrona {
 
 class ReportSheet {
 public:
-    /// The width that a report is laid out for: its tables and the margin.
+    /// The width of the tables and the margins.
     static constexpr int pageWidth = 824;
 
     struct Options {
         double zoom = 1;
-        /// Paper takes the graph in all its pixels, the screen as many as it shows.
+        /// Paper gets all pixels of the graph, the screen as many as it shows.
         bool forPaper = false;
     };
     ReportSheet(const Report &report, const QImage &graph, Options options);
@@ -35,10 +35,10 @@ public:
     double width() const;
     double height() const { return frameHeight() + m_rowsBelow; }
 
-    /// The report with a few of its rows; what stands above and below the rows is drawn from it.
+    /// The report with a few of its rows; all but the rows is drawn from it.
     const QTextDocument &frame() const { return *m_frame; }
     QString frameHtml() const { return m_html; }
-    /// The table of the statistics in a document of the frame's HTML; null if there is none.
+    /// The table of the statistics in a document made from `frameHtml`; null if there is none.
     static QTextTable *statisticsIn(const QTextDocument &document);
 
     int rows() const { return static_cast<int>(m_tops.size()) - 1; }
@@ -47,27 +47,26 @@ public:
     double rowTop(int row) const { return m_tops[std::size_t(row)]; }
     double rowsTop() const { return m_tops.front(); }
     double rowsBottom() const { return m_tops.back(); }
-    /// How much lower what follows the rows stands on the sheet than in the frame.
+    /// By how much the lines after the rows are lower on the sheet than in the frame.
     double rowsBelow() const { return m_rowsBelow; }
-    /// The row at a height and the column at a place from the left; the nearest one.
+    /// The nearest row and column.
     int rowAt(double y) const;
     int columnAt(double x) const;
 
     QString cellText(int row, int col) const;
     const QTextCharFormat &rowFormat(int row) const;
     QTextBlockFormat columnFormat(int col) const { return m_columns[std::size_t(col)].format; }
-    /// Where the text of a cell begins, and its lines, which begin there.
+    /// Top left of a cell's text; lines laid out by layOutCell are relative to it.
     QPointF cellPlace(int row, int col) const;
     void layOutCell(QTextLayout &layout, int row, int col) const;
 
-    /// What the drawing of a cell adds to its text; given the cell's row, column and lines, and the
-    /// place where they are drawn.
+    /// Draws a cell, given its row, column and lines, and the position of the lines.
     using DrawCell = std::function<void(int, int, const QTextLayout &, const QPointF &)>;
-    /// Draws what stands within the context's clip, with the context's selections and cursor where
-    /// these are positions in the frame.
+    /// Draws what is within the context's clip, with the context's selections and cursor, which are
+    /// positions in the frame.
     void draw(QPainter &painter, const QAbstractTextDocumentLayout::PaintContext &context,
               const DrawCell &drawCell) const;
-    /// The same without selections.
+    /// The same without selections and cursor.
     void draw(QPainter &painter, const QRectF &piece) const;
 
 private:
@@ -81,7 +80,7 @@ private:
     void makeFrame(const QImage &graph, Options options);
     void readTable(const std::vector<ReportRow> &samples);
     void measureRows();
-    /// Of a text in the place of a cell.
+    /// Of a text in place of the cell's own.
     double cellHeight(const QString &text, int row, int col) const;
     double rowHeight(int row) const;
     double cellLeft(const Column &column) const { return column.left - m_padding - m_border; }
@@ -101,7 +100,7 @@ private:
     double m_border = 0;
     double m_padding = 0;
     double m_frameRowsBottom = 0;
-    std::vector<double> m_tops = {0}; // of each row and of what follows the last one
+    std::vector<double> m_tops = {0}; // of each row, and the bottom of the last one
     double m_rowsBelow = 0;
 };
 

@@ -1,4 +1,4 @@
-// The few rows of a report's statistics that decide how all of them are laid out.
+// The few rows of the statistics that determine the layout of all of them.
 #pragma once
 
 #include "core/report/report.h"
@@ -11,12 +11,12 @@
 
 namespace veltrona {
 
-/// A value in the form in which a document can take it: one line, shortened where nobody could read
-/// it, without characters that have a meaning of their own in documents.
+/// A value as a document can hold it: on one line, shortened if very long, without characters that
+/// have a special meaning in documents.
 QString shownValue(const QString &text);
 
-/// Widths of texts added up from their characters: exact enough for Latin texts, and many times
-/// quicker than laying them out.
+/// Adds up the widths of a text's characters: exact enough for Latin texts, and many times faster
+/// than a layout.
 class CharacterWidths {
 public:
     explicit CharacterWidths(const QFont &font) : m_font(font) {}
@@ -26,11 +26,11 @@ public:
 
 private:
     QFont m_font;
-    std::array<float, 0x10000> m_widths{}; // 0 where it hasn't been asked for
+    std::array<float, 0x10000> m_widths{}; // 0 if not yet measured
 };
 
-/// In their order: the rows that hold a column's longest text or longest word and so decide the
-/// widths, a marked one, the first one and the last one.
+/// The rows with the widest text or word of a column, which determine the columns' widths, a marked
+/// row, the first and the last one, in their order.
 std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFont &font);
 
 } // namespace veltrona

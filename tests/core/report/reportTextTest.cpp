@@ -71,7 +71,7 @@ private slots:
         QVERIFY(golden.open(QIODevice::ReadOnly));
         const std::string expected = golden.readAll().toStdString();
         const std::string text = reportText(exampleReport(exampleGrid()));
-        QCOMPARE(linesOf(text), linesOf(expected)); // tells the line
+        QCOMPARE(linesOf(text), linesOf(expected)); // names the line
         QCOMPARE(text, expected);
         QCOMPARE(linesOf(text).size(), 120);
     }
@@ -137,7 +137,7 @@ private slots:
     }
 
     void dates() {
-        // Marks around the separator, and a month in letters: both have none.
+        // The last two: direction marks around the separator, and a month in letters.
         const std::pair<QLocale, QChar> separators[] = {{QLocale("en_US"), u'/'},
                                                         {QLocale("de_DE"), u'.'},
                                                         {QLocale("ar_EG"), u'/'},

@@ -44,7 +44,7 @@ class ReportWriterTest : public QObject, test::TestFolder {
         return source;
     }
     void write(const QString &file) { writeReport(file, true, source()); }
-    /// The text of the failure that writing ends in.
+    /// The text of the failure, if any.
     QString failureText(const QString &file) {
         const auto failure = failureOf([&] { write(file); });
         return failure ? failure->text() : QString();
@@ -76,7 +76,7 @@ private slots:
         QCOMPARE(m_grid.Col(), 12);
     }
 
-    void blankNamesAndFullDevicesAreTold() {
+    void blankNamesAndFullDevicesAreReported() {
         QVERIFY(!failureText("  ").isEmpty());
         // A device is written, not replaced.
         QVERIFY(QFile::link("/dev/full", m_page));
@@ -89,7 +89,7 @@ private slots:
         test::write(m_page, "older page");
         test::write(m_picture, "older picture");
         test::allow(m_page, 0404);
-        // The folder lets everybody in, so that the page's own rights alone stand in the way.
+        // The folder is open to all, so that only the page's own permissions prevent it.
         test::allow(folder(), 0777);
         QString text;
         {
@@ -103,7 +103,7 @@ private slots:
         QCOMPARE(files().size(), 2);
     }
 
-    void aFailedPictureIsToldAndThePageWritten() {
+    void aFailedPictureIsReportedAndThePageWritten() {
         DialogRecorder recorder;
         recorder.expectAnswer(Answer::Ok);
         m_chart = drawing::Picture();
@@ -117,10 +117,10 @@ private slots:
         QCOMPARE(recorder.boxes().first().details,
                  "The picture \"" + m_picture + "\" wasn't written: No picture loaded to save.");
         QVERIFY(contents(m_page).contains("<img src=\"graph.jpg\">"));
-        QCOMPARE(files(), QStringList{"report.html"}); // no picture of another report
+        QCOMPARE(files(), QStringList{"report.html"}); // no picture of an older report
     }
 
-    void aPictureThatCannotBePutInPlaceIsTold() {
+    void aPictureThatCannotReplaceIsReported() {
         DialogRecorder recorder;
         recorder.expectAnswer(Answer::Ok);
         QVERIFY(QDir().mkdir(m_picture));

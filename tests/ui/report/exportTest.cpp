@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(m_main->dialogs.boxes().last().style, 48);
         QCOMPARE(m_main->dialogs.boxes().last().title, "Browser Not Found");
         QCOMPARE(m_main->dialogs.boxes().last().text, "Could not find associated Browser");
-        // One that is there and can't be started.
+        // One that exists and can't be started.
         installHandler(path("stub"));
         QVERIFY(QFile::remove(path("stub")));
         m_main->writeFile("stub", "\1no program");
@@ -210,7 +210,7 @@ private slots:
         QCOMPARE(copied.size(), QImageReader(path("graph.jpg")).size());
         QCOMPARE(m_main->view<QLabel>("picChart")->pixmap().size(), copied.size());
 
-        // A picture of ours goes there the same way.
+        // cJPEG copies a picture there in the same way.
         const std::uint8_t pixels[] = {0, 0, 255, 0, 255, 0, 255, 0, 0, 9, 9, 9};
         const drawing::Picture bitmap(drawing::createBitmap(2, 2, pixels, 6));
         cJPEG picture;

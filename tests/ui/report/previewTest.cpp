@@ -155,7 +155,7 @@ private slots:
     void printingThatIsDisabledOrFails() {
         StubPrinting stub;
         DialogRecorder recorder;
-        const auto told = [&](Answer answer) {
+        const auto shownBox = [&](Answer answer) {
             recorder.expectAnswer(answer);
             button("cmdPrint")->click();
             const ShownBox &box = recorder.boxes().last();
@@ -163,13 +163,14 @@ private slots:
         };
         show({.names = {}}, [&] {
             stub.enabled = false;
-            QCOMPARE(told(Answer::Cancel), "49 Veltrona: The Print command is currently disabled.");
+            QCOMPARE(shownBox(Answer::Cancel),
+                     "49 Veltrona: The Print command is currently disabled.");
             QCOMPARE(stub.prints, 0);
             stub.asking = true;
-            QCOMPARE(told(Answer::Ok), "49 Veltrona: Print command Error: no spooler");
+            QCOMPARE(shownBox(Answer::Ok), "49 Veltrona: Print command Error: no spooler");
             stub.asking = false;
             stub.enabled = stub.printing = true;
-            QCOMPARE(told(Answer::Ok), "49 Veltrona: Print command Error: out of paper");
+            QCOMPARE(shownBox(Answer::Ok), "49 Veltrona: Print command Error: out of paper");
             stub.printing = false;
             button("cmdPrint")->click(); // usable again
             QCOMPARE(stub.prints, 2);
@@ -188,18 +189,18 @@ private slots:
                 QVERIFY(holdsColor(screen(), QColor(200, 0, 200)));
                 browser()->setTextCursor(browser()->document()->find("row 2000"));
                 QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
-                const auto textBehind = [&](Qt::Key key) {
+                const auto textAfter = [&](Qt::Key key) {
                     QTest::keyClick(browser(), key);
                     return browser()->textCursor().block().text();
                 };
-                QCOMPARE(textBehind(Qt::Key_Up), "row 1999");
-                QCOMPARE(textBehind(Qt::Key_Down), "row 2000");
-                QCOMPARE(textBehind(Qt::Key_Home), "row 2000");
-                QCOMPARE(textBehind(Qt::Key_Left), "77.14"); // 1999 * 12 % 977 / 7
+                QCOMPARE(textAfter(Qt::Key_Up), "row 1999");
+                QCOMPARE(textAfter(Qt::Key_Down), "row 2000");
+                QCOMPARE(textAfter(Qt::Key_Home), "row 2000");
+                QCOMPARE(textAfter(Qt::Key_Left), "77.14"); // 1999 * 12 % 977 / 7
                 const QTextCursor other = browser()->document()->find("row 1998");
                 QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {},
                                   browser()->cursorRect(other).center());
-                QCOMPARE(textBehind(Qt::Key_Home), "row 1998");
+                QCOMPARE(textAfter(Qt::Key_Home), "row 1998");
             });
             QVERIFY(browser()->toPlainText().isEmpty());
         }
@@ -214,7 +215,7 @@ private slots:
                 return qAbs(page.size().width() / size.width() - factor) < 0.02 &&
                        qAbs(page.size().height() / size.height() - factor) < 0.05;
             };
-            // Here the texts of one size become as high as those of another one were.
+            // At this zoom texts of one size are as high as those of another size were before.
             for (int i = 0; i < 2; ++i) {
                 QTest::keyClick(m_form, Qt::Key_Plus, Qt::ControlModifier);
                 QTest::keyClick(browser(), Qt::Key_Equal, Qt::ControlModifier);
@@ -235,7 +236,7 @@ private slots:
         });
     }
 
-    /// The rows look as if rich text had laid out all of them; it has done so here.
+    /// The rows look as if rich text had laid out all of them, which it does here.
     void rowsLookLikeATable() {
         QStringList names = numberedNames(40);
         names[0] = "the first name doesn't tell how high a row of one line is either";
@@ -265,7 +266,7 @@ private slots:
             draw(painter, QRectF(image.rect()));
             return image;
         };
-        const QImage ours =
+        const QImage found =
             picture([&](QPainter &painter, const QRectF &clip) { sheet.draw(painter, clip); });
         const QImage expected = picture([&](QPainter &painter, const QRectF &clip) {
             QAbstractTextDocumentLayout::PaintContext context;
@@ -273,7 +274,7 @@ private slots:
             context.clip = clip;
             whole.documentLayout()->draw(&painter, context);
         });
-        QCOMPARE(ours, expected);
+        QCOMPARE(found, expected);
     }
 };
 

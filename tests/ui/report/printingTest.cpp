@@ -1,4 +1,4 @@
-// Reports printed to PDF files, and what the files hold as the tools of poppler read it.
+// Reports printed to PDF files, as the tools of poppler read them.
 #include "ui/report/printing.h"
 #include "support/failureOf.h"
 #include "support/fileSizeLimit.h"
@@ -183,7 +183,7 @@ private slots:
         QVERIFY(failureOf([&] { printReport(*document, *m_printer); }));
     }
 
-    void failingFilesAreToldAndOlderOnesKept() {
+    void failuresAreReportedAndOlderFilesKept() {
         const auto document = load({.names = numberedNames(100)});
         const auto failure = [&] { return failureOf([&] { printReport(*document, *m_printer); }); };
         m_printer->setOutputFileName(path("missing/out.pdf"));
