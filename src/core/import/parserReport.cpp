@@ -5,16 +5,13 @@
 namespace veltrona {
 
 QString parserReport(const xml::ParseError &error) {
-    const QString lineEnd = QStringLiteral("\r\n");
     // "load" and "due" are joined without a blank; the reason ends in a line end.
-    return QStringLiteral("Your XML Document failed to load") +
-           QStringLiteral("due the following error.") + lineEnd + QStringLiteral("Error #: ") +
-           QString::number(error.errorCode) + QStringLiteral(": ") + error.reason +
-           QStringLiteral("Line #: ") + QString::number(error.line) + lineEnd +
-           QStringLiteral("Line Position: ") + QString::number(error.linepos) + lineEnd +
-           QStringLiteral("Position In File: ") + QString::number(error.filepos) + lineEnd +
-           QStringLiteral("Source Text: ") + error.srcText + lineEnd +
-           QStringLiteral("Document URL: ") + QDir::toNativeSeparators(error.url);
+    return QStringLiteral("Your XML Document failed to loaddue the following error.\r\n"
+                          "Error #: %1: %2Line #: %3\r\nLine Position: %4\r\n"
+                          "Position In File: %5\r\nSource Text: %6\r\nDocument URL: %7")
+        .arg(QString::number(error.errorCode), error.reason, QString::number(error.line),
+             QString::number(error.linepos), QString::number(error.filepos), error.srcText,
+             QDir::toNativeSeparators(error.url));
 }
 
 } // namespace veltrona

@@ -83,29 +83,24 @@ QStringList idsThatOpen(const QString &folder, const QString &mimeType) {
 
 /// First the defaults, then added associations, then entries that name the type.
 QString handlerOf(const QString &mimeType) {
-    QStringList lists;
-    const QStringList folders =
-        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation) + programFolders();
-    for (const QString &folder : folders)
+    const QStringList programs = programFolders();
+    QStringList lists, removed;
+    for (const QString &folder :
+         QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation) + programs)
         lists << associationLists(folder);
+    QString file;
+    for (const QString &list : lists)
+        if (file.isEmpty())
+            file = firstUsable(idsOf(list, "Default Applications", mimeType), {});
     for (const QString &list : lists) {
-        QString file = firstUsable(idsOf(list, "Default Applications", mimeType), {});
-        if (!file.isEmpty())
-            return file;
-    }
-    QStringList removed;
-    for (const QString &list : lists) {
-        QString file = firstUsable(idsOf(list, "Added Associations", mimeType), removed);
-        if (!file.isEmpty())
-            return file;
+        if (file.isEmpty())
+            file = firstUsable(idsOf(list, "Added Associations", mimeType), removed);
         removed << idsOf(list, "Removed Associations", mimeType);
     }
-    for (const QString &folder : programFolders()) {
-        QString file = firstUsable(idsThatOpen(folder, mimeType), removed);
-        if (!file.isEmpty())
-            return file;
-    }
-    return {};
+    for (const QString &folder : programs)
+        if (file.isEmpty())
+            file = firstUsable(idsThatOpen(folder, mimeType), removed);
+    return file;
 }
 
 } // namespace

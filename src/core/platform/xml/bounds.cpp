@@ -34,34 +34,9 @@ bool ExpansionBudget::isTooLarge(std::size_t nodeBytes) const {
     return entityBytes > limit || nodeBytes + namespaceBytes * namespaces > limit;
 }
 
-QString tooDeep(unsigned limit) {
-    return QStringLiteral("Elements are nested more than %1 deep.").arg(limit);
-}
-
-QString tooManyNames() {
-    return QStringLiteral("The file has too many different names.");
-}
-
-QString tooManyAttributes() {
-    return QStringLiteral("An element has more than %1 attributes; no report needs so many.")
-        .arg(maxAttributes);
-}
-
-QString tooManyNamespaces() {
-    return QStringLiteral("More than %1 namespaces are in force; no report needs so many.")
-        .arg(maxNamespaces);
-}
-
-QString tooManyDefaults() {
-    return QStringLiteral("The document type sets more than %1 default attributes; no report needs "
-                          "so many.")
-        .arg(maxDefaults);
-}
-
-QString tooManyEntities() {
-    return QStringLiteral("The document type declares more than %1 entities; no report needs so "
-                          "many.")
-        .arg(maxEntities);
+QString refusalOf(const Limit &limit) {
+    return QString::fromLatin1(limit.refusal)
+        .replace(QStringLiteral("%1"), QString::number(limit.max));
 }
 
 QString grownTooLarge() {

@@ -11,11 +11,25 @@ class QFile;
 
 namespace veltrona::xml {
 
-inline constexpr int maxNames = 50'000;   // different ones in a file
-inline constexpr int maxAttributes = 256; // of one element
-inline constexpr int maxNamespaces = 256; // in force at one place
-inline constexpr int maxDefaults = 100;   // attributes that the document type sets
-inline constexpr int maxEntities = 1'000; // declared by the document type
+struct Limit {
+    int max;
+    const char *refusal; // %1 is max
+};
+
+namespace limit {
+inline constexpr Limit depth{256, "Elements are nested more than %1 deep."};
+inline constexpr Limit names{50'000, "The file has too many different names."};
+inline constexpr Limit attributes{
+    256, "An element has more than %1 attributes; no report needs so many."};
+inline constexpr Limit namespaces{256,
+                                  "More than %1 namespaces are in force; no report needs so many."};
+inline constexpr Limit defaults{
+    100, "The document type sets more than %1 default attributes; no report needs so many."};
+inline constexpr Limit entities{
+    1'000, "The document type declares more than %1 entities; no report needs so many."};
+} // namespace limit
+
+QString refusalOf(const Limit &limit);
 
 /// The bytes of a file, and what entities and default attributes have added to them.
 struct ExpansionBudget {
@@ -29,12 +43,6 @@ struct ExpansionBudget {
     bool isTooLarge(std::size_t nodeBytes) const;
 };
 
-QString tooDeep(unsigned limit);
-QString tooManyNames();
-QString tooManyAttributes();
-QString tooManyNamespaces();
-QString tooManyDefaults();
-QString tooManyEntities();
 QString grownTooLarge();
 
 /// libxml2's message, or a plain sentence in place of one about its internals. Moves the file's

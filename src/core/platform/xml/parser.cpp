@@ -111,12 +111,12 @@ int SaxReader::read(char *buffer, int length) {
     if (m_failed)
         return 0;
     // These tables double; a single tag of a million attributes is stopped within the tag.
-    const bool attributes = m_context->maxatts > 10 * 2 * maxAttributes;
-    const bool namespaces = m_context->nsMax > 2 * 2 * maxNamespaces;
-    if (attributes || namespaces || xmlDictSize(m_context->dict) > maxNames) {
-        failInside(XML_ERR_INTERNAL_ERROR, attributes   ? tooManyAttributes()
-                                           : namespaces ? tooManyNamespaces()
-                                                        : tooManyNames());
+    const Limit *exceeded = m_context->maxatts > 10 * 2 * limit::attributes.max ? &limit::attributes
+                            : m_context->nsMax > 2 * 2 * limit::namespaces.max  ? &limit::namespaces
+                            : xmlDictSize(m_context->dict) > limit::names.max   ? &limit::names
+                                                                                : nullptr;
+    if (exceeded) {
+        failInside(XML_ERR_INTERNAL_ERROR, refusalOf(*exceeded));
         return 0;
     }
     errno = 0;
@@ -138,8 +138,8 @@ void SaxReader::startElement(Context context, const xmlChar *name, const xmlChar
         refuseMarkup();
         return;
     }
-    if (m_hasChildren.size() >= xmlParserMaxDepth) {
-        fail(XML_ERR_INTERNAL_ERROR, tooDeep(xmlParserMaxDepth));
+    if (m_hasChildren.size() >= limit::depth.max) {
+        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::depth));
         return;
     }
     addElement(view(prefix), view(name), attributeCount, attributes);
@@ -148,10 +148,10 @@ void SaxReader::startElement(Context context, const xmlChar *name, const xmlChar
 
 bool SaxReader::hasBoundedTag(Context context, int namespaceCount, int attributeCount) {
     m_budget.namespaces += static_cast<std::size_t>(namespaceCount);
-    if (attributeCount > maxAttributes)
-        fail(XML_ERR_INTERNAL_ERROR, tooManyAttributes());
-    else if (context->nsNr > 2 * maxNamespaces)
-        fail(XML_ERR_INTERNAL_ERROR, tooManyNamespaces());
+    if (attributeCount > limit::attributes.max)
+        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::attributes));
+    else if (context->nsNr > 2 * limit::namespaces.max)
+        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::namespaces));
     return !m_failed;
 }
 
@@ -214,15 +214,15 @@ void SaxReader::addOtherNode(Context context) {
 void SaxReader::attributeDeclaration(Context context, const xmlChar *, const xmlChar *, int, int,
                                      const xmlChar *defaultValue, xmlEnumerationPtr values) {
     xmlFreeEnumeration(values);
-    if (defaultValue != nullptr && ++m_defaults > maxDefaults)
-        stop(context, tooManyDefaults());
+    if (defaultValue != nullptr && ++m_defaults > limit::defaults.max)
+        stop(context, limit::defaults);
 }
 
 void SaxReader::entityDeclaration(Context context, const xmlChar *name, int type,
                                   const xmlChar *publicId, const xmlChar *systemId,
                                   xmlChar *content) {
-    if (++m_entities > maxEntities)
-        stop(context, tooManyEntities());
+    if (++m_entities > limit::entities.max)
+        stop(context, limit::entities);
     else
         xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
 }
@@ -290,8 +290,8 @@ void SaxReader::failInside(int code, const QString &reason) {
 }
 
 /// Doesn't read the rest of the current entity, however long it is.
-void SaxReader::stop(Context context, const QString &reason) {
-    fail(XML_ERR_INTERNAL_ERROR, reason);
+void SaxReader::stop(Context context, const Limit &exceeded) {
+    fail(XML_ERR_INTERNAL_ERROR, refusalOf(exceeded));
     xmlStopParser(context);
 }
 

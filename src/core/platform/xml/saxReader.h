@@ -75,7 +75,7 @@ private:
     void checkSize();
     void fail(int code, const QString &reason);
     void failInside(int code, const QString &reason);
-    void stop(Context context, const QString &reason);
+    void stop(Context context, const Limit &exceeded);
     void recordErrorPosition();
     void completeError();
 
