@@ -45,7 +45,9 @@ QString reasonOf(sqlite3 *handle, int code) {
         QString text = QLatin1String(reason.text);
         const int systemError = handle ? sqlite3_system_errno(handle) : 0;
         const int kind = code & 0xff;
-        if (systemError != 0 && (kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN))
+        // SQLite looks for a journal that it couldn't create: ENOENT hides the reason.
+        if (systemError != 0 && systemError != ENOENT &&
+            (kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN))
             text += QStringLiteral(" (%1)").arg(QString::fromLocal8Bit(std::strerror(systemError)));
         return text;
     }
