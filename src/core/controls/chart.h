@@ -29,7 +29,6 @@ public:
     const QString &RowLabel(int row, int labelIndex) const;
     void setRowLabel(int row, int labelIndex, const QString &label);
     void SetData(int row, int column, double value, int nullFlag);
-    double value(int row) const { return at(row).value; }
     /// The dates that the bar counts, as text.
     void setRowDates(int row, const QString &dates);
     void setRowHasRecords(int row, bool has) { at(row).hasRecords = has; }

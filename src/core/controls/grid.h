@@ -135,8 +135,7 @@ public:
         grid.setRedraw(false);
     }
     ~RedrawPause() { m_grid.setRedraw(m_before); }
-    RedrawPause(const RedrawPause &) = delete;
-    RedrawPause &operator=(const RedrawPause &) = delete;
+    Q_DISABLE_COPY_MOVE(RedrawPause)
 
 private:
     Grid &m_grid;

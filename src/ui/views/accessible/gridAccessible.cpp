@@ -19,7 +19,7 @@ public:
     int columnCount() const override { return m_view.model()->columnCount(); }
 
     QString cellText(int row, int column) const override {
-        const QAbstractItemModel &model = *m_view.model();
+        const auto &model = static_cast<const GridModel &>(*m_view.model());
         if (row < 0 && column < 0)
             return {};
         if (row < 0)
@@ -28,7 +28,7 @@ public:
         const QString text = cell.data().toString();
         if (column <= Grid::NameColumn && text.isEmpty())
             return QStringLiteral("(no name)");
-        return column <= Grid::NameColumn && m_view.isLoss(cell)
+        return column <= Grid::NameColumn && model.isLoss(cell)
                    ? text + QStringLiteral(", loss: did not earn back its cost")
                    : text;
     }

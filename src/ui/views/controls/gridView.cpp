@@ -139,10 +139,6 @@ QColor GridView::textColor(const QModelIndex &index, bool selected) const {
     return toColor(readableColor(m_model->cellColor(index), toRgb(base)));
 }
 
-bool GridView::isLoss(const QModelIndex &index) const {
-    return m_model->isLoss(index);
-}
-
 QString GridView::selectedText(bool withHeadings) const {
     QModelIndexList cells = selectionModel()->selectedIndexes();
     if (cells.isEmpty() && currentIndex().isValid())

@@ -25,8 +25,6 @@ public:
     /// The colours of a cell on screen: the grid's own, adjusted for contrast.
     QColor textColor(const QModelIndex &index, bool selected = false) const;
     QColor baseColor(const QModelIndex &index) const;
-    /// Whether the row didn't earn back its cost.
-    bool isLoss(const QModelIndex &index) const;
 
     /// The selected cells, or else the current one, as tab-separated lines; on request with the
     /// headings of their columns.
