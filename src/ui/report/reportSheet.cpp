@@ -126,7 +126,8 @@ void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
     m_plain = m_marked = blockOf(table, 1, 0).charFormat();
     for (std::size_t i = 0; i < samples.size(); ++i) {
         if (samples[i].isMarked)
-            m_marked = blockOf(table, int(i) + 1, 0).begin().fragment().charFormat();
+            m_marked =
+                blockOf(table, int(i) + 1, gridColumn::Clicks).begin().fragment().charFormat();
     }
     const auto top = [&](int row) {
         return layout.blockBoundingRect(blockOf(table, row, 0)).top() - m_padding - m_border;
