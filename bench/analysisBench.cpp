@@ -6,6 +6,7 @@
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 
 #include <benchmark/benchmark.h>
@@ -45,7 +46,7 @@ void refresh(benchmark::State &state, ProjectRecords &records, const TreeNode &n
     resetSummary(grid);
     const auto width = [](const QString &text) { return 90.0F * static_cast<float>(text.size()); };
     for ([[maybe_unused]] auto _ : state) {
-        fillGrid(queryNodeStatistics(records, node, range), grid, true);
+        fillGrid(queryNodeStatistics(records, pathOf(node), range), grid, true);
         sumUp(grid, true);
         sizeColumns(grid, -1, width);
         benchmark::DoNotOptimize(grid.TextMatrix(1, 1));
@@ -115,7 +116,7 @@ ChartRequest ninetyBars(int metric, const TreeNode &node) {
     ChartRequest request;
     request.metric = metric;
     request.range = {static_cast<DateValue>(firstDay()), firstDay() + 359.0};
-    request.tag = node.Tag();
+    request.path = pathOf(node);
     return request;
 }
 

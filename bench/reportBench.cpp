@@ -32,11 +32,7 @@ void fill(Grid &grid) {
 }
 
 void writeOurs(Grid &grid) {
-    TreeNode root;
-    root.setKey(QStringLiteral("0-Campaign Summary"));
-    root.setTag(QStringLiteral(" ORDER BY campaign"));
     ReportSource source;
-    source.selected = &root;
     source.range = daysOf(largeRecords);
     source.grid = &grid;
     source.options.graph = false;

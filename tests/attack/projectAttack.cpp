@@ -40,7 +40,7 @@ void useProject(const QString &path) {
     Tree tree;
     buildNavigationTree(*connection, QStringLiteral("p"), tree);
     ProjectRecords records(*connection);
-    queryNodeStatistics(records, *tree.Nodes().Item(1), {-1e6, 1e6});
+    queryNodeStatistics(records, NodePath(), {-1e6, 1e6});
     storeRecord(*connection);
     cleanProject(*connection);
     auto count = connection->prepare("SELECT count(*) FROM tblGoogleDays");

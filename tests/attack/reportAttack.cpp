@@ -6,6 +6,7 @@
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/import/importRows.h"
 #include "core/import/parserReport.h"
@@ -86,7 +87,6 @@ void Attack::lookAtEverything() {
         return;
     ChartRequest request;
     request.allDates = true;
-    request.tag = " ORDER BY campaign";
     const ChartSeries series = queryChartSeries(m_records, request);
     m_range = series.range;
     Tree tree;
@@ -95,23 +95,22 @@ void Attack::lookAtEverything() {
     initGrid(grid, false);
     for (int i = 1; i <= std::min(tree.Nodes().Count(), mostNodes); ++i) {
         const TreeNode &node = *tree.Nodes().Item(i);
-        const NodeStatistics statistics = queryNodeStatistics(m_records, node, m_range);
+        const NodePath path = pathOf(node);
+        const NodeStatistics statistics = queryNodeStatistics(m_records, path, m_range);
         // A branch may be empty; a campaign or an ad group has come from a record.
-        const bool isBranch =
-            node.Key().startsWith('3') || node.Key().startsWith('4') || node.Key().startsWith('5');
+        const bool isBranch = path.level() >= NodeLevel::Branch;
         FINDING_UNLESS(isBranch || !statistics.rows.empty(), "a node finds no record");
         fillGrid(statistics, grid, true);
         if (!statistics.rows.empty())
             sumUp(grid, true);
-        const Report report = makeReport({.selected = &node, .grid = &grid}, false);
+        const Report report = makeReport({.selected = path, .grid = &grid}, false);
         FINDING_UNLESS(reportText(report).ends_with("</body></html>\r\n"), "the page's end");
     }
     const qint64 campaigns =
         number("SELECT count(DISTINCT trim(Campaign, ' ')) FROM tblGoogleDays");
-    FINDING_UNLESS(
-        qint64(queryNodeStatistics(m_records, *tree.Nodes().Item(1), m_range).rows.size()) ==
-            campaigns,
-        "campaigns in the grid");
+    FINDING_UNLESS(qint64(queryNodeStatistics(m_records, NodePath(), m_range).rows.size()) ==
+                       campaigns,
+                   "campaigns in the grid");
 }
 
 qint64 Attack::number(const char *sql) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/records/nodeTag.h"
 #include "core/picture/drawing.h"
 #include "core/report/reportWriter.h"
 #include "support/gridText.h"
@@ -36,11 +35,9 @@ struct WrittenReport {
         graph.fill(QColor(200, 0, 200));
         const drawing::Picture picture(drawing::createBitmap(
             graph.width(), graph.height(), graph.constBits(), graph.bytesPerLine()));
-        TreeNode node;
-        node.setKey(QStringLiteral("1-"));
-        node.setTag(" AND campaign='" + doubledApostrophes(campaign) + "' ORDER BY adGroup");
         ReportSource source;
-        source.selected = campaign.isEmpty() ? nullptr : &node;
+        if (!campaign.isEmpty())
+            source.selected.names = {campaign};
         source.grid = &grid;
         source.metric = QStringLiteral("Clicks");
         source.options = options;

@@ -1,29 +1,12 @@
 #include "core/report/report.h"
 
-#include "core/analysis/records/nodeTag.h"
 #include "core/base/blanks.h"
 #include "core/base/text.h"
 #include "core/platform/services.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace veltrona {
 
 namespace {
-
-struct TagDetail {
-    QString ReportDetails::*value;
-    QStringView column;
-};
-
-/// A node of level n fixes the first n of these.
-constexpr TagDetail tagDetails[] = {
-    {&ReportDetails::campaign, u"campaign"},
-    {&ReportDetails::adGroup, u"adGroup"},
-    {&ReportDetails::searchType, u"adWordsTyp"},
-    {&ReportDetails::keyword, u"Keyword"},
-};
 
 /// The text of a cell without blanks around it.
 QString trimmedCell(const Grid &grid, int row, int col) {
@@ -42,12 +25,10 @@ ReportCells cellsOf(const Grid &grid, int row) {
 } // namespace
 
 Report makeReport(const ReportSource &source, bool doColor) {
-    const TreeNode root;
-    const TreeNode &node = source.selected ? *source.selected : root;
     const QChar separator = dateSeparator(source.locale);
     Report report;
     report.now = source.locale.toString(services().now(), QLocale::ShortFormat);
-    report.details = reportDetails(node.Key(), node.Tag(), node.Text());
+    report.details = reportDetails(source.selected);
     report.start = reportDate(source.range.start, separator);
     report.end = reportDate(source.range.end, separator);
     report.metric = source.metric;
@@ -62,18 +43,12 @@ Report makeReport(const ReportSource &source, bool doColor) {
     return report;
 }
 
-ReportDetails reportDetails(const QString &key, const QString &tag, const QString &text) {
-    const QString all = QStringLiteral("All");
-    ReportDetails details{all, all, all, all, all};
-    const int level = key.size() >= 2 && key[1] == u'-' ? key[0].digitValue() : 0;
-    if (level < 1 || level > 5)
-        return details;
-    const NodeTag conditions = readNodeTag(tag);
-    for (int i = 0; i < std::min(level, int(std::size(tagDetails))); ++i)
-        details.*tagDetails[i].value = conditions.value(tagDetails[i].column);
-    if (level == 5)
-        details.keywordType = text;
-    return details;
+ReportDetails reportDetails(const NodePath &path) {
+    const auto detail = [&path](NodeLevel level) {
+        return level <= path.level() ? path.name(level) : QStringLiteral("All");
+    };
+    return {detail(NodeLevel::Campaign), detail(NodeLevel::AdGroup), detail(NodeLevel::Branch),
+            detail(NodeLevel::Keyword), detail(NodeLevel::KeywordType)};
 }
 
 QChar dateSeparator(const QLocale &locale) {

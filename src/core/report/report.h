@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/base/dateValue.h"
 #include "core/controls/grid.h"
-#include "core/controls/tree.h"
 
 #include <QLocale>
 #include <QString>
@@ -30,7 +30,7 @@ struct ReportOptions {
 
 /// What a report is made from, owned by the caller.
 struct ReportSource {
-    const TreeNode *selected = nullptr;
+    NodePath selected = {};
     DateRange range = {};
     Grid *grid = nullptr; // writing moves its current cell to the last cell written
     QString metric = {};
@@ -72,8 +72,7 @@ struct Report {
 /// `doColor` marks the rows that are a loss.
 Report makeReport(const ReportSource &source, bool doColor);
 
-/// From the three texts of a tree node.
-ReportDetails reportDetails(const QString &key, const QString &tag, const QString &text);
+ReportDetails reportDetails(const NodePath &path);
 
 /// The first separator in the locale's short date format, "/" if it has none.
 QChar dateSeparator(const QLocale &locale);

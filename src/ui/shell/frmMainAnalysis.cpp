@@ -3,6 +3,7 @@
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"
@@ -64,7 +65,7 @@ void frmMain::treeList_NodeClick(TreeNode *node) {
     {
         // Another program's import in between would part the grid from the chart.
         const sqlite::ReadTransaction reading(*modMain::DbConn);
-        statistics = queryNodeStatistics(*modMain::Records, *node, dateRange());
+        statistics = queryNodeStatistics(*modMain::Records, pathOf(*node), dateRange());
         series = queryChartSeries(*modMain::Records, chartRequest());
         m_lossMarks.update(*modMain::Records, dateRange(), modMain::GridColor, treeList);
     }
@@ -85,7 +86,7 @@ ChartRequest frmMain::chartRequest() const {
     const TreeNode *node = treeList.SelectedItem();
     return {cboLeft.ListIndex(), cboGroup.ListIndex(), dateRange(),
             cboRange.ListIndex() == static_cast<int>(RangePreset::All),
-            node ? node->Tag() : QString()};
+            node ? pathOf(*node) : NodePath()};
 }
 
 void frmMain::fillChart() {

@@ -1,6 +1,7 @@
 // frmMain: files that are dropped on the window, rows of the grid that are opened, and what the
 // grid's figures say of themselves.
 #include "core/analysis/grid/statisticsGrid.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/shell/modMain.h"
 #include "ui/shell/droppedFiles.h"
@@ -110,7 +111,8 @@ QStringList frmMain::figureNotes(int row, int col) {
         return {};
     if (!m_notes) {
         const sqlite::ReadTransaction reading(*modMain::DbConn);
-        m_notes = FigureNotes::query(*modMain::Records, *treeList.SelectedItem(), m_shownRange);
+        m_notes =
+            FigureNotes::query(*modMain::Records, pathOf(*treeList.SelectedItem()), m_shownRange);
     }
     return row == gridRow::summary(flxStat.Rows())
                ? m_notes->ofSummary(col)

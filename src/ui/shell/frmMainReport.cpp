@@ -1,4 +1,5 @@
 // frmMain: the road to a report.
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/shell/modMain.h"
 #include "ui/report/frmOutput.h"
 #include "ui/shell/frmMain.h"
@@ -36,7 +37,8 @@ ReportSource frmMain::reportSource() {
     if (m_viewBehind)
         treeList_NodeClick(treeList.SelectedItem());
     ReportSource source;
-    source.selected = treeList.SelectedItem();
+    if (const TreeNode *node = treeList.SelectedItem())
+        source.selected = pathOf(*node);
     source.range = dateRange();
     source.grid = &flxStat;
     source.metric = cboLeft.Text();

@@ -64,7 +64,7 @@ private slots:
         QFETCH(int, grouping);
         QFETCH(QString, start);
         QFETCH(QString, end);
-        const ChartRequest request{9, grouping, {day(start), day(end)}, false, QString()};
+        const ChartRequest request{9, grouping, {day(start), day(end)}, false, {}};
         ProjectRecords records(m_table->connection());
         const ChartTexts texts = queryChartSeries(records, request).texts;
         QTEST(texts.notice, "notice");
@@ -72,13 +72,13 @@ private slots:
     }
 
     void anEmptyProjectAndAnEmptyNode() {
-        ChartRequest request{0, Days, {day("2007-05-01"), day("2007-06-30")}, true, QString()};
+        ChartRequest request{0, Days, {day("2007-05-01"), day("2007-06-30")}, true, {}};
         const QString empty =
             "This project has no records yet.\nChoose Import to read a report file into it.";
         test::RecordTable nothing;
         ProjectRecords noRecords(nothing.connection());
         QCOMPARE(queryChartSeries(noRecords, request).texts.notice, empty);
-        request.tag = " AND campaign='Gone' ORDER BY adGroup";
+        request.path = {{"Gone"}};
         ProjectRecords records(m_table->connection());
         QCOMPARE(queryChartSeries(records, request).texts.notice,
                  "There are no records for this selection.");

@@ -4,6 +4,7 @@
 #include "core/analysis/chart/chartSeries.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/base/storedText.h"
 #include "support/gridText.h"
@@ -43,20 +44,18 @@ private slots:
         record("Shoes", 1, 3000000, -2);
         table.connection().execute("COMMIT");
         ProjectRecords records(table.connection());
-        TreeNode root;
-        root.setTag(" ORDER BY campaign");
         const DateValue day = dateValue(CalendarDay{2007, 5, 14});
-        QCOMPARE(shown(queryNodeStatistics(records, root, {day, day})).mid(1, 2),
+        QCOMPARE(shown(queryNodeStatistics(records, {}, {day, day})).mid(1, 2),
                  QStringList({"Shoes|1|0|0%|0|3|-2|-2%|-1500000|0|0|-100%|0||",
                               "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||"}));
-        QVERIFY(queryNodeStatistics(records, root, {day + 1, day - 1}).rows.empty());
-        root.setTag(" AND campaign='shoes' ORDER BY adGroup");
-        QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows.size(), 1U);
-        QCOMPARE(queryNodeStatistics(records, root, {day, day}).rows[0].sums[gridColumn::Clicks],
+        QVERIFY(queryNodeStatistics(records, {}, {day + 1, day - 1}).rows.empty());
+        const NodePath shoes{{"shoes"}};
+        QCOMPARE(queryNodeStatistics(records, shoes, {day, day}).rows.size(), 1U);
+        QCOMPARE(queryNodeStatistics(records, shoes, {day, day}).rows[0].sums[gridColumn::Clicks],
                  100.0);
     }
 
-    // From the table to tree, grid, chart and report, and back to the records by the node's Tag.
+    // From the table to tree, grid, chart and report, and back to the records by the node's path.
     void keepsEveryCharacterOfAName() {
         const QStringList names = {QStringLiteral("\uFEFF\uFEFFmark"),
                                    QString::fromLatin1("a\0b", 3),
@@ -77,15 +76,15 @@ private slots:
             records.read();
             for (const TreeNode *node : tree.Nodes().Item(1)->Children) {
                 found += node->Text();
-                const NodeStatistics below = queryNodeStatistics(records, *node, {day, day});
+                const NodeStatistics below =
+                    queryNodeStatistics(records, pathOf(*node), {day, day});
                 QCOMPARE(int(below.rows.size()), 1);
                 QCOMPARE(below.rows[0].sums[gridColumn::Clicks], 7.0);
                 const ChartSeries series =
-                    queryChartSeries(records, {clicks, 0, {day, day}, false, node->Tag()});
+                    queryChartSeries(records, {clicks, 0, {day, day}, false, pathOf(*node)});
                 QCOMPARE(series.bars[0].value, 7.0);
             }
-            const QStringList rows =
-                shown(queryNodeStatistics(records, *tree.Nodes().Item(1), {day, day}));
+            const QStringList rows = shown(queryNodeStatistics(records, {}, {day, day}));
             for (const QString &name : names)
                 QCOMPARE(rows.filter(name + '|').size(), 1);
         }

@@ -6,7 +6,7 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/grid/summary.h"
 #include "core/analysis/records/leafSums.h"
-#include "core/analysis/records/nodeTag.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/base/blanks.h"
@@ -34,8 +34,13 @@ enum Metric { AverageCpc, MaxContentCpc = 8, MaxCpc, Position };
 /// One bar by the literal questions.
 class Reference {
 public:
-    Reference(const sqlite::Connection &connection, int metric, const QString &tag)
-        : m_connection(connection), m_metric(metric), m_filter(tag.left(tag.indexOf(" ORDER "))) {}
+    Reference(const sqlite::Connection &connection, int metric, const NodePath &path)
+        : m_connection(connection), m_metric(metric) {
+        for (qsizetype i = 0; i < std::min<qsizetype>(path.names.size(), 4); ++i)
+            m_filter += QStringLiteral(" AND %1='%2'")
+                            .arg(nameColumns[static_cast<std::size_t>(i)],
+                                 QString(path.names[i]).replace("'", "''"));
+    }
 
     double value(const ChartSeries &series, std::size_t i) const {
         static const char *expressions[] = {"sum(cpc/1000000.0)",
@@ -169,23 +174,13 @@ public:
     /// Asks both roads about some nodes, periods and metrics.
     void compare(int questions) {
         for (int i = 0; i < questions; ++i) {
-            const auto condition = [](const char *column, const QString &value) {
-                return QStringLiteral(" AND %1='").arg(column) + doubledApostrophes(value) + "'";
-            };
-            const QString conditions[] = {
-                condition("campaign", names[below(9)]), condition("adGroup", names[below(9)]),
-                condition("adWordsTyp", kinds[below(4)]), condition("Keyword", names[below(4)])};
-            TreeNode node;
-            const int level = i % 5;
-            node.setKey(QStringLiteral("%1-").arg(level));
-            QString tag;
-            for (int j = 0; j < level; ++j)
-                tag += conditions[j];
-            node.setTag(tag + " ORDER BY kwType");
-            ChartRequest request{i % 12, below(3), {}, below(6) == 0, node.Tag()};
+            const NodePath path{QStringList{names[below(9)], names[below(9)], kinds[below(4)],
+                                            names[below(4)], names[below(2)]}
+                                    .first(i % 6)};
+            ChartRequest request{i % 12, below(3), {}, below(6) == 0, path};
             request.range.start = firstDay + below(60) + below(8) / 8.0;
             request.range.end = request.range.start + below(3) * below(400);
-            compareGrids(node, request.range);
+            compareGrids(path, request.range);
             compareBars(request);
             compareLeaves(request.range);
         }
@@ -216,11 +211,11 @@ private:
         }
         QCOMPARE(keys[0], keys[1]);
     }
-    void compareGrids(const TreeNode &node, const DateRange &range) {
+    void compareGrids(const NodePath &path, const DateRange &range) {
         Grid grids[] = {Grid(gridColumn::Count), Grid(gridColumn::Count)};
         NodeStatistics statistics[2];
         for (int i = 0; i < 2; ++i) {
-            statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, node, range);
+            statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, path, range);
             initGrid(grids[i], true);
             fillGrid(statistics[i], grids[i], true);
             if (!statistics[i].rows.empty())
@@ -240,11 +235,11 @@ private:
         const ChartSeries theirs = queryChartSeries(m_engine, request);
         QCOMPARE(ours.range, theirs.range);
         QCOMPARE(ours.bars.size(), theirs.bars.size());
-        const Reference reference(table.connection(), request.metric, request.tag);
+        const Reference reference(table.connection(), request.metric, request.path);
         for (std::size_t bar = 0; bar < ours.bars.size(); ++bar) {
             QCOMPARE(std::bit_cast<quint64>(ours.bars[bar].value),
                      std::bit_cast<quint64>(theirs.bars[bar].value));
-            if (numbers != Numbers::AndOddities && !request.tag.contains(QChar(0)))
+            if (numbers != Numbers::AndOddities && !request.path.names.contains(names.last()))
                 QCOMPARE(ours.bars[bar].value, reference.value(ours, bar));
         }
     }
@@ -384,13 +379,10 @@ private slots:
         Roads roads;
         roads.insert(640);
         ProjectRecords records(roads.table.connection());
-        TreeNode root;
-        root.setKey("0-");
-        root.setTag(" ORDER BY campaign");
         const DateValue day = firstDay + 7;
-        queryNodeStatistics(records, root, {day, day});
+        queryNodeStatistics(records, {}, {day, day});
         QVERIFY(!records.held());
-        queryNodeStatistics(records, root, {day, day + 20});
+        queryNodeStatistics(records, {}, {day, day + 20});
         QVERIFY(records.held());
     }
 };

@@ -1,7 +1,6 @@
 #include "core/report/reportText.h"
 
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/records/nodeTag.h"
 #include "core/platform/services.h"
 #include "support/dataTable.h"
 #include "support/gridText.h"
@@ -37,12 +36,9 @@ Grid exampleGrid() {
 
 /// Of an ad group, over the first week of March 2006.
 Report exampleReport(Grid grid, ReportOptions options = {}) {
-    TreeNode node;
-    node.setKey("2-Campain: 'Shoes' > Adgroup: 'Spring'");
-    node.setTag(" AND campaign='Shoes' AND adGroup='Spring' ORDER BY adWordsTyp");
     services().now = [] { return QDateTime(QDate(2006, 3, 7), QTime(13, 5, 9)); };
     return makeReport(
-        {.selected = &node,
+        {.selected = {{"Shoes", "Spring"}},
          .range = {dateValue(CalendarDay{2006, 3, 1}), dateValue(CalendarDay{2006, 3, 7})},
          .grid = &grid,
          .metric = "Clicks",
@@ -90,33 +86,15 @@ private slots:
         QCOMPARE(found, "38----41+---85-+--39--+-39---+");
     }
 
-    void details_data() {
-        const test::DataTable<QString, QString, QString, QStringList> row("key", "tag", "text",
-                                                                          "values");
-        const QString group = " AND campaign='C' AND adGroup='G'";
-        const QString keyword =
-            group + " AND adWordsTyp='Search Only' AND Keyword='K' ORDER BY kwType";
-        row("root", "0-...", " ORDER BY campaign", "Title", {"All", "All", "All", "All", "All"});
-        row("content", "3-", group + " AND adWordsTyp='Content Only' ORDER BY Keyword", "Content",
-            {"C", "G", "Content Only", "All", "All"});
-        row("keyword", "4-...",
-            group + " AND adWordsTyp='Search Only' AND Keyword='K'" + " ORDER BY kwType", "K",
-            {"C", "G", "Search Only", "K", "All"});
-        row("keyword type", "5-...", keyword, "Broad", {"C", "G", "Search Only", "K", "Broad"});
-        const QString hostile = "O'Neil adGroup='x' ORDER BY '";
-        row("hostile names", "2-...",
-            " AND campaign='" + doubledApostrophes(hostile) +
-                "' AND adGroup='''' ORDER BY adWordsTyp",
-            "'", {hostile, "'", "All", "All", "All"});
-    }
     void details() {
-        QFETCH(QString, key);
-        QFETCH(QString, tag);
-        QFETCH(QString, text);
-        const ReportDetails found = reportDetails(key, tag, text);
-        QTEST((QStringList{found.campaign, found.adGroup, found.searchType, found.keyword,
-                           found.keywordType}),
-              "values");
+        const auto values = [](const QStringList &names) {
+            const ReportDetails found = reportDetails({names});
+            return QStringList{found.campaign, found.adGroup, found.searchType, found.keyword,
+                               found.keywordType};
+        };
+        QCOMPARE(values({}), QStringList(5, "All"));
+        QCOMPARE(values({"C", ""}), (QStringList{"C", "", "All", "All", "All"}));
+        QCOMPARE(values({"C", "G", "S", "K", "T"}), (QStringList{"C", "G", "S", "K", "T"}));
     }
 
     void codePage_data() {

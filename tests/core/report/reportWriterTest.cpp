@@ -27,7 +27,6 @@ drawing::Picture whitePicture(int width, int height) {
 class ReportWriterTest : public QObject, test::TestFolder {
     Q_OBJECT
 
-    TreeNode m_node;
     Grid m_grid{15};
     drawing::Picture m_chart;
     QString m_page;
@@ -35,7 +34,6 @@ class ReportWriterTest : public QObject, test::TestFolder {
 
     ReportSource source() {
         ReportSource source;
-        source.selected = &m_node;
         source.range = {dateValue(CalendarDay{2006, 3, 1}), dateValue(CalendarDay{2006, 3, 7})};
         source.grid = &m_grid;
         source.metric = "Clicks";
@@ -55,7 +53,6 @@ private slots:
         renewFolder();
         m_page = path("report.html");
         m_picture = path("graph.jpg");
-        m_node.setKey("0-Campaign Summary");
         m_grid.setRow(0);
         m_grid.setCol(0);
         m_chart = whitePicture(40, 30);

@@ -2,7 +2,6 @@
 
 #include "core/analysis/chart/chartTexts.h"
 #include "core/analysis/records/cellText.h"
-#include "core/analysis/records/nodeTag.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/controls/comboBox.h"
 
@@ -69,8 +68,6 @@ public:
         for (const ChartBar &bar : bars)
             m_boundaries.push_back(isoText(bar.toDay).toStdString());
     }
-    QString first() const { return QString::fromStdString(m_boundaries.front()); }
-    QString last() const { return QString::fromStdString(m_boundaries.back()); }
 
     /// -1 if no bar counts the date.
     int find(std::string_view date) {
@@ -90,23 +87,19 @@ private:
     int m_bar = -1;
 };
 
-bool holdsRecords(ProjectRecords &records, const NodeTag &tag, const DateRange &range) {
+bool holdsRecords(ProjectRecords &records, const NodePath &path, const DateRange &range) {
     constexpr Figure any = Figure::Clicks;
     bool found = false;
-    const RecordQuestion question{tag,
-                                  isoText(dayNumber(range.start)),
-                                  isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
-                                  std::nullopt,
-                                  [](std::string_view) { return 0; },
-                                  {&any, 1}};
+    const RecordQuestion question{
+        path, range, std::nullopt, [](std::string_view) { return 0; }, {&any, 1}};
     walkRecords(records, question, [&found](int, const auto &) { found = true; });
     return found;
 }
 
 /// Only needed where no bar has a record.
-ChartSurroundings surroundings(ProjectRecords &records, const NodeTag &tag,
+ChartSurroundings surroundings(ProjectRecords &records, const NodePath &path,
                                const DateRange &range) {
-    const bool inRange = holdsRecords(records, tag, range);
+    const bool inRange = holdsRecords(records, path, range);
     try {
         return {tableDates(records), inRange};
     } catch (const Failure &) {
@@ -114,13 +107,13 @@ ChartSurroundings surroundings(ProjectRecords &records, const NodeTag &tag,
     }
 }
 
-std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const NodeTag &tag,
+std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const NodePath &path,
                               const std::vector<ChartBar> &bars) {
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
-    const RecordQuestion question{tag,
-                                  finder.first(),
-                                  finder.last(),
+    const auto day = [](int number) { return static_cast<DateValue>(number); };
+    const RecordQuestion question{path,
+                                  {day(bars.front().fromDay), day(bars.back().toDay)},
                                   std::nullopt,
                                   [&finder](std::string_view date) { return finder.find(date); },
                                   {&metric.figure, 1}};
@@ -158,7 +151,6 @@ QStringList chartMetrics() {
 
 ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &request) {
     const Metric &metric = metrics.at(static_cast<std::size_t>(request.metric));
-    const NodeTag tag = readNodeTag(request.tag);
     ChartSeries series;
     series.range = request.range;
     if (request.allDates)
@@ -166,7 +158,7 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
     series.periods = choosePeriods(request.grouping, series.range);
     series.metric = QLatin1String(metric.caption);
     series.bars = emptyBars(series.periods, series.range.start);
-    const std::vector<BarSum> sums = sumUpBars(records, metric, tag, series.bars);
+    const std::vector<BarSum> sums = sumUpBars(records, metric, request.path, series.bars);
     bool empty = true;
     for (std::size_t i = 0; i < sums.size(); ++i) {
         series.bars[i].value = barValue(metric, sums[i]);
@@ -175,7 +167,7 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
     }
     series.texts =
         chartTexts(series.periods, series.range, series.bars,
-                   empty ? surroundings(records, tag, series.range) : ChartSurroundings{});
+                   empty ? surroundings(records, request.path, series.range) : ChartSurroundings{});
     return series;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/analysis/chart/chartPeriods.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/base/dateValue.h"
 #include "core/controls/chart.h"
 #include "core/database/projectRecords.h"
@@ -22,7 +23,7 @@ struct ChartRequest {
     int grouping = 0; // index of the requested unit
     DateRange range;
     bool allDates = false; // use the table's first and last date instead
-    QString tag;           // the selected node's
+    NodePath path;         // the selected node
 };
 
 struct ChartSeries {

@@ -113,14 +113,11 @@ QString shortDates(const DateRange &range, int year) {
     return text(first, years || first.month != last.month, years) + QStringLiteral(" to ") + end;
 }
 
-FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const TreeNode &node,
+FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const NodePath &path,
                                           const DateRange &range) {
     std::vector<PlainSums> sums;
     QHash<QByteArray, int> places;
-    const RecordQuestion question{readNodeTag(node.Tag()),
-                                  isoText(dayNumber(range.start)),
-                                  isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
-                                  groupingColumn(node),
+    const RecordQuestion question{path, range, path.columnBelow(),
                                   [&](std::string_view text) {
                                       const std::string_view name = withoutBlanks(text);
                                       const QByteArray key(name.data(),
@@ -143,14 +140,14 @@ FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const TreeNod
     return period;
 }
 
-FigureNotes FigureNotes::query(ProjectRecords &records, const TreeNode &node,
+FigureNotes FigureNotes::query(ProjectRecords &records, const NodePath &path,
                                const DateRange &range) {
     FigureNotes notes;
-    notes.m_shown = periodOf(records, node, range);
+    notes.m_shown = periodOf(records, path, range);
     notes.m_year = calendarDay(dayNumber(range.start)).year;
     if (const auto before = periodBefore(range)) {
         notes.m_before = *before;
-        notes.m_earlier = periodOf(records, node, *before);
+        notes.m_earlier = periodOf(records, path, *before);
     }
     return notes;
 }

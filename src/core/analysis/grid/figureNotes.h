@@ -3,8 +3,8 @@
 #pragma once
 
 #include "core/analysis/grid/gridColumns.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/base/dateValue.h"
-#include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
 #include <QHash>
@@ -22,7 +22,7 @@ using PlainSums = ColumnSums;
 class FigureNotes {
 public:
     /// Reads the records of the node in both periods. Throws Failure.
-    static FigureNotes query(ProjectRecords &records, const TreeNode &node, const DateRange &range);
+    static FigureNotes query(ProjectRecords &records, const NodePath &path, const DateRange &range);
 
     /// None, one or two lines about the figure in a column.
     QStringList ofRow(const QString &name, int col) const;
@@ -34,7 +34,7 @@ private:
         PlainSums all;
     };
     QStringList lines(const PlainSums &shown, const PlainSums &earlier, int col) const;
-    static Period periodOf(ProjectRecords &records, const TreeNode &node, const DateRange &range);
+    static Period periodOf(ProjectRecords &records, const NodePath &path, const DateRange &range);
 
     int m_year = 0; // of the first day shown
     DateRange m_before;

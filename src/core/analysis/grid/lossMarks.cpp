@@ -3,7 +3,7 @@
 #include "core/analysis/grid/summary.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/leafSums.h"
-#include "core/analysis/tree/navigationTexts.h"
+#include "core/analysis/tree/navigationTree.h"
 #include "core/base/blanks.h"
 #include "core/base/storedText.h"
 
@@ -35,7 +35,8 @@ public:
         addTo(m_root, leaf);
         TreeNode *adGroup =
             below(below(m_root, leaf, NameColumn::Campaign), leaf, NameColumn::Adgroup);
-        TreeNode *branch = adGroup ? branchOf(*adGroup, leaf) : nullptr;
+        const auto type = leaf.names[static_cast<std::size_t>(NameColumn::AdwordsTyp)];
+        TreeNode *branch = adGroup ? nodeOfRow(*adGroup, textOf(type)) : nullptr;
         if (!branch)
             return;
         addTo(branch, leaf);
@@ -57,15 +58,6 @@ private:
         if (node)
             addTo(node, leaf);
         return node;
-    }
-
-    static TreeNode *branchOf(const TreeNode &adGroup, const LeafSums &leaf) {
-        const auto type = leaf.names[static_cast<std::size_t>(NameColumn::AdwordsTyp)];
-        for (TreeNode *branch : adGroup.Children) {
-            if (branchType(*branch).toStdString() == type)
-                return branch;
-        }
-        return nullptr;
     }
 
     void addTo(TreeNode *node, const LeafSums &leaf) {

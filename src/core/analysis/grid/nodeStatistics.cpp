@@ -5,6 +5,7 @@
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/readingOrder.h"
 #include "core/analysis/records/recordWalk.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/base/blanks.h"
 #include "core/base/storedText.h"
 
@@ -17,26 +18,9 @@ namespace veltrona {
 
 namespace {
 
-struct Level {
-    const char *heading;
-    NameColumn groupingColumn;
-};
-
-/// By the digit that the Key begins with.
-constexpr std::array<Level, 6> levels = {{
-    {"Campaigns", NameColumn::Campaign},
-    {"Adgroups", NameColumn::Adgroup},
-    {"Search and Content", NameColumn::AdwordsTyp},
-    {"Keywords", NameColumn::KeyWord},
-    {"Keyword Type", NameColumn::KwType},
-    {"Keyword Type", NameColumn::KwType},
-}};
-
-const Level &levelOf(const TreeNode &node) {
-    const QString key = node.Key();
-    const int digit = key.isEmpty() ? 0 : key.front().digitValue();
-    return levels.at(static_cast<std::size_t>(digit));
-}
+/// Of the grid's first column, by the NameColumn that it shows.
+constexpr std::array<const char *, nameColumns.size()> headings = {
+    "Campaigns", "Adgroups", "Search and Content", "Keywords", "Keyword Type"};
 
 constexpr FigureList figures([](const GridColumn &) { return true; });
 
@@ -176,28 +160,21 @@ void writeRow(Grid &grid, int row, const StatisticsRow &statistics) {
 
 } // namespace
 
-NameColumn groupingColumn(const TreeNode &node) {
-    return levelOf(node).groupingColumn;
-}
-
-NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
+NodeStatistics queryNodeStatistics(ProjectRecords &records, const NodePath &path,
                                    const DateRange &range) {
-    const Level &level = levelOf(node);
+    const NameColumn column = path.columnBelow();
     RowsByName rows;
     const RecordQuestion question{
-        readNodeTag(node.Tag()),
-        isoText(dayNumber(range.start)),
-        isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
-        level.groupingColumn,
-        [&rows](std::string_view name) { return rows.place(withoutBlanks(name)); },
-        figures};
+        path, range, column,
+        [&rows](std::string_view name) { return rows.place(withoutBlanks(name)); }, figures};
     const std::vector<double> scales = walkRecords(
         records, question,
         [&rows](int place, const auto &record) { addRecord(rows.rowToAddTo(place).sums, record); },
         [&rows](int place, const WholeRecord &record) { rows.rowToAddTo(place).add(record); });
     if (!scales.empty())
         rows.takeWholes(scales);
-    return {node.Key().mid(2), QLatin1String(level.heading), rows.inReadingOrder()};
+    return {captionOf(path), QLatin1String(headings[static_cast<std::size_t>(column)]),
+            rows.inReadingOrder()};
 }
 
 void fillGrid(const NodeStatistics &statistics, Grid &grid, bool gridColor) {

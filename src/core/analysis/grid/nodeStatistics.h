@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/analysis/grid/gridColumns.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/base/dateValue.h"
 #include "core/controls/grid.h"
-#include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
 #include <QString>
@@ -27,11 +27,8 @@ struct NodeStatistics {
     std::vector<StatisticsRow> rows; // in reading order; empty if no record fell into the period
 };
 
-/// The column whose values are the rows of the node's statistics.
-NameColumn groupingColumn(const TreeNode &node);
-
 /// Throws Failure; touches no control.
-NodeStatistics queryNodeStatistics(ProjectRecords &records, const TreeNode &node,
+NodeStatistics queryNodeStatistics(ProjectRecords &records, const NodePath &path,
                                    const DateRange &range);
 
 /// Writes the sums into the grid's cells; sumUp must follow. Without rows the grid gets its empty

@@ -65,12 +65,7 @@ void sumUpInEngine(const sqlite::Connection &connection, const NodeRecords &reco
 }
 
 RecordQuestion questionOf(const DateRange &range) {
-    return {NodeTag(),
-            isoText(dayNumber(range.start)),
-            isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59"),
-            std::nullopt,
-            [](std::string_view) { return 0; },
-            figures};
+    return {NodePath(), range, std::nullopt, [](std::string_view) { return 0; }, figures};
 }
 
 } // namespace

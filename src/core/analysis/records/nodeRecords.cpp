@@ -1,5 +1,7 @@
 #include "core/analysis/records/nodeRecords.h"
 
+#include <algorithm>
+
 namespace veltrona {
 
 namespace {
@@ -12,22 +14,24 @@ constexpr qint64 fewShare = 32;
 
 using Conditions = std::vector<NodeCondition>;
 
-/// `mark` is a plus sign in front of a column to keep the indexes out that it leads.
-void add(NodeRecords &records, const char *mark, const QString &column, const char *comparison,
+constexpr const char *dateColumn = "GoogleDate";
+
+/// `mark` is a plus sign before a column to keep SQLite from using the indexes that it leads.
+void add(NodeRecords &records, const char *mark, const char *column, const char *comparison,
          const QString &value) {
-    records.sql += std::string(" AND ") + mark + column.toStdString() + comparison;
+    records.sql += std::string(" AND ") + mark + column + comparison;
     records.bindings.push_back(value);
 }
 
 void addConditions(NodeRecords &records, const Conditions &conditions) {
     for (const NodeCondition &condition : conditions)
-        add(records, "", condition.column, " = ?", condition.value);
+        add(records, "", nameColumns[static_cast<std::size_t>(condition.column)], " = ?",
+            condition.value);
 }
 
-void addDates(NodeRecords &records, const char *mark, const QString &first, const QString &last) {
-    const QString date = QStringLiteral("GoogleDate");
-    add(records, mark, date, " >= ?", first);
-    add(records, mark, date, " <= ?", last);
+void addDates(NodeRecords &records, const char *mark, const DateTexts &dates) {
+    add(records, mark, dateColumn, " >= ?", dates.first);
+    add(records, mark, dateColumn, " <= ?", dates.last);
 }
 
 /// At most `limit`; an index alone answers this.
@@ -59,30 +63,46 @@ NodeRecords byIds(const NodeRecords &indexed) {
 
 } // namespace
 
-NodeRecords nodeRecords(const sqlite::Connection &connection, const NodeTag &tag,
-                        const QString &firstDate, const QString &lastDate) {
+std::vector<NodeCondition> conditionsOf(const NodePath &path) {
+    Conditions conditions;
+    const qsizetype narrowing = std::min(path.names.size(), qsizetype(NameColumn::KwType));
+    for (qsizetype i = 0; i < narrowing; ++i)
+        conditions.push_back({static_cast<NameColumn>(i), path.names[i]});
+    return conditions;
+}
+
+DateTexts dateTextsOf(const DateRange &range) {
+    return {isoText(dayNumber(range.start)),
+            isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59")};
+}
+
+NodeRecords nodeRecords(const sqlite::Connection &connection, const NodePath &path,
+                        const DateRange &range) {
     const qint64 records = lastId(connection);
     const qint64 tooMany = records / smallShare + 1;
+    const Conditions conditions = conditionsOf(path);
+    const DateTexts texts = dateTextsOf(range);
     NodeRecords named{anyRecord, {}};
-    Conditions indexedNames = tag.conditions;
-    std::erase_if(indexedNames, [](const auto &each) { return each.column == u"adWordsTyp"; });
+    Conditions indexedNames = conditions;
+    std::erase_if(indexedNames,
+                  [](const auto &each) { return each.column == NameColumn::AdwordsTyp; });
     addConditions(named, indexedNames);
     NodeRecords dated{anyRecord, {}};
-    addDates(dated, "", firstDate, lastDate);
+    addDates(dated, "", texts);
 
     const qint64 names = indexedNames.empty() ? tooMany : countOf(connection, named, tooMany);
     const qint64 dates = countOf(connection, dated, names);
     NodeRecords found{"FROM tblGoogleDays NOT INDEXED WHERE 1", {}};
     if (dates < names) {
         found = byIds(dated);
-        addConditions(found, tag.conditions);
+        addConditions(found, conditions);
     } else if (names < tooMany) {
-        addDates(named, "+", firstDate, lastDate);
+        addDates(named, "+", texts);
         found = byIds(named);
-        addConditions(found, tag.conditions);
+        addConditions(found, conditions);
     } else {
-        addConditions(found, tag.conditions);
-        addDates(found, "", firstDate, lastDate);
+        addConditions(found, conditions);
+        addDates(found, "", texts);
     }
     found.areFew = std::min(names, dates) <= records / fewShare;
     return found;

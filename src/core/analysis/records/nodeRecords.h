@@ -2,23 +2,43 @@
 // order of GoogleDayId.
 #pragma once
 
-#include "core/analysis/records/nodeTag.h"
+#include "core/analysis/records/nodePath.h"
+#include "core/base/dateValue.h"
 #include "core/platform/sqlite/connection.h"
 
+#include <QString>
+
 #include <string>
+#include <vector>
 
 namespace veltrona {
 
 struct NodeRecords {
     std::string sql; // begins with FROM
     std::vector<QString> bindings;
-    bool areFew =
-        false; // reading them by an index is a matter of moments, whatever the table holds
+    /// Reading them by an index is a matter of moments, whatever the table holds.
+    bool areFew = false;
 };
 
-/// The records whose date texts lie from `firstDate` up to and including `lastDate`, by the road
-/// that reads least: the index of dates, the index of names, or one plain scan.
-NodeRecords nodeRecords(const sqlite::Connection &connection, const NodeTag &tag,
-                        const QString &firstDate, const QString &lastDate);
+/// A condition on the records of a node.
+struct NodeCondition {
+    NameColumn column;
+    QString value;
+};
+/// The type of a keyword has none: its records are the keyword's.
+std::vector<NodeCondition> conditionsOf(const NodePath &path);
+
+/// The texts of the first and the last second of a period, as the table compares them.
+struct DateTexts {
+    QString first;
+    QString last;
+};
+/// Times of day of the range don't count.
+DateTexts dateTextsOf(const DateRange &range);
+
+/// The node's records in a period, found in the way that reads least: by the index of dates, by the
+/// index of names, or by one plain scan.
+NodeRecords nodeRecords(const sqlite::Connection &connection, const NodePath &path,
+                        const DateRange &range);
 
 } // namespace veltrona

@@ -16,29 +16,21 @@ const char *nameOf(NameColumn column) {
     return nameColumns[static_cast<std::size_t>(column)];
 }
 
-NameColumn columnOf(const NodeCondition &condition) {
-    const auto found = std::find_if(nameColumns.begin(), nameColumns.end(), [&](const char *name) {
-        return condition.column.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
-    });
-    return static_cast<NameColumn>(found - nameColumns.begin());
-}
-
 struct CodedCondition {
     NameColumn column;
     Code value; // `none` holds for no leaf
 };
 
-std::vector<CodedCondition> codedConditions(const NodeTag &tag, const TextDictionary &names) {
+std::vector<CodedCondition> codedConditions(const NodePath &path, const TextDictionary &names) {
     std::vector<CodedCondition> coded;
-    for (const NodeCondition &condition : tag.conditions)
-        coded.push_back(
-            {columnOf(condition), names.find(storedBytes(condition.value).toStdString())});
+    for (const NodeCondition &condition : conditionsOf(path))
+        coded.push_back({condition.column, names.find(storedBytes(condition.value).toStdString())});
     return coded;
 }
 
 /// The group of each leaf, by its code.
 std::vector<int> leafGroups(const LeafDictionary &leaves, const RecordQuestion &question) {
-    const std::vector<CodedCondition> conditions = codedConditions(question.tag, leaves.names());
+    const std::vector<CodedCondition> conditions = codedConditions(question.path, leaves.names());
     constexpr int unknown = -2;
     std::vector<int> groupOfName(leaves.names().size(), unknown);
     const auto groupOf = [&](std::size_t leaf) {
@@ -73,8 +65,7 @@ const RecordColumns *recordWalk::columnsFor(ProjectRecords &records, const Recor
                                             NodeRecords &fromEngine) {
     if (const RecordColumns *columns = records.held())
         return columns;
-    fromEngine =
-        nodeRecords(records.connection(), question.tag, question.firstDate, question.lastDate);
+    fromEngine = nodeRecords(records.connection(), question.path, question.range);
     return fromEngine.areFew ? nullptr : records.read();
 }
 
@@ -88,8 +79,9 @@ void recordWalk::visitColumns(const RecordColumns &columns, const RecordQuestion
 std::vector<int> recordWalk::dateGroups(const TextDictionary &dates,
                                         const RecordQuestion &question) {
     // Dates compare byte by byte, as in the engine.
-    const std::string first = question.firstDate.toStdString();
-    const std::string last = question.lastDate.toStdString();
+    const DateTexts texts = dateTextsOf(question.range);
+    const std::string first = texts.first.toStdString();
+    const std::string last = texts.last.toStdString();
     std::vector<int> groups(dates.size());
     for (std::size_t date = 0; date < groups.size(); ++date) {
         const std::string &text = dates.text(static_cast<Code>(date));

@@ -92,9 +92,8 @@ private:
 };
 
 struct RecordQuestion {
-    NodeTag tag;
-    QString firstDate; // date texts, both counted in
-    QString lastDate;
+    NodePath path;
+    DateRange range; // whole days: times of day don't count
     /// The text that says which group a record belongs to: a name, or else its date.
     std::optional<NameColumn> groupedBy;
     std::function<int(std::string_view)> groupOf; // -1 leaves the record out

@@ -1,23 +1,20 @@
 #include "core/analysis/tree/navigationTexts.h"
 
-#include "core/analysis/records/nodeTag.h"
-
+#include <algorithm>
 #include <array>
 
 namespace veltrona {
 
 namespace {
 
-enum Level : std::size_t { Root, Campaign, AdGroup, Branch, Keyword, KeywordType, LevelCount };
-
 struct LevelTexts {
-    QStringView path;      // stands in front of the name in the Key
-    QStringView condition; // stands in front of the name in the Tag; empty where the name has none
+    QStringView caption;   // before the name in the Key
+    QStringView condition; // before the name in the Tag; empty where the name has none
     QStringView orderBy;
 };
 
-// "Campain" is spelled like that in every Key.
-constexpr std::array<LevelTexts, LevelCount> levels = {{
+/// By NodeLevel. "Campain" is spelled like that in every Key.
+constexpr std::array<LevelTexts, 6> levels = {{
     {u"Campaign Summary", u"", u"campaign"},
     {u"Campain: '", u" AND campaign='", u"adGroup"},
     {u" > Adgroup: '", u" AND adGroup='", u"adWordsTyp"},
@@ -26,46 +23,32 @@ constexpr std::array<LevelTexts, LevelCount> levels = {{
     {u" > KeywordType: '", u"", u"kwType"},
 }};
 
-/// The node and those above it, the root first.
-struct Way {
-    explicit Way(const TreeNode &last) {
-        for (const TreeNode *node = &last; node; node = node->Parent)
-            ++length;
-        std::size_t level = length;
-        for (const TreeNode *node = &last; node; node = node->Parent)
-            nodes.at(--level) = node;
-    }
-    std::array<const TreeNode *, LevelCount> nodes{};
-    std::size_t length = 0;
-};
+QString branchName(const QString &adwordsTyp) {
+    const auto found = std::find_if(branches().begin(), branches().end(), [&](const Branch &each) {
+        return each.adwordsTyp == adwordsTyp;
+    });
+    return found == branches().end() ? adwordsTyp : found->name;
+}
 
 class NavigationTexts : public NodeTexts {
 public:
     QString key(const TreeNode &node) const override {
-        const Way way(node);
-        QString key = QString::number(way.length - 1) + u'-';
-        if (way.length == 1)
-            return key.append(levels[Root].path);
-        for (std::size_t level = Campaign; level < way.length; ++level) {
-            key.append(levels[level].path).append(way.nodes[level]->name());
-            if (level != Branch)
-                key += u'\'';
-        }
-        return key;
+        const NodePath path = pathOf(node);
+        return QString::number(path.names.size()) + u'-' + captionOf(path);
     }
 
     QString tag(const TreeNode &node) const override {
-        const Way way(node);
+        const NodePath path = pathOf(node);
         QString tag;
-        for (std::size_t level = Campaign; level < way.length; ++level) {
-            if (levels[level].condition.isEmpty())
+        for (qsizetype i = 0; i < path.names.size(); ++i) {
+            const QStringView condition = levels[static_cast<std::size_t>(i) + 1].condition;
+            if (condition.isEmpty())
                 continue;
-            tag.append(levels[level].condition)
-                .append(level == Branch ? branchType(*way.nodes[level])
-                                        : doubledApostrophes(way.nodes[level]->name()))
-                .append(u'\'');
+            QString value = path.names[i];
+            tag.append(condition).append(value.replace(u'\'', QStringLiteral("''"))).append(u'\'');
         }
-        return tag.append(u" ORDER BY ").append(levels[way.length - 1].orderBy);
+        return tag.append(u" ORDER BY ")
+            .append(levels[static_cast<std::size_t>(path.level())].orderBy);
     }
 };
 
@@ -76,9 +59,38 @@ const NodeTexts &navigationTexts() {
     return texts;
 }
 
-QString branchType(const TreeNode &branch) {
-    return branch.IndexInParent == 0 ? QStringLiteral("Search Only")
-                                     : QStringLiteral("Content Only");
+NodePath pathOf(const TreeNode &node) {
+    NodePath path;
+    if (!node.Parent)
+        return path;
+    path = pathOf(*node.Parent);
+    const bool isBranch = path.level() == NodeLevel::AdGroup;
+    path.names.append(isBranch
+                          ? branches().at(static_cast<std::size_t>(node.IndexInParent)).adwordsTyp
+                          : node.name());
+    return path;
+}
+
+QString captionOf(const NodePath &path) {
+    if (path.names.isEmpty())
+        return levels.front().caption.toString();
+    QString caption;
+    for (qsizetype i = 0; i < path.names.size(); ++i) {
+        const std::size_t level = static_cast<std::size_t>(i) + 1;
+        caption.append(levels[level].caption);
+        if (static_cast<NodeLevel>(level) == NodeLevel::Branch)
+            caption.append(branchName(path.names[i]));
+        else
+            caption.append(path.names[i]).append(u'\'');
+    }
+    return caption;
+}
+
+const std::array<Branch, 2> &branches() {
+    static const std::array<Branch, 2> both = {
+        {{QStringLiteral("Search keywords"), QStringLiteral("Search Only")},
+         {QStringLiteral("Content"), QStringLiteral("Content Only")}}};
+    return both;
 }
 
 } // namespace veltrona

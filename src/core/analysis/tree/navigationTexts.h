@@ -1,7 +1,12 @@
-// The texts of the navigation tree's nodes, worked out of a node's place and the names above it.
+// The texts of the navigation tree's nodes, made from a node's place and the names above it.
 #pragma once
 
+#include "core/analysis/records/nodePath.h"
 #include "core/controls/tree.h"
+
+#include <QString>
+
+#include <array>
 
 namespace veltrona {
 
@@ -10,7 +15,16 @@ namespace veltrona {
 /// them, whatever texts were set there.
 const NodeTexts &navigationTexts();
 
-/// The records' `AdwordsTyp` that a branch stands for.
-QString branchType(const TreeNode &branch);
+/// The path of a node by its place and the names it and its parents were added by.
+NodePath pathOf(const TreeNode &node);
+/// The Key without its level prefix: "Campain: 'shoes' > Adgroup: 'boots'".
+QString captionOf(const NodePath &path);
+
+/// The two branches of an ad group.
+struct Branch {
+    QString name;       // in the tree
+    QString adwordsTyp; // of its records
+};
+const std::array<Branch, 2> &branches();
 
 } // namespace veltrona

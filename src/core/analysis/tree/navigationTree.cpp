@@ -228,9 +228,9 @@ private:
                 continue;
             TreeNode *above = node;
             if (level == AdGroup) {
-                // All keywords stand under the search branch, those of content records alone too.
-                above = add(node, m_search);
-                add(node, m_content);
+                // All keywords are below the search branch, also those of content records alone.
+                above = add(node, branches()[0].name);
+                add(node, branches()[1].name);
             }
             addNames(above, level + 1, name.firstBelow, name.endBelow);
         }
@@ -238,8 +238,6 @@ private:
 
     Nodes &m_nodes;
     Names m_names;
-    const QString m_search = QStringLiteral("Search keywords");
-    const QString m_content = QStringLiteral("Content");
 };
 
 void rebuild(Tree &tree, const QString &projectTitle, Names names) {
@@ -265,11 +263,9 @@ void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, T
 }
 
 TreeNode *nodeOfRow(const TreeNode &node, const QString &row) {
-    const bool isAdGroup = node.Key().startsWith(u"2-");
     const auto found =
-        std::find_if(node.Children.begin(), node.Children.end(), [&](const TreeNode *child) {
-            return row == (isAdGroup ? branchType(*child) : child->name());
-        });
+        std::find_if(node.Children.begin(), node.Children.end(),
+                     [&](const TreeNode *child) { return pathOf(*child).names.last() == row; });
     return found == node.Children.end() ? nullptr : *found;
 }
 
