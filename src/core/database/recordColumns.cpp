@@ -21,19 +21,6 @@ constexpr std::size_t batchSize = 256;
 constexpr qint64 oddWhole = 1'000'000'000'000'000;
 constexpr auto shortLimit = static_cast<double>(oddWhole);
 
-/// The number of a value that a block takes.
-std::optional<double> numberOf(const RecordValue &value) {
-    const ValueType type = value.type();
-    if (type == ValueType::Real)
-        return value.real();
-    if (type != ValueType::Integer)
-        return std::nullopt;
-    const qint64 whole = value.int64();
-    if (whole >= oddWhole || whole <= -oddWhole)
-        return std::nullopt;
-    return static_cast<double>(whole);
-}
-
 /// What stands in front of the figures in a record of the reading scan.
 enum ReadColumn { Id, Date, FirstName, FirstFigure = FirstName + int(nameColumns.size()) };
 
@@ -51,6 +38,18 @@ struct CantBeHeld {};
 
 } // namespace
 
+std::optional<double> plainNumber(const RecordValue &value) {
+    const ValueType type = value.type();
+    if (type == ValueType::Real)
+        return value.real();
+    if (type != ValueType::Integer)
+        return std::nullopt;
+    const qint64 whole = value.int64();
+    if (whole >= oddWhole || whole <= -oddWhole)
+        return std::nullopt;
+    return static_cast<double>(whole);
+}
+
 /// Gathers records until they make a block.
 class RecordColumns::Reader {
 public:
@@ -66,7 +65,7 @@ public:
         m_leaves.push_back(m_columns.m_leaves.add(names));
         for (std::size_t i = 0; i < m_figures.size(); ++i) {
             const RecordValue &value = record[FirstFigure + i];
-            const std::optional<double> number = numberOf(value);
+            const std::optional<double> number = plainNumber(value);
             m_figures[i].push_back(number.value_or(0));
             if (!number)
                 m_oddValues.push_back({place,

@@ -6,9 +6,11 @@
 #include "core/database/packedColumn.h"
 #include "core/database/textDictionary.h"
 #include "core/platform/sqlite/connection.h"
+#include "core/platform/sqlite/recordScan.h"
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +57,9 @@ private:
     std::string m_text;
 };
 
+/// The value if it is a 64-bit float or a whole number of at most 15 digits.
+std::optional<double> plainNumber(const sqlite::RecordValue &value);
+
 /// Some of the records that a walk visits, side by side. Valid during the visit.
 class RecordBatch {
 public:
@@ -74,6 +79,7 @@ public:
 
 private:
     friend class RecordColumns;
+    friend class ScannedBatch;
     std::span<const int> m_groups;
     std::array<Numbers, figureColumns.size()> m_numbers;
     bool m_hasOddValues = false;

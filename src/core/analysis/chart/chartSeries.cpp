@@ -90,9 +90,8 @@ private:
 bool holdsRecords(ProjectRecords &records, const NodePath &path, const DateRange &range) {
     constexpr Figure any = Figure::Clicks;
     bool found = false;
-    const RecordQuestion question{
-        path, range, std::nullopt, [](std::string_view) { return 0; }, {&any, 1}};
-    walkRecords(records, question, [&found](int, const auto &) { found = true; });
+    const RecordQuery query{path, range, {}, [](auto) { return 0; }, {&any, 1}};
+    visitRecords(records, query, [&found](const auto &, auto) { found = true; });
     return found;
 }
 
@@ -112,21 +111,22 @@ std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, con
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
     const auto day = [](int number) { return static_cast<DateValue>(number); };
-    const RecordQuestion question{path,
-                                  {day(bars.front().fromDay), day(bars.back().toDay)},
-                                  std::nullopt,
-                                  [&finder](std::string_view date) { return finder.find(date); },
-                                  {&metric.figure, 1}};
-    walkRecords(records, question, [&](int bar, const auto &record) {
+    const RecordQuery query{path,
+                            {day(bars.front().fromDay), day(bars.back().toDay)},
+                            {},
+                            [&finder](auto date) { return finder.find(date.front()); },
+                            {&metric.figure, 1}};
+    const auto add = [&](int bar, const auto &record) {
         const auto figure = record[0];
         BarSum &sum = sums[static_cast<std::size_t>(bar)];
         ++sum.records;
         if (metric.aboveZero && !isAboveZero(figure))
             return;
-        const double value = engineNumberOf(figure);
+        const double value = storedNumberOf(figure);
         sum.sum.add(value);
         sum.valued += value != 0;
-    });
+    };
+    visitRecords(records, query, [&](const auto &batch, auto) { forEachRecord(batch, add); });
     return sums;
 }
 

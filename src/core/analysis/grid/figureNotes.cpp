@@ -115,28 +115,25 @@ QString shortDates(const DateRange &range, int year) {
 
 FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const NodePath &path,
                                           const DateRange &range) {
-    std::vector<PlainSums> sums;
-    QHash<QByteArray, int> places;
-    const RecordQuestion question{path, range, path.columnBelow(),
-                                  [&](std::string_view text) {
-                                      const std::string_view name = withoutBlanks(text);
-                                      const QByteArray key(name.data(),
-                                                           static_cast<qsizetype>(name.size()));
-                                      const auto found = places.constFind(key);
-                                      if (found != places.constEnd())
-                                          return *found;
-                                      sums.emplace_back();
-                                      return *places.insert(key, static_cast<int>(sums.size()) - 1);
-                                  },
-                                  figures};
+    TextDictionary names;
+    const RecordQuery query{path,
+                            range,
+                            {path.columnBelow()},
+                            [&names](std::span<const std::string_view> name) {
+                                return static_cast<int>(names.add(withoutBlanks(name.front())));
+                            },
+                            figures};
+    std::vector<PlainSums> sums; // by the names' codes
     Period period;
-    walkRecords(records, question, [&](int place, const auto &record) {
-        add(sums[static_cast<std::size_t>(place)], record);
-        add(period.all, record);
+    visitRecords(records, query, [&](const RecordBatch &batch, auto) {
+        sums.resize(names.size());
+        forEachRecord(batch, [&](int name, const auto &record) {
+            add(sums[static_cast<std::size_t>(name)], record);
+            add(period.all, record);
+        });
     });
-    for (auto place = places.constBegin(); place != places.constEnd(); ++place)
-        period.rows.insert(textOf(place.key().toStdString()),
-                           sums[static_cast<std::size_t>(place.value())]);
+    for (TextDictionary::Code name = 0; name < sums.size(); ++name)
+        period.rows.insert(textOf(names.text(name)), sums[name]);
     return period;
 }
 

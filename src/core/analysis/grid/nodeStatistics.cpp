@@ -11,8 +11,9 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
-#include <unordered_map>
+#include <span>
+#include <string_view>
+#include <utility>
 
 namespace veltrona {
 
@@ -90,21 +91,24 @@ class RowsByName {
 public:
     int place(std::string_view name) {
         // Neighbouring records mostly share their name.
-        if (m_last && name == m_last->first)
-            return m_last->second;
-        auto found = m_places.find(name);
-        if (found == m_places.end()) {
-            found = m_places.emplace(name, static_cast<int>(m_rows.size())).first;
-            m_rows.emplace_back();
+        if (m_last == TextDictionary::none || m_names.text(m_last) != name) {
+            m_last = m_names.add(name);
+            m_rows.resize(m_names.size());
         }
-        m_last = &*found;
-        return found->second;
+        return static_cast<int>(m_last);
     }
-    RowOfRecords &rowToAddTo(int place) {
-        RowOfRecords &row = m_rows[static_cast<std::size_t>(place)];
-        row.hasRecords = true;
-        return row;
+
+    void add(const RecordBatch &batch, std::span<const double> scales) {
+        if (scales.empty()) {
+            forEachRecord(batch, [this](int place, const auto &record) {
+                addRecord(rowToAddTo(place).sums, record);
+            });
+            return;
+        }
+        for (std::size_t i = 0; i < batch.size(); ++i)
+            rowToAddTo(batch.group(i)).add(WholeRecord(batch, i, scales));
     }
+
     void takeWholes(std::span<const double> scales) {
         for (RowOfRecords &row : m_rows)
             row.takeWholes(scales);
@@ -113,11 +117,11 @@ public:
     /// The rows that have records.
     std::vector<StatisticsRow> inReadingOrder() {
         std::vector<std::pair<ReadingKey, StatisticsRow *>> order;
-        for (const auto &[name, place] : m_places) {
-            RowOfRecords &row = m_rows[static_cast<std::size_t>(place)];
+        for (TextDictionary::Code name = 0; name < m_names.size(); ++name) {
+            RowOfRecords &row = m_rows[name];
             if (!row.hasRecords)
                 continue;
-            row.sums.name = textOf(name);
+            row.sums.name = textOf(m_names.text(name));
             order.emplace_back(ReadingKey(row.sums.name), &row.sums);
         }
         std::sort(order.begin(), order.end(),
@@ -130,17 +134,15 @@ public:
     }
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const {
-            return std::hash<std::string_view>()(name);
-        }
-    };
-    using Map = std::unordered_map<std::string, int, Hash, std::equal_to<>>;
+    RowOfRecords &rowToAddTo(int place) {
+        RowOfRecords &row = m_rows[static_cast<std::size_t>(place)];
+        row.hasRecords = true;
+        return row;
+    }
 
-    Map m_places;
-    Map::value_type *m_last = nullptr;
-    std::vector<RowOfRecords> m_rows;
+    TextDictionary m_names;
+    TextDictionary::Code m_last = TextDictionary::none;
+    std::vector<RowOfRecords> m_rows; // by the names' codes
 };
 
 void writeRow(Grid &grid, int row, const StatisticsRow &statistics) {
@@ -164,15 +166,21 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const NodePath &path
                                    const DateRange &range) {
     const NameColumn column = path.columnBelow();
     RowsByName rows;
-    const RecordQuestion question{
-        path, range, column,
-        [&rows](std::string_view name) { return rows.place(withoutBlanks(name)); }, figures};
-    const std::vector<double> scales = walkRecords(
-        records, question,
-        [&rows](int place, const auto &record) { addRecord(rows.rowToAddTo(place).sums, record); },
-        [&rows](int place, const WholeRecord &record) { rows.rowToAddTo(place).add(record); });
-    if (!scales.empty())
-        rows.takeWholes(scales);
+    const RecordQuery query{path,
+                            range,
+                            {column},
+                            [&rows](std::span<const std::string_view> name) {
+                                return rows.place(withoutBlanks(name.front()));
+                            },
+                            figures,
+                            true};
+    std::vector<double> usedScales;
+    visitRecords(records, query, [&](const RecordBatch &batch, std::span<const double> scales) {
+        rows.add(batch, scales);
+        usedScales.assign(scales.begin(), scales.end());
+    });
+    if (!usedScales.empty())
+        rows.takeWholes(usedScales);
     return {captionOf(path), QLatin1String(headings[static_cast<std::size_t>(column)]),
             rows.inReadingOrder()};
 }

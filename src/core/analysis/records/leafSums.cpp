@@ -1,8 +1,11 @@
 #include "core/analysis/records/leafSums.h"
 
+#include "core/analysis/records/cellText.h"
 #include "core/analysis/records/recordWalk.h"
 
-#include <numeric>
+#include <algorithm>
+#include <array>
+#include <vector>
 
 namespace veltrona {
 
@@ -16,73 +19,47 @@ struct Sums {
     double conversionValue = 0;
     bool hasRecords = false;
 
-    template<class Record>
-    void add(const Record &record) {
-        addAsCell(cost, numberOf(record[Cost]) / millionths);
+    void add(const auto &record) {
+        addAsCell(cost, numberOf(record[Cost]) / 1'000'000);
         addAsCell(conversionValue, numberOf(record[ConvValue]));
         hasRecords = true;
     }
 };
 
-void hand(const LeafDictionary &leaves, const std::vector<Sums> &sums,
-          const std::function<void(const LeafSums &)> &visitor) {
-    for (std::size_t leaf = 0; leaf < sums.size(); ++leaf) {
-        if (sums[leaf].hasRecords)
-            visitor({leaves.namesOf(leaf), sums[leaf].cost, sums[leaf].conversionValue});
-    }
-}
-
-void sumUpColumns(const RecordColumns &columns, const RecordQuestion &question,
-                  const std::function<void(const LeafSums &)> &visitor) {
-    std::vector<int> groups(columns.leaves().size()); // each leaf its own
-    std::iota(groups.begin(), groups.end(), 0);
-    std::vector<Sums> sums(groups.size());
-    columns.visit(groups, recordWalk::dateGroups(columns.dates(), question), figures, {},
-                  [&sums](const RecordBatch &batch) {
-                      recordWalk::visitBatch(batch, [&sums](int leaf, const auto &record) {
-                          sums[static_cast<std::size_t>(leaf)].add(record);
-                      });
-                  });
-    hand(columns.leaves(), sums, visitor);
-}
-
-void sumUpInEngine(const sqlite::Connection &connection, const NodeRecords &records,
-                   const std::function<void(const LeafSums &)> &visitor) {
-    LeafDictionary leaves;
-    std::vector<Sums> sums;
-    constexpr std::size_t firstFigure = nameColumns.size();
-    sqlite::scanRecords(
-        connection, "Campaign, Adgroup, AdwordsTyp, KeyWord, kwType, cost, ConvValue", records.sql,
-        records.bindings, [&](std::span<const sqlite::RecordValue> record) {
-            LeafDictionary::Names names;
-            for (std::size_t i = 0; i < firstFigure; ++i)
-                names[i] = record[i].utf8();
-            const std::size_t leaf = leaves.add(names);
-            sums.resize(leaves.size());
-            sums[leaf].add(record.subspan(firstFigure));
-        });
-    hand(leaves, sums, visitor);
-}
-
-RecordQuestion questionOf(const DateRange &range) {
-    return {NodePath(), range, std::nullopt, [](std::string_view) { return 0; }, figures};
+RecordQuery queryOf(const DateRange &range, LeafDictionary &leaves) {
+    return {NodePath(),
+            range,
+            {NameColumn::Campaign, NameColumn::Adgroup, NameColumn::AdwordsTyp, NameColumn::KeyWord,
+             NameColumn::KwType},
+            [&leaves](std::span<const std::string_view> names) {
+                LeafDictionary::Names leaf;
+                std::copy(names.begin(), names.end(), leaf.begin());
+                return static_cast<int>(leaves.add(leaf));
+            },
+            figures};
 }
 
 } // namespace
 
 void visitLeafSums(ProjectRecords &records, const DateRange &range,
                    const std::function<void(const LeafSums &)> &visitor) {
-    const RecordQuestion question = questionOf(range);
-    NodeRecords fromEngine;
-    if (const RecordColumns *columns = recordWalk::columnsFor(records, question, fromEngine))
-        sumUpColumns(*columns, question, visitor);
-    else
-        sumUpInEngine(records.connection(), fromEngine, visitor);
+    LeafDictionary leaves;
+    std::vector<Sums> sums;
+    visitRecords(records, queryOf(range, leaves), [&](const RecordBatch &batch, auto) {
+        sums.resize(leaves.size());
+        forEachRecord(batch, [&sums](int leaf, const auto &record) {
+            sums[static_cast<std::size_t>(leaf)].add(record);
+        });
+    });
+    for (std::size_t leaf = 0; leaf < sums.size(); ++leaf) {
+        if (sums[leaf].hasRecords)
+            visitor({leaves.namesOf(leaf), sums[leaf].cost, sums[leaf].conversionValue});
+    }
 }
 
 bool areLeafSumsCheap(ProjectRecords &records, const DateRange &range) {
-    NodeRecords fromEngine;
-    return recordWalk::columnsFor(records, questionOf(range), fromEngine) || fromEngine.areFew;
+    LeafDictionary leaves;
+    return isCheap(records, queryOf(range, leaves));
 }
 
 } // namespace veltrona

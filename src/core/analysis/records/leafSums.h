@@ -19,8 +19,7 @@ struct LeafSums {
 /// count. Throws Failure.
 void visitLeafSums(ProjectRecords &records, const DateRange &range,
                    const std::function<void(const LeafSums &)> &visitor);
-/// False where the records are neither held nor few: the engine would take longer for the leaves
-/// than for one plain scan.
+/// False where the records are neither in memory nor few: one plain scan is faster then.
 bool areLeafSumsCheap(ProjectRecords &records, const DateRange &range);
 
 } // namespace veltrona

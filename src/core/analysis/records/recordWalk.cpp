@@ -1,10 +1,15 @@
 #include "core/analysis/records/recordWalk.h"
 
+#include "core/analysis/records/nodeRecords.h"
 #include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
+#include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
 
 namespace veltrona {
 
@@ -29,26 +34,47 @@ std::vector<CodedCondition> codedConditions(const NodePath &path, const TextDict
 }
 
 /// The group of each leaf, by its code.
-std::vector<int> leafGroups(const LeafDictionary &leaves, const RecordQuestion &question) {
-    const std::vector<CodedCondition> conditions = codedConditions(question.path, leaves.names());
-    constexpr int unknown = -2;
-    std::vector<int> groupOfName(leaves.names().size(), unknown);
-    const auto groupOf = [&](std::size_t leaf) {
-        for (const CodedCondition &condition : conditions) {
-            if (leaves.nameCode(leaf, condition.column) != condition.value)
-                return -1;
-        }
-        if (!question.groupedBy)
-            return 0;
-        const Code name = leaves.nameCode(leaf, *question.groupedBy);
-        if (groupOfName[name] == unknown)
-            groupOfName[name] = question.groupOf(leaves.names().text(name));
-        return groupOfName[name];
+std::vector<int> leafGroups(const LeafDictionary &leaves, const RecordQuery &query) {
+    const std::vector<CodedCondition> conditions = codedConditions(query.path, leaves.names());
+    const auto isOfNode = [&](std::size_t leaf) {
+        return std::all_of(conditions.begin(), conditions.end(), [&](const CodedCondition &each) {
+            return leaves.nameCode(leaf, each.column) == each.value;
+        });
     };
-    std::vector<int> groups(leaves.size());
-    for (std::size_t leaf = 0; leaf < groups.size(); ++leaf)
-        groups[leaf] = groupOf(leaf);
+    std::vector<std::string_view> names(query.groupedBy.size());
+    std::vector<int> groups(leaves.size(), -1);
+    for (std::size_t leaf = 0; leaf < groups.size(); ++leaf) {
+        if (!isOfNode(leaf))
+            continue;
+        for (std::size_t i = 0; i < names.size(); ++i)
+            names[i] = leaves.names().text(leaves.nameCode(leaf, query.groupedBy[i]));
+        groups[leaf] = names.empty() ? 0 : query.groupOf(names);
+    }
     return groups;
+}
+
+/// The group of each date, by its code.
+std::vector<int> dateGroups(const TextDictionary &dates, const RecordQuery &query) {
+    // Dates compare byte by byte, as in SQLite.
+    const DateTexts texts = dateTextsOf(query.range);
+    const std::string first = texts.first.toStdString();
+    const std::string last = texts.last.toStdString();
+    std::vector<int> groups(dates.size());
+    for (std::size_t date = 0; date < groups.size(); ++date) {
+        const std::string_view text = dates.text(static_cast<Code>(date));
+        const bool isWithin = text >= first && text <= last;
+        groups[date] = !isWithin ? -1 : query.groupedBy.empty() ? query.groupOf({&text, 1}) : 0;
+    }
+    return groups;
+}
+
+/// The columns in memory, or null: SQLite has to be asked for `stored` then.
+const RecordColumns *columnsFor(ProjectRecords &records, const RecordQuery &query,
+                                NodeRecords &stored) {
+    if (const RecordColumns *columns = records.held())
+        return columns;
+    stored = nodeRecords(records.connection(), query.path, query.range);
+    return stored.areFew ? nullptr : records.read();
 }
 
 DateValue dateOf(std::string_view text, const QString &path) {
@@ -61,62 +87,103 @@ DateValue dateOf(std::string_view text, const QString &path) {
 
 } // namespace
 
-const RecordColumns *recordWalk::columnsFor(ProjectRecords &records, const RecordQuestion &question,
-                                            NodeRecords &fromEngine) {
-    if (const RecordColumns *columns = records.held())
-        return columns;
-    fromEngine = nodeRecords(records.connection(), question.path, question.range);
-    return fromEngine.areFew ? nullptr : records.read();
-}
-
-void recordWalk::visitColumns(const RecordColumns &columns, const RecordQuestion &question,
-                              std::span<const double> exactScales,
-                              const RecordColumns::Visitor &visitor) {
-    columns.visit(leafGroups(columns.leaves(), question), dateGroups(columns.dates(), question),
-                  question.figures, exactScales, visitor);
-}
-
-std::vector<int> recordWalk::dateGroups(const TextDictionary &dates,
-                                        const RecordQuestion &question) {
-    // Dates compare byte by byte, as in the engine.
-    const DateTexts texts = dateTextsOf(question.range);
-    const std::string first = texts.first.toStdString();
-    const std::string last = texts.last.toStdString();
-    std::vector<int> groups(dates.size());
-    for (std::size_t date = 0; date < groups.size(); ++date) {
-        const std::string &text = dates.text(static_cast<Code>(date));
-        const bool isWithin = text >= first && text <= last;
-        groups[date] = !isWithin ? -1 : question.groupedBy ? 0 : question.groupOf(text);
+/// Gathers the records of a scan until they make a batch.
+class ScannedBatch {
+public:
+    ScannedBatch(std::size_t figures, const BatchVisitor &visitor)
+        : m_values(figures), m_visitor(visitor) {
+        m_batch.m_oddValue = [this](std::size_t figure, std::size_t record) {
+            const auto found = m_exceptional.find({record, figure});
+            return found == m_exceptional.end() ? FigureValue(m_values[figure][record])
+                                                : found->second;
+        };
     }
-    return groups;
+
+    void add(int group, std::span<const sqlite::RecordValue> figures) {
+        for (std::size_t i = 0; i < figures.size(); ++i) {
+            const sqlite::RecordValue &value = figures[i];
+            const std::optional<double> number = plainNumber(value);
+            m_values[i][m_count] = number.value_or(0);
+            if (!number)
+                m_exceptional.emplace(
+                    std::pair(m_count, i),
+                    FigureValue(value.type(), value.int64(), value.real(), value.utf8()));
+        }
+        m_groups[m_count] = group;
+        if (++m_count == size)
+            end();
+    }
+
+    /// To be called after the last record too.
+    void end() {
+        if (m_count == 0)
+            return;
+        m_batch.m_groups = {m_groups.data(), m_count};
+        m_batch.m_hasOddValues = !m_exceptional.empty();
+        for (std::size_t i = 0; i < m_values.size(); ++i)
+            m_batch.m_numbers[i] = {m_values[i].data(), false};
+        m_visitor(m_batch, {});
+        m_count = 0;
+        m_exceptional.clear();
+    }
+
+private:
+    static constexpr std::size_t size = 64;
+
+    std::array<int, size> m_groups{};
+    std::vector<std::array<double, size>> m_values; // of each figure
+    std::map<std::pair<std::size_t, std::size_t>, FigureValue> m_exceptional;
+    std::size_t m_count = 0;
+    RecordBatch m_batch;
+    const BatchVisitor &m_visitor;
+};
+
+static void scan(const sqlite::Connection &connection, const RecordQuery &query,
+                 const NodeRecords &stored, const BatchVisitor &visitor) {
+    std::string columns = query.groupedBy.empty() ? "GoogleDate" : "";
+    for (const NameColumn column : query.groupedBy)
+        columns.append(columns.empty() ? "" : ", ").append(nameOf(column));
+    for (const Figure figure : query.figures)
+        columns.append(", ").append(figureColumns[static_cast<std::size_t>(figure)]);
+    std::vector<std::string_view> texts(std::max<std::size_t>(query.groupedBy.size(), 1));
+    ScannedBatch batch(query.figures.size(), visitor);
+    sqlite::scanRecords(connection, columns, stored.sql, stored.bindings,
+                        [&](std::span<const sqlite::RecordValue> record) {
+                            for (std::size_t i = 0; i < texts.size(); ++i)
+                                texts[i] = record[i].utf8();
+                            const int group = query.groupOf(texts);
+                            if (group >= 0)
+                                batch.add(group, record.subspan(texts.size()));
+                        });
+    batch.end();
 }
 
-std::string recordWalk::engineColumns(const RecordQuestion &question) {
-    std::string columns = question.groupedBy ? nameOf(*question.groupedBy) : "GoogleDate";
-    for (const Figure figure : question.figures)
-        columns.append(", ").append(figureColumns[static_cast<std::size_t>(figure)]);
-    return columns;
+void visitRecords(ProjectRecords &records, const RecordQuery &query, const BatchVisitor &visitor) {
+    NodeRecords stored;
+    const RecordColumns *columns = columnsFor(records, query, stored);
+    if (!columns) {
+        scan(records.connection(), query, stored, visitor);
+        return;
+    }
+    const std::vector<double> scales =
+        query.scaled ? columns->exactScales(query.figures) : std::vector<double>();
+    columns->visit(leafGroups(columns->leaves(), query), dateGroups(columns->dates(), query),
+                   query.figures, scales,
+                   [&](const RecordBatch &batch) { visitor(batch, scales); });
+}
+
+bool isCheap(ProjectRecords &records, const RecordQuery &query) {
+    NodeRecords stored;
+    return columnsFor(records, query, stored) || stored.areFew;
 }
 
 std::optional<DateRange> tableDates(ProjectRecords &records) {
-    const QString &path = records.connection().path();
-    if (const RecordColumns *columns = records.held()) {
-        const TextDictionary &dates = columns->dates();
-        if (dates.size() == 0)
-            return std::nullopt;
-        std::string_view first = dates.text(0);
-        std::string_view last = first;
-        for (Code date = 1; date < dates.size(); ++date) {
-            first = std::min<std::string_view>(first, dates.text(date));
-            last = std::max<std::string_view>(last, dates.text(date));
-        }
-        return DateRange{dateOf(first, path), dateOf(last, path)};
-    }
     sqlite::Statement statement =
         records.connection().prepare("SELECT (SELECT min(GoogleDate) FROM tblGoogleDays), "
                                      "(SELECT max(GoogleDate) FROM tblGoogleDays)");
     if (!statement.step() || statement.type(0) == sqlite::ValueType::Null)
         return std::nullopt;
+    const QString &path = records.connection().path();
     return DateRange{dateOf(statement.utf8(0), path), dateOf(statement.utf8(1), path)};
 }
 

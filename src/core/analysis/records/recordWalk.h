@@ -1,17 +1,20 @@
-// One walk over the records of a node in a period, in the order of GoogleDayId whatever the road:
-// the records in memory, or the engine where they aren't held. The same visitor takes the figures
-// from either, by `numberOf` and its like, so that no digit tells the roads apart.
+// The records of a node in a period, in the order of GoogleDayId, as batches: from memory, or from
+// SQLite where they aren't in memory. The same visitor reads the figures of both, by `numberOf` and
+// its like, so that both give the same digits.
 #pragma once
 
 #include "core/analysis/records/cellText.h"
-#include "core/analysis/records/nodeRecords.h"
+#include "core/analysis/records/nodePath.h"
 #include "core/base/dateValue.h"
 #include "core/database/projectRecords.h"
-#include "core/platform/sqlite/recordScan.h"
+#include "core/database/recordColumns.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
-#include <type_traits>
+#include <span>
+#include <string_view>
+#include <vector>
 
 namespace veltrona {
 
@@ -21,13 +24,8 @@ struct PlainNumber {
     bool isShort = false; // at most 15 significant digits
 };
 
-template<class Value>
-concept TypedValue = requires(const Value &value) {
-    value.type();
-};
-
-/// Number of the figure's text.
-double numberOf(const TypedValue auto &value) {
+/// The number of the figure's text.
+inline double numberOf(const FigureValue &value) {
     switch (value.type()) {
     case sqlite::ValueType::Integer:
         return static_cast<double>(value.int64());
@@ -43,7 +41,7 @@ inline double numberOf(const PlainNumber &number) {
     return number.isShort ? number.value : toFifteenDigits(number.value);
 }
 
-double percentNumberOf(const TypedValue auto &value) {
+inline double percentNumberOf(const FigureValue &value) {
     return value.type() == sqlite::ValueType::Text ? percentNumberOfText(value.utf8())
                                                    : numberOf(value);
 }
@@ -51,23 +49,23 @@ inline double percentNumberOf(const PlainNumber &number) {
     return numberOf(number);
 }
 
-/// The figure as it stands, not by way of its text.
-double plainValueOf(const TypedValue auto &value) {
+/// The stored number itself, not the one of its text.
+inline double plainValueOf(const FigureValue &value) {
     return value.type() == sqlite::ValueType::Real ? value.real() : numberOf(value);
 }
 inline double plainValueOf(const PlainNumber &number) {
     return number.value;
 }
 
-/// The figure as the engine adds it up and compares it.
-double engineNumberOf(const TypedValue auto &value) {
+/// The figure as SQLite adds it up and compares it.
+inline double storedNumberOf(const FigureValue &value) {
     return value.real();
 }
-inline double engineNumberOf(const PlainNumber &number) {
+inline double storedNumberOf(const PlainNumber &number) {
     return number.value;
 }
 /// A text is above all numbers.
-bool isAboveZero(const TypedValue auto &value) {
+inline bool isAboveZero(const FigureValue &value) {
     return value.type() == sqlite::ValueType::Text || value.type() == sqlite::ValueType::Blob ||
            value.real() > 0;
 }
@@ -91,28 +89,32 @@ private:
     std::span<const double> m_scales;
 };
 
-struct RecordQuestion {
+struct RecordQuery {
     NodePath path;
     DateRange range; // whole days: times of day don't count
-    /// The text that says which group a record belongs to: a name, or else its date.
-    std::optional<NameColumn> groupedBy;
-    std::function<int(std::string_view)> groupOf; // -1 leaves the record out
+    /// The names that tell the group of a record, or else its date.
+    std::vector<NameColumn> groupedBy;
+    /// The group by those names or by the date; -1 leaves the record out. May be called once for
+    /// many records of the same texts.
+    std::function<int(std::span<const std::string_view>)> groupOf;
     std::span<const Figure> figures;
+    /// Whether the numbers may come multiplied by RecordColumns::exactScales.
+    bool scaled = false;
 };
 
-namespace recordWalk {
-/// The columns to walk over, or null: then the engine is to be asked for `fromEngine`.
-const RecordColumns *columnsFor(ProjectRecords &records, const RecordQuestion &question,
-                                NodeRecords &fromEngine);
-void visitColumns(const RecordColumns &columns, const RecordQuestion &question,
-                  std::span<const double> exactScales, const RecordColumns::Visitor &visitor);
-/// The group of each date, by its code.
-std::vector<int> dateGroups(const TextDictionary &dates, const RecordQuestion &question);
-std::string engineColumns(const RecordQuestion &question);
+/// Figure i of a batch is the query's i-th. `scales` is empty unless the numbers are multiplied by
+/// these.
+using BatchVisitor = std::function<void(const RecordBatch &batch, std::span<const double> scales)>;
 
-/// `visitor(group, figures)` for each record of a batch.
+/// Visits the records in batches, from memory or from SQLite. Throws Failure.
+void visitRecords(ProjectRecords &records, const RecordQuery &query, const BatchVisitor &visitor);
+/// False where the records are neither in memory nor few: one plain scan is faster then.
+bool isCheap(ProjectRecords &records, const RecordQuery &query);
+
+/// Calls `visitor(group, figures)` for each record of a batch; `figures[i]` is to be read by the
+/// functions above.
 template<class Visitor>
-void visitBatch(const RecordBatch &batch, Visitor visitor) {
+void forEachRecord(const RecordBatch &batch, Visitor visitor) {
     struct PlainRecord {
         const RecordBatch &batch;
         std::size_t record;
@@ -121,52 +123,17 @@ void visitBatch(const RecordBatch &batch, Visitor visitor) {
             return {numbers.values[record], numbers.areShort};
         }
     };
-    struct OddRecord {
+    struct ExceptionalRecord {
         const RecordBatch &batch;
         std::size_t record;
         FigureValue operator[](std::size_t figure) const { return batch.value(figure, record); }
     };
     for (std::size_t i = 0; i < batch.size(); ++i) {
         if (batch.hasOddValues())
-            visitor(batch.group(i), OddRecord{batch, i});
+            visitor(batch.group(i), ExceptionalRecord{batch, i});
         else
             visitor(batch.group(i), PlainRecord{batch, i});
     }
-}
-} // namespace recordWalk
-
-/// `visitor(group, figures)` is called for each record; `figures[i]` is the question's i-th, to be
-/// read by the functions above. Where all figures have exact scales, `wholeVisitor(group, record)`
-/// is called instead if there is one, and the scales are returned; else none are.
-template<class Visitor, class WholeVisitor = std::nullptr_t>
-std::vector<double> walkRecords(ProjectRecords &records, const RecordQuestion &question,
-                                Visitor visitor, WholeVisitor wholeVisitor = {}) {
-    NodeRecords fromEngine;
-    const RecordColumns *columns = recordWalk::columnsFor(records, question, fromEngine);
-    if (!columns) {
-        sqlite::scanRecords(records.connection(), recordWalk::engineColumns(question),
-                            fromEngine.sql, fromEngine.bindings,
-                            [&](std::span<const sqlite::RecordValue> record) {
-                                const int group = question.groupOf(record[0].utf8());
-                                if (group >= 0)
-                                    visitor(group, record.subspan(1));
-                            });
-        return {};
-    }
-    if constexpr (!std::is_null_pointer_v<WholeVisitor>) {
-        std::vector<double> scales = columns->exactScales(question.figures);
-        if (!scales.empty()) {
-            recordWalk::visitColumns(*columns, question, scales, [&](const RecordBatch &batch) {
-                for (std::size_t i = 0; i < batch.size(); ++i)
-                    wholeVisitor(batch.group(i), WholeRecord(batch, i, scales));
-            });
-            return scales;
-        }
-    }
-    recordWalk::visitColumns(*columns, question, {}, [&](const RecordBatch &batch) {
-        recordWalk::visitBatch(batch, visitor);
-    });
-    return {};
 }
 
 /// The first and the last date of the table; none if it is empty. Throws Failure, also for a date
