@@ -1,21 +1,27 @@
 #include "core/shell/modMain.h"
 
 #include "core/platform/desktop/folders.h"
-#include "core/platform/xml/document.h"
 
 namespace veltrona::modMain {
 
 bool ExitFlag = false;
 QString DataFolder;
-QString DbFileName;
-QString ProjectTitle;
-QString ConnectionText;
-std::unique_ptr<sqlite::Connection> DbConn;
-std::unique_ptr<sqlite::Statement> RowSet;
-std::unique_ptr<ProjectRecords> Records;
-std::unique_ptr<xml::Document> ReportDoc;
+
+static ProjectSession openSession;
+QString &DbFileName = openSession.path;
+QString &ProjectTitle = openSession.title;
+QString &ConnectionText = openSession.connectionText;
+std::unique_ptr<sqlite::Connection> &DbConn = openSession.connection;
+std::unique_ptr<sqlite::Statement> &RowSet = openSession.duplicateTest;
+std::unique_ptr<ProjectRecords> &Records = openSession.records;
+std::unique_ptr<xml::Document> &ReportDoc = openSession.reportDocument;
+
 ReportColumnNames ReportColumns;
 int ReportRowCount = 0;
+
+ProjectSession &session() {
+    return openSession;
+}
 
 void initDataFolder() {
     const QString folder = desktop::localDataFolder();

@@ -1,19 +1,14 @@
-// The state that the whole program shares: paths and title of the open project, the engine objects,
-// the report in hand and the colour flags. The engine objects live from one initApp to the next.
-// Only the windows and this folder read it; folders below get what they need as arguments.
+// The state that the whole program shares: the open project's session, part by part, the report
+// being imported and the colour flags. Only the windows and this folder read it; folders below get
+// what they need as arguments.
 #pragma once
 
-#include "core/database/projectRecords.h"
 #include "core/import/reportColumns.h"
-#include "core/platform/sqlite/connection.h"
+#include "core/shell/projectSession.h"
 
 #include <QString>
 
 #include <memory>
-
-namespace veltrona::xml {
-class Document;
-}
 
 namespace veltrona::modMain {
 
@@ -22,20 +17,22 @@ extern bool ExitFlag;
 
 /// The user's local application data folder, or the program's own folder if that can't be had.
 extern QString DataFolder;
-/// Full path of the open project.
-extern QString DbFileName;
-/// Its title: the text of the tree's root.
-extern QString ProjectTitle;
-/// Names the project to the engine.
-extern QString ConnectionText;
+/// Holds everything about the open project; the names below are its parts.
+ProjectSession &session();
 
-/// The one open connection, and what lives on it and must be released before: the duplicate test
-/// of the row loader, and the records in memory.
-extern std::unique_ptr<sqlite::Connection> DbConn;
-extern std::unique_ptr<sqlite::Statement> RowSet;
-extern std::unique_ptr<ProjectRecords> Records;
+/// Full path of the open project.
+extern QString &DbFileName;
+/// Its title: the text of the tree's root.
+extern QString &ProjectTitle;
+/// Names the project to SQLite.
+extern QString &ConnectionText;
+
+/// The one open connection, the duplicate test of the row loader, and the records in memory.
+extern std::unique_ptr<sqlite::Connection> &DbConn;
+extern std::unique_ptr<sqlite::Statement> &RowSet;
+extern std::unique_ptr<ProjectRecords> &Records;
 /// Keeps the last report until the next one is loaded.
-extern std::unique_ptr<xml::Document> ReportDoc;
+extern std::unique_ptr<xml::Document> &ReportDoc;
 
 extern ReportColumnNames ReportColumns;
 /// Row elements of the report, at most 32,767.

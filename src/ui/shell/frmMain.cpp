@@ -1,86 +1,252 @@
+// frmMain: its construction, its layout, and the events that it listens to.
 #include "ui/shell/frmMain.h"
 
-#include "core/analysis/dateRanges.h"
-#include "core/analysis/grid/statisticsGrid.h"
-#include "core/database/projectFile.h"
-#include "core/import/importRows.h"
+#include "core/base/product.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/services.h"
-#include "core/platform/xml/document.h"
 #include "core/shell/modMain.h"
-#include "core/shell/settings.h"
-#include "ui/shell/frmAbout.h"
+#include "core/shell/projectSession.h"
+#include "ui/shell/droppedFiles.h"
 #include "ui/shell/frmOptions.h"
+#include "ui/shell/mainSurface.h"
+#include "ui/views/dialogs/forms.h"
+#include "ui/views/icons.h"
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QToolBar>
 
 namespace veltrona {
 
+namespace {
+
+struct ToolButton {
+    const char *key;
+    const char *caption;
+    const char *picture;
+};
+
+// The blanks at the ends of the captions are part of them: they keep the buttons apart.
+constexpr ToolButton toolButtons[] = {
+    {"Imp", "Import  ", "import"},
+    {"Exp", "Export  ", "export"},
+    {"Prn", "Print    ", "print"},
+};
+
+/// The files stay where they are, whatever the source would rather do with them.
+void takeAsCopy(QDropEvent &event, bool takes) {
+    if (takes && event.possibleActions().testFlag(Qt::CopyAction)) {
+        event.setDropAction(Qt::CopyAction);
+        event.accept();
+    } else {
+        event.ignore();
+    }
+}
+
+} // namespace
+
+frmMain::frmMain() : m_surface(new MainSurface(*this)), m_view(*this, m_surface->screen()) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(productName);
+    buildCommands();
+    buildToolBar();
+    buildStatusBar();
+    setCentralWidget(m_surface);
+    setAcceptDrops(true);
+    // Qt opens context menus by the menu key, but not by this one.
+    auto *menuKeys = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
+    connect(menuKeys, &QShortcut::activated, this, &frmMain::openContextMenu);
+    applyDesignSize();
+}
+
+frmMain::~frmMain() {
+    // The surface goes first: it looks at the controls, which are part of this window.
+    delete takeCentralWidget();
+}
+
 bool frmMain::Form_Load() {
     modMain::initDataFolder();
-    modMain::DbFileName.clear();
-    loadSetting(settingsKey, QStringLiteral("dbfname"), modMain::DbFileName);
-    if (modMain::DbFileName.count(u' ') == modMain::DbFileName.size())
-        useDefaultProject();
-    else
-        modMain::ProjectTitle = getFileName(modMain::DbFileName);
+    const QString path = rememberedProject();
+    modMain::session() = path.count(u' ') == path.size()
+                             ? ProjectSession::ofDefault(modMain::DataFolder)
+                             : ProjectSession::at(path);
     frmOptions::instance().load();
     return openFirstProject();
 }
 
 void frmMain::Form_Unload() {
-    if (m_unloaded)
+    if (m_state == State::Unloaded)
         return;
-    m_unloaded = true;
-    modMain::RowSet.reset();
-    modMain::Records.reset();
-    modMain::DbConn.reset();
-    modMain::ReportDoc.reset();
+    m_state = State::Unloaded;
+    modMain::session().release();
     modMain::ExitFlag = true;
     QApplication::quit();
 }
 
-void frmMain::initApp(bool first) {
-    Q_ASSERT(first == !modMain::DbConn);
-    m_viewStale = false;
-    modMain::ConnectionText = modMain::DbFileName;
-    auto connection = openProject(modMain::ConnectionText);
-    auto reportDocument = std::make_unique<xml::Document>();
-    auto rowSet = std::make_unique<sqlite::Statement>(prepareDuplicateTest(*connection));
-    auto records = std::make_unique<ProjectRecords>(*connection);
-    std::swap(modMain::DbConn, connection);
-    std::swap(modMain::RowSet, rowSet);
-    std::swap(modMain::Records, records);
-    std::swap(modMain::ReportDoc, reportDocument);
-    try {
-        loadDefaults();
-    } catch (...) {
-        std::swap(modMain::DbConn, connection);
-        std::swap(modMain::RowSet, rowSet);
-        std::swap(modMain::Records, records);
-        std::swap(modMain::ReportDoc, reportDocument);
-        m_viewStale = true;
-        throw;
+void frmMain::addMenu(const char *name, const QString &title,
+                      std::initializer_list<MenuEntry> entries) {
+    QMenu *menu = menuBar()->addMenu(title);
+    menu->setObjectName(QLatin1String(name));
+    for (const MenuEntry &entry : entries) {
+        QAction *action = menu->addAction(QString::fromLatin1(entry.caption));
+        action->setObjectName(QLatin1String(entry.name));
+        // The platform must not move an entry elsewhere because of its caption.
+        action->setMenuRole(QAction::NoRole);
+        connect(action, &QAction::triggered, this,
+                [this, handler = entry.handler] { runCommand([&] { (this->*handler)(); }); });
     }
 }
 
-void frmMain::loadDefaults() {
-    {
-        // The last steps refresh everything, so the combos' own refreshes can be spared.
-        const RefreshPause pause(*this);
-        cboRange.setListIndex(static_cast<int>(RangePreset::LastWeek));
-        cboLeft.setListIndex(0);
-        cboGroup.setListIndex(0);
+void frmMain::buildCommands() {
+    addMenu("mnuFile", QStringLiteral("&File"),
+            {
+                {"mnuNew", "&New Database", &frmMain::mnuNew_Click},
+                {"mnuOpen", "&Open Database", &frmMain::mnuOpen_Click},
+                {"mnuPRint", "&Print", &frmMain::mnuPRint_Click},
+                {"mnuImport", "&Import Report", &frmMain::mnuImport_Click},
+                {"mnuExport", "&Export", &frmMain::mnuExport_Click},
+                {"mnuExit", "E&xit", &frmMain::mnuExit_Click},
+            });
+    addMenu("mnuTools", QStringLiteral("&Tools"),
+            {
+                {"mnuClean", "&Clean Database", &frmMain::mnuClean_Click},
+                {"mnuOptions", "&Options", &frmMain::mnuOptions_Click},
+            });
+    addMenu("mnuHelp", QStringLiteral("&Help"),
+            {
+                {"mnuAbout", "About...", &frmMain::mnuAbout_Click},
+            });
+}
+
+void frmMain::buildToolBar() {
+    Toolbar1 = addToolBar(QStringLiteral("Toolbar"));
+    Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
+    Toolbar1->setMovable(false);
+    // Qt's own context menu, on the menu bar too, could take the tool bar away.
+    setContextMenuPolicy(Qt::NoContextMenu);
+    Toolbar1->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (const ToolButton &button : toolButtons) {
+        QAction *action = Toolbar1->addAction(icon(QString::fromLatin1(button.picture)),
+                                              QString::fromLatin1(button.caption));
+        action->setObjectName(QLatin1String(button.key));
+        action->setIconText(action->text()); // by default without the blanks
+        action->setToolTip(action->text().trimmed());
+        connect(action, &QAction::triggered, this, [this, key = QString::fromLatin1(button.key)] {
+            runCommand([&] { Toolbar1_ButtonClick(key); });
+        });
     }
-    flxStat.setRedraw(false);
-    initGrid(flxStat, modMain::GridColor);
-    flxStat.setRedraw(true);
-    rebuildViews();
+}
+
+void frmMain::buildStatusBar() {
+    statusBar()->setObjectName(QStringLiteral("sbMain"));
+    auto *panel = new QLabel(QStringLiteral("Done."));
+    panel->setTextFormat(Qt::PlainText);
+    // A permanent panel stays when the menu clears the bar's passing messages.
+    statusBar()->addPermanentWidget(panel, 1);
+}
+
+void frmMain::runCommand(const std::function<void()> &command) {
+    // Assistive software presses buttons and entries also while a modal window is open.
+    if (QApplication::activeModalWidget())
+        return;
+    m_surface->finishEdits();
+    filtered(command);
+}
+
+void frmMain::openContextMenu() {
+    QWidget *view = focusWidget();
+    if (!view)
+        return;
+    const QPoint at = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, at, view->mapToGlobal(at));
+    QCoreApplication::sendEvent(view, &event);
+}
+
+void frmMain::applyScale() {
+    m_surface->applyScale(font());
+    const int picture = 2 * smallIconPixels(fontMetrics());
+    Toolbar1->setIconSize({picture, picture});
+}
+
+/// The window never gets smaller than the layout can serve.
+void frmMain::applyMinimumSize() {
+    const TwipScale &scale = m_surface->scale();
+    setMinimumSize(
+        QSize(scale.toPixels(veltrona::minimumWidth), scale.toPixels(veltrona::minimumHeight)) -
+        desktop::frameExtent(*this));
+}
+
+void frmMain::applyDesignSize() {
+    applyScale();
+    applyMinimumSize();
+    const QRect available = screen()->availableGeometry();
+    const QSize frame = desktop::frameExtent(*this);
+    const TwipScale &scale = m_surface->scale();
+    const QSize wanted(scale.toPixels(designInnerWidth),
+                       scale.toPixels(designInnerHeight) + menuBar()->sizeHint().height());
+    resize(wanted.boundedTo(available.size() - frame));
+    QRect outer(QPoint(), size() + frame);
+    outer.moveCenter(available.center());
+    // On a screen too small for the window, title bar and menu stay in reach.
+    move(qMax(outer.left(), available.left()), qMax(outer.top(), available.top()));
+}
+
+void frmMain::Form_Resize() {
+    if (isMinimized())
+        return;
+    applyMinimumSize();
+    const QSize frame = desktop::frameExtent(*this);
+    const TwipScale &scale = m_surface->scale();
+    WindowSizes sizes;
+    sizes.width = scale.toTwips(width() + frame.width());
+    sizes.height = scale.toTwips(height() + frame.height());
+    sizes.statusBarHeight = scale.toTwips(statusBar()->height());
+    sizes.toolBarHeight = scale.toTwips(Toolbar1->height());
+    sizes.chromeWidth = scale.toTwips(frame.width());
+    sizes.chromeHeight = scale.toTwips(frame.height() + menuBar()->height());
+    m_surface->arrange(arrangeWindow(sizes), m_surface->y() - menuBar()->height());
+}
+
+void frmMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+/// The first sign that the window manager has put its frame around the window, whose size counts.
+void frmMain::moveEvent(QMoveEvent *event) {
+    QMainWindow::moveEvent(event);
+    Form_Resize();
+}
+
+void frmMain::showEvent(QShowEvent *event) {
+    QMainWindow::showEvent(event);
+    Form_Resize();
+}
+
+void frmMain::changeEvent(QEvent *event) {
+    QMainWindow::changeEvent(event);
+    if (!desktop::changesSizes(*event) || !centralWidget())
+        return;
+    applyScale();
+    Form_Resize();
+}
+
+bool frmMain::event(QEvent *event) {
+    const bool handled = QMainWindow::event(event);
+    // Another font gives the bars another height only now.
+    if (event->type() == QEvent::LayoutRequest && centralWidget())
+        Form_Resize();
+    return handled;
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
-    if (m_importing) {
+    if (m_state == State::Importing) {
         // The loader is at work on the project: it stops at its next step and closes then.
         services().endRequested = true;
         event->ignore();
@@ -90,37 +256,33 @@ void frmMain::closeEvent(QCloseEvent *event) {
     event->accept();
 }
 
-void frmMain::mnuImport_Click() {
-    impRep();
+void frmMain::dragEnterEvent(QDragEnterEvent *event) {
+    takeAsCopy(*event,
+               !QApplication::activeModalWidget() && !droppedFiles(*event->mimeData()).isEmpty());
 }
 
-void frmMain::mnuExport_Click() {
-    expRep();
+void frmMain::dragMoveEvent(QDragMoveEvent *event) {
+    takeAsCopy(*event, !QApplication::activeModalWidget());
 }
 
-void frmMain::mnuPRint_Click() {
-    prnRep();
-}
-
-void frmMain::mnuExit_Click() {
-    close();
-}
-
-void frmMain::mnuOptions_Click() {
-    frmOptions::instance().Show();
-}
-
-void frmMain::mnuAbout_Click() {
-    frmAbout::instance().Show();
-}
-
-void frmMain::Toolbar1_ButtonClick(const QString &key) {
-    if (key == QLatin1String("Imp"))
-        impRep();
-    else if (key == QLatin1String("Exp"))
-        expRep();
-    else if (key == QLatin1String("Prn"))
-        prnRep();
+void frmMain::dropEvent(QDropEvent *event) {
+    const DroppedFiles files = droppedFiles(*event->mimeData());
+    takeAsCopy(*event, !QApplication::activeModalWidget() && !files.isEmpty());
+    if (!event->isAccepted())
+        return;
+    activateWindow();
+    // Queued, since the program that the files come from waits for the end of the event.
+    QMetaObject::invokeMethod(
+        this,
+        [this, files] {
+            runCommand([&] {
+                if (files.project.isEmpty())
+                    importReports(files.reports);
+                else
+                    switchProject(files.project, QString());
+            });
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace veltrona

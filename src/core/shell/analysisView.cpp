@@ -1,0 +1,237 @@
+#include "core/shell/analysisView.h"
+
+#include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/grid/summary.h"
+#include "core/analysis/tree/navigationTexts.h"
+#include "core/analysis/tree/navigationTree.h"
+#include "core/platform/dialogs/errorFilter.h"
+#include "core/platform/services.h"
+#include "core/shell/modMain.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace veltrona {
+
+namespace {
+
+const QString firstClick = QStringLiteral("first");
+
+DateValue currentDate() {
+    return dateValue(services().now());
+}
+
+} // namespace
+
+AnalysisControls::AnalysisControls()
+    : flxStat(gridColumn::Count, gridColumn::Shown), cboRange(captionsOf(rangePresets)),
+      cboLeft(chartMetrics()), cboGroup(captionsOf(chartUnits)) {
+    cboLeft.Tag = firstClick;
+    cboGroup.Tag = firstClick;
+}
+
+AnalysisView::AnalysisView(AnalysisControls &controls, AnalysisScreen screen)
+    : m_controls(controls), m_screen(std::move(screen)) {
+    connectControls();
+}
+
+void AnalysisView::connectControls() {
+    AnalysisControls &c = m_controls;
+    c.treeList.onNodeClick = [this](TreeNode *node) {
+        filtered([&] { treeList_NodeClick(node); });
+    };
+    c.flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
+    c.flxStat.columnNoteOf = columnNote;
+    c.flxStat.notesOf = [this](int row, int col) -> QStringList {
+        try {
+            return figureNotes(row, col);
+        } catch (const Failure &) {
+            return {}; // the next click reports it
+        }
+    };
+    const auto handle = [this](std::function<void()> &event, void (AnalysisView::*handler)()) {
+        event = [this, handler] { filtered([&] { (this->*handler)(); }); };
+    };
+    handle(c.cboRange.onClick, &AnalysisView::cboRange_Click);
+    handle(c.cboLeft.onClick, &AnalysisView::cboLeft_Click);
+    handle(c.cboGroup.onClick, &AnalysisView::cboGroup_Click);
+    handle(c.dtpStart.onChange, &AnalysisView::dtpStart_Change);
+    handle(c.dtpEnd.onChange, &AnalysisView::dtpEnd_Change);
+}
+
+DateRange AnalysisView::dateRange() const {
+    return {m_controls.dtpStart.Value(), m_controls.dtpEnd.Value()};
+}
+
+void AnalysisView::loadDefaults() {
+    {
+        const auto pause = pauseRefreshes();
+        m_controls.cboRange.setListIndex(static_cast<int>(RangePreset::LastWeek));
+        m_controls.cboLeft.setListIndex(0);
+        m_controls.cboGroup.setListIndex(0);
+    }
+    m_controls.flxStat.setRedraw(false);
+    initGrid(m_controls.flxStat, modMain::GridColor);
+    m_controls.flxStat.setRedraw(true);
+    rebuild();
+}
+
+void AnalysisView::rebuild() {
+    loadTree();
+    m_controls.treeList.setSelectedItem(m_controls.treeList.Nodes().Item(1));
+    treeList_NodeClick(m_controls.treeList.SelectedItem());
+}
+
+void AnalysisView::makeCurrent() {
+    if (m_state == State::Outdated)
+        treeList_NodeClick(m_controls.treeList.SelectedItem());
+}
+
+void AnalysisView::clearStatistics() {
+    fillGrid({}, m_controls.flxStat, modMain::GridColor);
+}
+
+void AnalysisView::sumup() {
+    sumUp(m_controls.flxStat, modMain::GridColor);
+}
+
+void AnalysisView::loadTree() {
+    m_state = State::Outdated;
+    m_lossMarks.forget();
+    buildNavigationTree(*modMain::Records, modMain::ProjectTitle, m_controls.treeList);
+    const QString path = QFileInfo(modMain::DbFileName).absoluteFilePath();
+    m_screen.setRootDescription(QDir::toNativeSeparators(path));
+}
+
+/// Both queries run before either answer is shown, so that a failure leaves caption, rows and bars
+/// of one and the same node on the screen.
+void AnalysisView::treeList_NodeClick(TreeNode *node) {
+    if (m_state == State::Paused || !node)
+        return;
+    const auto busy = m_screen.busy();
+    m_state = State::Outdated;
+    m_notes.reset();
+    NodeStatistics statistics;
+    ChartSeries series;
+    {
+        // Without it, another program's import in between would show in the chart alone.
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        statistics = queryNodeStatistics(*modMain::Records, pathOf(*node), dateRange());
+        series = queryChartSeries(*modMain::Records, chartRequest());
+        m_lossMarks.update(*modMain::Records, dateRange(), modMain::GridColor, m_controls.treeList);
+    }
+    m_shownRange = dateRange();
+    m_screen.setCaption(statistics.caption);
+    {
+        const RedrawPause pause(m_controls.flxStat);
+        fillGrid(statistics, m_controls.flxStat, modMain::GridColor);
+        if (!statistics.rows.empty())
+            sumup();
+        sizeColumns(m_controls.flxStat, -1, m_screen.textWidth);
+    }
+    showChart(series);
+    m_state = State::Current;
+}
+
+ChartRequest AnalysisView::chartRequest() const {
+    const TreeNode *node = m_controls.treeList.SelectedItem();
+    return {m_controls.cboLeft.ListIndex(), m_controls.cboGroup.ListIndex(), dateRange(),
+            m_controls.cboRange.ListIndex() == static_cast<int>(RangePreset::All),
+            node ? pathOf(*node) : NodePath()};
+}
+
+void AnalysisView::fillChart() {
+    if (m_state == State::Paused || !m_controls.treeList.SelectedItem())
+        return;
+    const auto busy = m_screen.busy();
+    const State before = std::exchange(m_state, State::Outdated);
+    ChartSeries series;
+    {
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        series = queryChartSeries(*modMain::Records, chartRequest());
+    }
+    showChart(series);
+    m_state = before;
+}
+
+void AnalysisView::showChart(const ChartSeries &series) {
+    if (m_controls.cboRange.ListIndex() == static_cast<int>(RangePreset::All))
+        setRange(series.range);
+    showSeries(series, m_controls.mscMain);
+}
+
+void AnalysisView::openRow(int row) {
+    const Grid &grid = m_controls.flxStat;
+    Tree &tree = m_controls.treeList;
+    // After a refresh that failed the rows may be those of another node.
+    const bool isData = row >= gridRow::FirstData && row < gridRow::spacer(grid.Rows());
+    if (!isData || m_state != State::Current || !tree.SelectedItem())
+        return;
+    TreeNode *node = nodeOfRow(*tree.SelectedItem(), grid.TextMatrix(row, gridColumn::Name));
+    if (!node)
+        return;
+    tree.setSelectedItem(node);
+    treeList_NodeClick(node);
+}
+
+QStringList AnalysisView::figureNotes(int row, int col) {
+    const Grid &grid = m_controls.flxStat;
+    const TreeNode *node = m_controls.treeList.SelectedItem();
+    if (m_state != State::Current || !node)
+        return {};
+    if (!m_notes) {
+        const sqlite::ReadTransaction reading(*modMain::DbConn);
+        m_notes = FigureNotes::query(*modMain::Records, pathOf(*node), m_shownRange);
+    }
+    return row == gridRow::summary(grid.Rows())
+               ? m_notes->ofSummary(col)
+               : m_notes->ofRow(grid.TextMatrix(row, gridColumn::Name), col);
+}
+
+void AnalysisView::cboLeft_Click() {
+    if (m_controls.cboLeft.Tag == firstClick)
+        m_controls.cboLeft.Tag.clear();
+    else
+        fillChart();
+}
+
+void AnalysisView::cboGroup_Click() {
+    if (m_controls.cboGroup.Tag == firstClick)
+        m_controls.cboGroup.Tag.clear();
+    else
+        fillChart();
+}
+
+void AnalysisView::setRange(const DateRange &range) {
+    m_controls.dtpStart.setValue(range.start);
+    m_controls.dtpEnd.setValue(range.end);
+}
+
+void AnalysisView::setPreset(RangePreset preset) {
+    if (const auto range = presetRange(preset, currentDate))
+        setRange(*range);
+}
+
+void AnalysisView::cboRange_Click() {
+    setPreset(static_cast<RangePreset>(m_controls.cboRange.ListIndex()));
+    try {
+        treeList_NodeClick(m_controls.treeList.SelectedItem());
+    } catch (const Failure &) {
+        // A preset that can't be shown is chosen all the same; the next click in the tree reports
+        // why.
+    }
+}
+
+void AnalysisView::dtpStart_Change() {
+    {
+        const auto pause = pauseRefreshes();
+        m_controls.cboRange.setListIndex(static_cast<int>(RangePreset::Custom));
+    }
+    treeList_NodeClick(m_controls.treeList.SelectedItem());
+}
+
+void AnalysisView::dtpEnd_Change() {
+    dtpStart_Change();
+}
+
+} // namespace veltrona

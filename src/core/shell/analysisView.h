@@ -1,0 +1,120 @@
+// What the user looks at: the tree, the period, the grid and the chart as plain controls, and the
+// one refresh that fills them from the open project. The window shows the controls and passes on
+// what the user does with them.
+#pragma once
+
+#include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/dateRanges.h"
+#include "core/analysis/grid/figureNotes.h"
+#include "core/analysis/grid/lossMarks.h"
+#include "core/analysis/grid/statisticsGrid.h"
+#include "core/controls/chart.h"
+#include "core/controls/comboBox.h"
+#include "core/controls/datePicker.h"
+#include "core/controls/grid.h"
+#include "core/controls/tree.h"
+
+#include <QScopeGuard>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace veltrona {
+
+/// The controls by their names; they keep the selection, the period and the statistics.
+struct AnalysisControls {
+    AnalysisControls();
+
+    Tree treeList;
+    Grid flxStat;
+    Chart mscMain;
+    ComboBox cboRange;
+    ComboBox cboLeft;
+    ComboBox cboGroup;
+    DatePicker dtpStart;
+    DatePicker dtpEnd;
+};
+
+/// What the view needs of the window that shows it.
+struct AnalysisScreen {
+    TextWidth textWidth;
+    /// The caption above the statistics.
+    std::function<void(const QString &)> setCaption;
+    std::function<void(const QString &)> setRootDescription;
+    /// The cursor is busy as long as the result lives.
+    std::function<std::shared_ptr<void>()> busy;
+};
+
+/// Works on the project of modMain. Its functions throw Failure unless they say otherwise; what the
+/// controls report passes through the error filter.
+class AnalysisView {
+public:
+    enum class State {
+        Outdated, // a refresh failed or is still to come: grid and chart are of something else
+        Current,  // grid and chart show what tree, dates and combos say
+        Paused,   // refreshes are left out: a later step of the same command refreshes everything
+    };
+
+    /// Both must outlive the view.
+    AnalysisView(AnalysisControls &controls, AnalysisScreen screen);
+    AnalysisView(const AnalysisView &) = delete;
+    AnalysisView &operator=(const AnalysisView &) = delete;
+
+    State state() const { return m_state; }
+    DateRange dateRange() const;
+
+    /// Puts everything into its starting state for the open project.
+    void loadDefaults();
+    /// The tree anew, the whole account selected and shown.
+    void rebuild();
+    /// Repeats a refresh that failed.
+    void makeCurrent();
+    /// Empties the statistics, summary included.
+    void clearStatistics();
+    void sumup();
+
+    /// Selects the node that a row of the grid stands for; without one it does nothing.
+    void openRow(int row);
+    /// The lines that explain a figure of the grid.
+    QStringList figureNotes(int row, int col);
+
+    void treeList_NodeClick(TreeNode *node);
+    void cboRange_Click();
+
+private:
+    void connectControls();
+    auto pauseRefreshes() {
+        return qScopeGuard(
+            [this, before = std::exchange(m_state, State::Paused)] { m_state = before; });
+    }
+
+    void loadTree();
+    void fillChart();
+    void showChart(const ChartSeries &series);
+    ChartRequest chartRequest() const;
+
+    void cboLeft_Click();
+    void cboGroup_Click();
+    void dtpStart_Change();
+    void dtpEnd_Change();
+    void setPreset(RangePreset preset);
+    void setThisWeek() { setPreset(RangePreset::ThisWeek); }
+    void setLastWeek() { setPreset(RangePreset::LastWeek); }
+    void setThisMonth() { setPreset(RangePreset::ThisMonth); }
+    void setLastMonth() { setPreset(RangePreset::LastMonth); }
+    void setAllDates() { setPreset(RangePreset::All); }
+    void setRange(const DateRange &range);
+
+    AnalysisControls &m_controls;
+    AnalysisScreen m_screen;
+    State m_state = State::Outdated;
+    DateRange m_shownRange;             // of the grid's figures
+    std::optional<FigureNotes> m_notes; // queried when a tooltip is first wanted
+    LossMarks m_lossMarks;
+};
+
+} // namespace veltrona

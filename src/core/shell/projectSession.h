@@ -1,0 +1,47 @@
+// The open project as one value: opened, replaced and released as a whole. Also where projects are
+// found, and the setting that remembers the last one.
+#pragma once
+
+#include "core/database/projectRecords.h"
+#include "core/platform/sqlite/connection.h"
+#include "core/platform/xml/document.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace veltrona {
+
+/// Members are released from the last to the first, so what uses the connection goes before it.
+struct ProjectSession {
+    /// Of the project that is open or is to be opened next: its full path, and the text of the
+    /// tree's root.
+    QString path;
+    QString title;
+    QString connectionText;
+
+    std::unique_ptr<sqlite::Connection> connection;
+    std::unique_ptr<sqlite::Statement> duplicateTest;
+    std::unique_ptr<ProjectRecords> records;
+    /// Keeps the last report until the next one is loaded.
+    std::unique_ptr<xml::Document> reportDocument;
+
+    /// A session of the project at `path`, not opened yet.
+    static ProjectSession at(const QString &path);
+    /// The same for the default project in a data folder.
+    static ProjectSession ofDefault(const QString &dataFolder);
+
+    /// Opens the project at `path`. Throws Failure and leaves an earlier connection as it was.
+    void open();
+    void release();
+};
+
+QString defaultProjectPath(const QString &dataFolder);
+/// The empty project that new ones are copied from.
+QString projectTemplatePath();
+
+/// Empty if there is none.
+QString rememberedProject();
+void rememberProject(const QString &path);
+
+} // namespace veltrona

@@ -1,0 +1,131 @@
+#include "ui/shell/mainSurface.h"
+
+#include "ui/views/controls/chartView.h"
+#include "ui/views/controls/comboBoxView.h"
+#include "ui/views/controls/datePickerView.h"
+#include "ui/views/controls/elidedLabel.h"
+#include "ui/views/controls/gridView.h"
+#include "ui/views/controls/treeView.h"
+#include "ui/views/dialogs/forms.h"
+#include "ui/views/hourglass.h"
+
+#include <QLineEdit>
+
+namespace veltrona {
+
+/// Twips to device-independent pixels, as a factor.
+static double pixelsPerTwip(const TwipScale &scale) {
+    return scale.ratio() / twipsPerPixel;
+}
+
+template<class View, class Control>
+View *MainSurface::add(Control &control, QFrame *frame, const char *name) {
+    auto *view = new View(control, frame);
+    view->setObjectName(QLatin1String(name));
+    return view;
+}
+
+QFrame *MainSurface::addFrame(const char *name) {
+    auto *frame = new QFrame(this);
+    frame->setObjectName(QLatin1String(name));
+    frame->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    return frame;
+}
+
+QLabel *MainSurface::addLabel(QFrame *frame, const char *name, QWidget *buddy) {
+    auto *label = desktop::makeControl<QLabel>(mainWindowDesign, name, frame);
+    label->setBuddy(buddy);
+    return label;
+}
+
+MainSurface::MainSurface(AnalysisControls &controls)
+    : m_scale(font(), measuredLabels), Frame1(addFrame("Frame1")), Frame2(addFrame("Frame2")),
+      Frame3(addFrame("Frame3")), m_tree(add<TreeView>(controls.treeList, Frame1, "treeList")),
+      m_start(add<DatePickerView>(controls.dtpStart, Frame2, "dtpStart")),
+      m_end(add<DatePickerView>(controls.dtpEnd, Frame2, "dtpEnd")),
+      m_range(add<ComboBoxView>(controls.cboRange, Frame2, "cboRange")),
+      m_grid(add<GridView>(controls.flxStat, Frame2, "flxStat")),
+      m_chart(add<ChartView>(controls.mscMain, Frame3, "mscMain")),
+      m_metric(add<ComboBoxView>(controls.cboLeft, Frame3, "cboLeft")),
+      m_group(add<ComboBoxView>(controls.cboGroup, Frame3, "cboGroup")),
+      lblStart(addLabel(Frame2, "lblStart", m_start)), lblEnd(addLabel(Frame2, "lblEnd", m_end)),
+      lblRange(addLabel(Frame2, "lblRange", m_range)), lblSum(new ElidedLabel(Frame2)),
+      lblLeft(addLabel(Frame3, "lblLeft", m_metric)),
+      lblGroup(addLabel(Frame3, "lblGroup", m_group)), picChart(new QLabel(Frame3)) {
+    m_tree->setAccessibleName(QStringLiteral("Account"));
+    m_grid->setAccessibleName(QStringLiteral("Statistics"));
+    lblSum->setObjectName(QStringLiteral("lblSum"));
+    lblSum->setFullText(QLatin1String(designedIn(mainWindowDesign, "lblSum").caption));
+    // A place for the picture on its way to the file; nothing for the user's eyes.
+    picChart->setObjectName(QStringLiteral("picChart"));
+    picChart->hide();
+
+    // The order in which Tab walks: the tree, the period, the figures, the chart.
+    QWidget *const order[] = {m_tree, m_start, m_end, m_range, m_grid, m_chart, m_metric, m_group};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    // The fields would take the names of dropped files as text.
+    for (QLineEdit *field : findChildren<QLineEdit *>())
+        field->setAcceptDrops(false);
+}
+
+AnalysisScreen MainSurface::screen() {
+    return {
+        .textWidth =
+            [this](const QString &text) {
+                const double pixels = QFontMetricsF(m_grid->font()).horizontalAdvance(text);
+                return static_cast<float>(pixels / pixelsPerTwip(m_scale));
+            },
+        .setCaption = [this](const QString &caption) { lblSum->setFullText(caption); },
+        .setRootDescription = [this](const QString &text) { m_tree->setRootDescription(text); },
+        .busy = [] { return std::make_shared<Hourglass>(); },
+    };
+}
+
+void MainSurface::applyScale(const QFont &font) {
+    m_scale = TwipScale(font, measuredLabels);
+    m_grid->setPixelsPerTwip(pixelsPerTwip(m_scale));
+    for (QLabel *label : {lblStart, lblEnd, lblRange, lblLeft, lblGroup})
+        desktop::placeControl(*label, designed(label->objectName().toStdString()), m_scale);
+    picChart->setGeometry(m_scale.toPixels(designed("picChart")));
+}
+
+void MainSurface::arrange(const WindowLayout &layout, int toolBarHeight) {
+    const std::pair<QWidget *, TwipRect> frames[] = {
+        {Frame1, layout.Frame1}, {Frame2, layout.Frame2}, {Frame3, layout.Frame3}};
+    for (const auto &[frame, rect] : frames)
+        frame->setGeometry(m_scale.toPixels(rect).translated(0, -toolBarHeight));
+
+    TwipRect caption = designed("lblSum");
+    caption.width = layout.Frame2.width - 2 * caption.left;
+    const std::pair<QWidget *, TwipRect> filling[] = {
+        {m_tree, layout.treeList},
+        {lblSum, caption},
+        {m_grid, layout.flxStat},
+        {m_chart, layout.mscMain},
+    };
+    for (const auto &[widget, rect] : filling)
+        widget->setGeometry(m_scale.toPixels(rect));
+
+    const std::pair<QWidget *, TwipRect> fitting[] = {
+        {m_start, layout.dtpStart}, {m_end, layout.dtpEnd},     {m_range, layout.cboRange},
+        {lblLeft, layout.lblLeft},  {m_metric, layout.cboLeft}, {lblGroup, layout.lblGroup},
+        {m_group, layout.cboGroup},
+    };
+    for (const auto &[widget, rect] : fitting)
+        desktop::placeControl(*widget, rect, m_scale);
+}
+
+void MainSurface::finishEdits() {
+    m_start->finishEdit();
+    m_end->finishEdit();
+}
+
+QImage MainSurface::copyChart() {
+    const QImage image = m_chart->picture().convertToFormat(QImage::Format_BGR888);
+    if (!image.isNull())
+        picChart->setPixmap(QPixmap::fromImage(image));
+    return image;
+}
+
+} // namespace veltrona
