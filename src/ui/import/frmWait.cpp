@@ -1,7 +1,6 @@
 #include "ui/import/frmWait.h"
 
 #include "core/import/progress.h"
-#include "ui/views/dialogs/forms.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -26,10 +25,9 @@ constexpr std::chrono::milliseconds longestWaitForPaint{1000};
 } // namespace
 
 frmWait::frmWait()
-    : Label1(desktop::makeControl<QLabel>(design, "Label1", this)),
+    : DesignedDialog("frmWait", design, innerSize, Qt::Dialog | Qt::FramelessWindowHint),
+      Label1(desktop::makeControl<QLabel>(design, "Label1", this)),
       pbWait(desktop::makeControl<QProgressBar>(design, "pbWait", this)) {
-    setObjectName(QStringLiteral("frmWait"));
-    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     Label1->setBuddy(pbWait);
     pbWait->setAccessibleName(Label1->text());
     pbWait->setTextVisible(false);
@@ -74,27 +72,13 @@ void frmWait::Show(std::function<void()> import) {
         return;
     m_import = std::move(import);
     m_activated = false;
-    arrange();
-    desktop::placeOverOwner(*this);
-    exec();
+    showModal();
     // Also a loop that the application's end has broken off leaves nothing to run behind.
     m_activated = true;
     m_import = nullptr;
     hide();
     if (m_failure)
         std::rethrow_exception(std::exchange(m_failure, nullptr));
-}
-
-void frmWait::changeEvent(QEvent *event) {
-    QDialog::changeEvent(event);
-    if (desktop::changesSizes(*event))
-        arrange();
-}
-
-void frmWait::arrange() {
-    const TwipScale scale(font(), measuredLabels);
-    desktop::placeControls(*this, design, scale);
-    setFixedSize(scale.toPixels(innerSize).size());
 }
 
 // Being activated is no sign to rely on: without a window manager no window ever is.

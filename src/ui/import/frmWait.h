@@ -3,7 +3,7 @@
 // it by an exception.
 #pragma once
 
-#include <QDialog>
+#include "ui/views/dialogs/forms.h"
 
 #include <exception>
 #include <functional>
@@ -13,7 +13,7 @@ class QProgressBar;
 
 namespace veltrona {
 
-class frmWait : public QDialog {
+class frmWait : public desktop::DesignedDialog {
     Q_OBJECT
 
 public:
@@ -34,7 +34,6 @@ public:
     void reject() override;
 
 protected:
-    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
@@ -42,7 +41,6 @@ protected:
 private:
     void activateOnce();
     void Form_Activate();
-    void arrange();
     void moveBar();
 
     QLabel *Label1;

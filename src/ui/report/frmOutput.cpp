@@ -42,7 +42,8 @@ constexpr DesignedControl lowerControls[] = {
 } // namespace
 
 frmOutput::frmOutput(ReportSource source, OutputSettings settings)
-    : m_source(std::move(source)), m_settings(std::move(settings)),
+    : DesignedDialog("frmOutput", lowerControls, innerSize), m_source(std::move(source)),
+      m_settings(std::move(settings)),
       lblFilename(desktop::makeControl<QLabel>(fileControls, "lblFilename", this)),
       txtFilename(desktop::makeControl<QLineEdit>(fileControls, "txtFilename", this)),
       comBrowse(desktop::makeControl<QPushButton>(fileControls, "comBrowse", this)),
@@ -52,9 +53,7 @@ frmOutput::frmOutput(ReportSource source, OutputSettings settings)
               desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(3)", this)},
       cmdRun(desktop::makeControl<QPushButton>(lowerControls, "cmdRun", this)),
       cmdClose(desktop::makeControl<QPushButton>(lowerControls, "cmdClose", this)) {
-    setObjectName(QStringLiteral("frmOutput"));
     setWindowTitle(QStringLiteral("Export the Report"));
-    setWindowFlags(desktop::fixedDialog);
     lblFilename->setBuddy(txtFilename);
     for (QCheckBox *option : chkOpts)
         option->setChecked(true);
@@ -75,15 +74,7 @@ void frmOutput::setPrintRole() {
 }
 
 void frmOutput::Show() {
-    arrange();
-    desktop::placeOverOwner(*this);
-    exec();
-}
-
-void frmOutput::changeEvent(QEvent *event) {
-    QDialog::changeEvent(event);
-    if (desktop::changesSizes(*event))
-        arrange();
+    showModal();
 }
 
 void frmOutput::arrange() {

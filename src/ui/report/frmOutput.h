@@ -5,9 +5,7 @@
 #pragma once
 
 #include "core/report/reportWriter.h"
-#include "ui/views/twipScale.h"
-
-#include <QDialog>
+#include "ui/views/dialogs/forms.h"
 
 #include <array>
 
@@ -26,7 +24,7 @@ struct OutputSettings {
     bool printColor = false;
 };
 
-class frmOutput : public QDialog {
+class frmOutput : public desktop::DesignedDialog {
     Q_OBJECT
 
 public:
@@ -41,9 +39,6 @@ public:
     /// Writes a report with the checked options and returns it; throws Failure.
     Report doExport(const QString &strFilename, bool doColor);
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void cmdRun_Click();
     void cmdClose_Click();
@@ -51,7 +46,7 @@ private:
     void showHtml(const QString &FileName);
     void runExport();
     void runPrint();
-    void arrange();
+    void arrange() override;
 
     ReportSource m_source;
     OutputSettings m_settings;

@@ -47,12 +47,11 @@ void showMessage(const QString &text) {
 } // namespace
 
 frmPrev::frmPrev()
-    : cmdPrint(desktop::makeControl<QPushButton>(design, "cmdPrint", this)),
+    : DesignedDialog("frmPrev", design, innerSize),
+      cmdPrint(desktop::makeControl<QPushButton>(design, "cmdPrint", this)),
       cmdClose(desktop::makeControl<QPushButton>(design, "cmdClose", this)),
       wbPP(desktop::makeControl<QTextBrowser>(design, "wbPP", this)) {
-    setObjectName(QStringLiteral("frmPrev"));
     setWindowTitle(QStringLiteral("Print Preview"));
-    setWindowFlags(desktop::fixedDialog);
     wbPP->setAccessibleName(QStringLiteral("Report"));
     wbPP->setOpenLinks(false);
     // With a caret, a screen reader can read the page by the arrow keys.
@@ -138,12 +137,6 @@ void frmPrev::moveEvent(QMoveEvent *event) {
         setFixedSize(inner);
         move(m_screen.topLeft());
     }
-}
-
-void frmPrev::changeEvent(QEvent *event) {
-    QDialog::changeEvent(event);
-    if (desktop::changesSizes(*event))
-        arrange();
 }
 
 /// The zoom of QTextBrowser leaves tables, pictures and most texts as they are.

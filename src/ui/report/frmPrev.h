@@ -4,8 +4,7 @@
 
 #include "core/report/report.h"
 #include "ui/report/reportDocument.h"
-
-#include <QDialog>
+#include "ui/views/dialogs/forms.h"
 
 #include <memory>
 
@@ -14,7 +13,7 @@ class QTextBrowser;
 
 namespace veltrona {
 
-class frmPrev : public QDialog {
+class frmPrev : public desktop::DesignedDialog {
     Q_OBJECT
 
 public:
@@ -35,7 +34,6 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -49,7 +47,7 @@ private:
     /// Zooms in by this many steps, out for a negative number; 0 restores the original size.
     void zoomBy(int steps);
     void fillScreen();
-    void arrange();
+    void arrange() override;
 
     QPushButton *cmdPrint;
     QPushButton *cmdClose;

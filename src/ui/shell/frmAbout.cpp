@@ -2,7 +2,6 @@
 
 #include "core/base/product.h"
 #include "core/shell/version.h"
-#include "ui/views/dialogs/forms.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -25,13 +24,12 @@ constexpr double namePoints = 12;
 } // namespace
 
 frmAbout::frmAbout()
-    : lblName(desktop::makeControl<QLabel>(design, "lblName", this)),
+    : DesignedDialog("frmAbout", design, innerSize),
+      lblName(desktop::makeControl<QLabel>(design, "lblName", this)),
       lblCP(desktop::makeControl<QLabel>(design, "lblCP", this)),
       lblRights(desktop::makeControl<QLabel>(design, "lblRights", this)),
       cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)) {
-    setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About ") + productName);
-    setWindowFlags(desktop::fixedDialog);
     lblName->setText(productName);
     lblCP->setText(
         QStringLiteral("Version %1, \u00A9 2026 %2 developers").arg(programVersion(), productName));
@@ -46,16 +44,7 @@ frmAbout &frmAbout::instance() {
 }
 
 void frmAbout::Show() {
-    arrange();
-    desktop::placeOverOwner(*this);
-    cmdOK->setFocus();
-    exec();
-}
-
-void frmAbout::changeEvent(QEvent *event) {
-    QDialog::changeEvent(event);
-    if (desktop::changesSizes(*event))
-        arrange();
+    showModal(cmdOK);
 }
 
 void frmAbout::arrange() {
@@ -64,10 +53,7 @@ void frmAbout::arrange() {
     nameFont.setBold(true);
     nameFont.setPointSizeF(qMax(namePoints, font().pointSizeF() + 2));
     lblName->setFont(nameFont);
-
-    const TwipScale scale(font(), measuredLabels);
-    desktop::placeControls(*this, design, scale);
-    setFixedSize(scale.toPixels(innerSize).size());
+    DesignedDialog::arrange();
 }
 
 void frmAbout::cmdOK_Click() {

@@ -1,14 +1,14 @@
 // The information box: name, version, holder of the rights and licence.
 #pragma once
 
-#include <QDialog>
+#include "ui/views/dialogs/forms.h"
 
 class QLabel;
 class QPushButton;
 
 namespace veltrona {
 
-class frmAbout : public QDialog {
+class frmAbout : public desktop::DesignedDialog {
     Q_OBJECT
 
 public:
@@ -18,12 +18,9 @@ public:
     /// Shows the box modally; returns when it has been unloaded.
     void Show();
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void cmdOK_Click();
-    void arrange();
+    void arrange() override;
 
     QLabel *lblName;
     QLabel *lblCP;

@@ -3,7 +3,6 @@
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
 #include "ui/views/controls/formCheckBox.h"
-#include "ui/views/dialogs/forms.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -54,11 +53,10 @@ bool isOn(QLatin1String setting) {
 } // namespace
 
 frmOptions::frmOptions()
-    : m_boxes(makeBoxes(*this)), cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
+    : DesignedDialog("frmOptions", design, innerSize), m_boxes(makeBoxes(*this)),
+      cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
       comCancel(desktop::makeControl<QPushButton>(design, "comCancel", this)) {
-    setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Edit Options"));
-    setWindowFlags(desktop::fixedDialog);
     cmdOK->setDefault(true);
     desktop::handle(m_boxes.front(), &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
     desktop::handle(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
@@ -78,22 +76,7 @@ void frmOptions::load() {
 
 void frmOptions::Show() {
     load();
-    arrange();
-    desktop::placeOverOwner(*this);
-    m_boxes.front()->setFocus();
-    exec();
-}
-
-void frmOptions::changeEvent(QEvent *event) {
-    QDialog::changeEvent(event);
-    if (desktop::changesSizes(*event))
-        arrange();
-}
-
-void frmOptions::arrange() {
-    const TwipScale scale(font(), measuredLabels);
-    desktop::placeControls(*this, design, scale);
-    setFixedSize(scale.toPixels(innerSize).size());
+    showModal(m_boxes.front());
 }
 
 void frmOptions::Form_Load() {

@@ -3,7 +3,7 @@
 // unload it, so that it is loaded again before it is shown.
 #pragma once
 
-#include <QDialog>
+#include "ui/views/dialogs/forms.h"
 
 #include <vector>
 
@@ -12,7 +12,7 @@ class QPushButton;
 
 namespace veltrona {
 
-class frmOptions : public QDialog {
+class frmOptions : public desktop::DesignedDialog {
     Q_OBJECT
 
 public:
@@ -27,15 +27,11 @@ public:
 
     void done(int result) override;
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void Form_Load();
     void chkCG_Click();
     void cmdOK_Click();
     void comCancel_Click();
-    void arrange();
     void unload() { done(Rejected); }
 
     std::vector<QCheckBox *> m_boxes; // chkCG, chkCE, chkCP

@@ -10,11 +10,11 @@
 
 namespace veltrona {
 
-/// Tells a failure of the engine, the parser or the file system with number and text; the run goes
-/// on behind it.
+/// Reports a failure of SQLite or the file system, or an unreadable value, with number and text;
+/// the run continues.
 void tellFailure(const Failure &failure);
 
-/// Tells anything else, then ends the event loops in order, with exit status 1.
+/// Reports anything else, then ends the event loops in order, with exit status 1.
 void tellFatal(const char *what) noexcept;
 
 /// Sends the exception in flight to one of the two above.

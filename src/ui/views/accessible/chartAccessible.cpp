@@ -1,6 +1,7 @@
 #include "ui/views/accessible/chartAccessible.h"
 
 #include "core/controls/chartAxis.h"
+#include "ui/views/accessible/accessibleFactory.h"
 #include "ui/views/accessible/tableAccessible.h"
 #include "ui/views/controls/chartView.h"
 
@@ -51,15 +52,10 @@ private:
     ChartView &m_view;
 };
 
-QAccessibleInterface *chartFactory(const QString &, QObject *object) {
-    auto *view = qobject_cast<ChartView *>(object);
-    return view ? new ChartAccessible(*view) : nullptr;
-}
-
 } // namespace
 
 void installChartAccessible() {
-    QAccessible::installFactory(chartFactory);
+    installAccessible<ChartView, ChartAccessible>();
 }
 
 void notifyChartChanged(ChartView &view) {

@@ -1,5 +1,6 @@
 #include "ui/views/accessible/comboBoxAccessible.h"
 
+#include "ui/views/accessible/accessibleFactory.h"
 #include "ui/views/controls/comboBoxView.h"
 
 #include <QAbstractItemView>
@@ -73,15 +74,10 @@ private:
     ComboBoxView &m_view;
 };
 
-QAccessibleInterface *comboBoxFactory(const QString &, QObject *object) {
-    auto *view = qobject_cast<ComboBoxView *>(object);
-    return view ? new ComboBoxAccessible(*view) : nullptr;
-}
-
 } // namespace
 
 void installComboBoxAccessible() {
-    QAccessible::installFactory(comboBoxFactory);
+    installAccessible<ComboBoxView, ComboBoxAccessible>();
 }
 
 void tellChoice(ComboBoxView &view) {

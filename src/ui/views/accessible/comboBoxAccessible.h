@@ -6,7 +6,7 @@ namespace veltrona {
 
 class ComboBoxView;
 
-/// Makes the toolkit ask here for each ComboBoxView; once is enough, more does no harm.
+/// Makes Qt ask here for each ComboBoxView; once is enough, more does no harm.
 void installComboBoxAccessible();
 
 /// The user has changed the value while the list is closed.

@@ -1,5 +1,6 @@
 #include "ui/views/accessible/gridAccessible.h"
 
+#include "ui/views/accessible/accessibleFactory.h"
 #include "ui/views/accessible/tableAccessible.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/gridView.h"
@@ -80,15 +81,10 @@ private:
     GridView &m_view;
 };
 
-QAccessibleInterface *gridFactory(const QString &, QObject *object) {
-    auto *view = qobject_cast<GridView *>(object);
-    return view ? new GridAccessible(*view) : nullptr;
-}
-
 } // namespace
 
 void installGridAccessible() {
-    QAccessible::installFactory(gridFactory);
+    installAccessible<GridView, GridAccessible>();
 }
 
 void notifyRowEntered(GridView &view) {

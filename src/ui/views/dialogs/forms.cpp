@@ -77,6 +77,33 @@ bool changesSizes(const QEvent &event) {
     return event.type() == QEvent::FontChange || event.type() == QEvent::StyleChange;
 }
 
+DesignedDialog::DesignedDialog(const char *name, WindowDesign design, const TwipRect &innerSize,
+                               Qt::WindowFlags flags)
+    : m_design(design), m_innerSize(innerSize) {
+    setObjectName(QLatin1String(name));
+    setWindowFlags(flags);
+}
+
+void DesignedDialog::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (changesSizes(*event))
+        arrange();
+}
+
+void DesignedDialog::arrange() {
+    const TwipScale scale(font(), measuredLabels);
+    placeControls(*this, m_design, scale);
+    setFixedSize(scale.toPixels(m_innerSize).size());
+}
+
+void DesignedDialog::showModal(QWidget *first) {
+    arrange();
+    placeOverOwner(*this);
+    if (first)
+        first->setFocus();
+    exec();
+}
+
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale) {
     QRect rect = scale.toPixels(place);
     const QPoint centre = rect.center();

@@ -1,14 +1,17 @@
-// What the program's windows have in common: one shared instance each, controls made and placed as
-// designed in sizes that no text is cut by, handlers in the error filter, a place over their owner.
+// What the program's windows have in common: controls made and placed as designed in sizes that no
+// text is cut by, handlers in the error filter, a place over their owner; for most, one shared
+// instance.
 #pragma once
 
 #include "core/platform/dialogs/errorFilter.h"
 #include "ui/views/twipScale.h"
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QPointer>
 
+#include <string_view>
 #include <type_traits>
 
 namespace veltrona::desktop {
@@ -64,6 +67,24 @@ void handle(Sender *sender, Signal signal, Form *form, void (Form::*handler)()) 
     QObject::connect(sender, signal, form,
                      [form, handler] { filtered([form, handler] { (form->*handler)(); }); });
 }
+
+/// A dialog of fixed size with the controls of a design, arranged anew when font or style change.
+class DesignedDialog : public QDialog {
+protected:
+    /// The design must outlive the dialog. `name` is also the object's name.
+    DesignedDialog(const char *name, WindowDesign design, const TwipRect &innerSize,
+                   Qt::WindowFlags flags = fixedDialog);
+
+    void changeEvent(QEvent *event) override;
+    /// Puts the controls at their places and fixes the size.
+    virtual void arrange();
+    /// Shows the dialog modally over its owner, the keys in `first`; returns when it has closed.
+    void showModal(QWidget *first = nullptr);
+
+private:
+    WindowDesign m_design;
+    TwipRect m_innerSize;
+};
 
 /// Puts a control at its designed place, grown about its centre where style, text or font ask for
 /// more.
