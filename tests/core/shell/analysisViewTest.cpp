@@ -1,0 +1,87 @@
+// The analysis view without a window: one refresh for each action, and what a failed one leaves.
+#include "core/shell/analysisView.h"
+#include "core/platform/services.h"
+#include "core/shell/modMain.h"
+#include "support/failureOf.h"
+#include "support/recordTable.h"
+
+#include <QTest>
+
+using namespace veltrona;
+using State = AnalysisView::State;
+
+class AnalysisViewTest : public QObject {
+    Q_OBJECT
+
+    test::RecordTable *m_table = nullptr;
+    AnalysisControls *m_controls = nullptr;
+    AnalysisView *m_view = nullptr;
+    QString m_caption;
+    int m_refreshes = 0;
+
+    void hideTable(bool hide) {
+        m_table->connection().execute(hide ? "ALTER TABLE tblGoogleDays RENAME TO hidden"
+                                           : "ALTER TABLE hidden RENAME TO tblGoogleDays");
+    }
+
+private slots:
+    void init() {
+        services().now = [] { return QDateTime(QDate(2007, 5, 16), QTime(12, 0)); };
+        m_table = new test::RecordTable;
+        for (const char *name : {"One", "Two"})
+            m_table->insert({{"Campaign", name}, {"GoogleDate", "2007-05-07"}, {"Clicks", 3}});
+        m_table->insert({{"Campaign", "One"}, {"GoogleDate", "2007-05-01"}, {"Clicks", 2}});
+        modMain::session() = ProjectSession::at(m_table->connection().path());
+        modMain::session().open();
+        m_controls = new AnalysisControls;
+        m_view = new AnalysisView(
+            *m_controls,
+            {.textWidth = [](const QString &text) { return 100.F * float(text.size()); },
+             .setCaption = [this](const QString &caption) { m_caption = caption; },
+             .setRootDescription = [](const QString &) {},
+             .busy = [this]() -> std::shared_ptr<void> {
+                 ++m_refreshes;
+                 return nullptr;
+             }});
+        m_view->loadDefaults();
+    }
+
+    void cleanup() {
+        delete m_view;
+        delete m_controls;
+        modMain::session().release();
+        delete m_table;
+        services().now = Services().now;
+    }
+
+    void oneRefreshForEachAction() {
+        QCOMPARE(m_refreshes, 1); // presets and combos of the start included
+        QCOMPARE(m_controls->flxStat.TextMatrix(1, 0), QString("One"));
+        m_refreshes = 0;
+        m_controls->dtpEnd.editDay(dayNumber(m_controls->dtpEnd.Value()) - 1);
+        QCOMPARE(m_refreshes, 1); // for the picker and "Custom" together
+        QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));
+        m_view->openRow(2);
+        QCOMPARE(m_refreshes, 2);
+        QCOMPARE(m_controls->treeList.SelectedItem()->Text(), QString("Two"));
+    }
+
+    void afterAFailedRefresh() {
+        QVERIFY(m_view->state() == State::Current);
+        QVERIFY(!m_view->figureNotes(1, gridColumn::Clicks).isEmpty());
+        hideTable(true);
+        m_controls->cboRange.setListIndex(int(RangePreset::ThisWeek)); // fails without a word
+        QVERIFY(m_view->state() == State::Outdated);
+        QVERIFY(m_view->figureNotes(1, gridColumn::Clicks).isEmpty());
+        m_view->openRow(1);
+        QVERIFY(!m_controls->treeList.SelectedItem()->Parent);
+        QVERIFY(failureOf([&] { m_view->makeCurrent(); }));
+        hideTable(false);
+        m_view->makeCurrent();
+        QVERIFY(m_view->state() == State::Current);
+        QCOMPARE(m_controls->flxStat.Rows(), 3); // no record this week
+    }
+};
+
+QTEST_GUILESS_MAIN(AnalysisViewTest)
+#include "analysisViewTest.moc"
