@@ -1,33 +1,32 @@
-// Makes data.dat, the empty project, from schema.sql, and proves that the program would open it.
-// Runs in the build only: makeTemplate SCHEMA TARGET
+// Makes data.dat, the empty project, from schema.sql, and verifies that the program opens it. Runs
+// in the build only: makeTemplate SCHEMA TARGET
 #include "core/base/failure.h"
 #include "core/database/projectFile.h"
 
 #include <QFile>
 
 #include <cstdio>
+#include <string>
 
 using namespace veltrona;
 
 namespace {
 
-QByteArray readSchema(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(1, file.errorString() + QStringLiteral(": ") + path);
-    return file.readAll();
+QByteArray open(QFile &file, QIODevice::OpenMode mode) {
+    if (!file.open(mode))
+        throw Failure(1, file.errorString() + QStringLiteral(": ") + file.fileName());
+    return mode == QIODevice::ReadOnly ? file.readAll() : QByteArray();
 }
 
 void makeTemplate(const QString &schemaPath, const QString &target) {
-    const QByteArray schema = readSchema(schemaPath);
-    // Opening never makes a file, so an empty one has to stand there first.
-    QFile file(target);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        throw Failure(1, file.errorString() + QStringLiteral(": ") + target);
+    QFile schemaFile(schemaPath);
+    const std::string schema = open(schemaFile, QIODevice::ReadOnly).toStdString();
+    QFile file(target); // a connection opens existing files only
+    open(file, QIODevice::WriteOnly);
     file.close();
     sqlite::Connection connection;
     connection.open(target);
-    connection.execute({schema.constData(), static_cast<std::size_t>(schema.size())});
+    connection.execute(schema);
     connection.close();
     openProject(target);
 }

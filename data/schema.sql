@@ -1,7 +1,7 @@
--- The empty project: data.dat, which lies beside the program, is made from this file.
--- docs/project-file.md tells why things are as they are.
+-- The empty project: data.dat, beside the program, is made from this file. docs/project-file.md
+-- gives the reasons.
 
--- These come first: they hold from the first page that is written.
+-- These come first: they can't change after the first page is written.
 PRAGMA page_size = 8192;
 PRAGMA auto_vacuum = NONE;
 PRAGMA encoding = 'UTF-8';
@@ -49,7 +49,7 @@ CREATE TABLE tblGoogleDays (
     GoogleWeek      TEXT    NOT NULL DEFAULT ''
 );
 
--- What makes a record; its first four columns are also all that the tree asks for.
+-- The key of a record; its first four columns are also all that the tree reads.
 CREATE UNIQUE INDEX idxRecord
     ON tblGoogleDays (Campaign, Adgroup, KeyWord, kwType, GoogleDate, CreativeId);
 

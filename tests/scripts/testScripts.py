@@ -36,6 +36,7 @@ class LayerCheck(unittest.TestCase):
             ("src/ui/views/controls/gridView.h", '"ui/views/dialogs/forms.h"'),
             ("src/core/picture/cJPEG.h", '"core/analysis/grid/summary.h"'),
             ("src/core/import/loader.cpp", "<libxml/xmlreader.h>"),
+            ("src/core/platform/sqlite/access.cpp", "<fcntl.h>"),
             ("src/core/analysis/grid/summary.h", "<QtWidgets/QWidget>"),
             ("src/core/analysis/grid/summary.h", '"ui/views/controls/gridView.h"'),
             ("src/core/analysis/grid/summary.cpp", '"summary.h"'),

@@ -58,7 +58,7 @@ double timeOfDay(DateValue value) {
 }
 
 int secondOfDay(DateValue value) {
-    // A day's last half second stays with its day.
+    // The last half second isn't rounded up to the next day.
     return static_cast<int>(
         std::min<long long>(std::llround(timeOfDay(value) * secondsPerDay), secondsPerDay - 1));
 }
@@ -114,17 +114,8 @@ int weekOfYear(int dayNumber) {
 }
 
 int addMonths(int dayNumber, int months) {
-    const CalendarDay day = calendarDay(dayNumber);
-    const std::chrono::year_month month =
-        std::chrono::year_month(std::chrono::year(day.year),
-                                std::chrono::month(static_cast<unsigned>(day.month))) +
-        std::chrono::months(months);
-    const unsigned last = unsigned(
-        std::chrono::year_month_day_last(month.year(), std::chrono::month_day_last(month.month()))
-            .day());
-    return veltrona::dayNumber(CalendarDay{int(month.year()),
-                                           static_cast<int>(unsigned(month.month())),
-                                           std::min(day.day, static_cast<int>(last))});
+    const QDate zero(1899, 12, 30);
+    return static_cast<int>(zero.daysTo(zero.addDays(dayNumber).addMonths(months)));
 }
 
 } // namespace veltrona

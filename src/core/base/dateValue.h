@@ -1,11 +1,13 @@
 // Date values and the calendar. A date value counts days since 1899-12-30, which is day 0, with the
-// time of day as its fraction; days before that are negative and their times of day still count
-// upwards. All arithmetic runs on day numbers, so that no time zone and no clock change touches it.
+// time of day as its fraction; days before that are negative, and their times of day still count
+// upwards. All arithmetic is on day numbers, independent of time zones and clock changes. Days are
+// converted by std::chrono, in a third to a half of QDate's time.
 #pragma once
 
 #include <QString>
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -26,7 +28,7 @@ struct CalendarDay {
 /// The first day of the Gregorian calendar in Britain: dates before it are refused.
 inline constexpr CalendarDay firstCalendarDay{1752, 9, 14};
 
-/// Start and end of a period, both counted in.
+/// Start and end of a period, both inclusive.
 struct DateRange {
     DateValue start = 0;
     DateValue end = 0;
@@ -39,7 +41,7 @@ CalendarDay calendarDay(int dayNumber);
 /// Whether the calendar has this day.
 bool isValid(const CalendarDay &day);
 
-/// The fraction of a date value, 0 up to but not including 1.
+/// The fraction of a date value, from 0 to below 1.
 double timeOfDay(DateValue value);
 /// The time of day in whole seconds, rounded; never the next day's midnight.
 int secondOfDay(DateValue value);
@@ -47,13 +49,13 @@ int secondOfDay(DateValue value);
 DateValue dateValue(const QDateTime &localTime);
 DateValue dateValue(const CalendarDay &day, int secondOfDay = 0);
 
-/// The form of dates in the table: "2007-05-14", or "2007-05-14 13:05:09" where the time isn't
-/// midnight. Such texts compare like the dates they stand for.
+/// The form of dates in the table: "2007-05-14", or "2007-05-14 13:05:09" unless it is midnight.
+/// Such texts compare like their dates.
 QString isoText(DateValue value);
-/// Reads the two forms of isoText, a midnight written out too; anything else gives none.
+/// Reads the two forms of isoText, also with the time of midnight; none for anything else.
 std::optional<DateValue> dateOfIsoText(std::string_view text);
 
-/// Of January and so on, in English; the first three letters are the short name.
+/// From January on; the first three letters are the short name.
 inline constexpr std::array<std::string_view, 12> monthNames{
     "January", "February", "March",     "April",   "May",      "June",
     "July",    "August",   "September", "October", "November", "December"};
@@ -63,9 +65,9 @@ constexpr std::string_view shortMonthName(int month) {
 
 /// Sunday is 1, Saturday is 7.
 int weekday(int dayNumber);
-/// 1 to 54; weeks begin on Sunday, and week 1 is the week that holds 1 January.
+/// 1 to 54; weeks begin on Sunday, and week 1 is the week of 1 January.
 int weekOfYear(int dayNumber);
-/// A day that the target month lacks falls back to the month's last day.
+/// A day that the target month doesn't have becomes the month's last day.
 int addMonths(int dayNumber, int months);
 
 } // namespace veltrona

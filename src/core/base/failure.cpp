@@ -1,7 +1,5 @@
 #include "core/base/failure.h"
 
-#include <cstring>
-
 namespace veltrona {
 
 Failure::Failure(int number, QString text)
@@ -9,7 +7,7 @@ Failure::Failure(int number, QString text)
 
 Failure Failure::ofSystem(int errorNumber, const QString &action, const QString &path) {
     return {errorNumber, action + QStringLiteral(" \"") + path + QStringLiteral("\": ") +
-                             QString::fromLocal8Bit(std::strerror(errorNumber)) + QLatin1Char('.')};
+                             qt_error_string(errorNumber) + QLatin1Char('.')};
 }
 
 } // namespace veltrona

@@ -1,7 +1,9 @@
-// The one exception type of the platform layer: a failure of the database engine, the XML parser,
-// the picture codec or the file system, with a number and a text that a user can be shown.
+// The exception for what the user has to know: a failure of SQLite or the file system, a project or
+// a report that can't be used, with a number and a text to show. The XML parser and the picture
+// codec return their failures.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <exception>
@@ -10,15 +12,15 @@ namespace veltrona {
 
 class Failure : public std::exception {
 public:
-    /// `number` is the failing component's own code (SQLite's extended result code, errno and so
-    /// on); `text` is a whole sentence that names the file concerned.
+    /// `number` is the failing component's code, such as SQLite's extended result code or errno;
+    /// `text` is a whole sentence that names the file concerned.
     Failure(int number, QString text);
 
     int number() const noexcept { return m_number; }
     const QString &text() const noexcept { return m_text; }
     const char *what() const noexcept override { return m_what.constData(); }
 
-    /// A failure of the file system, worded from errno.
+    /// A failure of the file system, with the text of errno.
     static Failure ofSystem(int errorNumber, const QString &action, const QString &path);
 
 private:

@@ -8,15 +8,14 @@ namespace {
 
 constexpr char16_t byteMark = 0xDC00;
 constexpr std::string_view encodingMark = "\xEF\xBB\xBF"; // U+FEFF
-constexpr std::size_t longestCharacter = 4;
 
 bool isUtf8(std::string_view bytes) {
     return QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
-/// 0 if there is no whole character at the start.
+/// Of the first character; 0 if there is no whole one.
 std::size_t characterLength(std::string_view bytes) {
-    std::size_t length = std::min(longestCharacter, bytes.size());
+    std::size_t length = std::min<std::size_t>(4, bytes.size());
     while (length > 0 && !isUtf8(bytes.substr(0, length)))
         --length;
     return length;
@@ -24,7 +23,7 @@ std::size_t characterLength(std::string_view bytes) {
 
 QString textOfUtf8(std::string_view utf8) {
     QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-    // Qt takes this character for a mark of the encoding and drops it.
+    // QString::fromUtf8 drops it as a byte order mark.
     if (utf8.starts_with(encodingMark))
         text.prepend(QChar(QChar::ByteOrderMark));
     return text;

@@ -1,5 +1,5 @@
-// The table of day records: its columns in the order of the insert, and what marks a file as a
-// project. data/schema.sql makes this table; openProject proves that a file has it.
+// The table of day records: its columns in the order of the insert, and the marks of a project in
+// a file's header. data/schema.sql creates this table; openProject verifies it.
 #pragma once
 
 #include <array>
@@ -8,9 +8,10 @@
 
 namespace veltrona {
 
-/// "Vltr"; stands in the header of each project file.
+/// "Vltr"
 inline constexpr std::int32_t projectApplicationId = 0x566C7472;
-/// Raised whenever an older program could no longer work with a new file.
+/// Raised whenever an older program could no longer work with a new file; openProject then has to
+/// convert the files of older schemas.
 inline constexpr int projectSchemaVersion = 1;
 
 enum class ColumnKind { Text, Number, Date };
@@ -41,8 +42,8 @@ inline constexpr std::array<DayColumn, 36> dayColumns{{
     {"GoogleMonth", ColumnKind::Text},     {"GoogleWeek", ColumnKind::Text},
 }};
 
-/// The insert of one record, parameters in the order of `dayColumns`. A record whose six key
-/// values stand in the table already changes nothing.
+/// Inserts one record, with parameters in the order of `dayColumns`, unless the table has one with
+/// the same six key values.
 std::string dayInsertStatement();
 
 } // namespace veltrona

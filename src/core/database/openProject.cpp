@@ -1,74 +1,157 @@
 #include "core/base/product.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
-#include "core/database/tableSchema.h"
+#include "core/platform/sqlite/fileHeader.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QStringList>
 
 namespace veltrona {
 
 namespace {
 
 using sqlite::Connection;
+using sqlite::Statement;
 
-// SQLite's numbers for a statement that doesn't fit the schema and for a record that it refuses.
-constexpr int sqlError = 1;
-constexpr int brokenConstraint = 19;
-
-constexpr qint64 smallestDatabase = 512; // bytes: one page
-
-/// In KiB. Keeps the pages of one batch of an import in memory: the engine would otherwise write,
-/// and lock out every reader, in the middle of the batch.
+/// In KiB. Keeps the pages of one batch of an import in memory: SQLite would otherwise write, and
+/// lock out every reader, in the middle of the batch.
 constexpr int cacheSize = 64000;
 
-[[noreturn]] void refuse(FailureNumber number, const QString &path, const QString &reason) {
+[[noreturn]] void refuse(ProjectFault number, const QString &path, const QString &reason) {
     throw Failure(number, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")
                               .arg(QDir::toNativeSeparators(path), reason));
 }
 
-qint64 number(const Connection &connection, std::string_view sql) {
-    sqlite::Statement statement = connection.prepare(sql);
-    return statement.step() ? statement.int64(0) : 0;
-}
-
-void proveIdentity(const Connection &connection) {
-    if (number(connection, "PRAGMA application_id") != projectApplicationId)
+void verifyIdentity(const Connection &connection) {
+    if (connection.number("PRAGMA application_id") != projectApplicationId)
         refuse(noProject, connection.path(),
                QStringLiteral("it is a database, but not one of ") + productName);
-    const qint64 version = number(connection, "PRAGMA user_version");
+}
+
+/// A version of the program that raises projectSchemaVersion converts the older files here, one
+/// step for each schema in between. So far no older schema was ever in use.
+void requireCurrentSchema(const Connection &connection) {
+    const qint64 version = connection.number("PRAGMA user_version");
     if (version > projectSchemaVersion)
         refuse(newerProject, connection.path(),
                QStringLiteral("it was made by a newer version of ") + productName);
-    if (version < 1)
-        refuse(damagedProject, connection.path(),
-               QStringLiteral("it is damaged, its version is missing"));
+    if (version < projectSchemaVersion)
+        refuse(olderProject, connection.path(),
+               QStringLiteral("it was made by an older version of ") + productName);
 }
 
-void proveTable(Connection &connection) {
-    try {
-        // A real table has pages of its own, which a view or a virtual table hasn't.
-        if (number(connection, "SELECT rootpage FROM sqlite_master WHERE type = 'table' AND "
-                               "name = 'tblGoogleDays' COLLATE NOCASE") == 0)
-            refuse(damagedProject, connection.path(),
-                   QStringLiteral("its table tblGoogleDays is missing"));
-        // Names each column and the index of the six key columns.
-        connection.prepare(dayInsertStatement());
-        if (const char *fault = schemaFault(connection))
-            refuse(damagedProject, connection.path(), QLatin1String(fault));
-        // Reads from the table and from both indexes.
-        number(connection, "SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
-                           " (SELECT min(GoogleDate) FROM tblGoogleDays),"
-                           " (SELECT min(Campaign) FROM tblGoogleDays)");
-    } catch (const Failure &failure) {
-        if (failure.number() != sqlError)
-            throw;
-        refuse(damagedProject, connection.path(),
-               QStringLiteral("its table tblGoogleDays isn't the one of a project"));
+constexpr auto runs = "its table tblGoogleDays holds expressions, which a project has none of (a "
+                      "CHECK, a generated column, a computed default or an index over an "
+                      "expression or a part of the table)";
+constexpr auto refuses = "its table tblGoogleDays has another unique index than a project, and "
+                         "records would be lost";
+
+/// A number, a text, a blob, a keyword such as NULL or CURRENT_DATE, or no default.
+bool isPlainDefault(const QString &text) {
+    static const QRegularExpression plain(QRegularExpression::anchoredPattern(
+        QStringLiteral("[+-]?[0-9.]+([eE][+-]?[0-9]+)?|[+-]?0[xX][0-9a-fA-F]+|[xX]?'([^']|'')*'|"
+                       "\"[^\"]*\"|[A-Za-z_]*")));
+    return plain.match(text.trimmed()).hasMatch();
+}
+
+/// The length of the byte code that SQLite compiles an insert to.
+int insertSteps(const Connection &connection) {
+    Statement program = connection.prepare("EXPLAIN " + dayInsertStatement());
+    int steps = 0;
+    while (program.step())
+        ++steps;
+    return steps;
+}
+
+bool hasChecks(Connection &connection) {
+    connection.execute("PRAGMA ignore_check_constraints = OFF");
+    const int steps = insertSteps(connection);
+    connection.execute("PRAGMA ignore_check_constraints = ON");
+    return steps != insertSteps(connection);
+}
+
+bool hasComputedColumns(const Connection &connection) {
+    enum { DefaultValue = 4, Hidden = 6 };
+    Statement columns = connection.prepare("PRAGMA main.table_xinfo(tblGoogleDays)");
+    while (columns.step()) {
+        if (columns.int64(Hidden) != 0 || !isPlainDefault(columns.text(DefaultValue)))
+            return true;
     }
+    return false;
+}
+
+struct IndexShape {
+    bool hasExpression = false;
+    bool isRecordKey = false;
+};
+
+IndexShape shapeOf(const Connection &connection, QString name) {
+    enum { ColumnId = 1, Name = 2, Collation = 4, IsKey = 5 };
+    static const QStringList recordKey{"adgroup",    "campaign", "creativeid",
+                                       "googledate", "keyword",  "kwtype"};
+    constexpr int expression = -2;
+    const QString sql = QStringLiteral("PRAGMA main.index_xinfo(\"%1\")")
+                            .arg(name.replace(u'"', QLatin1String("\"\"")));
+    Statement columns = connection.prepare(sql.toStdString());
+    IndexShape shape;
+    QStringList keys;
+    while (columns.step()) {
+        if (columns.int64(IsKey) == 0)
+            continue;
+        shape.hasExpression = shape.hasExpression || columns.int64(ColumnId) == expression;
+        const bool exact = columns.text(Collation) == QLatin1String("BINARY");
+        keys += exact ? columns.text(Name).toLower() : QString();
+    }
+    keys.sort();
+    shape.isRecordKey = keys == recordKey;
+    return shape;
+}
+
+/// What could run or refuse records, as the end of a sentence; null if nothing. More columns and
+/// indexes are welcome. From here on the connection ignores CHECK constraints.
+const char *schemaFault(Connection &connection) {
+    if (hasComputedColumns(connection) || hasChecks(connection))
+        return runs;
+    enum { Name = 1, IsUnique = 2, IsPartial = 4 };
+    Statement indexes = connection.prepare("PRAGMA main.index_list(tblGoogleDays)");
+    while (indexes.step()) {
+        const IndexShape shape = shapeOf(connection, indexes.text(Name));
+        if (shape.hasExpression || indexes.int64(IsPartial) != 0)
+            return runs;
+        if (indexes.int64(IsUnique) != 0 && !shape.isRecordKey)
+            return refuses;
+    }
+    return nullptr;
+}
+
+/// What is wrong with the table, as the end of a sentence; null if nothing is.
+const char *tableFault(Connection &connection) {
+    // A view or a virtual table has no root page.
+    constexpr auto rootPage = "SELECT rootpage FROM sqlite_master WHERE type = 'table' AND "
+                              "name = 'tblGoogleDays' COLLATE NOCASE";
+    constexpr auto otherTable = "its table tblGoogleDays isn't the one of a project";
+    if (!connection.compiles(rootPage))
+        return otherTable;
+    if (connection.number(rootPage) == 0)
+        return "its table tblGoogleDays is missing";
+    // Names each column and the index of the six key columns.
+    if (!connection.compiles(dayInsertStatement()))
+        return otherTable;
+    return schemaFault(connection);
+}
+
+void verifyTable(Connection &connection) {
+    if (const char *fault = tableFault(connection))
+        refuse(damagedProject, connection.path(), QLatin1String(fault));
+    // Reads from the table and from both indexes.
+    connection.number("SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
+                      " (SELECT min(GoogleDate) FROM tblGoogleDays),"
+                      " (SELECT min(Campaign) FROM tblGoogleDays)");
 }
 
 void configure(Connection &connection) {
-    // One file: whoever copies or mails a project while it is open gets all of it.
+    // A single file: copied or mailed while it is open, it is complete.
     connection.execute("PRAGMA journal_mode = DELETE");
     connection.execute("PRAGMA synchronous = FULL");
     // Overwriting each page with zeros makes a clean of a large project take seconds.
@@ -76,9 +159,9 @@ void configure(Connection &connection) {
     connection.execute("PRAGMA cache_size = -" + std::to_string(cacheSize));
 }
 
-/// Whether the table takes a record that no report can hold, since it has no date.
-bool takesRecord(const Connection &connection) {
-    sqlite::Statement insert = connection.prepare(dayInsertStatement());
+/// Inserts a record with an empty date, which no import makes; rolled back by the caller.
+bool acceptsRecord(const Connection &connection) {
+    Statement insert = connection.prepare(dayInsertStatement());
     int parameter = 0;
     for (const DayColumn &column : dayColumns) {
         ++parameter;
@@ -87,22 +170,15 @@ bool takesRecord(const Connection &connection) {
         else
             insert.bind(parameter, std::string_view());
     }
-    try {
-        insert.step();
-    } catch (const Failure &failure) {
-        if ((failure.number() & 0xff) != brokenConstraint)
-            throw;
-        return false;
-    }
-    return connection.changes() == 1;
+    return insert.run(sqlite::Result::Constraint) == sqlite::Result::Done &&
+           connection.changes() == 1;
 }
 
-/// Writes a page and a record, and takes both back: only that shows that the journal can be made,
-/// too.
-void proveWritable(Connection &connection) {
+/// Writes a page and a record and rolls back: only that shows that the journal can be created.
+void verifyWritable(Connection &connection) {
     const sqlite::Transaction transaction(connection);
     connection.execute("PRAGMA user_version = " + std::to_string(projectSchemaVersion));
-    if (!takesRecord(connection))
+    if (!acceptsRecord(connection))
         refuse(damagedProject, connection.path(),
                QStringLiteral("its table tblGoogleDays has columns or conditions that would refuse "
                               "every new record"));
@@ -116,12 +192,13 @@ std::unique_ptr<Connection> openProject(const QString &path) {
     const qint64 size = QFileInfo(path).size();
     if (size == 0)
         refuse(noProject, path, QStringLiteral("it is empty"));
-    if (size < smallestDatabase) // the engine takes it for an empty database
+    if (size < sqlite::FileHeader::minPageSize) // SQLite takes it for an empty database
         refuse(noProject, path, QStringLiteral("it is too short to be one"));
-    proveIdentity(*connection);
-    proveTable(*connection);
+    verifyIdentity(*connection);
+    requireCurrentSchema(*connection);
+    verifyTable(*connection);
     configure(*connection);
-    proveWritable(*connection);
+    verifyWritable(*connection);
     return connection;
 }
 

@@ -13,9 +13,7 @@ namespace veltrona {
 
 namespace {
 
-/// Below it a whole number has at most 15 digits, whatever power of ten it counts.
-constexpr double shortLimit = 1E15;
-constexpr std::size_t mostDecimals = 14;
+constexpr std::size_t maxDecimals = 14;
 
 bool isSame(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
@@ -26,23 +24,23 @@ std::int64_t wholeOf(double scaled) {
     return static_cast<std::int64_t>(scaled + (scaled < 0 ? -0.5 : 0.5));
 }
 
-/// False for what no whole number of 1 / scale gives back: a negative zero too.
+/// Whether the whole number of 1 / scale gives the number back; not for a negative zero.
 bool isWhole(double number, double scale) {
     const double scaled = number * scale;
-    return std::abs(scaled) < shortLimit - 1 &&
+    return std::abs(scaled) < fifteenDigitLimit - 1 &&
            isSame(static_cast<double>(wholeOf(scaled)) / scale, number);
 }
 
-/// The smallest power of ten that makes all numbers whole and short; 0 if there is none.
+/// The smallest power of ten that makes all numbers whole, within 15 digits; 0 if there is none.
 double scaleOf(std::span<const double> numbers) {
     std::size_t decimals = 0;
     for (const double number : numbers) {
         while (!isWhole(number, powersOfTen[decimals])) {
-            if (++decimals > mostDecimals)
+            if (++decimals > maxDecimals)
                 return 0;
         }
     }
-    // The earlier numbers have to bear the decimals of the later ones.
+    // Earlier numbers must stay within 15 digits at the scale of later ones.
     const double scale = powersOfTen[decimals];
     return std::all_of(numbers.begin(), numbers.end(),
                        [scale](double number) { return isWhole(number, scale); })
@@ -69,9 +67,9 @@ PackedColumn PackedColumn::ofNumbers(std::span<const double> numbers) {
     std::transform(numbers.begin(), numbers.end(), whole.begin(),
                    [scale](double number) { return wholeOf(number * scale); });
     column.m_scale = scale;
-    // A block is far too small for its short numbers to leave 64 bits.
+    // A block is far too small for the sum to overflow 64 bits.
     if (std::none_of(whole.begin(), whole.end(), [](std::int64_t number) { return number < 0; }))
-        column.m_wholeTotal =
+        column.m_scaledTotal =
             static_cast<double>(std::accumulate(whole.begin(), whole.end(), std::int64_t(0)));
     column.pack(std::span<const std::int64_t>(whole));
     return column;
@@ -137,12 +135,13 @@ void PackedColumn::unpack(std::span<const std::uint32_t> places, double *out) co
 
 void PackedColumn::numbers(std::span<const std::uint32_t> places, double *out) const {
     unpack(places, out);
-    // A quotient alone is exact.
+    // Only a division is exact, not a factor of 0.1 and the like.
     if (m_scale != 1)
         std::transform(out, out + places.size(), out, [this](double n) { return n / m_scale; });
 }
 
-void PackedColumn::wholes(std::span<const std::uint32_t> places, double scale, double *out) const {
+void PackedColumn::scaledNumbers(std::span<const std::uint32_t> places, double scale,
+                                 double *out) const {
     unpack(places, out);
     if (m_scale != scale)
         std::transform(out, out + places.size(), out,

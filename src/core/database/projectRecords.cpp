@@ -6,33 +6,19 @@
 
 namespace veltrona {
 
-namespace {
-
-std::size_t countOf(const sqlite::Connection &connection) {
-    sqlite::Statement statement = connection.prepare("SELECT count(*) FROM tblGoogleDays");
-    statement.step();
-    return static_cast<std::size_t>(statement.int64(0));
-}
-
-} // namespace
-
 ProjectRecords::Version ProjectRecords::version() const {
     return {m_connection.dataVersion(), m_connection.totalChanges()};
-}
-
-void ProjectRecords::drop() {
-    m_columns.reset();
 }
 
 const RecordColumns *ProjectRecords::held() {
     if (!m_columns)
         return nullptr;
-    auto dropped = qScopeGuard([this] { drop(); });
+    auto dropped = qScopeGuard([this] { m_columns.reset(); });
     const Version now = version();
     if (now != m_version) {
         const std::size_t before = m_columns->size();
-        // Every change of ours has to be a record behind those that are held.
-        if (now.data != m_version.data || !readOn() ||
+        // Each of our own changes must have added a record after those that are held.
+        if (now.data != m_version.data || !append() ||
             static_cast<qint64>(m_columns->size() - before) != now.changes - m_version.changes)
             return nullptr;
         m_version = now;
@@ -44,27 +30,27 @@ const RecordColumns *ProjectRecords::held() {
 const RecordColumns *ProjectRecords::read() {
     if (const RecordColumns *columns = held())
         return columns;
-    const bool isLimited = m_tooMany != std::numeric_limits<std::size_t>::max();
-    if (m_bound == 0 || (isLimited && countOf(m_connection) >= m_tooMany))
+    if (m_bound == 0 ||
+        (m_tooMany && m_connection.number("SELECT count(*) FROM tblGoogleDays") >= *m_tooMany))
         return nullptr;
-    auto dropped = qScopeGuard([this] { drop(); });
+    auto dropped = qScopeGuard([this] { m_columns.reset(); });
     m_version = version();
     m_columns.emplace();
-    if (!readOn())
+    if (!append())
         return nullptr;
     dropped.dismiss();
     return &*m_columns;
 }
 
-/// False if memory doesn't hold them, which isn't tried again with as many records.
-bool ProjectRecords::readOn() {
+/// False if they don't fit in memory, which isn't tried again with as many records.
+bool ProjectRecords::append() {
     try {
-        if (m_columns->readOn(m_connection, m_bound))
+        if (m_columns->append(m_connection, m_bound))
             return true;
     } catch (const std::bad_alloc &) {
-        // The engine answers then, which needs next to none.
+        // Queries to SQLite need next to no memory.
     }
-    m_tooMany = m_columns->size();
+    m_tooMany = static_cast<qint64>(m_columns->size());
     return false;
 }
 

@@ -1,47 +1,47 @@
-// The records of the open project, ready for questions: the connection, and the records in memory
-// as long as they are what the file holds. Lives beside its connection, which must outlive it.
+// The records of the open project: its connection, and a copy in memory as long as that is what the
+// file holds. The connection must outlive it.
 #pragma once
 
 #include "core/database/recordColumns.h"
+#include "core/platform/sqlite/connection.h"
 
-#include <limits>
+#include <cstddef>
 #include <optional>
 
 namespace veltrona {
 
 class ProjectRecords {
 public:
-    static constexpr std::size_t mostBytes = std::size_t(1) << 30;
-    /// The records never take more memory than `bound` bytes; with 0 they aren't held at all.
-    explicit ProjectRecords(const sqlite::Connection &connection, std::size_t bound = mostBytes)
+    static constexpr std::size_t maxBytes = std::size_t(1) << 30;
+    /// The copy never takes more than `bound` bytes; with 0 there is none.
+    explicit ProjectRecords(const sqlite::Connection &connection, std::size_t bound = maxBytes)
         : m_connection(connection), m_bound(bound) {}
 
     const sqlite::Connection &connection() const { return m_connection; }
 
-    /// The records in memory, true to the file as it is now; null if none are held. What this
-    /// connection has added is read, another program's change or a clean drops all. Valid until the
-    /// next call. Throws Failure if the file can't be read.
+    /// The copy, brought up to date with the file; null if there is none. Records that this
+    /// connection has added are read; another program's change or a clean drops the copy. Valid
+    /// until the next call. Throws Failure if the file can't be read.
     const RecordColumns *held();
-    /// The same, but the records are read if none are held; null if they can't be: ask the engine.
+    /// The same, but reads the records if there is no copy; null if they can't be held.
     const RecordColumns *read();
 
-    /// Differs as soon as the file may hold something else.
+    /// Differs whenever the file may have changed.
     struct Version {
-        qint64 data = 0;    // counts what other programs have committed
-        qint64 changes = 0; // counts our own changed records
+        qint64 data = 0;    // changes with commits of other connections
+        qint64 changes = 0; // counts the records changed by this connection
         friend bool operator==(const Version &, const Version &) = default;
     };
     Version version() const;
 
 private:
-    bool readOn();
-    void drop();
+    bool append();
 
     const sqlite::Connection &m_connection;
     std::size_t m_bound;
     std::optional<RecordColumns> m_columns;
-    Version m_version;                                               // of what m_columns hold
-    std::size_t m_tooMany = std::numeric_limits<std::size_t>::max(); // records that can't be held
+    Version m_version;               // of what m_columns hold
+    std::optional<qint64> m_tooMany; // records that didn't fit in memory
 };
 
 } // namespace veltrona

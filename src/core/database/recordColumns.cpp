@@ -3,8 +3,8 @@
 #include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 namespace veltrona {
@@ -15,13 +15,10 @@ using sqlite::RecordValue;
 using sqlite::ValueType;
 
 constexpr std::size_t blockSize = 8192;
-/// Records that a walk hands out at a time: their figures stay in the nearest cache.
+/// Records of a visit at a time: their figures stay in the L1 cache.
 constexpr std::size_t batchSize = 256;
-/// A whole number from here on has more than 15 digits, which only the engine's value tells.
-constexpr qint64 oddWhole = 1'000'000'000'000'000;
-constexpr auto shortLimit = static_cast<double>(oddWhole);
 
-/// What stands in front of the figures in a record of the reading scan.
+/// The columns before the figures in a record of the reading scan.
 enum ReadColumn { Id, Date, FirstName, FirstFigure = FirstName + int(nameColumns.size()) };
 
 std::string readingColumns() {
@@ -33,34 +30,34 @@ std::string readingColumns() {
     return columns;
 }
 
-/// Ends a scan.
-struct CantBeHeld {};
-
 } // namespace
 
 std::optional<double> plainNumber(const RecordValue &value) {
-    const ValueType type = value.type();
-    if (type == ValueType::Real)
+    if (value.type() == ValueType::Real)
         return value.real();
-    if (type != ValueType::Integer)
+    const auto whole = static_cast<double>(value.int64());
+    if (value.type() != ValueType::Integer || std::abs(whole) >= fifteenDigitLimit)
         return std::nullopt;
-    const qint64 whole = value.int64();
-    if (whole >= oddWhole || whole <= -oddWhole)
-        return std::nullopt;
-    return static_cast<double>(whole);
+    return whole;
 }
 
 /// Gathers records until they make a block.
 class RecordColumns::Reader {
 public:
-    Reader(RecordColumns &columns, std::size_t mostBytes)
-        : m_columns(columns), m_mostBytes(mostBytes) {}
+    Reader(RecordColumns &columns, std::size_t maxBytes)
+        : m_columns(columns), m_maxBytes(maxBytes) {}
 
-    void take(std::span<const RecordValue> record) {
-        m_dates.push_back(dateCode(record[Date]));
+    /// False if the record can't be held.
+    bool add(std::span<const RecordValue> record) {
+        // Values of other types equal no text.
+        for (std::size_t i = Date; i < FirstFigure; ++i) {
+            if (record[i].type() != ValueType::Text)
+                return false;
+        }
+        m_dates.push_back(dateCode(record[Date].utf8()));
         LeafDictionary::Names names;
         for (std::size_t i = 0; i < names.size(); ++i)
-            names[i] = textOf(record[FirstName + i]);
+            names[i] = record[FirstName + i].utf8();
         const auto place = static_cast<std::uint32_t>(m_leaves.size());
         m_leaves.push_back(m_columns.m_leaves.add(names));
         for (std::size_t i = 0; i < m_figures.size(); ++i) {
@@ -68,19 +65,20 @@ public:
             const std::optional<double> number = plainNumber(value);
             m_figures[i].push_back(number.value_or(0));
             if (!number)
-                m_oddValues.push_back({place,
-                                       static_cast<Figure>(i),
-                                       {value.type(), value.int64(), value.real(), value.utf8()}});
+                m_exceptionalValues.push_back(
+                    {place,
+                     static_cast<Figure>(i),
+                     {value.type(), value.int64(), value.real(), value.utf8()}});
         }
         m_columns.m_lastId = record[Id].int64();
         ++m_columns.m_size;
-        if (m_leaves.size() == blockSize)
-            endBlock();
+        return m_leaves.size() < blockSize || endBlock();
     }
 
-    void endBlock() {
+    /// False if the blocks exceed their bytes.
+    bool endBlock() {
         if (m_leaves.empty())
-            return;
+            return true;
         Block block;
         block.size = m_leaves.size();
         block.leaves = PackedColumn::ofCodes(m_leaves);
@@ -89,73 +87,62 @@ public:
             block.figures[i] = PackedColumn::ofNumbers(m_figures[i]);
             m_figures[i].clear();
         }
-        block.oddValues = std::exchange(m_oddValues, {});
+        block.exceptionalValues = std::exchange(m_exceptionalValues, {});
         m_leaves.clear();
         m_dates.clear();
         m_columns.m_blockBytes += block.bytes();
         m_columns.m_blocks.push_back(std::move(block));
-        if (m_columns.bytes() > m_mostBytes)
-            throw CantBeHeld();
+        return m_columns.bytes() <= m_maxBytes;
     }
 
 private:
-    /// Other types compare with no text.
-    static std::string_view textOf(const RecordValue &value) {
-        if (value.type() != ValueType::Text)
-            throw CantBeHeld();
-        return value.utf8();
-    }
-    TextDictionary::Code dateCode(const RecordValue &value) {
-        const std::string_view date = textOf(value);
-        // Neighbours mostly share their date.
+    TextDictionary::Code dateCode(std::string_view date) {
+        // Neighbours mostly have the same date.
         if (m_dates.empty() || m_columns.m_dates.text(m_dates.back()) != date)
             return m_columns.m_dates.add(date);
         return m_dates.back();
     }
 
     RecordColumns &m_columns;
-    std::size_t m_mostBytes;
+    std::size_t m_maxBytes;
     std::vector<std::uint32_t> m_leaves;
     std::vector<std::uint32_t> m_dates;
     std::array<std::vector<double>, figureColumns.size()> m_figures;
-    std::vector<OddValue> m_oddValues;
+    std::vector<ExceptionalValue> m_exceptionalValues;
 };
 
-bool RecordColumns::readOn(const sqlite::Connection &connection, std::size_t mostBytes) {
+bool RecordColumns::append(const sqlite::Connection &connection, std::size_t maxBytes) {
     std::string rest = "FROM tblGoogleDays NOT INDEXED";
     if (m_size > 0)
         rest += " WHERE GoogleDayId > " + std::to_string(m_lastId);
-    Reader reader(*this, mostBytes);
-    try {
-        sqlite::scanRecords(connection, readingColumns(), rest, {},
-                            [&](std::span<const RecordValue> record) { reader.take(record); });
-        reader.endBlock();
-    } catch (const CantBeHeld &) {
-        return false;
-    }
-    return true;
+    Reader reader(*this, maxBytes);
+    return sqlite::scanRecords(
+               connection, readingColumns(), rest, {},
+               [&](std::span<const RecordValue> record) { return reader.add(record); }) &&
+           reader.endBlock();
 }
 
-const FigureValue *RecordColumns::Block::oddValue(std::uint32_t place, Figure figure) const {
-    const auto key = [](const OddValue &each) { return std::tuple(each.place, each.figure); };
-    const auto found = std::lower_bound(
-        oddValues.begin(), oddValues.end(), std::tuple(place, figure),
-        [&](const OddValue &each, const auto &wanted) { return key(each) < wanted; });
-    return found != oddValues.end() && key(*found) == std::tuple(place, figure) ? &found->value
-                                                                                : nullptr;
+const FigureValue *RecordColumns::Block::exceptionalValue(std::uint32_t place,
+                                                          Figure figure) const {
+    const std::pair key(place, figure);
+    const auto keyOf = [](const ExceptionalValue &each) {
+        return std::pair(each.place, each.figure);
+    };
+    const auto found = std::ranges::lower_bound(exceptionalValues, key, {}, keyOf);
+    return found != exceptionalValues.end() && keyOf(*found) == key ? &found->value : nullptr;
 }
 
 std::size_t RecordColumns::Block::bytes() const {
     std::size_t bytes = sizeof *this + leaves.bytes() + dates.bytes();
     for (const PackedColumn &figure : figures)
         bytes += figure.bytes();
-    for (const OddValue &odd : oddValues)
-        bytes += 2 * sizeof odd + odd.value.utf8().size();
+    for (const ExceptionalValue &each : exceptionalValues)
+        bytes += 2 * sizeof each + each.value.utf8().size();
     return bytes;
 }
 
 FigureValue RecordBatch::value(std::size_t figure, std::size_t record) const {
-    return m_oddValue(figure, record);
+    return m_exceptionalValue(figure, record);
 }
 
 /// 0 for none.
@@ -163,14 +150,14 @@ double RecordColumns::exactScale(std::size_t figure) const {
     double scale = 1;
     for (const Block &block : m_blocks) {
         const PackedColumn &column = block.figures[figure];
-        if (!block.oddValues.empty() || !column.wholeTotal())
+        if (!block.exceptionalValues.empty() || !column.scaledTotal())
             return 0;
         scale = std::max(scale, column.scale());
     }
     double total = 0;
     for (const Block &block : m_blocks)
-        total += *block.figures[figure].wholeTotal() * (scale / block.figures[figure].scale());
-    return total < shortLimit ? scale : 0;
+        total += *block.figures[figure].scaledTotal() * (scale / block.figures[figure].scale());
+    return total < fifteenDigitLimit ? scale : 0;
 }
 
 std::vector<double> RecordColumns::exactScales(std::span<const Figure> figures) const {
@@ -193,14 +180,14 @@ void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector
     std::vector<double> numbers(figures.size() * batchSize);
     const Block *block = nullptr;
     RecordBatch batch;
-    batch.m_oddValue = [&](std::size_t figure, std::size_t record) {
-        const FigureValue *odd = block->oddValue(places[record], figures[figure]);
-        return odd ? *odd : FigureValue(numbers[figure * batchSize + record]);
+    batch.m_exceptionalValue = [&](std::size_t figure, std::size_t record) {
+        const FigureValue *value = block->exceptionalValue(places[record], figures[figure]);
+        return value ? *value : FigureValue(numbers[figure * batchSize + record]);
     };
 
     for (const Block &each : m_blocks) {
         block = &each;
-        batch.m_hasOddValues = !each.oddValues.empty();
+        batch.m_hasExceptionalValues = !each.exceptionalValues.empty();
         for (std::size_t first = 0; first < each.size; first += batchSize) {
             const std::size_t count = std::min(batchSize, each.size - first);
             each.leaves.codes(first, {leaves.data(), count});
@@ -222,8 +209,8 @@ void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector
                 if (exactScales.empty())
                     column.numbers({places.data(), counted}, values);
                 else
-                    column.wholes({places.data(), counted}, exactScales[i], values);
-                batch.m_numbers[i] = {values, column.isShort()};
+                    column.scaledNumbers({places.data(), counted}, exactScales[i], values);
+                batch.m_numbers[i] = {values, column.fitsFifteenDigits()};
             }
             visitor(batch);
         }

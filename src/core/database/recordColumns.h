@@ -1,6 +1,6 @@
 // A copy of the day records in memory, column by column in the order of GoogleDayId: leaf of the
-// account, date and the figures that the views read. It is a copy and nothing else; it knows no
-// sums. ProjectRecords keeps it true to the file.
+// account, date and the figures that the views read, with the scale at which sums of a figure are
+// exact. ProjectRecords keeps it up to date.
 #pragma once
 
 #include "core/database/packedColumn.h"
@@ -9,9 +9,13 @@
 #include "core/platform/sqlite/recordScan.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace veltrona {
@@ -37,7 +41,7 @@ inline constexpr std::array<const char *, 13> figureColumns = {
 /// Reports give amounts of money in millionths of the currency unit.
 inline constexpr double millionths = 1'000'000;
 
-/// A figure as the engine gives it, with the names of sqlite::RecordValue.
+/// A figure as SQLite returns it, with the interface of sqlite::RecordValue.
 class FigureValue {
 public:
     FigureValue() = default;
@@ -60,21 +64,21 @@ private:
 /// The value if it is a 64-bit float or a whole number of at most 15 digits.
 std::optional<double> plainNumber(const sqlite::RecordValue &value);
 
-/// Some of the records that a walk visits, side by side. Valid during the visit.
+/// Some of the visited records, side by side. Valid during the visit.
 class RecordBatch {
 public:
     struct Numbers {
         const double *values = nullptr;
-        bool areShort = false; // at most 15 significant digits each
+        bool fitFifteenDigits = false;
     };
 
     std::size_t size() const { return m_groups.size(); }
     int group(std::size_t record) const { return m_groups[record]; }
-    /// Figures count in the order in which the walk asks for them.
+    /// Figures count in the order in which `visit` was asked for them.
     const Numbers &numbers(std::size_t figure) const { return m_numbers[figure]; }
-    /// Whether a record may hold what is no number of at most 15 digits or a 64-bit float, such as
-    /// a text: only `value` tells it then.
-    bool hasOddValues() const { return m_hasOddValues; }
+    /// Whether a record may have a value that is neither a whole number of at most 15 digits nor a
+    /// 64-bit float, such as a text: only `value` returns it then.
+    bool hasExceptionalValues() const { return m_hasExceptionalValues; }
     FigureValue value(std::size_t figure, std::size_t record) const;
 
 private:
@@ -82,32 +86,32 @@ private:
     friend class ScannedBatch;
     std::span<const int> m_groups;
     std::array<Numbers, figureColumns.size()> m_numbers;
-    bool m_hasOddValues = false;
-    std::function<FigureValue(std::size_t figure, std::size_t record)> m_oddValue;
+    bool m_hasExceptionalValues = false;
+    std::function<FigureValue(std::size_t figure, std::size_t record)> m_exceptionalValue;
 };
 
 class RecordColumns {
 public:
-    /// Takes in all records behind those that are held. False if they can't be held: more than
-    /// `mostBytes` in all, or names and dates that are no texts; the columns are of no use then.
-    /// Throws Failure and std::bad_alloc, the columns being of no use either.
-    bool readOn(const sqlite::Connection &connection, std::size_t mostBytes);
+    /// Reads the records after those that are held. False if they can't be held: more than
+    /// `maxBytes` in all, or a name or date that isn't a text. Throws Failure and std::bad_alloc.
+    /// The columns must not be used after either.
+    bool append(const sqlite::Connection &connection, std::size_t maxBytes);
 
     std::size_t size() const { return m_size; }
     std::size_t bytes() const { return m_blockBytes + m_leaves.bytes() + m_dates.bytes(); }
     const LeafDictionary &leaves() const { return m_leaves; }
-    /// The texts of all dates, in no order.
+    /// The texts of all dates, unordered.
     const TextDictionary &dates() const { return m_dates; }
 
-    /// For each figure the power of ten that makes all its numbers whole. Empty unless all sums of
-    /// each of them are exact in whatever order: no number is below zero, and as whole numbers they
-    /// come to less than 1E15 together.
+    /// For each figure the power of ten that makes all its numbers whole. Empty unless all their
+    /// sums are exact in any order: no number is negative, and as whole numbers they sum up to less
+    /// than 1E15.
     std::vector<double> exactScales(std::span<const Figure> figures) const;
 
     using Visitor = std::function<void(const RecordBatch &)>;
     /// Visits the records whose leaf and date both have a group, by their codes; -1 is none. The
-    /// group of a record is the sum of both. With `exactScales` the numbers come times the scale of
-    /// their figure.
+    /// group of a record is the sum of both. With `exactScales` the numbers are multiplied by the
+    /// scale of their figure.
     void visit(const std::vector<int> &groupOfLeaf, const std::vector<int> &groupOfDate,
                std::span<const Figure> figures, std::span<const double> exactScales,
                const Visitor &visitor) const;
@@ -116,8 +120,8 @@ private:
     class Reader;
     double exactScale(std::size_t figure) const;
 
-    /// What a block of numbers doesn't take.
-    struct OddValue {
+    /// One that a packed column can't store.
+    struct ExceptionalValue {
         std::uint32_t place = 0;
         Figure figure = Figure::Clicks;
         FigureValue value;
@@ -127,8 +131,8 @@ private:
         PackedColumn leaves;
         PackedColumn dates;
         std::array<PackedColumn, figureColumns.size()> figures;
-        std::vector<OddValue> oddValues; // by place and figure
-        const FigureValue *oddValue(std::uint32_t place, Figure figure) const;
+        std::vector<ExceptionalValue> exceptionalValues; // by place and figure
+        const FigureValue *exceptionalValue(std::uint32_t place, Figure figure) const;
         std::size_t bytes() const;
     };
 

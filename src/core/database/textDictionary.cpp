@@ -6,8 +6,7 @@ namespace veltrona {
 
 namespace {
 
-/// What a node of a hash table takes beside its value: link, hash and bucket, and the allocator's
-/// own share.
+/// Of a hash table's node beside its value: link, hash, bucket and the allocator's overhead.
 constexpr std::size_t nodeBytes = 40;
 
 } // namespace
@@ -32,7 +31,7 @@ LeafDictionary::Code LeafDictionary::add(const Names &names) {
     std::size_t hash = 0;
     for (const std::string_view name : names)
         hash = (hash ^ std::hash<std::string_view>()(name)) * 0x9E3779B97F4A7C15;
-    hash ^= hash >> 32; // the slots go by the lowest bits
+    hash ^= hash >> 32; // the lowest bits choose the slot
     if (2 * m_leaves.size() >= m_slots.size())
         grow();
     Code &slot = m_slots[slotOf(hash, names)];
@@ -57,8 +56,8 @@ std::size_t LeafDictionary::slotOf(std::size_t hash, const Names &names) const {
 }
 
 void LeafDictionary::grow() {
-    constexpr std::size_t fewest = 64; // a power of two, as all that follow
-    m_slots.assign(std::max(fewest, 2 * m_slots.size()), TextDictionary::none);
+    constexpr std::size_t minSlots = 64; // always a power of two
+    m_slots.assign(std::max(minSlots, 2 * m_slots.size()), TextDictionary::none);
     const std::size_t mask = m_slots.size() - 1;
     for (std::size_t leaf = 0; leaf < m_leaves.size(); ++leaf) {
         std::size_t slot = m_hashes[leaf] & mask;

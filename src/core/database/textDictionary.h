@@ -1,9 +1,11 @@
-// Distinct texts and combinations of texts, each held once and known by a code from 0 up, in the
-// order in which they first came.
+// Distinct texts and combinations of texts, each stored once and numbered from 0 in the order in
+// which they were added.
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,7 +19,7 @@ public:
     using Code = std::uint32_t;
     static constexpr Code none = ~Code(0);
 
-    /// The code of a text, which is taken in if it is new.
+    /// The code of a text, which is added if it is new.
     Code add(std::string_view text);
     /// `none` for a text that was never added.
     Code find(std::string_view text) const;
@@ -33,11 +35,11 @@ private:
         }
     };
     std::unordered_map<std::string, Code, Hash, std::equal_to<>> m_codes;
-    std::vector<const std::string *> m_texts; // the keys of the map, which stay where they are
+    std::vector<const std::string *> m_texts; // the keys of the map, which never move
     std::size_t m_bytes = 0;
 };
 
-/// What tells where a record belongs in the account.
+/// The columns that place a record in the account.
 enum class NameColumn { Campaign, Adgroup, AdwordsTyp, KeyWord, KwType };
 inline constexpr std::array<const char *, 5> nameColumns = {"Campaign", "Adgroup", "AdwordsTyp",
                                                             "KeyWord", "kwType"};
@@ -68,8 +70,8 @@ private:
     TextDictionary m_names;
     std::vector<NameCodes> m_leaves;
     std::vector<std::size_t> m_hashes; // of the leaves
-    // An open hash table, since every record of a project looks itself up here: the standard one
-    // takes as long as the engine needs for the whole record.
+    // An open hash table, since every record of a project is looked up here: std::unordered_map
+    // takes as long as SQLite takes for the whole record.
     std::vector<Code> m_slots;
 };
 

@@ -1,7 +1,6 @@
 #include "core/import/columnCheck.h"
 
 #include "core/base/failure.h"
-#include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
 
@@ -21,7 +20,7 @@ void declare(ReportColumnNames &names, std::string_view name) {
     }
 }
 
-Failure refused(const xml::Document &document, int number, const QString &reason) {
+Failure refused(const xml::Document &document, ReportFault number, const QString &reason) {
     return {number,
             QStringLiteral("The report \"%1\" can't be imported: %2. Nothing has been stored.")
                 .arg(QDir::toNativeSeparators(document.path()), reason)};

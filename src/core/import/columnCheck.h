@@ -7,6 +7,9 @@
 
 namespace veltrona {
 
+/// The numbers of Failures about reports.
+enum ReportFault : int { tooManyRows = 6, unreadableReport = 13 };
+
 /// The progress bar of an import counts in 16 bits.
 inline constexpr int maxReportRows = 32767;
 

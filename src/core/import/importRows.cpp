@@ -1,9 +1,9 @@
 #include "core/import/importRows.h"
 
-#include "core/base/failureNumbers.h"
 #include "core/base/numberGrammar.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
+#include "core/database/projectFile.h"
 #include "core/import/progress.h"
 #include "core/import/rowReader.h"
 #include "core/import/rowValues.h"

@@ -12,7 +12,6 @@
 
 #include <jerror.h>
 #include <jpeglib.h>
-#include <unistd.h>
 
 namespace veltrona::ijl {
 
@@ -151,8 +150,7 @@ std::int32_t ijlWrite(JPEG_CORE_PROPERTIES *record, std::int32_t mode) {
     if (!record->JPGFile || record->JPGFile[0] == '\0')
         return IJL_INVALID_FILENAME;
     const bool isNamed = record->handle < 0;
-    const int handle = isNamed ? desktop::openForWriting(record->JPGFile) : dup(record->handle);
-    std::FILE *const file = handle < 0 ? nullptr : fdopen(handle, "wb");
+    std::FILE *const file = desktop::openForWriting(record->handle, record->JPGFile);
     if (!file) {
         const int error = errno;
         setMessage(*record, error);

@@ -2,7 +2,6 @@
 
 #include "core/base/blanks.h"
 #include "core/base/failure.h"
-#include "core/base/failureNumbers.h"
 #include "core/picture/modJPEG.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/dialogs/dialogs.h"
@@ -15,6 +14,8 @@
 namespace veltrona {
 
 namespace {
+
+constexpr int changedReport = 75; // the number of that failure
 
 void reportPictureFailure(int number, const QString &description, const QString &details) {
     dialogs().messageWithDetails(

@@ -1,7 +1,6 @@
 #include "ui/report/printing.h"
 
 #include "core/base/failure.h"
-#include "core/base/failureNumbers.h"
 #include "core/base/product.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/desktop/spooler.h"
@@ -109,6 +108,8 @@ void widenMargins(QPrinter &printer) {
                             qMax(own.right(), minMargin), qMax(own.bottom(), minMargin)},
                            QPageLayout::Millimeter);
 }
+
+constexpr int noSuchPage = 0; // the number of that failure
 
 bool drawPages(const ReportDocument &report, QPrinter &printer) {
     const ReportSheet sheet = report.paperSheet();

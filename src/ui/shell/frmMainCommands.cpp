@@ -114,8 +114,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
                              .arg(QDir::toNativeSeparators(modMain::DbFileName),
                                   QString::number(failure.number()), failure.text());
     // Setting it aside would take file and journal from under the program that writes.
-    constexpr int locked = 5;
-    const bool isLocked = (failure.number() & 0xff) == locked;
+    const bool isLocked = sqlite::isLocked(failure);
     const QString second = !isDefault ? QStringLiteral("&Use the default project")
                            : isLocked ? QStringLiteral("&Try again")
                                       : QStringLiteral("&Set it aside and make a new one");
@@ -131,7 +130,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
         return true;
     case 1:
         if (isDefault && !isLocked) {
-            filtered([] { setProjectAside(modMain::DbFileName); });
+            filtered([] { renameAside(modMain::DbFileName); });
         } else if (!isDefault) {
             rememberProject(QString());
             modMain::session() = ProjectSession::ofDefault(modMain::DataFolder);

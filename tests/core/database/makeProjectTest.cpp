@@ -93,7 +93,7 @@ private slots:
         for (const char *time : {"", " 2"}) {
             for (const char *part : {"", "-journal", "-wal"})
                 write(path("O'Neil.vlt") + part, QByteArray("old") + part);
-            setProjectAside(path("O'Neil.vlt"));
+            renameAside(path("O'Neil.vlt"));
             for (const char *part : {"", "-journal", "-wal"})
                 QCOMPARE(contents(aside + time + ".vlt" + part), QByteArray("old") + part);
         }
@@ -102,7 +102,7 @@ private slots:
         const QString longest = path(QString(235, 'n') + ".vlt");
         write(longest, "old");
         write(longest + "-wal", "log");
-        QVERIFY(failureOf([&] { setProjectAside(longest); }));
+        QVERIFY(failureOf([&] { renameAside(longest); }));
         QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
         services().now = Services().now;
     }

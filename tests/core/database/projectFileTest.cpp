@@ -119,6 +119,7 @@ private slots:
         row("a byte", noProject, "too short", bytes("x"));
         row("cut in the header", noProject, "too short", cut(60));
         row("cut in a page", damagedProject, "damaged", cut(20000));
+        row("older", olderProject, "older version", sql("PRAGMA user_version = 0"));
         row("no table", damagedProject, "missing", sql("DROP TABLE tblGoogleDays"));
         row("no column", damagedProject, "isn't the one",
             sql("ALTER TABLE tblGoogleDays RENAME COLUMN headline TO head"));

@@ -1,6 +1,7 @@
 #include "core/platform/sqlite/connection.h"
 #include "core/base/command.h"
 #include "core/platform/services.h"
+#include "core/platform/sqlite/recordScan.h"
 #include "support/failureOf.h"
 #include "support/fileSizeLimit.h"
 #include "support/testFolder.h"
@@ -24,8 +25,7 @@ constexpr int tooBig = 18;
 constexpr int tooMuchWork = 9;
 
 qint64 count(const Connection &connection) {
-    Statement statement = connection.prepare("SELECT count(*) FROM t");
-    return statement.step() ? statement.int64(0) : -1;
+    return connection.number("SELECT count(*) FROM t");
 }
 
 } // namespace
@@ -109,9 +109,25 @@ private slots:
         QVERIFY(failure && failure->text().endsWith("failed (File too large)."));
     }
 
-    void patienceWithLocks() {
-        const auto exhaust = [](LockPatience &patience) {
-            for (int attempt = 0; patience.wait(attempt);)
+    /// A wrong column isn't a lock of another program, also not inside another scan.
+    void scanInsideAScan() {
+        Connection connection;
+        connection.open(makeDatabase());
+        connection.execute("INSERT INTO t (n) VALUES (1), (2)");
+        int visits = 0;
+        std::optional<Failure> failure;
+        const bool isWhole = scanRecords(connection, "n", "FROM t", {}, [&](const auto &) {
+            const auto scan = [&] { scanRecords(connection, "m", "FROM t", {}, {}); };
+            failure = failureOf(scan);
+            return ++visits < 1;
+        });
+        QVERIFY(failure && failure->text().contains("no such column"));
+        QVERIFY(!isWhole && visits == 1);
+    }
+
+    void locksAreWaitedFor() {
+        const auto exhaust = [](BusyTimeout &timeout) {
+            for (int attempt = 0; timeout.wait(attempt);)
                 ++attempt;
         };
         int &lockWait = services().lockWait;
@@ -121,24 +137,24 @@ private slots:
             lockWaitOfCommand = all;
         });
         constexpr int never = 1'000'000;
-        LockPatience patience;
+        BusyTimeout timeout;
         {
             const CommandScope command;
             lockWait = 1;
-            exhaust(patience);
+            exhaust(timeout);
             lockWait = never;
-            QVERIFY(!patience.wait(0)); // given up for this command
-            patience.renew();
-            QVERIFY(patience.wait(0));
+            QVERIFY(!timeout.wait(0)); // given up for this command
+            timeout.reset();
+            QVERIFY(timeout.wait(0));
             lockWaitOfCommand = 5;
-            exhaust(patience);
+            exhaust(timeout);
             const CommandScope inner;
-            patience.renew();
-            LockPatience other;
-            QVERIFY(!patience.wait(0) && !other.wait(0)); // for all connections
+            timeout.reset();
+            BusyTimeout other;
+            QVERIFY(!timeout.wait(0) && !other.wait(0)); // for all connections
         }
         const CommandScope next;
-        QVERIFY(patience.wait(0));
+        QVERIFY(timeout.wait(0));
     }
 
     void readsOneStateWhileAnotherCommits() {

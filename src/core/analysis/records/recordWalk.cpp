@@ -1,9 +1,9 @@
 #include "core/analysis/records/recordWalk.h"
 
 #include "core/analysis/records/nodeRecords.h"
-#include "core/base/failureNumbers.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
+#include "core/database/projectFile.h"
 #include "core/platform/sqlite/recordScan.h"
 
 #include <algorithm>
@@ -92,7 +92,7 @@ class ScannedBatch {
 public:
     ScannedBatch(std::size_t figures, const BatchVisitor &visitor)
         : m_values(figures), m_visitor(visitor) {
-        m_batch.m_oddValue = [this](std::size_t figure, std::size_t record) {
+        m_batch.m_exceptionalValue = [this](std::size_t figure, std::size_t record) {
             const auto found = m_exceptional.find({record, figure});
             return found == m_exceptional.end() ? FigureValue(m_values[figure][record])
                                                 : found->second;
@@ -119,7 +119,7 @@ public:
         if (m_count == 0)
             return;
         m_batch.m_groups = {m_groups.data(), m_count};
-        m_batch.m_hasOddValues = !m_exceptional.empty();
+        m_batch.m_hasExceptionalValues = !m_exceptional.empty();
         for (std::size_t i = 0; i < m_values.size(); ++i)
             m_batch.m_numbers[i] = {m_values[i].data(), false};
         m_visitor(m_batch, {});
@@ -154,6 +154,7 @@ static void scan(const sqlite::Connection &connection, const RecordQuery &query,
                             const int group = query.groupOf(texts);
                             if (group >= 0)
                                 batch.add(group, record.subspan(texts.size()));
+                            return true;
                         });
     batch.end();
 }

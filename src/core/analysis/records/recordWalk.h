@@ -21,7 +21,7 @@ namespace veltrona {
 /// A number in memory that has no other type.
 struct PlainNumber {
     double value = 0;
-    bool isShort = false; // at most 15 significant digits
+    bool fitsFifteenDigits = false; // at most 15 significant digits
 };
 
 /// The number of the figure's text.
@@ -38,7 +38,7 @@ inline double numberOf(const FigureValue &value) {
     }
 }
 inline double numberOf(const PlainNumber &number) {
-    return number.isShort ? number.value : toFifteenDigits(number.value);
+    return number.fitsFifteenDigits ? number.value : toFifteenDigits(number.value);
 }
 
 inline double percentNumberOf(const FigureValue &value) {
@@ -120,7 +120,7 @@ void forEachRecord(const RecordBatch &batch, Visitor visitor) {
         std::size_t record;
         PlainNumber operator[](std::size_t figure) const {
             const RecordBatch::Numbers &numbers = batch.numbers(figure);
-            return {numbers.values[record], numbers.areShort};
+            return {numbers.values[record], numbers.fitFifteenDigits};
         }
     };
     struct ExceptionalRecord {
@@ -129,7 +129,7 @@ void forEachRecord(const RecordBatch &batch, Visitor visitor) {
         FigureValue operator[](std::size_t figure) const { return batch.value(figure, record); }
     };
     for (std::size_t i = 0; i < batch.size(); ++i) {
-        if (batch.hasOddValues())
+        if (batch.hasExceptionalValues())
             visitor(batch.group(i), ExceptionalRecord{batch, i});
         else
             visitor(batch.group(i), PlainRecord{batch, i});

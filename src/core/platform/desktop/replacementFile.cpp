@@ -60,6 +60,21 @@ struct CloseFile {
     void operator()(std::FILE *file) const { std::fclose(file); }
 };
 
+/// The handle; -1 with errno on failure.
+int openEmptied(const char *name) {
+    const int handle = open(name, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
+    struct stat status {};
+    if (handle < 0 || fstat(handle, &status) != 0)
+        return handle;
+    if (S_ISFIFO(status.st_mode)) {
+        close(handle);
+        errno = ENXIO; // as for a pipe that nobody reads, and a socket
+        return -1;
+    }
+    fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+    return handle;
+}
+
 } // namespace
 
 FileLock::FileLock(const QString &path, int openFlags, unsigned mode)
@@ -91,18 +106,9 @@ bool FileLock::isLinked() const {
     return isOpen() && fstat(m_handle, &status) == 0 && status.st_nlink > 0;
 }
 
-int openForWriting(const char *name) {
-    const int handle = open(name, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
-    struct stat status {};
-    if (handle < 0 || fstat(handle, &status) != 0)
-        return handle;
-    if (S_ISFIFO(status.st_mode)) {
-        close(handle);
-        errno = ENXIO; // as for a pipe that nobody reads, and a socket
-        return -1;
-    }
-    fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
-    return handle;
+std::FILE *openForWriting(int handle, const char *name) {
+    const int own = handle >= 0 ? dup(handle) : openEmptied(name);
+    return own < 0 ? nullptr : fdopen(own, "wb");
 }
 
 QString unfinishedName(const QString &target) {
@@ -139,9 +145,8 @@ ReplacementFile::~ReplacementFile() {
 void ReplacementFile::write(std::string_view content) {
     if (m_error != 0)
         fail(m_error);
-    const int handle =
-        replaces() ? dup(m_lock.handle()) : openForWriting(QFile::encodeName(m_path).constData());
-    std::unique_ptr<std::FILE, CloseFile> file(handle < 0 ? nullptr : fdopen(handle, "wb"));
+    std::unique_ptr<std::FILE, CloseFile> file(
+        openForWriting(m_lock.handle(), QFile::encodeName(m_path).constData()));
     if (!file)
         fail(errno);
     if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size() ||

@@ -9,6 +9,7 @@
 
 #include <QString>
 
+#include <cstdio>
 #include <string_view>
 
 namespace veltrona::desktop {
@@ -37,9 +38,9 @@ private:
     int m_error = 0;
 };
 
-/// Opens a file or device for writing, emptied, and returns the handle; -1 with errno on failure.
-/// Doesn't wait for a pipe or socket: it fails with ENXIO.
-int openForWriting(const char *name);
+/// Opens a duplicate of `handle`, or if that is negative the file or device `name`, emptied. Null
+/// with errno on failure. Doesn't wait for a pipe or socket: it fails with ENXIO.
+std::FILE *openForWriting(int handle, const char *name);
 
 /// A name for an unfinished file in the folder of `target`; short, since the target's own name may
 /// be as long as the file system allows.

@@ -2,12 +2,12 @@
 
 #include "core/platform/desktop/ordinaryFile.h"
 #include "core/platform/sqlite/fileAccess.h"
+#include "core/platform/sqlite/recordScan.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstring>
 #include <sqlite3.h>
 
 namespace veltrona::sqlite {
@@ -48,7 +48,7 @@ QString reasonOf(sqlite3 *handle, int code) {
         // SQLite looks for a journal that it couldn't create: ENOENT hides the reason.
         if (systemError != 0 && systemError != ENOENT &&
             (kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN))
-            text += QStringLiteral(" (%1)").arg(QString::fromLocal8Bit(std::strerror(systemError)));
+            text += QStringLiteral(" (%1)").arg(qt_error_string(systemError));
         return text;
     }
     return QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
@@ -71,7 +71,7 @@ Failure refusal(int code, const QString &path, const char *reason) {
 void refuseUnlessOrdinaryFile(const QString &path) {
     if (path.isEmpty() || !QFileInfo::exists(path))
         throw refusal(SQLITE_CANTOPEN, path, "there is no such file");
-    switch (desktop::ordinaryFileError(path, longestPath())) {
+    switch (desktop::ordinaryFileError(path, maxPathBytes())) {
     case ENAMETOOLONG:
         throw refusal(SQLITE_CANTOPEN, path, "its path is longer than the engine takes");
     case EISDIR:
@@ -81,7 +81,7 @@ void refuseUnlessOrdinaryFile(const QString &path) {
     }
 }
 
-/// What a project file brings along must neither run nor reach outside the file.
+/// Nothing that a file declares may run or reach outside the file.
 void distrustSchema(sqlite3 *handle) {
     for (const int off :
          {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
@@ -90,18 +90,11 @@ void distrustSchema(sqlite3 *handle) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
 }
 
-/// No text of a record is longer than the parser's longest attribute; a record has room for
-/// fifteen.
+/// The longest text is the parser's longest attribute; a record has fifteen columns of text.
 void limitLengths(sqlite3 *handle) {
-    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 16 * longestText);
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 16 * maxTextBytes);
     sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1'000'000);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 1); // which a clean needs
-}
-
-/// A full disk and the like may have ended the transaction already.
-void rollBack(sqlite3 *handle) {
-    if (!sqlite3_get_autocommit(handle))
-        sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 bool isBlank(std::string_view sql) {
@@ -110,9 +103,9 @@ bool isBlank(std::string_view sql) {
 
 } // namespace
 
-int longestPath() {
-    constexpr int journalEnd = 8; // "-journal"
-    return sqlite3_vfs_find(nullptr)->mxPathname - journalEnd;
+int maxPathBytes() {
+    constexpr std::string_view journalEnding = "-journal";
+    return sqlite3_vfs_find(nullptr)->mxPathname - int(journalEnding.size());
 }
 
 Connection::Connection() = default;
@@ -124,7 +117,7 @@ Connection::~Connection() {
 void Connection::open(const QString &path) {
     close();
     refuseUnlessOrdinaryFile(path);
-    // Absolute, so that no name of a file is taken for one of SQLite's own ("file:x?mode=ro").
+    // Absolute, so that a name isn't taken for a URI ("file:x?mode=ro").
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
     auto files = std::make_unique<FileAccess>();
     sqlite3 *handle = nullptr;
@@ -136,13 +129,14 @@ void Connection::open(const QString &path) {
         sqlite3_close_v2(handle);
         throw failure;
     }
-    // SQLite falls back to reading only without a word.
+    // SQLite falls back to read-only silently.
     if (sqlite3_db_readonly(handle, "main") != 0) {
         sqlite3_close_v2(handle);
         throw failureOf(nullptr, SQLITE_READONLY, path);
     }
     distrustSchema(handle);
     limitLengths(handle);
+    registerRecordScan(handle);
     m_handle = handle;
     m_files = std::move(files);
     m_path = path;
@@ -157,16 +151,24 @@ void Connection::close() noexcept {
     m_path.clear();
 }
 
-Statement Connection::prepareFirst(std::string_view &sql) const {
+int Connection::compileFirst(std::string_view &sql, Statement &statement) const {
     beginWork();
     sqlite3_stmt *handle = nullptr;
     const char *rest = nullptr;
     const int code =
         sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
+    if (code == SQLITE_OK)
+        sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
+    statement = Statement(this, handle);
+    return code;
+}
+
+Statement Connection::prepareFirst(std::string_view &sql) const {
+    Statement statement;
+    const int code = compileFirst(sql, statement);
     if (code != SQLITE_OK)
         fail(code);
-    sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
-    return Statement(this, handle);
+    return statement;
 }
 
 void Connection::execute(std::string_view sql) {
@@ -186,18 +188,25 @@ Statement Connection::prepare(std::string_view sql) const {
     return statement;
 }
 
+bool Connection::compiles(std::string_view sql) const {
+    Statement statement;
+    const int code = compileFirst(sql, statement);
+    if (code != SQLITE_OK && code != SQLITE_ERROR)
+        fail(code);
+    return code == SQLITE_OK;
+}
+
+qint64 Connection::number(std::string_view sql) const {
+    Statement statement = prepare(sql);
+    return statement.step() ? statement.int64(0) : 0;
+}
+
 qint64 Connection::changes() const {
     return sqlite3_changes64(m_handle);
 }
 
 qint64 Connection::totalChanges() const {
     return sqlite3_total_changes64(m_handle);
-}
-
-qint64 Connection::dataVersion() const {
-    Statement statement = prepare("PRAGMA data_version");
-    statement.step();
-    return statement.int64(0);
 }
 
 bool Connection::hasMoved() const {
@@ -217,41 +226,37 @@ void Connection::fail(int code) const {
 }
 
 int Connection::waitForLock(void *self, int attempt) {
-    return static_cast<Connection *>(self)->m_patience.wait(attempt);
+    return static_cast<Connection *>(self)->m_busyTimeout.wait(attempt);
 }
 
-/// A foreign file may make the engine walk the same pages over and over. What a program of ours
-/// asks for takes some hundred steps for a record, and a record some hundred bytes.
+/// A crafted file can make SQLite walk the same pages over and over. Our statements take some
+/// hundred steps for a record, and a record takes some hundred bytes.
 int Connection::countWork(void *self) {
     const auto &connection = *static_cast<Connection *>(self);
     connection.m_work += workStep;
     return connection.m_work > 5'000'000 + 4 * connection.m_files->databaseSize();
 }
 
-Transaction::Transaction(Connection &connection) : m_connection(connection) {
-    m_connection.execute("BEGIN IMMEDIATE");
+Transaction::Transaction(Connection &connection, std::string_view begin)
+    : m_connection(connection) {
+    m_connection.execute(begin);
 }
 
 Transaction::~Transaction() {
-    if (m_open)
-        rollBack(m_connection.handle());
+    // A failure such as a full disk may have ended it already.
+    if (m_open && !sqlite3_get_autocommit(m_connection.handle()))
+        sqlite3_exec(m_connection.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 void Transaction::commit() {
     m_connection.execute("COMMIT");
-    m_connection.renewPatience();
+    m_connection.resetBusyTimeout();
     m_open = false;
 }
 
-ReadTransaction::ReadTransaction(Connection &connection)
-    : m_connection(connection), m_begun(sqlite3_get_autocommit(connection.handle()) != 0) {
-    if (m_begun)
-        m_connection.execute("BEGIN");
-}
-
-ReadTransaction::~ReadTransaction() {
-    if (m_begun)
-        rollBack(m_connection.handle());
+ReadTransaction::ReadTransaction(Connection &connection) {
+    if (sqlite3_get_autocommit(connection.handle()))
+        m_transaction.emplace(connection, "BEGIN");
 }
 
 } // namespace veltrona::sqlite

@@ -1,15 +1,18 @@
 // SQLite behind a small RAII layer: a connection to one database file and prepared statements with
 // bound values. Every failure is thrown as Failure, with SQLite's extended result code and a text
-// that names the file. A connection must outlive its statements. Locks of other programs are waited
-// for as lockPatience.h says. A file may be anybody's: nothing in its schema runs, no other file is
-// touched, and texts and work have their bounds.
+// that names the file. A connection must outlive its statements. BusyTimeout says how long it waits
+// for other programs. A file isn't trusted: nothing in its schema runs, no other file is touched,
+// and texts and work are bounded.
 #pragma once
 
 #include "core/base/failure.h"
-#include "core/platform/sqlite/lockPatience.h"
+#include "core/platform/sqlite/busyTimeout.h"
+#include "core/platform/sqlite/result.h"
 
 #include <QString>
 
+#include <memory>
+#include <optional>
 #include <string_view>
 
 struct sqlite3;
@@ -17,11 +20,11 @@ struct sqlite3_stmt;
 
 namespace veltrona::sqlite {
 
-/// In bytes; a longer one that is read is a failure.
-inline constexpr int longestText = 10'000'000;
+/// Reading a longer text is a failure.
+inline constexpr int maxTextBytes = 10'000'000;
 
-/// In bytes, of the path of a database: the engine has to add its journal's name.
-int longestPath();
+/// Of a database's path: SQLite has to append the ending of its journal's name.
+int maxPathBytes();
 
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
@@ -45,7 +48,9 @@ public:
     void bind(int parameter, const QString &text);
 
     /// True while there is a row; throws on failure.
-    bool step();
+    bool step() { return run(Result::Ok) == Result::Row; }
+    /// Row or Done, or `expected`: the failure that the caller handles itself. Throws on others.
+    Result run(Result expected);
     /// Makes the statement ready to run again; bindings stay.
     void reset();
 
@@ -55,6 +60,9 @@ public:
     /// Valid until the next step, reset or conversion of this column.
     std::string_view utf8(int column) const;
     QString text(int column) const;
+
+    /// For the sources of this folder alone.
+    sqlite3_stmt *handle() const { return m_statement; }
 
 private:
     friend class Connection;
@@ -70,47 +78,51 @@ class Connection {
 public:
     Connection();
     ~Connection();
-    Connection(const Connection &) = delete;
-    Connection &operator=(const Connection &) = delete;
+    Q_DISABLE_COPY_MOVE(Connection)
 
     /// Opens an existing file for reading and writing; a missing file, or one that can't be
-    /// written, is a failure, and no file is ever made by opening. Looks at nothing inside.
+    /// written, is a failure. Never creates a file and reads nothing of its content.
     void open(const QString &path);
     /// An open transaction is rolled back.
     void close() noexcept;
     bool isOpen() const { return m_handle != nullptr; }
     const QString &path() const { return m_path; }
 
-    /// Runs statements that give no rows; results are dropped.
+    /// Runs all statements of a text; their rows are dropped.
     void execute(std::string_view sql);
-    /// Exactly one statement; anything behind it is a failure.
+    /// Exactly one statement; anything after it is a failure.
     Statement prepare(std::string_view sql) const;
+    /// Whether a statement compiles against the schema of this file; throws on other failures.
+    bool compiles(std::string_view sql) const;
+    /// The first value of the statement's first row; 0 if there is no row.
+    qint64 number(std::string_view sql) const;
     /// Records changed by the last insert, update or delete.
     qint64 changes() const;
     /// Records changed since the file was opened, those of rolled back transactions too.
     qint64 totalChanges() const;
-    /// Another number as soon as another connection has committed a change to the file.
-    qint64 dataVersion() const;
+    /// Changes whenever another connection commits a change to the file.
+    qint64 dataVersion() const { return number("PRAGMA data_version"); }
 
-    /// True if the file that was opened is no longer what stands at its path: deleted, renamed or
-    /// replaced by another program. Writing then fails by itself; reading goes on.
+    /// True if another program has deleted, renamed or replaced the file since it was opened.
+    /// SQLite then refuses to write; reading still works.
     bool hasMoved() const;
 
     /// For the sources of this folder alone.
     sqlite3 *handle() const { return m_handle; }
-    /// The Failure for the connection's last error, whose result code is `code`.
+    /// Of the connection's last error, whose result code is `code`.
     Failure failure(int code) const;
     [[noreturn]] void fail(int code) const;
-    /// From here on the work of one more statement is counted.
+    /// Counts the work of the next statement from zero.
     void beginWork() const { m_work = 0; }
     /// After a commit.
-    void renewPatience() { m_patience.renew(); }
+    void resetBusyTimeout() { m_busyTimeout.reset(); }
 
 private:
     static constexpr int workStep = 1'000'000;
 
     /// Cuts the first statement off `sql`; an empty one where it held a comment alone.
     Statement prepareFirst(std::string_view &sql) const;
+    int compileFirst(std::string_view &sql, Statement &statement) const;
 
     static int waitForLock(void *self, int attempt);
     static int countWork(void *self);
@@ -118,37 +130,31 @@ private:
     std::unique_ptr<FileAccess> m_files; // outlives the handle
     sqlite3 *m_handle = nullptr;
     QString m_path;
-    LockPatience m_patience;
-    mutable qint64 m_work = 0; // steps of the engine
+    BusyTimeout m_busyTimeout;
+    mutable qint64 m_work = 0; // virtual machine steps
 };
 
-/// A write transaction, begun at once (BEGIN IMMEDIATE); rolled back unless committed.
+/// Rolled back unless committed. By default a write transaction that locks the file at once.
 class Transaction {
 public:
-    explicit Transaction(Connection &connection);
+    explicit Transaction(Connection &connection, std::string_view begin = "BEGIN IMMEDIATE");
     ~Transaction();
     void commit();
-    Transaction(const Transaction &) = delete;
-    Transaction &operator=(const Transaction &) = delete;
+    Q_DISABLE_COPY_MOVE(Transaction)
 
 private:
     Connection &m_connection;
     bool m_open = true;
 };
 
-/// While one lives, all statements read one and the same state of the file: other programs wait
-/// with their commits. The file is waited for at the first statement alone. Inside a transaction
-/// that is open already it does nothing.
+/// While one lives, all statements read the same state of the file: other programs wait with their
+/// commits. Only the first statement waits for a lock. Inside an open transaction it does nothing.
 class ReadTransaction {
 public:
     explicit ReadTransaction(Connection &connection);
-    ~ReadTransaction();
-    ReadTransaction(const ReadTransaction &) = delete;
-    ReadTransaction &operator=(const ReadTransaction &) = delete;
 
 private:
-    Connection &m_connection;
-    bool m_begun;
+    std::optional<Transaction> m_transaction;
 };
 
 } // namespace veltrona::sqlite

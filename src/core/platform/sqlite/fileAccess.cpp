@@ -2,6 +2,7 @@
 
 #include "core/platform/sqlite/journalState.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -13,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto notPlain =
+constexpr auto notRegular =
     "the journal beside it isn't an ordinary file; move away what stands there under its name with "
     "\"-journal\", \"-wal\" or \"-shm\" behind it";
 constexpr auto severalFiles =
@@ -25,8 +26,8 @@ constexpr auto otherState =
     "the file is the one that you want, move the journal (the same name with \"-journal\" behind "
     "it) to another folder and open the file again";
 
-/// Links count as what they are: the engine would write through them.
-bool isMissingOrPlain(const std::string &name) {
+/// Links count as what they are, since SQLite would write through them.
+bool isMissingOrRegular(const std::string &name) {
     std::error_code error;
     const fs::path path(std::u8string(name.begin(), name.end()));
     const fs::file_type type = fs::symlink_status(path, error).type();
@@ -35,37 +36,19 @@ bool isMissingOrPlain(const std::string &name) {
 
 } // namespace
 
-/// Calls the system's method of the same name with the system's own object.
-template<typename Result, typename... Arguments,
-         Result (*sqlite3_vfs::*Method)(sqlite3_vfs *, Arguments...)>
-struct FileAccess::Forward<Method> {
-    static Result call(sqlite3_vfs *vfs, Arguments... arguments) {
-        sqlite3_vfs *system = of(vfs).m_system;
-        return (system->*Method)(system, arguments...);
-    }
-};
-
-FileAccess::FileAccess() : m_system(sqlite3_vfs_find(nullptr)) {
-    m_name = "veltrona-" + std::to_string(reinterpret_cast<std::uintptr_t>(this));
-    m_vfs.iVersion = 2;
-    m_vfs.szOsFile = m_system->szOsFile;
-    m_vfs.mxPathname = m_system->mxPathname;
-    m_vfs.zName = m_name.c_str();
-    m_vfs.pAppData = this;
-    m_vfs.xOpen = open;
-    m_vfs.xDelete = remove;
-    m_vfs.xAccess = access;
-    m_vfs.xFullPathname = Forward<&sqlite3_vfs::xFullPathname>::call;
-    m_vfs.xRandomness = Forward<&sqlite3_vfs::xRandomness>::call;
-    m_vfs.xSleep = Forward<&sqlite3_vfs::xSleep>::call;
-    m_vfs.xCurrentTime = Forward<&sqlite3_vfs::xCurrentTime>::call;
-    m_vfs.xGetLastError = Forward<&sqlite3_vfs::xGetLastError>::call;
-    m_vfs.xCurrentTimeInt64 = Forward<&sqlite3_vfs::xCurrentTimeInt64>::call;
-    sqlite3_vfs_register(&m_vfs, 0);
+FileAccess::FileAccess()
+    : sqlite3_vfs(*sqlite3_vfs_find(nullptr)), m_system(sqlite3_vfs_find(nullptr)),
+      m_name("veltrona-" + std::to_string(reinterpret_cast<std::uintptr_t>(this))) {
+    pNext = nullptr;
+    zName = m_name.c_str();
+    xOpen = open;
+    xDelete = remove;
+    xAccess = access;
+    sqlite3_vfs_register(this, 0);
 }
 
 FileAccess::~FileAccess() {
-    sqlite3_vfs_unregister(&m_vfs);
+    sqlite3_vfs_unregister(this);
 }
 
 sqlite3_int64 FileAccess::databaseSize() const {
@@ -95,15 +78,16 @@ int FileAccess::open(sqlite3_vfs *vfs, sqlite3_filename name, sqlite3_file *file
 }
 
 int FileAccess::openSideFile(sqlite3_filename name, sqlite3_file *file, int flags, int *outFlags) {
-    // The engine opens the third of them by itself, together with the second.
+    // SQLite opens the -shm file by itself, together with the -wal.
     const bool isLog = flags & SQLITE_OPEN_WAL;
-    if (!isMissingOrPlain(name) || (isLog && !isMissingOrPlain(m_path + "-shm")))
-        return refuse(SQLITE_CANTOPEN, notPlain);
+    if (!isMissingOrRegular(name) || (isLog && !isMissingOrRegular(m_path + "-shm")))
+        return refuse(SQLITE_CANTOPEN, notRegular);
     const int code = m_system->xOpen(m_system, name, file, flags, outFlags);
-    // A journal that is opened for writing and not made is about to be played back, and the engine
-    // holds the exclusive lock by now.
-    const bool plays = !isLog && (flags & SQLITE_OPEN_READWRITE) && !(flags & SQLITE_OPEN_CREATE);
-    if (code != SQLITE_OK || !plays || belongsTogether(*file, *m_database))
+    // A journal that is opened for writing and not created is about to be played back; SQLite holds
+    // the exclusive lock by now.
+    const bool isPlayback =
+        !isLog && (flags & SQLITE_OPEN_READWRITE) && !(flags & SQLITE_OPEN_CREATE);
+    if (code != SQLITE_OK || !isPlayback || belongsTogether(*file, *m_database))
         return code;
     file->pMethods->xClose(file);
     file->pMethods = nullptr;
@@ -117,7 +101,7 @@ int FileAccess::remove(sqlite3_vfs *vfs, const char *name, int syncsFolder) {
     return self.m_system->xDelete(self.m_system, name, syncsFolder);
 }
 
-/// An answer for a file that a journal names would decide what becomes of that journal.
+/// Whether a file that a journal names exists would decide what becomes of that journal.
 int FileAccess::access(sqlite3_vfs *vfs, const char *name, int flags, int *result) {
     FileAccess &self = of(vfs);
     if (!self.isOwn(name))

@@ -1,18 +1,22 @@
-// Visits the records of a query inside the engine, by way of an aggregate function of ours: several
-// times as fast as stepping through the rows, since no row is built and handed out.
+// Visits the records of a query inside SQLite, in an aggregate function: several times as fast as
+// stepping through the rows, since SQLite builds no result rows.
 #pragma once
 
 #include "core/platform/sqlite/connection.h"
 
+#include <QString>
+
 #include <functional>
 #include <span>
+#include <string_view>
 #include <vector>
 
+struct sqlite3;
 struct sqlite3_value;
 
 namespace veltrona::sqlite {
 
-/// One value of a record during the visit. Only the engine makes them.
+/// One value of a record during the visit. Only SQLite makes them.
 class RecordValue {
 public:
     ValueType type() const;
@@ -25,11 +29,16 @@ private:
     sqlite3_value *m_value;
 };
 
-using RecordVisitor = std::function<void(std::span<const RecordValue>)>;
+/// False ends the scan, as an exception does, which scanRecords throws on.
+using RecordVisitor = std::function<bool(std::span<const RecordValue>)>;
 
 /// Visits each record of "SELECT `columns` `rest`" in no fixed order. `rest` begins with FROM and
-/// holds a ? for each text of `bindings`. An exception of the visitor ends the scan and comes out.
-void scanRecords(const Connection &connection, std::string_view columns, std::string_view rest,
+/// has a ? for each text of `bindings`. False if the visitor ended the scan; throws Failure.
+bool scanRecords(const Connection &connection, std::string_view columns, std::string_view rest,
                  const std::vector<QString> &bindings, const RecordVisitor &visitor);
+
+/// Defines the function that scans run. Done as a connection opens, since it can't be while a
+/// statement runs.
+void registerRecordScan(sqlite3 *handle);
 
 } // namespace veltrona::sqlite

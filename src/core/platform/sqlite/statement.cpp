@@ -8,6 +8,15 @@
 
 namespace veltrona::sqlite {
 
+static_assert(int(Result::Error) == SQLITE_ERROR && int(Result::Abort) == SQLITE_ABORT &&
+              int(Result::Busy) == SQLITE_BUSY && int(Result::Corrupt) == SQLITE_CORRUPT &&
+              int(Result::Schema) == SQLITE_SCHEMA &&
+              int(Result::Constraint) == SQLITE_CONSTRAINT &&
+              int(Result::Mismatch) == SQLITE_MISMATCH &&
+              int(Result::NotADatabase) == SQLITE_NOTADB && int(Result::Row) == SQLITE_ROW &&
+              int(Result::Done) == SQLITE_DONE &&
+              int(Result::FileMoved) == SQLITE_READONLY_DBMOVED);
+
 Statement::Statement(Statement &&other) noexcept
     : m_connection(other.m_connection), m_statement(std::exchange(other.m_statement, nullptr)) {}
 
@@ -30,7 +39,7 @@ void Statement::bind(int parameter, double value) {
 }
 
 void Statement::bind(int parameter, std::string_view text) {
-    // A null pointer would bind NULL, which no column takes.
+    // A null pointer would bind NULL, which no column accepts.
     check(sqlite3_bind_text64(m_statement, parameter, text.empty() ? "" : text.data(), text.size(),
                               SQLITE_TRANSIENT, SQLITE_UTF8));
 }
@@ -40,19 +49,19 @@ void Statement::bind(int parameter, const QString &text) {
     bind(parameter, std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
 }
 
-bool Statement::step() {
+Result Statement::run(Result expected) {
     const int code = sqlite3_step(m_statement);
-    if (code == SQLITE_ROW)
-        return true;
-    if (code == SQLITE_DONE)
-        return false;
+    if (code == SQLITE_ROW || code == SQLITE_DONE)
+        return Result(code);
     const Failure failure = m_connection->failure(code);
     reset(); // so that the caller can bind and try again
-    throw failure;
+    if (primary(code) != expected)
+        throw failure;
+    return expected;
 }
 
 void Statement::reset() {
-    // The result repeats the failure of the last step, which has been thrown already.
+    // Its result repeats the failure of the last step.
     sqlite3_reset(m_statement);
     if (m_connection)
         m_connection->beginWork();
@@ -75,7 +84,7 @@ std::string_view Statement::utf8(int column) const {
     if (!text)
         return {};
     const int size = sqlite3_column_bytes(m_statement, column);
-    if (size > longestText)
+    if (size > maxTextBytes)
         m_connection->fail(SQLITE_TOOBIG);
     return {text, static_cast<std::size_t>(size)};
 }

@@ -1,4 +1,4 @@
-#include "core/platform/sqlite/lockPatience.h"
+#include "core/platform/sqlite/busyTimeout.h"
 
 #include "core/base/command.h"
 #include "core/platform/services.h"
@@ -12,7 +12,7 @@ namespace veltrona::sqlite {
 
 namespace {
 
-/// Of all connections of a command together.
+/// Of all connections together.
 struct CommandWaits {
     long command = 0;
     qint64 milliseconds = 0;
@@ -21,8 +21,8 @@ thread_local CommandWaits waits;
 
 } // namespace
 
-/// SQLite's own handler sleeps ever longer and then loses each race against a busy writer.
-bool LockPatience::wait(int attempt) {
+/// SQLite's own handler sleeps longer each time and then loses every race against a busy writer.
+bool BusyTimeout::wait(int attempt) {
     const long command = CommandScope::running();
     if (command == 0 || waits.command != command)
         waits = {command, attempt == 0 ? 0 : waits.milliseconds};

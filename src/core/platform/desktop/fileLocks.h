@@ -1,0 +1,16 @@
+// Locks that keep the program's own processes apart.
+#pragma once
+
+#include "core/platform/desktop/replacementFile.h"
+
+#include <QString>
+
+namespace veltrona::desktop {
+
+/// Waits three seconds at most for the process that has locked the folder; the lock isn't held
+/// then.
+FileLock lockFolder(const QString &folder);
+/// Doesn't wait.
+FileLock lockFile(const QString &path);
+
+} // namespace veltrona::desktop
