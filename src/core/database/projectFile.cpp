@@ -10,6 +10,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
+#include <QStringList>
 
 #include <algorithm>
 #include <cerrno>
@@ -54,44 +56,6 @@ QByteArray readTemplate(const QString &path) {
     return bytes;
 }
 
-/// A file of SQLite's beside the older file, such as the journal of a crashed program: it would be
-/// played back into the new file. Restored by the destructor, unless removed before.
-class SideFile {
-public:
-    SideFile(const QString &target, const char *suffix)
-        : m_file(nativePath(target + QLatin1String(suffix))),
-          m_aside(nativePath(desktop::unfinishedName(target))),
-          m_lock(desktop::lockFile(target + QLatin1String(suffix))) {
-        std::error_code error;
-        m_moved = fs::exists(m_file, error);
-        if (m_moved)
-            fs::rename(m_file, m_aside, error);
-        m_moved = m_moved && !error;
-        // Also if the name is too long for a journal's.
-        if (error)
-            throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
-                                    QDir::toNativeSeparators(target));
-    }
-    ~SideFile() {
-        std::error_code error;
-        if (m_moved)
-            fs::rename(m_aside, m_file, error);
-    }
-    void remove() {
-        std::error_code error;
-        if (m_moved)
-            fs::remove(m_aside, error);
-        m_moved = false;
-    }
-    Q_DISABLE_COPY_MOVE(SideFile)
-
-private:
-    fs::path m_file;
-    fs::path m_aside;         // removed as a left-over if the program is killed now
-    desktop::FileLock m_lock; // and not before
-    bool m_moved = false;
-};
-
 /// An older project may be there. SQLite takes no longer path.
 void refuseUnlessFile(const QString &target) {
     const int error = desktop::ordinaryFileError(target, sqlite::maxPathBytes());
@@ -115,6 +79,75 @@ bool exists(const QString &path) {
     return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
 }
 
+const QString sideEndings[] = {QStringLiteral("-journal"), QStringLiteral("-wal")};
+
+/// Whether SQLite has left files beside a project. Throws if the name is too long for theirs.
+bool hasSideFiles(const QString &project) {
+    bool found = false;
+    for (const QString &ending : sideEndings) {
+        std::error_code error;
+        const fs::file_type type = fs::symlink_status(nativePath(project + ending), error).type();
+        if (type == fs::file_type::none)
+            throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
+                                    QDir::toNativeSeparators(project));
+        found = found || type != fs::file_type::not_found;
+    }
+    return found;
+}
+
+/// Renames a project, if there is one, and SQLite's files beside it. These get the new name before
+/// the project and lose the old one after it, so that a program that is killed meanwhile leaves no
+/// project without the journal that repairs it. After an error all have their old names.
+std::error_code moveProject(const QString &from, const QString &to) {
+    std::error_code error;
+    QStringList linked;
+    for (const QString &ending : sideEndings) {
+        const fs::path file = nativePath(from + ending);
+        std::error_code missing;
+        if (error || !fs::is_regular_file(fs::symlink_status(file, missing)))
+            continue;
+        fs::create_hard_link(file, nativePath(to + ending), error);
+        if (error) // such as a file system without links
+            fs::copy_file(file, nativePath(to + ending), error);
+        if (!error)
+            linked << ending;
+    }
+    if (!error && exists(from))
+        fs::rename(nativePath(from), nativePath(to), error);
+    const QString &obsolete = error ? to : from;
+    for (const QString &ending : sideEndings) {
+        std::error_code ignored;
+        if (linked.contains(ending))
+            fs::remove(nativePath(obsolete + ending), ignored);
+        else if (!error)
+            fs::rename(nativePath(from + ending), nativePath(to + ending), ignored);
+    }
+    return error;
+}
+
+/// The journal of the older file must not be played back into the new one.
+void replaceWithSideFiles(desktop::ReplacementFile &draft) {
+    const QString &older = draft.target();
+    const QString aside = nameAside(older);
+    std::error_code error;
+    const fs::file_status status = fs::status(nativePath(older), error);
+    if (fs::exists(status) && !QFileInfo(older).isWritable())
+        error = std::make_error_code(std::errc::permission_denied);
+    else
+        error = moveProject(older, aside);
+    if (error)
+        throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
+                                QDir::toNativeSeparators(older));
+    auto restore = qScopeGuard([&] { moveProject(aside, older); });
+    if (fs::exists(status))
+        fs::permissions(nativePath(draft.path()), status.permissions(), error);
+    draft.commit();
+    restore.dismiss();
+    fs::remove(nativePath(aside), error);
+    for (const QString &ending : sideEndings)
+        fs::remove(nativePath(aside + ending), error);
+}
+
 } // namespace
 
 QString projectTitle(const QString &path, QChar separator) {
@@ -127,11 +160,10 @@ void makeProject(const QString &templatePath, const QString &target) {
     refuseUnlessFile(target);
     desktop::ReplacementFile draft(target, QLatin1String(makeAction));
     draft.write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    SideFile journal(draft.target(), "-journal");
-    SideFile writeAheadLog(draft.target(), "-wal");
-    draft.commit();
-    journal.remove();
-    writeAheadLog.remove();
+    if (hasSideFiles(draft.target()))
+        replaceWithSideFiles(draft);
+    else
+        draft.commit();
 }
 
 void makeMissingProject(const QString &templatePath, const QString &target) {
@@ -147,25 +179,13 @@ void makeMissingProject(const QString &templatePath, const QString &target) {
 }
 
 void renameAside(const QString &path) {
-    const QString aside = nameAside(path);
-    QStringList moved;
-    // The journal of a crashed program belongs to this file, not to the next one of that name.
-    for (const char *part : {"-journal", "-wal", ""}) {
-        const QString suffix = QLatin1String(part);
-        QFile file(path + suffix);
-        if (!exists(file.fileName()))
-            continue;
-        if (!file.rename(aside + suffix)) {
-            for (const QString &back : moved)
-                QFile::rename(aside + back, path + back);
-            throw Failure(EIO, QStringLiteral("The file \"%1\" can't be set aside: %2.")
-                                   .arg(path + suffix, file.errorString()));
-        }
-        moved << suffix;
-    }
-    if (moved.isEmpty())
-        throw Failure(ENOENT, QStringLiteral("There is no file \"%1\" that could be set aside.")
-                                  .arg(QDir::toNativeSeparators(path)));
+    const QString native = QDir::toNativeSeparators(path);
+    if (!exists(path) && !hasSideFiles(path))
+        throw Failure(
+            ENOENT, QStringLiteral("There is no file \"%1\" that could be set aside.").arg(native));
+    if (const std::error_code error = moveProject(path, nameAside(path)))
+        throw Failure(error.value(), QStringLiteral("The file \"%1\" can't be set aside: %2.")
+                                         .arg(native, qt_error_string(error.value())));
 }
 
 bool isSameFile(const QString &first, const QString &second) {

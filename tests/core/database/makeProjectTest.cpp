@@ -9,12 +9,40 @@
 
 #include <QtTest>
 
+#include <csignal>
+
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace veltrona;
 using test::allow, test::contents, test::write;
+
+namespace {
+int killBefore = 0; // that many more steps on the disk
+
+void countStep() {
+    if (killBefore > 0 && --killBefore == 0)
+        std::raise(SIGKILL);
+}
+} // namespace
+
+// In place of the C library's functions, also for the standard library.
+extern "C" {
+int link(const char *from, const char *to) noexcept {
+    countStep();
+    return static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+int rename(const char *from, const char *to) noexcept {
+    countStep();
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+int remove(const char *path) noexcept {
+    countStep();
+    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+}
 
 namespace {
 const QString deep = QString(240, 'd') + '/' + QString(240, 'e') + '/';
@@ -105,6 +133,32 @@ private slots:
         QVERIFY(failureOf([&] { renameAside(longest); }));
         QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
         services().now = Services().now;
+    }
+
+    /// Wherever it is killed, a project keeps its journal, and no other one gets it.
+    void killedWhileMoving() {
+        for (const auto &move : std::initializer_list<void (*)(const QString &)>{
+                 renameAside,
+                 [](const QString &file) { makeProject(test::projectTemplate(), file); }}) {
+            for (int status = -1, step = 1; status != 0; ++step) {
+                renewFolder();
+                const QString file = write(path("p.vlt"), "old");
+                write(file + "-journal", "journal");
+                const pid_t child = fork();
+                if (child == 0) {
+                    killBefore = step;
+                    move(file);
+                    _exit(0);
+                }
+                QCOMPARE(waitpid(child, &status, 0), child);
+                makeMissingProject(test::projectTemplate(), file);
+                for (const QString &name : files().filter(QRegularExpression("vlt$"))) {
+                    const bool isOld = contents(path(name)) == "old";
+                    QVERIFY2(QFile::exists(path(name + "-journal")) == isOld, qPrintable(name));
+                }
+                QVERIFY(step < 20);
+            }
+        }
     }
 
     /// What a killed program has left goes, what another holds stays.

@@ -17,8 +17,4 @@ FileLock lockFolder(const QString &folder) {
     return lock;
 }
 
-FileLock lockFile(const QString &path) {
-    return FileLock(path, O_RDONLY | O_NONBLOCK); // a pipe would block
-}
-
 } // namespace veltrona::desktop

@@ -10,7 +10,5 @@ namespace veltrona::desktop {
 /// Waits three seconds at most for the process that has locked the folder; the lock isn't held
 /// then.
 FileLock lockFolder(const QString &folder);
-/// Doesn't wait.
-FileLock lockFile(const QString &path);
 
 } // namespace veltrona::desktop
