@@ -3,7 +3,7 @@
 // lines, and come onto pages that hold all of it; the file must hold the names unescaped.
 #include "attack/finding.h"
 
-#include "core/base/blanks.h"
+#include "core/base/text.h"
 #include "core/report/reportText.h"
 #include "support/writtenReport.h"
 #include "ui/report/pagination.h"

@@ -8,8 +8,8 @@
 #include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
+#include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
-#include "core/import/parserReport.h"
 #include "core/report/reportText.h"
 #include "support/recordTable.h"
 

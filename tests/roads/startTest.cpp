@@ -2,7 +2,7 @@
 // the end of the run.
 #include "ui/shell/start.h"
 #include "core/database/projectFile.h"
-#include "core/platform/desktop/folders.h"
+#include "core/platform/desktop/paths.h"
 #include "core/shell/modMain.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"

@@ -2,14 +2,23 @@
 // design is an array of these; names are also the names of the widgets.
 #pragma once
 
-#include "core/base/twipRect.h"
-
 #include <array>
 #include <span>
 #include <stdexcept>
 #include <string_view>
 
 namespace veltrona {
+
+/// Lengths of the design are in twips, 1,440 to the inch.
+constexpr double twipsPerPixel = 15; // at 96 dots per inch
+
+struct TwipRect {
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    bool operator==(const TwipRect &) const = default;
+};
 
 struct DesignedControl {
     const char *name;

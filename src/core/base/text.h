@@ -1,5 +1,4 @@
-// Helpers for texts: names compared without case, padded numbers, and texts shortened or on one
-// line.
+// Helpers for texts.
 #pragma once
 
 #include <QString>
@@ -8,6 +7,25 @@
 #include <string_view>
 
 namespace veltrona {
+
+using namespace Qt::StringLiterals;
+
+/// Removes leading and trailing blanks (U+0020). Other white space may be part of a name.
+constexpr std::string_view withoutBlanks(std::string_view text) {
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+constexpr QStringView withoutBlanks(QStringView text) {
+    while (!text.isEmpty() && text.front() == u' ')
+        text = text.mid(1);
+    while (!text.isEmpty() && text.back() == u' ')
+        text.chop(1);
+    return text;
+}
 
 /// Compares without regard to the case of A to Z.
 bool isSameName(std::string_view a, std::string_view b);

@@ -2,8 +2,7 @@
 
 #include "core/database/dayTable.h"
 #include "core/platform/desktop/fileLocks.h"
-#include "core/platform/desktop/nativePath.h"
-#include "core/platform/desktop/ordinaryFile.h"
+#include "core/platform/desktop/paths.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/services.h"
 #include "core/platform/sqlite/fileHeader.h"

@@ -13,6 +13,9 @@ enum ReportFault : int { tooManyRows = 6, unreadableReport = 13 };
 /// The progress bar of an import counts in 16 bits.
 inline constexpr int maxReportRows = 32767;
 
+/// The message for a report that couldn't be loaded.
+QString parserReport(const xml::ParseError &error);
+
 struct ColumnCheck {
     ReportColumnNames names;
     int rowCount = 0; // up to where the check has stopped

@@ -5,7 +5,6 @@
 #include "core/base/text.h"
 #include "core/database/projectFile.h"
 #include "core/import/progress.h"
-#include "core/import/rowReader.h"
 #include "core/import/rowValues.h"
 #include "core/platform/services.h"
 
@@ -47,7 +46,7 @@ constexpr int kwType = reportColumn("kwtype");
 constexpr auto insertSources = [] {
     std::array<int, dayColumns.size()> sources{};
     for (std::size_t i = 0; i < sources.size(); ++i)
-        sources[i] = reportColumnOf(dayColumns[i].name);
+        sources[i] = indexOfColumn(&ReportColumn::dayColumn, dayColumns[i].name);
     return sources;
 }();
 static_assert(insertSources[dayColumns.size() - 3] < reportColumnCount);

@@ -6,8 +6,8 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <array>
-#include <cstddef>
 #include <string_view>
 
 namespace veltrona {
@@ -62,21 +62,13 @@ inline constexpr std::array<ReportColumn, reportColumnCount> reportColumns{{
     // clang-format on
 }};
 
-/// Index into reportColumns; reportColumnCount if there is none.
-constexpr int reportColumn(std::string_view name) {
-    int index = 0;
-    while (index < reportColumnCount && reportColumns[static_cast<std::size_t>(index)].name != name)
-        ++index;
-    return index;
+/// Index of the column whose member is this text, reportColumnCount if there is none.
+constexpr int indexOfColumn(std::string_view ReportColumn::*member, std::string_view text) {
+    const auto found = std::ranges::find(reportColumns, text, member);
+    return static_cast<int>(found - reportColumns.begin());
 }
-
-/// The report column that is stored in a column of the table.
-constexpr int reportColumnOf(std::string_view dayColumn) {
-    int index = 0;
-    while (index < reportColumnCount &&
-           reportColumns[static_cast<std::size_t>(index)].dayColumn != dayColumn)
-        ++index;
-    return index;
+constexpr int reportColumn(std::string_view name) {
+    return indexOfColumn(&ReportColumn::name, name);
 }
 
 } // namespace veltrona

@@ -1,6 +1,5 @@
 #include "core/report/report.h"
 
-#include "core/base/blanks.h"
 #include "core/base/text.h"
 #include "core/platform/services.h"
 

@@ -1,11 +1,11 @@
 #include "core/report/reportWriter.h"
 
-#include "core/base/blanks.h"
 #include "core/base/failure.h"
+#include "core/base/product.h"
+#include "core/base/text.h"
 #include "core/picture/modJPEG.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/dialogs/dialogs.h"
-#include "core/report/reportNames.h"
 #include "core/report/reportText.h"
 
 #include <QFile>
@@ -53,6 +53,23 @@ bool putInPlace(desktop::ReplacementFile &picture) {
 }
 
 } // namespace
+
+QString reportFileName(const QString &name) {
+    const QString trimmed = withoutBlanks(name).toString();
+    const bool isHtml = trimmed.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive) ||
+                        trimmed.endsWith(QLatin1String(".html"), Qt::CaseInsensitive);
+    return isHtml ? trimmed : trimmed + QStringLiteral(".html");
+}
+
+QString printReportPath(const QString &dataFolder, QChar separator) {
+    return dataFolder + separator + productName + separator + QStringLiteral("Report.html");
+}
+
+QString graphPath(const QString &reportFile, QChar separator) {
+    const QStringView trimmed = withoutBlanks(reportFile);
+    return trimmed.first(trimmed.lastIndexOf(separator) + 1).toString() +
+           QStringLiteral("graph.jpg");
+}
 
 Report writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
     const QString fileName = withoutBlanks(strFilename).toString();

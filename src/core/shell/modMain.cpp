@@ -1,6 +1,6 @@
 #include "core/shell/modMain.h"
 
-#include "core/platform/desktop/folders.h"
+#include "core/platform/desktop/paths.h"
 
 namespace veltrona::modMain {
 

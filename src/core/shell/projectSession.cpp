@@ -3,7 +3,7 @@
 #include "core/base/product.h"
 #include "core/database/projectFile.h"
 #include "core/import/importRows.h"
-#include "core/platform/desktop/folders.h"
+#include "core/platform/desktop/paths.h"
 #include "core/shell/settings.h"
 
 #include <QDir>

@@ -1,11 +1,10 @@
 #include "ui/report/frmOutput.h"
 
-#include "core/base/blanks.h"
 #include "core/base/product.h"
+#include "core/base/text.h"
 #include "core/controls/commonDialog.h"
 #include "core/platform/desktop/browser.h"
 #include "core/platform/dialogs/dialogs.h"
-#include "core/report/reportNames.h"
 #include "ui/report/frmPrev.h"
 #include "ui/views/controls/formCheckBox.h"
 #include "ui/views/dialogs/forms.h"

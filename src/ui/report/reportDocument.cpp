@@ -1,6 +1,5 @@
 #include "ui/report/reportDocument.h"
 
-#include "core/report/reportNames.h"
 #include "core/report/reportWriter.h"
 #include "ui/report/reportLayout.h"
 

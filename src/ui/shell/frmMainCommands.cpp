@@ -1,12 +1,11 @@
 // frmMain: the commands on projects and reports.
 #include "core/analysis/tree/navigationTexts.h"
-#include "core/base/blanks.h"
 #include "core/base/command.h"
 #include "core/base/product.h"
+#include "core/base/text.h"
 #include "core/database/projectFile.h"
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
-#include "core/import/parserReport.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/services.h"

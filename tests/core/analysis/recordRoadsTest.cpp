@@ -9,7 +9,7 @@
 #include "core/analysis/records/nodePath.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/analysis/tree/navigationTree.h"
-#include "core/base/blanks.h"
+#include "core/base/text.h"
 #include "core/database/projectFile.h"
 #include "support/recordTable.h"
 

@@ -1,6 +1,6 @@
 // The settings store: what goes in comes out, and a store that can't be used stops nothing.
 #include "core/shell/settings.h"
-#include "core/platform/desktop/folders.h"
+#include "core/platform/desktop/paths.h"
 #include "core/shell/modMain.h"
 #include "support/anotherUser.h"
 #include "support/dataTable.h"

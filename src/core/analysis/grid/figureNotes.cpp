@@ -4,8 +4,8 @@
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/recordWalk.h"
-#include "core/base/blanks.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <cmath>
 

@@ -4,8 +4,8 @@
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/leafSums.h"
 #include "core/analysis/tree/navigationTree.h"
-#include "core/base/blanks.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <QHash>
 

@@ -6,8 +6,8 @@
 #include "core/analysis/records/readingOrder.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/analysis/tree/navigationTexts.h"
-#include "core/base/blanks.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 
 #include "core/analysis/records/readingOrder.h"
 #include "core/analysis/tree/navigationTexts.h"
-#include "core/base/blanks.h"
 #include "core/base/storedText.h"
+#include "core/base/text.h"
 
 #include <QScopeGuard>
 #include <QSet>

@@ -1,8 +1,7 @@
 #include "core/platform/desktop/replacementFile.h"
 
 #include "core/base/failure.h"
-#include "core/platform/desktop/nativePath.h"
-#include "core/platform/desktop/ordinaryFile.h"
+#include "core/platform/desktop/paths.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "core/platform/sqlite/connection.h"
 
-#include "core/platform/desktop/ordinaryFile.h"
+#include "core/platform/desktop/paths.h"
 #include "core/platform/sqlite/fileAccess.h"
 #include "core/platform/sqlite/recordScan.h"
 

@@ -16,11 +16,10 @@ constexpr std::size_t contentWork = 64;    // bytes that take as long as one ent
 
 /// By its byte order mark, or by its first "<".
 bool isUtf32(QFile &file) {
-    const QByteArray starts[] = {QByteArray("\xFF\xFE\0\0", 4), QByteArray("\0\0\xFE\xFF", 4),
-                                 QByteArray("<\0\0\0", 4), QByteArray("\0\0\0<", 4)};
+    const QByteArrayView starts[] = {
+        {"\xFF\xFE\0\0", 4}, {"\0\0\xFE\xFF", 4}, {"<\0\0\0", 4}, {"\0\0\0<", 4}};
     file.seek(0);
-    const QByteArray start = file.read(4);
-    return std::find(std::begin(starts), std::end(starts), start) != std::end(starts);
+    return std::ranges::count(starts, file.read(4)) > 0;
 }
 
 } // namespace
@@ -37,10 +36,6 @@ bool ExpansionBudget::isTooLarge(std::size_t nodeBytes) const {
 QString refusalOf(const Limit &limit) {
     return QString::fromLatin1(limit.refusal)
         .replace(QStringLiteral("%1"), QString::number(limit.max));
-}
-
-QString grownTooLarge() {
-    return QStringLiteral("Entities or default attributes make the file too large.");
 }
 
 QString plainReason(const QString &reason, QFile &file) {

@@ -43,8 +43,6 @@ struct ExpansionBudget {
     bool isTooLarge(std::size_t nodeBytes) const;
 };
 
-QString grownTooLarge();
-
 /// libxml2's message, or a plain sentence in place of one about its internals. Moves the file's
 /// position.
 QString plainReason(const QString &reason, QFile &file);

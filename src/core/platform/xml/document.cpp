@@ -1,7 +1,7 @@
 #include "core/platform/xml/document.h"
 
-#include "core/platform/desktop/ordinaryFile.h"
-#include "core/platform/xml/parser.h"
+#include "core/platform/desktop/paths.h"
+#include "core/platform/xml/saxReader.h"
 
 #include <QFile>
 
@@ -12,13 +12,11 @@ namespace veltrona::xml {
 namespace {
 
 ParseError systemError(int errorNumber) {
-    ParseError error;
-    error.errorCode = errorNumber;
-    error.reason = errorNumber == EINVAL
-                       ? QStringLiteral("It is a pipe or a device; only a plain file can be read.")
-                       : qt_error_string(errorNumber);
-    error.reason += QStringLiteral("\r\n");
-    return error;
+    const QString reason =
+        errorNumber == EINVAL
+            ? QStringLiteral("It is a pipe or a device; only a plain file can be read.")
+            : qt_error_string(errorNumber);
+    return {.errorCode = errorNumber, .reason = reason + QStringLiteral("\r\n")};
 }
 
 /// The error number of the system, 0 if an ordinary file is open now.
@@ -41,10 +39,9 @@ bool Document::load(const QString &path) {
     if (failed != 0)
         result.error = systemError(failed);
     else
-        result = parse(file);
-    const bool good = result.error.errorCode == 0;
+        result = SaxReader(file).run();
     m_error = std::move(result.error);
-    if (!good) {
+    if (m_error.errorCode != 0) {
         m_error.url = path;
         return false;
     }

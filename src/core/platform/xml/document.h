@@ -12,12 +12,12 @@ namespace veltrona::xml {
 /// Why a file couldn't be loaded.
 struct ParseError {
     int errorCode = 0;
-    QString reason;     // ends in CR LF
-    qint64 line = 0;    // from 1; 0 where nothing was read
-    qint64 linepos = 0; // from 1
-    qint64 filepos = 0; // in bytes from the start of the file
-    QString srcText;    // the offending line, shortened where it is long
-    QString url;        // the path as given
+    QString reason = {};  // ends in CR LF
+    qint64 line = 0;      // from 1; 0 where nothing was read
+    qint64 linepos = 0;   // from 1
+    qint64 filepos = 0;   // in bytes from the start of the file
+    QString srcText = {}; // the offending line, shortened where it is long
+    QString url = {};     // the path as given
 };
 
 class Document {

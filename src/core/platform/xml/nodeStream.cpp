@@ -1,5 +1,7 @@
 #include "core/platform/xml/nodeStream.h"
 
+#include <algorithm>
+
 namespace veltrona::xml {
 
 namespace {
@@ -65,11 +67,8 @@ NodeReader::Step NodeReader::next() {
 }
 
 const Attribute *NodeReader::attribute(std::string_view name) const {
-    for (const Attribute &attribute : m_attributes) {
-        if (attribute.name == name)
-            return &attribute;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(m_attributes, name, &Attribute::name);
+    return found == m_attributes.end() ? nullptr : &*found;
 }
 
 std::size_t NodeReader::readNumber() {

@@ -1,8 +1,9 @@
-// libxml2's SAX events turned into the nodes of a document or an error. Internal to the parser.
+// Parses a file with libxml2, whose SAX events become the nodes of a document or an error. Nothing
+// but the file itself is ever read, whatever it refers to: no other file, no network.
 #pragma once
 
 #include "core/platform/xml/bounds.h"
-#include "core/platform/xml/parser.h"
+#include "core/platform/xml/document.h"
 
 #include <libxml/parser.h>
 
@@ -13,11 +14,18 @@
 
 namespace veltrona::xml {
 
+struct ParseResult {
+    NodeStream nodes;
+    QString refusal;
+    ParseError error; // its code isn't 0 if the file isn't well-formed
+};
+
 /// Receives libxml2's SAX events for one file. libxml2 parses the text of an entity in a context of
 /// its own with the same callbacks; `_private` of both contexts points to the reader.
 class SaxReader {
 public:
     explicit SaxReader(QFile &file);
+    /// Parses the open file from its start. Sets all fields of the error except `url`.
     ParseResult run();
 
 private:
@@ -67,12 +75,12 @@ private:
                     const xmlChar **attributes);
     void addAttribute(const xmlChar **attribute);
     void addOtherNode(Context context);
-    void refuseMarkup();
+    void refuse(const QString &reason);
     bool isAffordable(xmlEntityPtr entity);
-    bool hasBoundedTag(Context context, int namespaceCount, int attributeCount);
     qint64 currentLine();
     void finishNode();
-    void checkSize();
+    void checkSize(std::size_t nodeBytes);
+    void fail(const Limit &exceeded);
     void fail(int code, const QString &reason);
     void failInside(int code, const QString &reason);
     void stop(Context context, const Limit &exceeded);

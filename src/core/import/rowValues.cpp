@@ -1,7 +1,10 @@
 #include "core/import/rowValues.h"
 
 #include "core/base/dateValue.h"
+#include "core/base/numberGrammar.h"
 #include "core/base/text.h"
+
+#include <charconv>
 
 namespace veltrona {
 
@@ -127,6 +130,46 @@ std::optional<int> time(Scanner &scanner) {
 }
 
 } // namespace
+
+RowReader::RowReader(const ReportColumnNames &names) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        m_spellings[i] = names[i].toStdString();
+}
+
+void RowReader::read(const xml::NodeReader &nodes) {
+    m_values.fill({});
+    std::size_t place = 0;
+    for (const xml::Attribute &attribute : nodes.attributes()) {
+        if (place == m_places.size())
+            m_places.push_back({std::string(attribute.name), columnOf(attribute.name)});
+        else if (m_places[place].name != attribute.name)
+            m_places[place] = {std::string(attribute.name), columnOf(attribute.name)};
+        const int column = m_places[place++].column;
+        if (column >= 0)
+            m_values[static_cast<std::size_t>(column)] = withoutBlanks(attribute.value);
+    }
+}
+
+int RowReader::columnOf(std::string_view name) const {
+    const auto found = std::ranges::find(m_spellings, name);
+    return found == m_spellings.end() ? -1 : static_cast<int>(found - m_spellings.begin());
+}
+
+std::optional<RowNumber> readNumber(std::string_view text) {
+    const ScannedNumber<char> parts = scanNumber(text);
+    if (text.empty() || parts.length != text.size())
+        return std::nullopt;
+    if (text.front() == '+')
+        text.remove_prefix(1); // which from_chars doesn't accept
+    const char *end = text.data() + text.size();
+    qint64 whole = 0;
+    if (parts.isWhole && std::from_chars(text.data(), end, whole).ec == std::errc())
+        return whole;
+    double decimal = 0;
+    if (std::from_chars(text.data(), end, decimal).ec != std::errc()) // too large or too small
+        decimal = QString::fromUtf8(text.data(), qsizetype(text.size())).toDouble();
+    return decimal;
+}
 
 std::optional<RowDate> readDate(std::string_view text) {
     Scanner scanner(text);

@@ -1,12 +1,11 @@
-#include "core/platform/xml/parser.h"
-
 #include "core/platform/xml/saxReader.h"
+
+#include "core/base/text.h"
 #include "core/platform/xml/sourceLine.h"
 
 #include <QFile>
 #include <QScopeGuard>
 
-#include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/SAX2.h>
 
@@ -132,27 +131,19 @@ int SaxReader::read(char *buffer, int length) {
 void SaxReader::startElement(Context context, const xmlChar *name, const xmlChar *prefix,
                              const xmlChar *, int namespaceCount, const xmlChar **,
                              int attributeCount, int, const xmlChar **attributes) {
-    if (m_failed || !hasBoundedTag(context, namespaceCount, attributeCount))
+    if (m_failed)
         return;
-    if (isInEntity(context)) {
-        refuseMarkup();
-        return;
-    }
-    if (m_hasChildren.size() >= limit::depth.max) {
-        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::depth));
-        return;
-    }
-    addElement(view(prefix), view(name), attributeCount, attributes);
-    finishNode();
-}
-
-bool SaxReader::hasBoundedTag(Context context, int namespaceCount, int attributeCount) {
     m_budget.namespaces += static_cast<std::size_t>(namespaceCount);
     if (attributeCount > limit::attributes.max)
-        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::attributes));
-    else if (context->nsNr > 2 * limit::namespaces.max)
-        fail(XML_ERR_INTERNAL_ERROR, refusalOf(limit::namespaces));
-    return !m_failed;
+        return fail(limit::attributes);
+    if (context->nsNr > 2 * limit::namespaces.max)
+        return fail(limit::namespaces);
+    if (isInEntity(context))
+        return refuse(u"it has an entity that holds markup"_s);
+    if (m_hasChildren.size() >= limit::depth.max)
+        return fail(limit::depth);
+    addElement(view(prefix), view(name), attributeCount, attributes);
+    finishNode();
 }
 
 void SaxReader::addElement(std::string_view prefix, std::string_view name, int attributeCount,
@@ -165,7 +156,7 @@ void SaxReader::addElement(std::string_view prefix, std::string_view name, int a
                               static_cast<std::size_t>(attributeCount));
     for (int i = 0; i < attributeCount; ++i)
         addAttribute(attributes + 5 * i);
-    checkSize();
+    checkSize(m_result.nodes.size());
 }
 
 /// `attribute` is local name, prefix, URI, begin and end of the value.
@@ -185,7 +176,7 @@ void SaxReader::addAttribute(const xmlChar **attribute) {
     if (!text)
         fail(XML_ERR_ENTITY_PROCESSING, QStringLiteral("An attribute's entities can't be read."));
     m_result.nodes.addAttribute(view(attribute[1]), view(attribute[0]), view(text.get()));
-    checkSize();
+    checkSize(m_result.nodes.size());
 }
 
 void SaxReader::endElement(Context context, const xmlChar *, const xmlChar *, const xmlChar *) {
@@ -205,7 +196,7 @@ void SaxReader::characters(Context, const xmlChar *text, int length) {
 
 void SaxReader::addOtherNode(Context context) {
     if (isInEntity(context) && !m_hasChildren.empty())
-        refuseMarkup();
+        refuse(u"it has an entity that holds markup"_s);
     if (!m_hasChildren.empty())
         m_hasChildren.back() = true;
     finishNode();
@@ -234,10 +225,9 @@ xmlEntityPtr SaxReader::entity(Context context, const xmlChar *name) {
         return entity;
     if (!isAffordable(entity))
         return nullptr;
-    if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY && m_result.refusal.isEmpty()) {
-        m_result.refusal = QStringLiteral("it takes content from another file (entity \"%1\")")
-                               .arg(QString::fromUtf8(reinterpret_cast<const char *>(name)));
-    }
+    if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY)
+        refuse(u"it takes content from another file (entity \"%1\")"_s.arg(
+            QString::fromUtf8(view(name))));
     return entity;
 }
 
@@ -250,22 +240,25 @@ xmlEntityPtr SaxReader::parameterEntity(Context context, const xmlChar *name) {
 bool SaxReader::isAffordable(xmlEntityPtr entity) {
     const bool isInContent = m_context->instate == XML_PARSER_CONTENT && !m_isInValue;
     m_budget.addEntity(static_cast<std::size_t>(std::max(entity->length, 0)), isInContent);
-    if (m_budget.isTooLarge(0))
-        fail(XML_ERR_ENTITY_LOOP, grownTooLarge());
+    checkSize(0);
     return !m_failed;
 }
 
-void SaxReader::refuseMarkup() {
+void SaxReader::refuse(const QString &reason) {
     if (m_result.refusal.isEmpty())
-        m_result.refusal = QStringLiteral("it has an entity that holds markup");
+        m_result.refusal = reason;
 }
 
-void SaxReader::checkSize() {
-    const std::size_t size = m_result.nodes.size();
-    if (size > maxBytes)
+void SaxReader::checkSize(std::size_t nodeBytes) {
+    if (nodeBytes > maxBytes)
         fail(XML_ERR_NO_MEMORY, QStringLiteral("The file is too large."));
-    else if (m_budget.isTooLarge(size))
-        fail(XML_ERR_ENTITY_LOOP, grownTooLarge());
+    else if (m_budget.isTooLarge(nodeBytes))
+        fail(XML_ERR_ENTITY_LOOP,
+             QStringLiteral("Entities or default attributes make the file too large."));
+}
+
+void SaxReader::fail(const Limit &exceeded) {
+    fail(XML_ERR_INTERNAL_ERROR, refusalOf(exceeded));
 }
 
 /// For callbacks during which libxml2 is at a valid position of its input.
@@ -291,7 +284,7 @@ void SaxReader::failInside(int code, const QString &reason) {
 
 /// Doesn't read the rest of the current entity, however long it is.
 void SaxReader::stop(Context context, const Limit &exceeded) {
-    fail(XML_ERR_INTERNAL_ERROR, refusalOf(exceeded));
+    fail(exceeded);
     xmlStopParser(context);
 }
 
@@ -332,10 +325,6 @@ void SaxReader::completeError() {
         recordErrorPosition();
     error.srcText = sourceLine(m_file, error.filepos, m_encoding);
     error.reason = plainReason(error.reason, m_file) + QStringLiteral("\r\n");
-}
-
-ParseResult parse(QFile &file) {
-    return SaxReader(file).run();
 }
 
 } // namespace veltrona::xml

@@ -1,9 +1,11 @@
-#include "core/platform/desktop/folders.h"
+#include "core/platform/desktop/paths.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
+
+#include <cerrno>
 
 namespace veltrona::desktop {
 
@@ -22,6 +24,17 @@ QString documentsFolder() {
 
 QString programFolder() {
     return QDir::toNativeSeparators(QCoreApplication::applicationDirPath());
+}
+
+int ordinaryFileError(const QString &path, qsizetype maxBytes) {
+    const QFileInfo info(path);
+    if (info.isDir())
+        return EISDIR;
+    if (info.exists() && !info.isFile())
+        return EINVAL;
+    if (QFile::encodeName(info.absoluteFilePath()).size() > maxBytes)
+        return ENAMETOOLONG;
+    return info.exists() ? 0 : ENOENT;
 }
 
 } // namespace veltrona::desktop
