@@ -11,7 +11,7 @@ bool isSameName(std::string_view a, std::string_view b) {
 }
 
 QString padded(int number, int width) {
-    return QStringLiteral("%1").arg(number, width, 10, QLatin1Char('0'));
+    return u"%1"_s.arg(number, width, 10, u'0');
 }
 
 QString shortened(const QString &text, qsizetype length, QStringView mark) {
@@ -25,7 +25,7 @@ QString onOneLine(QString text) {
     for (QChar &c : text) {
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
             c == QChar::ParagraphSeparator)
-            c = QLatin1Char(' ');
+            c = u' ';
     }
     return text;
 }

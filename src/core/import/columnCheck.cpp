@@ -21,21 +21,20 @@ void declare(ReportColumnNames &names, std::string_view name) {
 }
 
 Failure refused(const xml::Document &document, ReportFault number, const QString &reason) {
-    return {number,
-            QStringLiteral("The report \"%1\" can't be imported: %2. Nothing has been stored.")
-                .arg(QDir::toNativeSeparators(document.path()), reason)};
+    return {number, u"The report \"%1\" can't be imported: %2. Nothing has been stored."_s.arg(
+                        QDir::toNativeSeparators(document.path()), reason)};
 }
 
 } // namespace
 
 QString parserReport(const xml::ParseError &error) {
     // "load" and "due" are joined without a blank; the reason ends in a line end.
-    return QStringLiteral("Your XML Document failed to loaddue the following error.\r\n"
-                          "Error #: %1: %2Line #: %3\r\nLine Position: %4\r\n"
-                          "Position In File: %5\r\nSource Text: %6\r\nDocument URL: %7")
-        .arg(QString::number(error.errorCode), error.reason, QString::number(error.line),
-             QString::number(error.linepos), QString::number(error.filepos), error.srcText,
-             QDir::toNativeSeparators(error.url));
+    return u"Your XML Document failed to loaddue the following error.\r\n"
+           "Error #: %1: %2Line #: %3\r\nLine Position: %4\r\n"
+           "Position In File: %5\r\nSource Text: %6\r\nDocument URL: %7"_s.arg(
+               QString::number(error.errorCode), error.reason, QString::number(error.line),
+               QString::number(error.linepos), QString::number(error.filepos), error.srcText,
+               QDir::toNativeSeparators(error.url));
 }
 
 ColumnCheck checkColumns(const xml::Document &document) {
@@ -51,21 +50,18 @@ ColumnCheck checkColumns(const xml::Document &document) {
                 return check;
         } else if (walk.name() == "column") {
             const xml::Attribute *name = walk.attribute("name");
-            if (name == nullptr) {
+            if (name == nullptr)
                 throw refused(document, unreadableReport,
-                              QStringLiteral("the column in line %1 has no name").arg(walk.line()));
-            }
+                              u"the column in line %1 has no name"_s.arg(walk.line()));
             declare(check.names, name->value);
         } else if (walk.name() == "row") {
             ++check.rowCount;
         }
     }
     if (check.rowCount > maxReportRows) {
-        throw refused(document, tooManyRows,
-                      QStringLiteral("it has %1 rows, and an import takes at most %2, so fetch "
-                                     "reports of shorter periods and import one after another")
-                          .arg(check.rowCount)
-                          .arg(maxReportRows));
+        const QString reason = u"it has %1 rows, and an import takes at most %2, so fetch reports "
+                               "of shorter periods and import one after another"_s;
+        throw refused(document, tooManyRows, reason.arg(check.rowCount).arg(maxReportRows));
     }
     return check;
 }

@@ -1,5 +1,6 @@
 #include "core/picture/modJPEG.h"
 
+#include "core/base/text.h"
 #include "core/picture/ijl.h"
 #include "core/platform/dialogs/dialogs.h"
 
@@ -58,10 +59,9 @@ QString codecText(std::int32_t code, const ijl::JPEG_CORE_PROPERTIES &record) {
 }
 
 bool mayReplace(const QString &fileName) {
-    return dialogs().message(MessageStyle::YesNoExclamation,
-                             QStringLiteral("  Confirm File Overwrite"),
-                             fileName + QStringLiteral("\rThis file already exists.\r\r"
-                                                       "Replace existing file?")) == Answer::Yes;
+    return dialogs().message(MessageStyle::YesNoExclamation, u"  Confirm File Overwrite"_s,
+                             fileName + u"\rThis file already exists.\r\r"
+                                        "Replace existing file?"_s) == Answer::Yes;
 }
 
 bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
@@ -69,8 +69,8 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
     ijl::JPEG_CORE_PROPERTIES record{};
     errNumber = ijl::ijlInit(&record);
     if (errNumber != 0) {
-        errDescription = QStringLiteral("Failed to initialise the IJL library - ") +
-                         codecText(errNumber, record);
+        errDescription =
+            u"Failed to initialise the IJL library - "_s + codecText(errNumber, record);
         return false;
     }
     const QByteArray name = QFile::encodeName(fileName);
@@ -85,7 +85,7 @@ bool encode(const cJPEG &picture, const QString &fileName, std::int32_t quality,
     record.jquality = quality;
     errNumber = ijl::ijlWrite(&record, ijl::IJL_JFILE_WRITEWHOLEIMAGE);
     if (errNumber != 0)
-        errDescription = QStringLiteral("ijlWrite Error - ") + codecText(errNumber, record);
+        errDescription = u"ijlWrite Error - "_s + codecText(errNumber, record);
     if (reason)
         *reason = QString::fromLocal8Bit(record.message);
     ijl::ijlFree(&record);
@@ -100,7 +100,7 @@ bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t qualit
     errDescription.clear();
     if (!picture.PictureLoaded()) {
         errNumber = -1;
-        errDescription = QStringLiteral("No picture loaded to save.");
+        errDescription = u"No picture loaded to save."_s;
         return false;
     }
     // A device of that name stays.

@@ -44,7 +44,7 @@ Report makeReport(const ReportSource &source, bool doColor) {
 
 ReportDetails reportDetails(const NodePath &path) {
     const auto detail = [&path](NodeLevel level) {
-        return level <= path.level() ? path.name(level) : QStringLiteral("All");
+        return level <= path.level() ? path.name(level) : u"All"_s;
     };
     return {detail(NodeLevel::Campaign), detail(NodeLevel::AdGroup), detail(NodeLevel::Branch),
             detail(NodeLevel::Keyword), detail(NodeLevel::KeywordType)};

@@ -19,10 +19,10 @@ constexpr int changedReport = 75; // the number of that failure
 
 void reportPictureFailure(int number, const QString &description, const QString &details) {
     dialogs().messageWithDetails(
-        MessageStyle::OkExclamation, QStringLiteral("  Error Saving JPEG"),
-        QStringLiteral("The following error occured while trying to save the JPEG file:\r\r"
-                       "Error Number = ") +
-            QString::number(number) + QStringLiteral("\rError Description = ") + description,
+        MessageStyle::OkExclamation, u"  Error Saving JPEG"_s,
+        u"The following error occured while trying to save the JPEG file:\r\r"
+        "Error Number = "_s +
+            QString::number(number) + u"\rError Description = "_s + description,
         details);
 }
 
@@ -37,8 +37,8 @@ bool savePicture(const ReportSource &source, const desktop::ReplacementFile &fil
                                          file.handle());
     if (!saved)
         reportPictureFailure(number, description,
-                             QStringLiteral("The picture \"%1\" wasn't written: %2")
-                                 .arg(target, reason.isEmpty() ? description : reason));
+                             u"The picture \"%1\" wasn't written: %2"_s.arg(
+                                 target, reason.isEmpty() ? description : reason));
     return saved;
 }
 
@@ -56,19 +56,18 @@ bool putInPlace(desktop::ReplacementFile &picture) {
 
 QString reportFileName(const QString &name) {
     const QString trimmed = withoutBlanks(name).toString();
-    const bool isHtml = trimmed.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive) ||
-                        trimmed.endsWith(QLatin1String(".html"), Qt::CaseInsensitive);
-    return isHtml ? trimmed : trimmed + QStringLiteral(".html");
+    const bool isHtml = trimmed.endsWith(".htm"_L1, Qt::CaseInsensitive) ||
+                        trimmed.endsWith(".html"_L1, Qt::CaseInsensitive);
+    return isHtml ? trimmed : trimmed + u".html"_s;
 }
 
 QString printReportPath(const QString &dataFolder, QChar separator) {
-    return dataFolder + separator + productName + separator + QStringLiteral("Report.html");
+    return dataFolder + separator + productName + separator + u"Report.html"_s;
 }
 
 QString graphPath(const QString &reportFile, QChar separator) {
     const QStringView trimmed = withoutBlanks(reportFile);
-    return trimmed.first(trimmed.lastIndexOf(separator) + 1).toString() +
-           QStringLiteral("graph.jpg");
+    return trimmed.first(trimmed.lastIndexOf(separator) + 1).toString() + u"graph.jpg"_s;
 }
 
 Report writeReport(const QString &strFilename, bool doColor, const ReportSource &source) {
@@ -96,14 +95,12 @@ void requireWritten(const Report &report, const QString &path) {
     if (file.open(QIODevice::ReadOnly))
         bytes = file.readAll();
     if (file.error() != QFile::NoError)
-        throw Failure(
-            file.error(),
-            QStringLiteral("Can't read the report \"%1\": %2.").arg(path, file.errorString()));
+        throw Failure(file.error(),
+                      u"Can't read the report \"%1\": %2."_s.arg(path, file.errorString()));
     if (bytes != QByteArrayView(reportText(report)))
         throw Failure(changedReport,
-                      QStringLiteral("The report \"%1\" has been changed by another program "
-                                     "since it was written. Close this window and print again.")
-                          .arg(path));
+                      u"The report \"%1\" has been changed by another program "
+                      "since it was written. Close this window and print again."_s.arg(path));
 }
 
 } // namespace veltrona

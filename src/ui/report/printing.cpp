@@ -2,6 +2,7 @@
 
 #include "core/base/failure.h"
 #include "core/base/product.h"
+#include "core/base/text.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/desktop/spooler.h"
 #include "core/platform/services.h"
@@ -33,7 +34,7 @@ public:
 
     void print(const ReportDocument &report, QWidget *owner) override {
         QPrinter printer(QPrinter::HighResolution);
-        printer.setDocName(productName + QStringLiteral(" Report"));
+        printer.setDocName(productName + u" Report"_s);
         printer.setCreator(productName);
         QPrintDialog dialog(&printer, owner);
         if (dialog.exec() != QDialog::Accepted)
@@ -65,7 +66,7 @@ void drawPage(QPainter &painter, const ReportSheet &sheet, const ReportPage &pag
 /// Centred at the bottom of the paper.
 void drawPageNumber(QPainter &painter, const QSizeF &paper, int number, std::size_t pages) {
     painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
-                     QStringLiteral("Page %1 of %2").arg(number).arg(pages));
+                     u"Page %1 of %2"_s.arg(number).arg(pages));
 }
 
 /// The numbers of the selected pages, in printing order.
@@ -115,7 +116,7 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
     const ReportSheet sheet = report.paperSheet();
     widenMargins(printer);
     const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
-    QFont footFont(QStringLiteral("Arial"));
+    QFont footFont(u"Arial"_s);
     footFont.setPointSize(8);
     const double foot = 2 * QFontMetricsF(footFont, &printer).height();
     const QSizeF body = paper - QSizeF(0, foot);
@@ -123,8 +124,7 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
     const std::vector<ReportPage> pages = paginate(sheet, body.height() / scale);
     const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
     if (numbers.empty()) // Qt would print an empty page
-        throw Failure(noSuchPage,
-                      QStringLiteral("The report's last page is number %1.").arg(pages.size()));
+        throw Failure(noSuchPage, u"The report's last page is number %1."_s.arg(pages.size()));
 
     QPainter painter;
     if (!painter.begin(&printer))
@@ -162,9 +162,8 @@ void printToFile(const ReportDocument &report, QPrinter &printer) {
     const bool isDevice = file.path() == target; // can't be read back
     if (!drawn || !(isDevice || isWhole(file.path())))
         throw Failure(static_cast<int>(printer.printerState()),
-                      QStringLiteral("The file \"%1\" can't be written. Its folder may be missing "
-                                     "or closed, or the disk full.")
-                          .arg(target));
+                      u"The file \"%1\" can't be written. Its folder may be missing "
+                      "or closed, or the disk full."_s.arg(target));
     file.commit();
 }
 
@@ -181,8 +180,7 @@ void printReport(const ReportDocument &report, QPrinter &printer) {
     desktop::requireReadyPrinter(printer.printerName());
     if (!drawPages(report, printer))
         throw Failure(static_cast<int>(printer.printerState()),
-                      QStringLiteral("The printer \"%1\" doesn't take the report.")
-                          .arg(printer.printerName()));
+                      u"The printer \"%1\" doesn't take the report."_s.arg(printer.printerName()));
     desktop::requireTakenJob(printer.printerName());
 }
 

@@ -1,5 +1,6 @@
 #include "ui/report/reportSheet.h"
 
+#include "core/base/text.h"
 #include "core/report/reportText.h"
 #include "ui/report/sampleRows.h"
 
@@ -20,7 +21,7 @@ constexpr double paragraphMargin = 12;
 constexpr double documentMargin = 4;
 
 QFont cellFont(double zoom) {
-    QFont font(QStringLiteral("Arial"));
+    QFont font(u"Arial"_s);
     font.setPixelSize(qRound(reportTextSize * zoom));
     return font;
 }
@@ -53,9 +54,9 @@ void appendShown(std::string &html, QStringView value) {
 /// The report as HTML for Qt's rich text, which would ignore a style sheet between comment marks.
 /// Links have the usual colour on white; values keep their blanks.
 QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom) {
-    const QString style = QStringLiteral("a {color: #0000EE} td {white-space: pre-wrap} "
-                                         "p {margin-top: %1px; margin-bottom: %1px} ")
-                              .arg(qRound(paragraphMargin * zoom));
+    const QString style =
+        u"a {color: #0000EE} td {white-space: pre-wrap} "
+        "p {margin-top: %1px; margin-bottom: %1px} "_s.arg(qRound(paragraphMargin * zoom));
     return QString::fromUtf8(
         reportText(report, rows, {appendShown, style.toStdString(), "", zoom}));
 }
@@ -105,7 +106,7 @@ void ReportSheet::makeFrame(const QImage &graph, Options options) {
     m_frame->setDefaultFont(font);
     m_frame->setDocumentMargin(documentMargin * options.zoom);
     if (!graph.isNull())
-        m_frame->addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("graph.jpg")),
+        m_frame->addResource(QTextDocument::ImageResource, QUrl(u"graph.jpg"_s),
                              options.forPaper ? fitted(graph, options.zoom)
                                               : forScreen(graph, options.zoom));
     m_frame->setHtml(m_html);
@@ -142,7 +143,7 @@ void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
 
 void ReportSheet::measureRows() {
     CharacterWidths widths(m_plain.font());
-    const double line = cellHeight(QStringLiteral("x"), 0, 0) + 2 * (m_padding + m_border);
+    const double line = cellHeight(u"x"_s, 0, 0) + 2 * (m_padding + m_border);
     m_tops.reserve(m_report.rows.size() + 1);
     for (int row = 0; row < int(m_report.rows.size()); ++row) {
         bool fits = true;

@@ -1,5 +1,7 @@
 #include "core/platform/desktop/browser.h"
 
+#include "core/base/text.h"
+
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QMap>
@@ -59,7 +61,7 @@ QStringList arguments(const QString &line) {
 }
 
 QString terminal() {
-    return QStandardPaths::findExecutable(QStringLiteral("x-terminal-emulator"));
+    return QStandardPaths::findExecutable(u"x-terminal-emulator"_s);
 }
 
 /// The keys of one group of a key file, with their raw values.
@@ -104,13 +106,13 @@ private:
 std::optional<DesktopEntry> DesktopEntry::read(const QString &file) {
     DesktopEntry entry;
     entry.m_file = file;
-    entry.m_keys = readKeyFileGroup(file, QStringLiteral("Desktop Entry"));
+    entry.m_keys = readKeyFileGroup(file, u"Desktop Entry"_s);
     const QString tryExec = entry.value("TryExec");
     const bool isUsable =
-        entry.value("Type") == QLatin1String("Application") &&
-        entry.value("Hidden") != QLatin1String("true") && !entry.value("Exec").isEmpty() &&
+        entry.value("Type") == "Application"_L1 && entry.value("Hidden") != "true"_L1 &&
+        !entry.value("Exec").isEmpty() &&
         (tryExec.isEmpty() || !QStandardPaths::findExecutable(tryExec).isEmpty()) &&
-        (entry.value("Terminal") != QLatin1String("true") || !terminal().isEmpty());
+        (entry.value("Terminal") != "true"_L1 || !terminal().isEmpty());
     return isUsable ? std::optional(entry) : std::nullopt;
 }
 
@@ -124,18 +126,16 @@ bool DesktopEntry::opens(const QString &mimeType) const {
 
 QStringList DesktopEntry::command(const QString &path) const {
     const QMap<QChar, QString> expansions = {
-        {u'f', path},
-        {u'u', QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())},
-        {u'c', value("Name")},
-        {u'k', m_file},
-        {u'%', QStringLiteral("%")},
+        {u'f', path},          {u'u', QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())},
+        {u'c', value("Name")}, {u'k', m_file},
+        {u'%', u"%"_s},
     };
     QStringList command;
     bool hasFile = false;
     for (const QString &argument : arguments(value("Exec"))) {
-        if (argument == QLatin1String("%i")) {
+        if (argument == "%i"_L1) {
             if (!value("Icon").isEmpty())
-                command << QStringLiteral("--icon") << value("Icon");
+                command << u"--icon"_s << value("Icon");
             continue;
         }
         QString expanded;
@@ -153,8 +153,8 @@ QStringList DesktopEntry::command(const QString &path) const {
     }
     if (!command.isEmpty() && !hasFile)
         command << path;
-    if (!command.isEmpty() && value("Terminal") == QLatin1String("true"))
-        command = QStringList{terminal(), QStringLiteral("-e")} + command;
+    if (!command.isEmpty() && value("Terminal") == "true"_L1)
+        command = QStringList{terminal(), u"-e"_s} + command;
     return command;
 }
 
@@ -216,7 +216,7 @@ QString firstUsable(const QStringList &ids, const QStringList &removed) {
 /// The IDs of the entries in a folder whose MimeType key names the type.
 QStringList idsThatOpen(const QString &folder, const QString &mimeType) {
     QStringList ids;
-    QDirIterator entries(folder, {QStringLiteral("*.desktop")}, QDir::Files,
+    QDirIterator entries(folder, {u"*.desktop"_s}, QDir::Files,
                          QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
     while (entries.hasNext()) {
         const QString file = entries.next();
@@ -256,7 +256,7 @@ int findExecutable(const QString &file, QString &program) {
     program.clear();
     if (!QFileInfo::exists(file))
         return FileNotFound;
-    program = handlerOf(QStringLiteral("text/html"));
+    program = handlerOf(u"text/html"_s);
     return program.isEmpty() ? NoAssociation : Started;
 }
 

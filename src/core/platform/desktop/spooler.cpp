@@ -1,6 +1,7 @@
 #include "core/platform/desktop/spooler.h"
 
 #include "core/base/failure.h"
+#include "core/base/text.h"
 
 #include <QElapsedTimer>
 
@@ -31,9 +32,9 @@ Server connected() {
 }
 
 [[noreturn]] void fail(const QString &sentence, QString reason) {
-    if (reason.endsWith(QLatin1Char('.')))
+    if (reason.endsWith(u'.'))
         reason.chop(1);
-    throw Failure(cupsLastError(), sentence + QStringLiteral(": ") + reason + QLatin1Char('.'));
+    throw Failure(cupsLastError(), sentence + u": "_s + reason + u'.');
 }
 
 /// CUPS' text for the last request.
@@ -64,8 +65,8 @@ void requireSpooler() {
         cupsGetDefault2(server.get());
     // A missing server fails at once; a long wait means that one doesn't respond.
     if (server ? httpError(server.get()) != 0 : sinceAsked.hasExpired(timeout / 2))
-        throw Failure(cupsLastError(), QStringLiteral("The print server \"%1\" doesn't answer.")
-                                           .arg(QString::fromUtf8(cupsServer())));
+        throw Failure(cupsLastError(), u"The print server \"%1\" doesn't answer."_s.arg(
+                                           QString::fromUtf8(cupsServer())));
 }
 
 void requireReadyPrinter(const QString &printer) {
@@ -75,7 +76,7 @@ void requireReadyPrinter(const QString &printer) {
     const std::unique_ptr<cups_dest_t, Close> found(
         server ? cupsGetNamedDest(server.get(), name.constData(), nullptr) : nullptr);
     if (!found)
-        fail(QStringLiteral("The printer \"%1\" can't be reached").arg(printer), lastReason());
+        fail(u"The printer \"%1\" can't be reached"_s.arg(printer), lastReason());
     const auto option = [&](const char *key) {
         return cupsGetOption(key, found->num_options, found->options);
     };
@@ -83,8 +84,7 @@ void requireReadyPrinter(const QString &printer) {
         QByteArray(option("printer-state")).toInt() == static_cast<int>(IPP_PSTATE_STOPPED);
     if (!isStopped && QByteArrayView(option("printer-is-accepting-jobs")) != "false")
         return;
-    fail((isStopped ? QStringLiteral("The printer \"%1\" is stopped")
-                    : QStringLiteral("The printer \"%1\" takes no jobs"))
+    fail((isStopped ? u"The printer \"%1\" is stopped"_s : u"The printer \"%1\" takes no jobs"_s)
              .arg(printer),
          stateOf(server, option("printer-uri-supported"),
                  QString::fromUtf8(option("printer-state-reasons"))));
@@ -92,8 +92,7 @@ void requireReadyPrinter(const QString &printer) {
 
 void requireTakenJob(const QString &printer) {
     if (cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE)
-        fail(QStringLiteral("The printer \"%1\" hasn't taken the report").arg(printer),
-             lastReason());
+        fail(u"The printer \"%1\" hasn't taken the report"_s.arg(printer), lastReason());
 }
 
 } // namespace veltrona::desktop

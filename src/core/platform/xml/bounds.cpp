@@ -1,5 +1,7 @@
 #include "core/platform/xml/bounds.h"
 
+#include "core/base/text.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -34,20 +36,18 @@ bool ExpansionBudget::isTooLarge(std::size_t nodeBytes) const {
 }
 
 QString refusalOf(const Limit &limit) {
-    return QString::fromLatin1(limit.refusal)
-        .replace(QStringLiteral("%1"), QString::number(limit.max));
+    return QString::fromLatin1(limit.refusal).replace(u"%1"_s, QString::number(limit.max));
 }
 
 QString plainReason(const QString &reason, QFile &file) {
     if (file.size() == 0)
-        return QStringLiteral("The file is empty.");
+        return u"The file is empty."_s;
     if (isUtf32(file))
-        return QStringLiteral("The file is in UTF-32, which can't be read. Save it in UTF-8.");
-    if (reason.startsWith(QStringLiteral("Document is empty")))
-        return QStringLiteral("The file holds no XML document.");
-    if (reason.contains(QStringLiteral("Huge input lookup")))
-        return QStringLiteral("A name or another piece of the file is longer than 10,000,000 "
-                              "bytes.");
+        return u"The file is in UTF-32, which can't be read. Save it in UTF-8."_s;
+    if (reason.startsWith(u"Document is empty"_s))
+        return u"The file holds no XML document."_s;
+    if (reason.contains(u"Huge input lookup"_s))
+        return u"A name or another piece of the file is longer than 10,000,000 bytes."_s;
     return reason.simplified();
 }
 

@@ -1,5 +1,6 @@
 #include "core/platform/xml/document.h"
 
+#include "core/base/text.h"
 #include "core/platform/desktop/paths.h"
 #include "core/platform/xml/saxReader.h"
 
@@ -12,11 +13,10 @@ namespace veltrona::xml {
 namespace {
 
 ParseError systemError(int errorNumber) {
-    const QString reason =
-        errorNumber == EINVAL
-            ? QStringLiteral("It is a pipe or a device; only a plain file can be read.")
-            : qt_error_string(errorNumber);
-    return {.errorCode = errorNumber, .reason = reason + QStringLiteral("\r\n")};
+    const QString reason = errorNumber == EINVAL
+                               ? u"It is a pipe or a device; only a plain file can be read."_s
+                               : qt_error_string(errorNumber);
+    return {.errorCode = errorNumber, .reason = reason + u"\r\n"_s};
 }
 
 /// The error number of the system, 0 if an ordinary file is open now.

@@ -99,7 +99,7 @@ ParseResult SaxReader::run() {
     }
     // libxml2 takes a NUL after the root element for the end of the file.
     if (!m_failed && m_context->input != nullptr && m_context->input->cur < m_context->input->end)
-        fail(XML_ERR_DOCUMENT_END, QStringLiteral("Extra content at the end of the document"));
+        fail(XML_ERR_DOCUMENT_END, u"Extra content at the end of the document"_s);
     if (m_failed)
         completeError();
     m_result.nodes.addListEnd();
@@ -174,7 +174,7 @@ void SaxReader::addAttribute(const xmlChar **attribute) {
                            xmlFree);
     m_isInValue = false;
     if (!text)
-        fail(XML_ERR_ENTITY_PROCESSING, QStringLiteral("An attribute's entities can't be read."));
+        fail(XML_ERR_ENTITY_PROCESSING, u"An attribute's entities can't be read."_s);
     m_result.nodes.addAttribute(view(attribute[1]), view(attribute[0]), view(text.get()));
     checkSize(m_result.nodes.size());
 }
@@ -251,10 +251,9 @@ void SaxReader::refuse(const QString &reason) {
 
 void SaxReader::checkSize(std::size_t nodeBytes) {
     if (nodeBytes > maxBytes)
-        fail(XML_ERR_NO_MEMORY, QStringLiteral("The file is too large."));
+        fail(XML_ERR_NO_MEMORY, u"The file is too large."_s);
     else if (m_budget.isTooLarge(nodeBytes))
-        fail(XML_ERR_ENTITY_LOOP,
-             QStringLiteral("Entities or default attributes make the file too large."));
+        fail(XML_ERR_ENTITY_LOOP, u"Entities or default attributes make the file too large."_s);
 }
 
 void SaxReader::fail(const Limit &exceeded) {
@@ -324,7 +323,7 @@ void SaxReader::completeError() {
     if (!m_hasPlace && !(isBadByte && locateBadByte(m_file, m_encoding, error)))
         recordErrorPosition();
     error.srcText = sourceLine(m_file, error.filepos, m_encoding);
-    error.reason = plainReason(error.reason, m_file) + QStringLiteral("\r\n");
+    error.reason = plainReason(error.reason, m_file) + u"\r\n"_s;
 }
 
 } // namespace veltrona::xml

@@ -2,6 +2,7 @@
 // but the file itself is ever read, whatever it refers to: no other file, no network.
 #pragma once
 
+#include "core/base/text.h"
 #include "core/platform/xml/bounds.h"
 #include "core/platform/xml/document.h"
 
@@ -42,8 +43,7 @@ private:
         try {
             return call();
         } catch (const std::bad_alloc &) {
-            (this->*onError)(XML_ERR_NO_MEMORY,
-                             QStringLiteral("The file doesn't fit into the memory."));
+            (this->*onError)(XML_ERR_NO_MEMORY, u"The file doesn't fit into the memory."_s);
         }
         return decltype(call())();
     }

@@ -71,14 +71,14 @@ QString sourceLine(QFile &file, qint64 position, const QByteArray &encoding) {
         return {};
     const QString left = decoded(file.read(at - from), encoding);
     const QString right = decoded(file.read(after * unit), encoding);
-    qsizetype start = left.lastIndexOf(QLatin1Char('\n')) + 1;
+    qsizetype start = left.lastIndexOf(u'\n') + 1;
     const bool cutLeft = start == 0 && from > 0;
-    qsizetype end = right.indexOf(QLatin1Char('\n'));
+    qsizetype end = right.indexOf(u'\n');
     const bool cutRight = end < 0 && !file.atEnd();
     if (end < 0)
         end = right.size();
     const QString line = onOneLine(left.mid(start) + right.left(end)).trimmed();
-    const QString dots = QStringLiteral("...");
+    const QString dots = u"..."_s;
     return (cutLeft ? dots : QString()) + line + (cutRight ? dots : QString());
 }
 
