@@ -11,7 +11,7 @@ bool isSameName(std::string_view a, std::string_view b) {
 }
 
 QString padded(int number, int width) {
-    return u"%1"_s.arg(number, width, 10, u'0');
+    return u"%1"_s.arg(number, width, 10, QChar(u'0'));
 }
 
 QString shortened(const QString &text, qsizetype length, QStringView mark) {
