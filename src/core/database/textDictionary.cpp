@@ -50,7 +50,7 @@ std::size_t LeafDictionary::slotOf(std::size_t hash, const Names &names) const {
     const std::size_t mask = m_slots.size() - 1;
     std::size_t slot = hash & mask;
     while (m_slots[slot] != TextDictionary::none &&
-           (m_hashes[m_slots[slot]] != hash || !isLeaf(m_slots[slot], names)))
+           (m_hashes[m_slots[slot]] != hash || namesOf(m_slots[slot]) != names))
         slot = (slot + 1) & mask;
     return slot;
 }
@@ -65,14 +65,6 @@ void LeafDictionary::grow() {
             slot = (slot + 1) & mask;
         m_slots[slot] = static_cast<Code>(leaf);
     }
-}
-
-bool LeafDictionary::isLeaf(Code leaf, const Names &names) const {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (m_names.text(m_leaves[leaf][i]) != names[i])
-            return false;
-    }
-    return true;
 }
 
 LeafDictionary::Names LeafDictionary::namesOf(std::size_t leaf) const {

@@ -62,7 +62,6 @@ public:
 
 private:
     using NameCodes = std::array<Code, nameColumns.size()>;
-    bool isLeaf(Code leaf, const Names &names) const;
     /// The slot that holds the leaf, or the empty one where it belongs.
     std::size_t slotOf(std::size_t hash, const Names &names) const;
     void grow();

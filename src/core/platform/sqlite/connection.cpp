@@ -159,7 +159,8 @@ int Connection::compileFirst(std::string_view &sql, Statement &statement) const 
         sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
     if (code == SQLITE_OK)
         sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
-    statement = Statement(this, handle);
+    statement.m_connection = this;
+    statement.m_statement.reset(handle);
     return code;
 }
 

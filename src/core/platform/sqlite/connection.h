@@ -34,11 +34,6 @@ class FileAccess;
 /// A prepared statement; parameters count from 1, columns from 0.
 class Statement {
 public:
-    Statement() = default;
-    Statement(Statement &&other) noexcept;
-    Statement &operator=(Statement &&other) noexcept;
-    ~Statement();
-
     explicit operator bool() const { return m_statement != nullptr; }
 
     void bind(int parameter, qint64 value);
@@ -62,16 +57,17 @@ public:
     QString text(int column) const;
 
     /// For the sources of this folder alone.
-    sqlite3_stmt *handle() const { return m_statement; }
+    sqlite3_stmt *handle() const { return m_statement.get(); }
 
 private:
     friend class Connection;
-    Statement(const Connection *connection, sqlite3_stmt *statement)
-        : m_connection(connection), m_statement(statement) {}
+    struct Finalize {
+        void operator()(sqlite3_stmt *statement) const;
+    };
     void check(int code) const;
 
     const Connection *m_connection = nullptr;
-    sqlite3_stmt *m_statement = nullptr;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
 };
 
 class Connection {

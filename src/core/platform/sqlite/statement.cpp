@@ -4,8 +4,6 @@
 
 #include <sqlite3.h>
 
-#include <utility>
-
 namespace veltrona::sqlite {
 
 static_assert(int(Result::Error) == SQLITE_ERROR && int(Result::Abort) == SQLITE_ABORT &&
@@ -17,30 +15,21 @@ static_assert(int(Result::Error) == SQLITE_ERROR && int(Result::Abort) == SQLITE
               int(Result::Done) == SQLITE_DONE &&
               int(Result::FileMoved) == SQLITE_READONLY_DBMOVED);
 
-Statement::Statement(Statement &&other) noexcept
-    : m_connection(other.m_connection), m_statement(std::exchange(other.m_statement, nullptr)) {}
-
-Statement &Statement::operator=(Statement &&other) noexcept {
-    std::swap(m_connection, other.m_connection);
-    std::swap(m_statement, other.m_statement);
-    return *this;
-}
-
-Statement::~Statement() {
-    sqlite3_finalize(m_statement);
+void Statement::Finalize::operator()(sqlite3_stmt *statement) const {
+    sqlite3_finalize(statement);
 }
 
 void Statement::bind(int parameter, qint64 value) {
-    check(sqlite3_bind_int64(m_statement, parameter, value));
+    check(sqlite3_bind_int64(handle(), parameter, value));
 }
 
 void Statement::bind(int parameter, double value) {
-    check(sqlite3_bind_double(m_statement, parameter, value));
+    check(sqlite3_bind_double(handle(), parameter, value));
 }
 
 void Statement::bind(int parameter, std::string_view text) {
     // A null pointer would bind NULL, which no column accepts.
-    check(sqlite3_bind_text64(m_statement, parameter, text.empty() ? "" : text.data(), text.size(),
+    check(sqlite3_bind_text64(handle(), parameter, text.empty() ? "" : text.data(), text.size(),
                               SQLITE_TRANSIENT, SQLITE_UTF8));
 }
 
@@ -50,7 +39,7 @@ void Statement::bind(int parameter, const QString &text) {
 }
 
 Result Statement::run(Result expected) {
-    const int code = sqlite3_step(m_statement);
+    const int code = sqlite3_step(handle());
     if (code == SQLITE_ROW || code == SQLITE_DONE)
         return Result(code);
     const Failure failure = m_connection->failure(code);
@@ -62,28 +51,28 @@ Result Statement::run(Result expected) {
 
 void Statement::reset() {
     // Its result repeats the failure of the last step.
-    sqlite3_reset(m_statement);
+    sqlite3_reset(handle());
     if (m_connection)
         m_connection->beginWork();
 }
 
 ValueType Statement::type(int column) const {
-    return static_cast<ValueType>(sqlite3_column_type(m_statement, column));
+    return static_cast<ValueType>(sqlite3_column_type(handle(), column));
 }
 
 qint64 Statement::int64(int column) const {
-    return sqlite3_column_int64(m_statement, column);
+    return sqlite3_column_int64(handle(), column);
 }
 
 double Statement::real(int column) const {
-    return sqlite3_column_double(m_statement, column);
+    return sqlite3_column_double(handle(), column);
 }
 
 std::string_view Statement::utf8(int column) const {
-    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(handle(), column));
     if (!text)
         return {};
-    const int size = sqlite3_column_bytes(m_statement, column);
+    const int size = sqlite3_column_bytes(handle(), column);
     if (size > maxTextBytes)
         m_connection->fail(SQLITE_TOOBIG);
     return {text, static_cast<std::size_t>(size)};
