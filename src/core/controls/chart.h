@@ -26,11 +26,13 @@ struct ChartTexts {
 /// Rows count from 1; the only column is 1.
 class ChartDataGrid {
 public:
-    const QString &RowLabel(int row, int labelIndex) const;
-    void setRowLabel(int row, int labelIndex, const QString &label);
-    void SetData(int row, int column, double value, int nullFlag);
-    /// The dates that the bar counts, as text.
-    void setRowDates(int row, const QString &dates);
+    const QString &RowLabel(int row, int) const { return at(row).label; }
+    void setRowLabel(int row, int, const QString &label) { at(row).label = label; }
+    void SetData(int row, int, double value, int nullFlag) {
+        at(row).value = value;
+        at(row).isNull = nullFlag != 0;
+    }
+    void setRowDates(int row, const QString &dates) { at(row).dates = dates; }
     void setRowHasRecords(int row, bool has) { at(row).hasRecords = has; }
     const std::vector<ChartRow> &rows() const { return m_rows; }
 
@@ -45,7 +47,7 @@ class Chart {
 public:
     int RowCount() const { return static_cast<int>(m_grid.m_rows.size()); }
     /// Existing rows keep their content.
-    void setRowCount(int rows);
+    void setRowCount(int rows) { m_grid.m_rows.resize(static_cast<std::size_t>(rows)); }
     ChartDataGrid &DataGrid() { return m_grid; }
     const ChartDataGrid &DataGrid() const { return m_grid; }
 
@@ -57,7 +59,10 @@ public:
     void setTexts(const ChartTexts &texts) { m_texts = texts; }
 
     /// Notifies the view; to be called when all rows are set.
-    void changed();
+    void changed() {
+        if (onChange)
+            onChange();
+    }
     std::function<void()> onChange;
 
 private:

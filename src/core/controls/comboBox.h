@@ -17,7 +17,13 @@ public:
     const QStringList &items() const { return m_items; }
     /// -1 without a choice.
     int ListIndex() const { return m_index; }
-    void setListIndex(int index);
+    void setListIndex(int index) {
+        m_index = index;
+        if (onChange)
+            onChange();
+        if (onClick)
+            onClick();
+    }
     /// The chosen entry, or an empty text.
     QString Text() const { return m_items.value(m_index); }
 

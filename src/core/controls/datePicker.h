@@ -11,10 +11,20 @@ class DatePicker {
 public:
     DateValue Value() const { return m_value; }
     /// For the program: doesn't run onChange.
-    void setValue(DateValue value);
+    void setValue(DateValue value) {
+        m_value = value;
+        if (onValue)
+            onValue();
+    }
     /// For the view, after an edit by the user: sets the day, keeps the time of day, and runs
     /// onChange if the day is another.
-    void editDay(int dayNumber);
+    void editDay(int day) {
+        if (day == dayNumber(m_value))
+            return;
+        setValue(day + timeOfDay(m_value));
+        if (onChange)
+            onChange();
+    }
 
     std::function<void()> onChange; // set by the window
     std::function<void()> onValue;  // set by the view

@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace veltrona {
@@ -42,33 +43,60 @@ public:
     static constexpr int NameColumn = 0;
 
     /// Only the first `shownColumns` are for a view. The columns never change afterwards.
-    Grid(int columns, int shownColumns, int rows = gridRow::Fixed);
+    Grid(int columns, int shownColumns, int rows = gridRow::Fixed)
+        : m_columns(static_cast<std::size_t>(columns)), m_shownColumns(shownColumns),
+          m_rows(static_cast<std::size_t>(rows), emptyRow()), m_widths(m_columns, -1),
+          m_alignments(m_columns, -1) {}
     explicit Grid(int columns) : Grid(columns, columns) {}
 
     int Cols() const { return static_cast<int>(m_columns); }
     int shownColumns() const { return m_shownColumns; }
     int Rows() const { return static_cast<int>(m_rows.size()); }
-    void setRows(int rows);
+    void setRows(int rows) {
+        m_rows.resize(static_cast<std::size_t>(rows), emptyRow());
+        changed();
+    }
 
-    const QString &TextMatrix(int row, int col) const;
-    void setTextMatrix(int row, int col, const QString &text);
+    const QString &TextMatrix(int row, int col) const { return cell(row, col).text; }
+    void setTextMatrix(int row, int col, const QString &text) {
+        cell(row, col).text = text;
+        changed();
+    }
 
     /// Inserts a row before row `index`, with `item` in its first column.
-    void AddItem(const QString &item, int index);
-    void RemoveItem(int index);
+    void AddItem(const QString &item, int index) {
+        m_rows.insert(m_rows.begin() + index, emptyRow())->cells.front().text = item;
+        changed();
+    }
+    void RemoveItem(int index) {
+        m_rows.erase(m_rows.begin() + index);
+        changed();
+    }
     /// Clears texts, cell colours and marks; the number of rows stays.
-    void Clear();
+    void Clear() {
+        m_rows.assign(m_rows.size(), emptyRow());
+        changed();
+    }
 
     /// Column widths in twips; 0 hides a column, -1 is a width not set yet.
-    int ColWidth(int col) const;
-    void setColWidth(int col, int twips);
+    int ColWidth(int col) const { return m_widths.at(static_cast<std::size_t>(col)); }
+    void setColWidth(int col, int twips) {
+        m_widths.at(static_cast<std::size_t>(col)) = twips;
+        changed();
+    }
     /// 0 is left and top, -1 the default: numbers to the right, other texts to the left.
-    int ColAlignment(int col) const;
-    void setColAlignment(int col, int alignment);
+    int ColAlignment(int col) const { return m_alignments.at(static_cast<std::size_t>(col)); }
+    void setColAlignment(int col, int alignment) {
+        m_alignments.at(static_cast<std::size_t>(col)) = alignment;
+        changed();
+    }
 
     /// The text colour of all cells that have no colour of their own.
     Rgb ForeColor() const { return m_foreColor; }
-    void setForeColor(Rgb color);
+    void setForeColor(Rgb color) {
+        m_foreColor = color;
+        changed();
+    }
 
     /// The current cell, whose colour is `CellForeColor`. Moving it never scrolls a view.
     int Row() const { return m_row; }
@@ -78,18 +106,28 @@ public:
 
     /// The colour in force at the current cell.
     Rgb CellForeColor() const { return cellColor(m_row, m_col); }
-    void setCellForeColor(Rgb color);
+    void setCellForeColor(Rgb color) {
+        cell(m_row, m_col).color = color;
+        setLoss(m_row, false);
+    }
 
     /// The colour in force at any cell, without moving the current one.
-    Rgb cellColor(int row, int col) const;
+    Rgb cellColor(int row, int col) const { return cell(row, col).color.value_or(m_foreColor); }
 
     /// Whether the row didn't earn back its cost. The mark lives as long as the row's colour: Clear
     /// and a new colour reset it.
-    bool isLoss(int row) const { return m_rows.at(static_cast<std::size_t>(row)).isLoss; }
-    void setLoss(int row, bool isLoss);
+    bool isLoss(int row) const { return at(row).isLoss; }
+    void setLoss(int row, bool isLoss) {
+        at(row).isLoss = isLoss;
+        changed();
+    }
 
     bool Redraw() const { return m_redraw; }
-    void setRedraw(bool redraw);
+    void setRedraw(bool redraw) {
+        m_redraw = redraw;
+        if (m_redraw && m_pending)
+            changed();
+    }
 
     /// Called after a change while `Redraw` is on, and once when it is switched on after changes.
     std::function<void()> onChange;
@@ -104,7 +142,7 @@ public:
 private:
     struct Cell {
         QString text;
-        int color = -1; // 0xRRGGBB, or -1 for the grid's own
+        std::optional<Rgb> color; // else the grid's own
     };
     struct RowData {
         std::vector<Cell> cells;
@@ -112,9 +150,17 @@ private:
     };
 
     RowData emptyRow() const { return {std::vector<Cell>(m_columns)}; }
-    Cell &cell(int row, int col);
-    const Cell &cell(int row, int col) const;
-    void changed();
+    RowData &at(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
+    const RowData &at(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
+    Cell &cell(int row, int col) { return at(row).cells.at(static_cast<std::size_t>(col)); }
+    const Cell &cell(int row, int col) const {
+        return at(row).cells.at(static_cast<std::size_t>(col));
+    }
+    void changed() {
+        m_pending = !m_redraw;
+        if (m_redraw && onChange)
+            onChange();
+    }
 
     std::size_t m_columns;
     int m_shownColumns;
