@@ -1,5 +1,4 @@
 // What is said of a chart: why it has no bars, what a bar counts, and all of it for the ear.
-#include "core/analysis/chart/chartTexts.h"
 #include "core/analysis/chart/chartSeries.h"
 
 #include "support/dataTable.h"

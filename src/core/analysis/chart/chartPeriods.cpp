@@ -1,6 +1,7 @@
 #include "core/analysis/chart/chartPeriods.h"
 
 #include "core/base/text.h"
+#include "core/controls/chartAxis.h"
 
 namespace veltrona {
 
@@ -48,6 +49,10 @@ ChartPeriods tryUnit(ChartUnit unit, const DateRange &range) {
     return periods;
 }
 
+const ChartUnitRow &rowOf(ChartUnit unit) {
+    return chartUnits.at(static_cast<std::size_t>(unit));
+}
+
 int advanced(int day, const ChartPeriods &periods) {
     const ChartUnitRow &unit = rowOf(periods.unit);
     return unit.days > 0 ? day + unit.days * periods.step
@@ -56,8 +61,7 @@ int advanced(int day, const ChartPeriods &periods) {
 
 /// English; `month` counts from 1.
 QString monthName(int month) {
-    const std::string_view name = shortMonthName(month);
-    return QLatin1String(name.data(), static_cast<qsizetype>(name.size()));
+    return QString::fromLatin1(shortMonthName(month));
 }
 
 QString label(ChartUnit unit, int day) {
@@ -74,6 +78,80 @@ QString label(ChartUnit unit, int day) {
         return year;
     }
     return {};
+}
+
+/// "5 Jan 2007"
+QString dateText(int day) {
+    const CalendarDay date = calendarDay(day);
+    return u"%1 %2 %3"_s.arg(date.day).arg(monthName(date.month)).arg(date.year);
+}
+
+QString daysText(int from, int to, const QString &between) {
+    return from == to ? dateText(from) : dateText(from) + between + dateText(to);
+}
+
+/// "from 5 Jan 2007 to 11 Jan 2007" or "on 5 Jan 2007"
+QString period(const DateRange &range) {
+    const int from = dayNumber(range.start);
+    const int to = dayNumber(range.end);
+    return (from == to ? u"on "_s : u"from "_s) + daysText(from, to, u" to "_s);
+}
+
+bool covers(const DateRange &range, const DateRange &dates) {
+    return dayNumber(range.start) <= dayNumber(dates.start) &&
+           dayNumber(range.end) >= dayNumber(dates.end);
+}
+
+QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
+                    const ChartSurroundings &surroundings) {
+    if (!surroundings.table)
+        return u"This project has no records yet.\n"
+               "Choose Import to read a report file into it."_s;
+    if (surroundings.inRange) {
+        const int days = dayNumber(range.end) - dayNumber(range.start) + 1;
+        return u"The records of this period lie on days that no bar counts."_s +
+               (periods.unit != ChartUnit::Day && days <= maxBars
+                    ? u"\nGroup by days to see them."_s
+                    : QString());
+    }
+    if (covers(range, *surroundings.table))
+        return u"There are no records for this selection."_s;
+    return u"There are no records %1.\nThe project has records %2; "
+           "the date range \"All\" shows them."_s.arg(period(range), period(*surroundings.table));
+}
+
+/// "one day", "14 days"
+QString spanOf(const ChartPeriods &periods) {
+    const ChartUnitRow &unit = rowOf(periods.unit);
+    const auto text = [&](int length, const QString &name) {
+        const int count = length * periods.step;
+        return count == 1 ? u"one "_s + name : u"%1 %2s"_s.arg(count).arg(name);
+    };
+    if (unit.days > 0)
+        return text(unit.days, u"day"_s);
+    return unit.months % 12 == 0 ? text(unit.months / 12, u"year"_s)
+                                 : text(unit.months, u"month"_s);
+}
+
+/// The first bar counts a single day, whatever the others count.
+QString noteOf(const ChartPeriods &periods, const std::vector<ChartBar> &bars) {
+    if (bars.size() == 1)
+        return u"The bar counts %1."_s.arg(dateText(bars.front().toDay));
+    const bool days = periods.unit == ChartUnit::Day && periods.step == 1;
+    const int first = calendarDay(bars.front().fromDay).year;
+    const int last = calendarDay(bars.back().toDay).year;
+    const QString years =
+        first == last ? u" of %1."_s.arg(first) : u", %1 to %2."_s.arg(first).arg(last);
+    return (days ? u"Each bar counts "_s : u"Each bar after the first counts "_s) +
+           spanOf(periods) + years;
+}
+
+QString descriptionOf(const std::vector<ChartBar> &bars) {
+    const auto highest = std::ranges::max_element(bars, {}, &ChartBar::value);
+    const QString count = bars.size() == 1 ? u"1 bar"_s : u"%1 bars"_s.arg(bars.size());
+    return u"%1, %2. Highest: %3, %4."_s.arg(
+        count, daysText(bars.front().fromDay, bars.back().toDay, u" to "_s),
+        spokenValue(highest->value), datesText(*highest));
 }
 
 } // namespace
@@ -100,9 +178,25 @@ std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start) {
     return bars;
 }
 
-QString dateText(int day) {
-    const CalendarDay date = calendarDay(day);
-    return QStringLiteral("%1 %2 %3").arg(date.day).arg(monthName(date.month)).arg(date.year);
+QString datesText(const ChartBar &bar) {
+    return daysText(bar.fromDay, bar.toDay, u" \u2013 "_s);
+}
+
+ChartTexts chartTexts(const ChartPeriods &periods, const DateRange &range,
+                      const std::vector<ChartBar> &bars, const ChartSurroundings &surroundings) {
+    ChartTexts texts;
+    const bool empty = std::ranges::none_of(bars, &ChartBar::hasRecords);
+    texts.note = noteOf(periods, bars);
+    if (dayNumber(range.start) > dayNumber(range.end))
+        texts.notice = u"The start date lies behind the end date."_s;
+    else if (empty)
+        texts.notice = emptyNotice(periods, range, surroundings);
+    QStringList sentences{texts.notice, texts.note};
+    if (!empty)
+        sentences.prepend(descriptionOf(bars));
+    sentences.removeAll(QString());
+    texts.description = sentences.join(u' ').replace(u'\n', u' ');
+    return texts;
 }
 
 } // namespace veltrona

@@ -1,13 +1,15 @@
-// How the chart divides a date range into bars: the kind of period, the number of bars, and each
-// bar's label and days. Pure calendar arithmetic.
+// The bars of the chart: how a date range is divided into them, each bar's label and days, and the
+// sentences that explain them.
 #pragma once
 
 #include "core/base/dateValue.h"
+#include "core/controls/chart.h"
 
 #include <QString>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace veltrona {
@@ -30,9 +32,6 @@ inline constexpr std::array chartUnits = {
 static_assert(std::ranges::is_sorted(chartUnits, std::ranges::less_equal(), &ChartUnitRow::unit) &&
                   chartUnits.back().unit == ChartUnit(chartUnits.size() - 1),
               "a row for each unit, in the order of the enum");
-constexpr const ChartUnitRow &rowOf(ChartUnit unit) {
-    return chartUnits.at(static_cast<std::size_t>(unit));
-}
 
 /// More bars only where they are years.
 inline constexpr int maxBars = 90;
@@ -59,7 +58,16 @@ ChartPeriods choosePeriods(int grouping, const DateRange &range);
 /// The bars from `start` on. The first one counts that single day, whatever the unit; the others
 /// end with their own date.
 std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start);
-/// "5 Jan 2007"
-QString dateText(int day);
+
+/// The records of the project outside a chart without any.
+struct ChartSurroundings {
+    std::optional<DateRange> table; // its first and last date; none for an empty project
+    bool inRange = false;           // the node has records on days of the range that no bar counts
+};
+/// `surroundings` are only used where no bar has a record.
+ChartTexts chartTexts(const ChartPeriods &periods, const DateRange &range,
+                      const std::vector<ChartBar> &bars, const ChartSurroundings &surroundings);
+/// The days that a bar counts: "5 Jan 2007 – 11 Jan 2007".
+QString datesText(const ChartBar &bar);
 
 } // namespace veltrona

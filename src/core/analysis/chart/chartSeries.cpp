@@ -1,6 +1,5 @@
 #include "core/analysis/chart/chartSeries.h"
 
-#include "core/analysis/chart/chartTexts.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/controls/comboBox.h"
@@ -39,25 +38,23 @@ constexpr auto metrics = std::to_array<Metric>({
 });
 
 /// Compensated summation, so that the order of the records doesn't matter.
-class Sum {
+class BarSum {
 public:
     void add(double value) {
         const double sum = m_sum + value;
         m_lost +=
             std::abs(m_sum) >= std::abs(value) ? (m_sum - sum) + value : (value - sum) + m_sum;
         m_sum = sum;
+        valued += value != 0;
     }
     double value() const { return std::isfinite(m_sum) ? m_sum + m_lost : m_sum; }
+
+    bool hasRecords = false;
+    qint64 valued = 0; // records whose value isn't 0
 
 private:
     double m_sum = 0;
     double m_lost = 0;
-};
-
-struct BarSum {
-    Sum sum;
-    qint64 records = 0;
-    qint64 valued = 0; // records whose value isn't 0
 };
 
 /// Finds the bar of a date by its text. Boundaries are midnights: a later time of the same day
@@ -87,23 +84,18 @@ private:
     int m_bar = -1;
 };
 
-bool holdsRecords(ProjectRecords &records, const NodePath &path, const DateRange &range) {
-    constexpr Figure any = Figure::Clicks;
-    bool found = false;
-    const RecordQuery query{path, range, {}, [](auto) { return 0; }, {&any, 1}};
-    visitRecords(records, query, [&found](const auto &, auto) { found = true; });
-    return found;
-}
-
 /// Only needed where no bar has a record.
 ChartSurroundings surroundings(ProjectRecords &records, const NodePath &path,
                                const DateRange &range) {
-    const bool inRange = holdsRecords(records, path, range);
+    constexpr Figure any = Figure::Clicks;
+    ChartSurroundings found{range}; // unreadable dates are reported by "All"
+    const RecordQuery query{path, range, {}, [](auto) { return 0; }, {&any, 1}};
+    visitRecords(records, query, [&found](const auto &, auto) { found.inRange = true; });
     try {
-        return {tableDates(records), inRange};
+        found.table = tableDates(records);
     } catch (const Failure &) {
-        return {range, inRange}; // unreadable dates are reported by "All"
     }
+    return found;
 }
 
 std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, const NodePath &path,
@@ -119,12 +111,9 @@ std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, con
     const auto add = [&](int bar, const auto &record) {
         const auto figure = record[0];
         BarSum &sum = sums[static_cast<std::size_t>(bar)];
-        ++sum.records;
-        if (metric.aboveZero && !isAboveZero(figure))
-            return;
-        const double value = storedNumberOf(figure);
-        sum.sum.add(value);
-        sum.valued += value != 0;
+        sum.hasRecords = true;
+        if (!metric.aboveZero || isAboveZero(figure))
+            sum.add(storedNumberOf(figure));
     };
     visitRecords(records, query, [&](const auto &batch, auto) { forEachRecord(batch, add); });
     return sums;
@@ -137,7 +126,7 @@ float toFloat(double number) {
 }
 
 double barValue(const Metric &metric, const BarSum &bar) {
-    float value = toFloat(bar.sum.value() / metric.divisor);
+    float value = toFloat(bar.value() / metric.divisor);
     if (metric.averaged)
         value = bar.valued != 0 ? value / static_cast<float>(bar.valued) : 0;
     return roundHalfToEven(value, 2) + 0.0; // no negative zero
@@ -159,12 +148,11 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
     series.metric = QLatin1String(metric.caption);
     series.bars = emptyBars(series.periods, series.range.start);
     const std::vector<BarSum> sums = sumUpBars(records, metric, request.path, series.bars);
-    bool empty = true;
     for (std::size_t i = 0; i < sums.size(); ++i) {
         series.bars[i].value = barValue(metric, sums[i]);
-        series.bars[i].hasRecords = sums[i].records > 0;
-        empty = empty && sums[i].records == 0;
+        series.bars[i].hasRecords = sums[i].hasRecords;
     }
+    const bool empty = std::ranges::none_of(series.bars, &ChartBar::hasRecords);
     series.texts =
         chartTexts(series.periods, series.range, series.bars,
                    empty ? surroundings(records, request.path, series.range) : ChartSurroundings{});
