@@ -5,7 +5,6 @@
 #include "core/analysis/chart/chartSeries.h"
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 

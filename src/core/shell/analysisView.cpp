@@ -1,7 +1,6 @@
 #include "core/shell/analysisView.h"
 
 #include "core/analysis/grid/nodeStatistics.h"
-#include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/platform/dialogs/errorFilter.h"
@@ -181,7 +180,7 @@ QStringList AnalysisView::figureNotes(int row, int col) {
         return {};
     if (!m_notes) {
         const sqlite::ReadTransaction reading(*modMain::DbConn);
-        m_notes = FigureNotes::query(*modMain::Records, pathOf(*node), m_shownRange);
+        m_notes.emplace(*modMain::Records, pathOf(*node), m_shownRange);
     }
     return row == gridRow::summary(grid.Rows())
                ? m_notes->ofSummary(col)

@@ -3,7 +3,6 @@
 
 #include "core/analysis/chart/chartSeries.h"
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/base/storedText.h"

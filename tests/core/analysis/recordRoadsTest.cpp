@@ -4,7 +4,6 @@
 #include "core/analysis/chart/chartSeries.h"
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 #include "core/analysis/records/leafSums.h"
 #include "core/analysis/records/nodePath.h"
 #include "core/analysis/records/recordWalk.h"

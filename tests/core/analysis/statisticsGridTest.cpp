@@ -1,6 +1,5 @@
 // The shape of the statistics grid and the finish that sumUp gives it, on cells written by hand.
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 
 #include "support/dataTable.h"
 #include "support/gridText.h"

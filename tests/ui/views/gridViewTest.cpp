@@ -2,7 +2,6 @@
 // is told.
 #include "ui/views/controls/gridView.h"
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 #include "support/gridText.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/lossMark.h"

@@ -1,13 +1,12 @@
 #include "core/analysis/grid/figureNotes.h"
 
-#include "core/analysis/grid/nodeStatistics.h"
-#include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
 
 #include <cmath>
+#include <optional>
 
 namespace veltrona {
 
@@ -21,7 +20,7 @@ constexpr bool isSummed(const GridColumn &column) {
 constexpr FigureList figures(isSummed);
 
 template<class Record>
-void add(PlainSums &sums, const Record &record) {
+void add(ColumnSums &sums, const Record &record) {
     gridColumn::forEach([&](auto col) {
         constexpr const GridColumn &column = gridColumn::at(col);
         if constexpr (isSummed(column)) {
@@ -37,10 +36,6 @@ void add(PlainSums &sums, const Record &record) {
     });
 }
 
-QString countText(double number) {
-    return withLeadingZero(numberText(roundHalfToEven(number, 2)));
-}
-
 QString decimals(double number, int count = 2) {
     return QString::number(roundHalfToEven(number, count), 'f', count);
 }
@@ -52,13 +47,14 @@ struct TrueFigure {
     QString line; // how a ratio is computed; empty for a sum
 };
 
-QString sumText(const PlainSums &sums, int col) {
+QString sumText(const ColumnSums &sums, int col) {
     const double sum = sums[col];
-    return gridColumn::at(col).decimals < 0 ? countText(sum) : decimals(sum);
+    return gridColumn::at(col).decimals < 0 ? withLeadingZero(numberText(roundHalfToEven(sum, 2)))
+                                            : decimals(sum);
 }
 
 /// None for a ratio without a divisor.
-std::optional<TrueFigure> trueFigure(const PlainSums &sums, int col) {
+std::optional<TrueFigure> trueFigure(const ColumnSums &sums, int col) {
     const GridColumn &column = gridColumn::at(col);
     const TrueRatio &ratio = column.ratio;
     if (!ratio.sentence) {
@@ -72,36 +68,26 @@ std::optional<TrueFigure> trueFigure(const PlainSums &sums, int col) {
         return std::nullopt;
     const double value =
         (ratio.ofGain ? dividend - divisor : dividend) / divisor * (column.isPercent ? 100 : 1);
-    const QString text = decimals(value) + (column.isPercent ? QStringLiteral(" %") : QString());
+    const QString text = decimals(value) + (column.isPercent ? u" %"_s : QString());
     const QString sentence = QString::fromLatin1(ratio.sentence)
-                                 .replace(QLatin1String("%1"), sumText(sums, ratio.dividend))
-                                 .replace(QLatin1String("%2"), sumText(sums, ratio.divisor));
+                                 .replace("%1"_L1, sumText(sums, ratio.dividend))
+                                 .replace("%2"_L1, sumText(sums, ratio.divisor));
     return TrueFigure{value, text, sentence + text};
 }
 
 QString changeText(double now, double before) {
     const double percent = roundHalfToEven((now - before) / std::fabs(before) * 100, 1);
-    return (percent > 0 ? QStringLiteral("+") : QString()) + decimals(percent + 0.0, 1) +
-           QStringLiteral(" %");
+    return (percent > 0 ? u"+"_s : QString()) + decimals(percent + 0.0, 1) + u" %"_s;
 }
 
-} // namespace
-
-std::optional<DateRange> periodBefore(const DateRange &range) {
-    const int start = dayNumber(range.start);
-    const int days = dayNumber(range.end) - start + 1;
-    if (days < 1)
-        return std::nullopt;
-    return DateRange{static_cast<DateValue>(start - days), static_cast<DateValue>(start - 1)};
-}
-
+/// "18 to 24 Nov", with the year if it isn't `year`.
 QString shortDates(const DateRange &range, int year) {
     const CalendarDay first = calendarDay(dayNumber(range.start));
     const CalendarDay last = calendarDay(dayNumber(range.end));
     const auto text = [](const CalendarDay &day, bool withMonth, bool withYear) {
         QString date = QString::number(day.day);
         if (withMonth)
-            date += u' ' + QString::fromStdString(std::string(shortMonthName(day.month)));
+            date += u' ' + QString::fromLatin1(shortMonthName(day.month));
         if (withYear)
             date += u' ' + QString::number(day.year);
         return date;
@@ -110,8 +96,10 @@ QString shortDates(const DateRange &range, int year) {
     const QString end = text(last, true, years || last.year != year);
     if (first == last)
         return end;
-    return text(first, years || first.month != last.month, years) + QStringLiteral(" to ") + end;
+    return text(first, years || first.month != last.month, years) + u" to "_s + end;
 }
+
+} // namespace
 
 FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const NodePath &path,
                                           const DateRange &range) {
@@ -123,8 +111,8 @@ FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const NodePat
                                 return static_cast<int>(names.add(withoutBlanks(name.front())));
                             },
                             figures};
-    std::vector<PlainSums> sums; // by the names' codes
-    Period period;
+    std::vector<ColumnSums> sums; // by the names' codes
+    Period period{range, {}, {}};
     visitRecords(records, query, [&](const RecordBatch &batch, auto) {
         sums.resize(names.size());
         forEachRecord(batch, [&](int name, const auto &record) {
@@ -137,16 +125,14 @@ FigureNotes::Period FigureNotes::periodOf(ProjectRecords &records, const NodePat
     return period;
 }
 
-FigureNotes FigureNotes::query(ProjectRecords &records, const NodePath &path,
-                               const DateRange &range) {
-    FigureNotes notes;
-    notes.m_shown = periodOf(records, path, range);
-    notes.m_year = calendarDay(dayNumber(range.start)).year;
-    if (const auto before = periodBefore(range)) {
-        notes.m_before = *before;
-        notes.m_earlier = periodOf(records, path, *before);
-    }
-    return notes;
+FigureNotes::FigureNotes(ProjectRecords &records, const NodePath &path, const DateRange &range)
+    : m_shown(periodOf(records, path, range)) {
+    const int start = dayNumber(range.start);
+    const int days = dayNumber(range.end) - start + 1;
+    if (days > 0) // else the range is reversed
+        m_earlier =
+            periodOf(records, path,
+                     {static_cast<DateValue>(start - days), static_cast<DateValue>(start - 1)});
 }
 
 QStringList FigureNotes::ofRow(const QString &name, int col) const {
@@ -157,16 +143,17 @@ QStringList FigureNotes::ofSummary(int col) const {
     return lines(m_shown.all, m_earlier.all, col);
 }
 
-QStringList FigureNotes::lines(const PlainSums &shown, const PlainSums &earlier, int col) const {
+QStringList FigureNotes::lines(const ColumnSums &shown, const ColumnSums &earlier, int col) const {
     QStringList lines;
     const std::optional<TrueFigure> now = trueFigure(shown, col);
     if (now && !now->line.isEmpty())
         lines.append(now->line);
     const std::optional<TrueFigure> before = trueFigure(earlier, col);
     if (before && before->value != 0) {
-        QString line = shortDates(m_before, m_year) + QStringLiteral(": ") + before->text;
+        const int year = calendarDay(dayNumber(m_shown.range.start)).year;
+        QString line = shortDates(m_earlier.range, year) + u": "_s + before->text;
         if (now)
-            line += QStringLiteral(", ") + changeText(now->value, before->value);
+            line += u", "_s + changeText(now->value, before->value);
         lines.append(line);
     }
     return lines;

@@ -134,13 +134,12 @@ constexpr const GridColumn &at(int col) {
 }
 
 /// Calls `visitor` with a std::integral_constant of each column, so that the table is unrolled.
-template<class Visitor, int... cols>
-constexpr void forEach(Visitor visitor, std::integer_sequence<int, cols...>) {
-    (visitor(std::integral_constant<int, cols>()), ...);
-}
 template<class Visitor>
 constexpr void forEach(Visitor visitor) {
-    forEach(visitor, std::make_integer_sequence<int, Count>());
+    [&]<int... cols>(std::integer_sequence<int, cols...>) {
+        (visitor(std::integral_constant<int, cols>()), ...);
+    }
+    (std::make_integer_sequence<int, Count>());
 }
 } // namespace gridColumn
 

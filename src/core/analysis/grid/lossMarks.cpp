@@ -1,6 +1,6 @@
 #include "core/analysis/grid/lossMarks.h"
 
-#include "core/analysis/grid/summary.h"
+#include "core/analysis/grid/statisticsGrid.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/leafSums.h"
 #include "core/analysis/tree/navigationTree.h"

@@ -1,7 +1,6 @@
 #include "core/analysis/grid/nodeStatistics.h"
 
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/grid/summary.h"
 #include "core/analysis/records/cellText.h"
 #include "core/analysis/records/readingOrder.h"
 #include "core/analysis/records/recordWalk.h"
@@ -51,8 +50,7 @@ void addRecord(StatisticsRow &row, const Record &record) {
 
 /// `wholes` adds up scaled figures without rounding to 15 digits after each: as long as none is
 /// negative, the error of a sum stays below half a unit of its 15th digit.
-struct RowOfRecords {
-    StatisticsRow sums;
+struct RowOfRecords : StatisticsRow {
     std::array<double, figures.count> wholes{};
     bool hasRecords = false;
 
@@ -62,12 +60,12 @@ struct RowOfRecords {
         gridColumn::forEach([&](auto col) {
             constexpr const GridColumn &column = gridColumn::at(col);
             if constexpr (column.rule == CellRule::Mean) {
-                sums.sums[column.countColumn] += record[figures.placeOf(*column.figure)] != 0;
+                sums[column.countColumn] += record[figures.placeOf(*column.figure)] != 0;
             } else if constexpr (column.rule == CellRule::Quotient) {
                 // The quotients aren't whole: rounded after each.
                 constexpr std::size_t divisor = figures.placeOf(*column.perFigure);
                 if (record[divisor] != 0)
-                    addAsCell(sums.sums[col],
+                    addAsCell(sums[col],
                               toFifteenDigits(record.number(figures.placeOf(*column.figure)) /
                                               record.number(divisor)));
             }
@@ -80,7 +78,7 @@ struct RowOfRecords {
             if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
                 constexpr std::size_t figure = figures.placeOf(*column.figure);
                 constexpr double divisor = column.rule == CellRule::Sum ? column.divisor : 1;
-                sums.sums[col] = wholes[figure] / (scales[figure] * divisor);
+                sums[col] = wholes[figure] / (scales[figure] * divisor);
             }
         });
     }
@@ -101,7 +99,7 @@ public:
     void add(const RecordBatch &batch, std::span<const double> scales) {
         if (scales.empty()) {
             forEachRecord(batch, [this](int place, const auto &record) {
-                addRecord(rowToAddTo(place).sums, record);
+                addRecord(rowToAddTo(place), record);
             });
             return;
         }
@@ -121,8 +119,8 @@ public:
             RowOfRecords &row = m_rows[name];
             if (!row.hasRecords)
                 continue;
-            row.sums.name = textOf(m_names.text(name));
-            order.emplace_back(ReadingKey(row.sums.name), &row.sums);
+            row.name = textOf(m_names.text(name));
+            order.emplace_back(ReadingKey(row.name), &row);
         }
         std::sort(order.begin(), order.end(),
                   [](const auto &a, const auto &b) { return a.first < b.first; });

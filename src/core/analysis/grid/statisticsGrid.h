@@ -1,4 +1,4 @@
-// The shape of the statistics grid: kinds of rows, texts of an empty grid, colours and column
+// The statistics grid: texts of an empty grid, summary row, display forms, colours and column
 // widths.
 #pragma once
 
@@ -27,6 +27,14 @@ QString figureText(int col, double figure);
 void resetSummary(Grid &grid);
 /// Removes all data rows; heading, spacer and summary stay.
 void removeDataRows(Grid &grid);
+
+/// The return on investment as a percent text, not yet rounded; money in currency units.
+QString returnOnInvestment(double conversionValue, double cost);
+/// Compares the sums as rounded for display.
+bool isLoss(double conversionValue, double cost);
+/// Finishes the grid: averages, summary row, display forms and colours. Expects running sums in the
+/// data rows and counts in the hidden columns.
+void sumUp(Grid &grid, bool gridColor);
 
 /// Width of a text in twips, in the font of the main window.
 using TextWidth = std::function<float(const QString &)>;
