@@ -176,18 +176,17 @@ void frmMain::mnuNew_Click() {
 void frmMain::switchProject(const QString &path, const QString &newFromTemplate) {
     rememberProject(path);
     ProjectSession before = std::exchange(modMain::session(), ProjectSession::at(path));
-    try {
-        if (!newFromTemplate.isEmpty())
-            makeProject(newFromTemplate, path);
-        initApp(false);
-    } catch (const Failure &failure) {
+    auto restore = qScopeGuard([&] {
         std::swap(modMain::session(), before);
         const bool wasOpened = before.connection != nullptr;
         before.release();
         if (wasOpened) // so the view may be its own in part
             filtered([this] { loadDefaults(); });
-        tellFailure(failure);
-    }
+    });
+    if (!newFromTemplate.isEmpty())
+        makeProject(newFromTemplate, path);
+    initApp(false);
+    restore.dismiss();
 }
 
 void frmMain::mnuClean_Click() {
