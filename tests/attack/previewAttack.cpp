@@ -9,7 +9,7 @@
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
 #include "ui/report/reportLayout.h"
-#include "ui/report/sampleRows.h"
+#include "ui/report/reportSheet.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <exception>
+#include <utility>
 
 namespace veltrona {
 
@@ -14,14 +15,18 @@ class Failure : public std::exception {
 public:
     /// `number` is the failing component's code, such as SQLite's extended result code or errno;
     /// `text` is a whole sentence that names the file concerned.
-    Failure(int number, QString text);
+    Failure(int number, QString text)
+        : m_number(number), m_text(std::move(text)), m_what(m_text.toUtf8()) {}
 
     int number() const noexcept { return m_number; }
     const QString &text() const noexcept { return m_text; }
     const char *what() const noexcept override { return m_what.constData(); }
 
     /// A failure of the file system, with the text of errno.
-    static Failure ofSystem(int errorNumber, const QString &action, const QString &path);
+    static Failure ofSystem(int errorNumber, const QString &action, const QString &path) {
+        return {errorNumber, action + QLatin1String(" \"") + path + QLatin1String("\": ") +
+                                 qt_error_string(errorNumber) + QLatin1Char('.')};
+    }
 
 private:
     int m_number;

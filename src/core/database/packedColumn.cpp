@@ -1,6 +1,6 @@
 #include "core/database/packedColumn.h"
 
-#include "core/base/powersOfTen.h"
+#include "core/base/numberGrammar.h"
 
 #include <algorithm>
 #include <bit>

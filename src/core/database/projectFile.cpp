@@ -1,7 +1,6 @@
 #include "core/database/projectFile.h"
 
 #include "core/database/dayTable.h"
-#include "core/platform/desktop/fileLocks.h"
 #include "core/platform/desktop/paths.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/services.h"

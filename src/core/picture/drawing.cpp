@@ -55,18 +55,6 @@ Bitmap *selectedBitmap(Handle dc) {
     return context ? find(table().bitmaps, context->bitmap) : nullptr;
 }
 
-Handle makeBitmap(std::int32_t width, std::int32_t height) {
-    const std::int32_t stride = bytesPerRow(width);
-    if (stride == 0 || height <= 0 || stride > std::numeric_limits<std::int32_t>::max() / height)
-        return 0;
-    Bitmap bitmap{width, height, stride, nullptr, 0};
-    bitmap.bits.reset(new (std::nothrow) std::uint8_t[std::size_t(stride) * std::size_t(height)]());
-    if (!bitmap.bits)
-        return 0;
-    table().bitmaps.emplace(++table().last, std::move(bitmap));
-    return table().last;
-}
-
 struct Area {
     std::int64_t left, top, width, height, sourceLeft, sourceTop;
 };
@@ -122,7 +110,7 @@ std::int32_t bytesPerRow(std::int32_t width) {
 }
 
 Handle createCompatibleDC() {
-    const Handle pixel = makeBitmap(1, 1);
+    const Handle pixel = createCompatibleBitmap(1, 1);
     if (pixel == 0)
         return 0;
     const Handle dc = ++table().last;
@@ -147,21 +135,29 @@ Handle createDIBSection(Handle dc, const BITMAPINFOHEADER &info, std::uint8_t *&
     if (!find(table().contexts, dc) || info.biBitCount != 24 || info.biPlanes != 1 ||
         info.biCompression != BI_RGB)
         return 0;
-    const Handle bitmap = makeBitmap(info.biWidth, info.biHeight);
+    const Handle bitmap = createCompatibleBitmap(info.biWidth, info.biHeight);
     if (bitmap != 0)
         bits = find(table().bitmaps, bitmap)->bits.get();
     return bitmap;
 }
 
 Handle createCompatibleBitmap(std::int32_t width, std::int32_t height) {
-    return makeBitmap(width, height);
+    const std::int32_t stride = bytesPerRow(width);
+    if (stride == 0 || height <= 0 || stride > std::numeric_limits<std::int32_t>::max() / height)
+        return 0;
+    Bitmap bitmap{width, height, stride, nullptr, 0};
+    bitmap.bits.reset(new (std::nothrow) std::uint8_t[std::size_t(stride) * std::size_t(height)]());
+    if (!bitmap.bits)
+        return 0;
+    table().bitmaps.emplace(++table().last, std::move(bitmap));
+    return table().last;
 }
 
 Handle createBitmap(std::int32_t width, std::int32_t height, const std::uint8_t *topRow,
                     std::ptrdiff_t rowStride) {
     if (topRow == nullptr)
         return 0;
-    const Handle handle = makeBitmap(width, height);
+    const Handle handle = createCompatibleBitmap(width, height);
     if (Bitmap *bitmap = find(table().bitmaps, handle)) {
         for (std::int32_t y = 0; y < height; ++y)
             std::memcpy(bitmap->pixel(0, y), topRow + y * rowStride, std::size_t(width) * 3);

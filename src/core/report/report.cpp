@@ -42,12 +42,9 @@ Report makeReport(const ReportSource &source, bool doColor) {
     return report;
 }
 
-ReportDetails reportDetails(const NodePath &path) {
-    const auto detail = [&path](NodeLevel level) {
-        return level <= path.level() ? path.name(level) : u"All"_s;
-    };
-    return {detail(NodeLevel::Campaign), detail(NodeLevel::AdGroup), detail(NodeLevel::Branch),
-            detail(NodeLevel::Keyword), detail(NodeLevel::KeywordType)};
+QStringList reportDetails(const NodePath &path) {
+    constexpr qsizetype levels = 5;
+    return path.names + QStringList(levels - path.names.size(), u"All"_s);
 }
 
 QChar dateSeparator(const QLocale &locale) {

@@ -9,6 +9,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <functional>
@@ -41,15 +42,6 @@ struct ReportSource {
     QLocale locale = QLocale::system();
 };
 
-/// What is selected: "All" where the node fixes nothing.
-struct ReportDetails {
-    QString campaign;
-    QString adGroup;
-    QString searchType;
-    QString keyword;
-    QString keywordType;
-};
-
 using ReportCells = std::array<QString, gridColumn::Shown>;
 
 struct ReportRow {
@@ -59,7 +51,7 @@ struct ReportRow {
 
 struct Report {
     QString now; // in the locale's short form
-    ReportDetails details;
+    QStringList details;
     QString start; // days, as reportDate writes them
     QString end;
     QString metric;
@@ -72,7 +64,9 @@ struct Report {
 /// `doColor` marks the rows that are a loss.
 Report makeReport(const ReportSource &source, bool doColor);
 
-ReportDetails reportDetails(const NodePath &path);
+/// What is selected: campaign, ad group, search type, keyword and keyword type; "All" where the
+/// node fixes nothing.
+QStringList reportDetails(const NodePath &path);
 
 /// The first separator in the locale's short date format, "/" if it has none.
 QChar dateSeparator(const QLocale &locale);

@@ -89,16 +89,15 @@ void writeDetailRow(Lines &lines, std::string_view caption, const Value &value) 
 }
 
 void writeDetails(Lines &lines, const Report &report) {
-    const ReportDetails &details = report.details;
     beginTable(lines);
     lines.write("<tr>");
     lines.write(R"(<td width="30%"><span class="Stil5">Campaign</span></td>)");
-    lines.write(R"(<td width="70%"><span class="Stil5">)", details.campaign, "</span></td>");
+    lines.write(R"(<td width="70%"><span class="Stil5">)", report.details[0], "</span></td>");
     lines.write("</tr>");
-    writeDetailRow(lines, "Adgroup", details.adGroup);
-    writeDetailRow(lines, "Search or Content", details.searchType);
-    writeDetailRow(lines, "Keyword", details.keyword);
-    writeDetailRow(lines, "Keyword type", details.keywordType);
+    writeDetailRow(lines, "Adgroup", report.details[1]);
+    writeDetailRow(lines, "Search or Content", report.details[2]);
+    writeDetailRow(lines, "Keyword", report.details[3]);
+    writeDetailRow(lines, "Keyword type", report.details[4]);
     writeDetailRow(lines, "&nbsp;", std::string_view("&nbsp;"));
     writeDetailRow(lines, "Start date", report.start);
     writeDetailRow(lines, "End date", report.end);

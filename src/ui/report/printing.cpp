@@ -63,12 +63,6 @@ void drawPage(QPainter &painter, const ReportSheet &sheet, const ReportPage &pag
     painter.restore();
 }
 
-/// Centred at the bottom of the paper.
-void drawPageNumber(QPainter &painter, const QSizeF &paper, int number, std::size_t pages) {
-    painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
-                     u"Page %1 of %2"_s.arg(number).arg(pages));
-}
-
 /// The numbers of the selected pages, in printing order.
 std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
     std::vector<int> numbers;
@@ -140,7 +134,8 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
         painter.scale(scale, scale);
         drawPage(painter, sheet, pages[std::size_t(number - 1)]);
         painter.restore();
-        drawPageNumber(painter, paper, number, pages.size());
+        painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
+                         u"Page %1 of %2"_s.arg(number).arg(pages.size()));
     }
     return painter.end() && printer.printerState() != QPrinter::Error &&
            printer.printerState() != QPrinter::Aborted;

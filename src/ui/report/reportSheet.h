@@ -20,6 +20,10 @@ class QTextTable;
 
 namespace veltrona {
 
+/// A value as a document can hold it: on one line, shortened if very long, without characters that
+/// have a special meaning in documents.
+QString shownValue(const QString &text);
+
 class ReportSheet {
 public:
     /// The width of the tables and the margins.

@@ -1,7 +1,6 @@
 #include "core/analysis/records/cellText.h"
 
 #include "core/base/numberGrammar.h"
-#include "core/base/powersOfTen.h"
 
 #include <QVarLengthArray>
 

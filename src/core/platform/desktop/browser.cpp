@@ -90,14 +90,16 @@ public:
     /// None unless the program is installed and not hidden.
     static std::optional<DesktopEntry> read(const QString &file);
 
-    bool opens(const QString &mimeType) const;
+    bool opens(const QString &mimeType) const {
+        return value("MimeType").split(u';', Qt::SkipEmptyParts).contains(mimeType);
+    }
     QString workingFolder() const { return value("Path"); }
     /// Program and arguments to open a file, given by its absolute path; empty if the Exec key is
     /// malformed.
     QStringList command(const QString &path) const;
 
 private:
-    QString value(const char *key) const;
+    QString value(const char *key) const { return unescaped(m_keys.value(QLatin1String(key))); }
 
     QString m_file;
     QMap<QString, QString> m_keys;
@@ -114,14 +116,6 @@ std::optional<DesktopEntry> DesktopEntry::read(const QString &file) {
         (tryExec.isEmpty() || !QStandardPaths::findExecutable(tryExec).isEmpty()) &&
         (entry.value("Terminal") != "true"_L1 || !terminal().isEmpty());
     return isUsable ? std::optional(entry) : std::nullopt;
-}
-
-QString DesktopEntry::value(const char *key) const {
-    return unescaped(m_keys.value(QLatin1String(key)));
-}
-
-bool DesktopEntry::opens(const QString &mimeType) const {
-    return value("MimeType").split(u';', Qt::SkipEmptyParts).contains(mimeType);
 }
 
 QStringList DesktopEntry::command(const QString &path) const {

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThread>
 
 #include <cerrno>
 #include <csignal>
@@ -115,6 +116,17 @@ QString unfinishedName(const QString &target) {
     const QString folder = target.left(target.lastIndexOf(QDir::separator()) + 1);
     return folder + unfinishedStart() +
            QStringLiteral("%1-%2.tmp").arg(QCoreApplication::applicationPid()).arg(++counter);
+}
+
+FileLock lockFolder(const QString &folder) {
+    constexpr int tries = 300;
+    FileLock lock;
+    for (int i = 0; i < tries && !lock.isLocked(); ++i) {
+        if (i > 0)
+            QThread::msleep(10);
+        lock = FileLock(folder, O_RDONLY | O_DIRECTORY);
+    }
+    return lock;
 }
 
 ReplacementFile::ReplacementFile(const QString &target, const QString &action)

@@ -38,6 +38,10 @@ private:
     int m_error = 0;
 };
 
+/// Waits three seconds at most for the process that has locked the folder; the lock isn't held
+/// then.
+FileLock lockFolder(const QString &folder);
+
 /// Opens a duplicate of `handle`, or if that is negative the file or device `name`, emptied. Null
 /// with errno on failure. Doesn't wait for a pipe or socket: it fails with ENXIO.
 std::FILE *openForWriting(int handle, const char *name);
