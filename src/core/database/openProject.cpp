@@ -1,4 +1,5 @@
 #include "core/base/product.h"
+#include "core/base/text.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
 #include "core/platform/sqlite/fileHeader.h"
@@ -100,12 +101,42 @@ IndexShape shapeOf(const Connection &connection, QString name) {
         if (columns.int64(IsKey) == 0)
             continue;
         shape.hasExpression = shape.hasExpression || columns.int64(ColumnId) == expression;
-        const bool exact = columns.text(Collation) == QLatin1String("BINARY");
+        const bool exact = isSameName(columns.utf8(Collation), "BINARY");
         keys += exact ? columns.text(Name).toLower() : QString();
     }
     keys.sort();
     shape.isRecordKey = keys == recordKey;
     return shape;
+}
+
+constexpr auto textTypes = "(?!.*INT).*(CHAR|CLOB|TEXT).*";
+constexpr auto wholeTypes = ".*INT.*|(?!.*(CHAR|CLOB|TEXT|BLOB|REAL|FLOA|DOUB)).+";
+
+/// The columns that identify records or are looked up, with the declared types that give them the
+/// affinity they need: as NUMERIC, "7" and "007" would be one name.
+constexpr struct {
+    const char *name;
+    const char *types;
+    bool isPrimaryKey = false;
+} comparedColumns[] = {
+    {"Campaign", textTypes},    {"Adgroup", textTypes},
+    {"AdwordsTyp", textTypes},  {"KeyWord", textTypes},
+    {"kwType", textTypes},      {"GoogleDate", textTypes},
+    {"CreativeId", wholeTypes}, {"GoogleDayId", "INTEGER", true},
+};
+
+/// The first of them that takes different records for one, or can't number them; null if none.
+const char *foreignColumn(const Connection &connection) {
+    for (const auto &[name, types, isPrimaryKey] : comparedColumns) {
+        const QRegularExpression type(QRegularExpression::anchoredPattern(QLatin1String(types)),
+                                      QRegularExpression::CaseInsensitiveOption |
+                                          QRegularExpression::DotMatchesEverythingOption);
+        const auto column = connection.column("tblGoogleDays", name);
+        if (!column || !column->isBinary || column->isPrimaryKey != isPrimaryKey ||
+            !type.match(column->type).hasMatch())
+            return name;
+    }
+    return nullptr;
 }
 
 /// What could run or refuse records, as the end of a sentence; null if nothing. More columns and
@@ -144,6 +175,11 @@ const char *tableFault(Connection &connection) {
 void verifyTable(Connection &connection) {
     if (const char *fault = tableFault(connection))
         refuse(damagedProject, connection.path(), QLatin1String(fault));
+    if (const char *column = foreignColumn(connection))
+        refuse(damagedProject, connection.path(),
+               QStringLiteral("its table tblGoogleDays doesn't have the column %1 as a project has "
+                              "it, and records would be lost or mixed up")
+                   .arg(QLatin1String(column)));
     // Reads from the table and from both indexes.
     connection.number("SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
                       " (SELECT min(GoogleDate) FROM tblGoogleDays),"

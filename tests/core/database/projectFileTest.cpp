@@ -40,7 +40,7 @@ void addRecords(const QString &path, int count) {
 }
 
 /// The table and its indexes again, with one part of the table's declaration in other words.
-void declareOtherwise(const QString &path, const QString &part, const QString &words) {
+void declareOtherwise(const QString &path, const QRegularExpression &part, const QString &words) {
     Connection connection;
     connection.open(path);
     QStringList declarations;
@@ -137,7 +137,7 @@ private slots:
         const QString lastColumn("GoogleWeek      TEXT    NOT NULL DEFAULT ''");
         const auto more = [lastColumn](const QString &column) {
             return [=](const QString &path) {
-                declareOtherwise(path, lastColumn, lastColumn + ", " + column);
+                declareOtherwise(path, QRegularExpression(lastColumn), lastColumn + ", " + column);
             };
         };
         row("CHECK", damagedProject, "expressions", more("CHECK (length(hex(zeroblob(9e8))) > 1)"));
@@ -153,9 +153,28 @@ private slots:
             sql("DROP INDEX idxRecord; CREATE UNIQUE INDEX x ON tblGoogleDays (Campaign COLLATE "
                 "NOCASE, Adgroup, KeyWord, kwType, GoogleDate, CreativeId)"));
         row("column without default", damagedProject, "refuse every", more("x NOT NULL"));
-        row("records without a number", damagedProject, "refuse every", [](const QString &path) {
-            declareOtherwise(path, "INTEGER PRIMARY KEY", "TEXT NOT NULL");
+        const auto column = [](const QString &name, const QString &type) {
+            return [=](const QString &path) {
+                declareOtherwise(path, QRegularExpression(name + " +[A-Z]+( PRIMARY KEY,)?"),
+                                 type.isEmpty() ? type : name + ' ' + type);
+            };
+        };
+        row("no number", damagedProject, "column GoogleDayId", column("GoogleDayId", {}));
+        row("numbers that aren't given", damagedProject, "column GoogleDayId",
+            column("GoogleDayId", "INTEGER NOT NULL DEFAULT 0,"));
+        row("case in names", damagedProject, "column Campaign", [column](const QString &path) {
+            column("Campaign", "TEXT COLLATE NOCASE")(path);
+            change(path, "DROP INDEX idxRecord; CREATE UNIQUE INDEX x ON tblGoogleDays (Adgroup, "
+                         "Campaign COLLATE BINARY, KeyWord, kwType, GoogleDate, CreativeId)");
         });
+        row("case in types", damagedProject, "column AdwordsTyp",
+            column("AdwordsTyp", "TEXT COLLATE NOCASE"));
+        row("names as numbers", damagedProject, "column Adgroup", column("Adgroup", "NUMERIC"));
+        row("floating names", damagedProject, "column KeyWord", column("KeyWord", "REAL"));
+        row("names of any type", damagedProject, "column kwType", column("kwType", "BLOB"));
+        row("whole dates", damagedProject, "column GoogleDate", column("GoogleDate", "TEXTINT"));
+        row("floating ids", damagedProject, "column CreativeId", column("CreativeId", "DOUBLE"));
+        row("ids as texts", damagedProject, "column CreativeId", column("CreativeId", "CLOB"));
     }
 
     void journalIsRefused_data() {
@@ -249,6 +268,16 @@ private slots:
             QCOMPARE(number(*crashed, "SELECT sum(Clicks) FROM tblGoogleDays"), 0);
             QCOMPARE(records(*crashed), 200);
         }
+    }
+
+    void harmlessDifferencesAreWelcome() {
+        const QString file = project();
+        declareOtherwise(file, QRegularExpression("Campaign +TEXT"), "x, Campaign varchar(9)");
+        declareOtherwise(file, QRegularExpression("CreativeId +NUMERIC"), "CreativeId bigint");
+        declareOtherwise(file, QRegularExpression("Clicks +NUMERIC"), "Clicks TEXT");
+        change(file, "CREATE INDEX names ON tblGoogleDays (Campaign COLLATE NOCASE)");
+        addRecords(file, 100);
+        QCOMPARE(records(*openProject(file)), 100);
     }
 
     void foreignTriggersNeverRun() {

@@ -197,6 +197,20 @@ bool Connection::compiles(std::string_view sql) const {
     return code == SQLITE_OK;
 }
 
+std::optional<DeclaredColumn> Connection::column(const char *table, const char *name) const {
+    const char *type = nullptr;
+    const char *collation = nullptr;
+    int isPrimaryKey = 0;
+    const int code = sqlite3_table_column_metadata(m_handle, "main", table, name, &type, &collation,
+                                                   nullptr, &isPrimaryKey, nullptr);
+    if (code == SQLITE_ERROR)
+        return std::nullopt;
+    if (code != SQLITE_OK)
+        fail(code);
+    return DeclaredColumn{QString::fromUtf8(type), sqlite3_stricmp(collation, "BINARY") == 0,
+                          isPrimaryKey != 0};
+}
+
 qint64 Connection::number(std::string_view sql) const {
     Statement statement = prepare(sql);
     return statement.step() ? statement.int64(0) : 0;

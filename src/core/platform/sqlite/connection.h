@@ -28,6 +28,13 @@ int maxPathBytes();
 
 enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
+/// A column of a table as its declaration has it.
+struct DeclaredColumn {
+    QString type;          // as written, which decides the affinity
+    bool isBinary = false; // compares by bytes
+    bool isPrimaryKey = false;
+};
+
 class Connection;
 class FileAccess;
 
@@ -90,6 +97,8 @@ public:
     Statement prepare(std::string_view sql) const;
     /// Whether a statement compiles against the schema of this file; throws on other failures.
     bool compiles(std::string_view sql) const;
+    /// Nothing if the table has no such column.
+    std::optional<DeclaredColumn> column(const char *table, const char *name) const;
     /// The first value of the statement's first row; 0 if there is no row.
     qint64 number(std::string_view sql) const;
     /// Records changed by the last insert, update or delete.
