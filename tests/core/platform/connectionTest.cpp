@@ -100,13 +100,45 @@ private slots:
     }
 
     void theSystemsReasonIsTold() {
+        // Written in the middle of the statement, and at its end.
+        for (const char *cache : {"PRAGMA cache_size = 2", "PRAGMA cache_size = 2000"}) {
+            renewFolder();
+            Connection connection;
+            connection.open(makeDatabase());
+            connection.execute(cache);
+            const test::FileSizeLimit disk(20'000);
+            const auto failure = failureOf([&] {
+                connection.execute("INSERT INTO t (n, s) VALUES (1, hex(zeroblob(90000)))");
+            });
+            QVERIFY(failure && failure->text().endsWith("failed (File too large)."));
+        }
+    }
+
+    void usedUpNumbersAreNoFullDisk() {
         Connection connection;
         connection.open(makeDatabase());
-        connection.execute("PRAGMA cache_size = 2"); // so that it writes before its end
-        const test::FileSizeLimit disk(20'000);
-        const auto failure = failureOf(
-            [&] { connection.execute("INSERT INTO t (n, s) VALUES (1, hex(zeroblob(90000)))"); });
-        QVERIFY(failure && failure->text().endsWith("failed (File too large)."));
+        connection.execute("CREATE TABLE u (i INTEGER PRIMARY KEY AUTOINCREMENT, n); "
+                           "INSERT INTO u VALUES (9223372036854775806, 1)");
+        const auto failure = failureOf([&] {
+            const Transaction import(connection);
+            connection.execute("INSERT INTO u (n) VALUES (2)");
+            connection.execute("INSERT INTO u (n) VALUES (3)");
+        });
+        QVERIFY(failure && failure->text().contains("no numbers left"));
+    }
+
+    /// A text that can't be converted isn't an empty one.
+    void noMemoryIsAFailure() {
+        Connection connection;
+        connection.open(test::write(path("utf16.vlt"), {}));
+        connection.execute("PRAGMA encoding = 'UTF-16'; CREATE TABLE t (s); "
+                           "INSERT INTO t VALUES (hex(zeroblob(2000000)))");
+        Statement text = connection.prepare("SELECT s FROM t");
+        QVERIFY(text.step());
+        const auto unlimited = qScopeGuard([] { sqlite3_hard_heap_limit64(0); });
+        sqlite3_hard_heap_limit64(sqlite3_memory_used() + 100'000);
+        const auto failure = failureOf([&] { text.utf8(0); });
+        QVERIFY(failure && failure->number() == SQLITE_NOMEM);
     }
 
     /// A wrong column isn't a lock of another program, also not inside another scan.

@@ -38,18 +38,41 @@ constexpr Reason reasons[] = {
     {SQLITE_INTERRUPT, "reading it takes more work than a file of its size can; it is damaged"},
 };
 
+/// SQLite reports a full disk where the numbers of an AUTOINCREMENT column are used up.
+bool hasUsedUpNumbers(sqlite3 *handle) {
+    bool found = false;
+    const auto onRow = [](void *isFound, int, char **, char **) {
+        *static_cast<bool *>(isFound) = true;
+        return 0;
+    };
+    sqlite3_exec(handle, "SELECT 1 FROM sqlite_sequence WHERE CAST(seq AS INTEGER) > 9e18", onRow,
+                 &found, nullptr);
+    return found;
+}
+
+/// The system's error of the last call to SQLite, as the end of a sentence. SQLite itself keeps
+/// none for a COMMIT.
+QString systemReason(sqlite3 *handle, int lastError) {
+    for (const int error : {lastError, handle ? sqlite3_system_errno(handle) : 0}) {
+        // SQLite looks for a journal that it couldn't create: ENOENT hides the reason.
+        if (error != 0 && error != ENOENT)
+            return QStringLiteral(" (%1)").arg(qt_error_string(error));
+    }
+    return {};
+}
+
 QString reasonOf(sqlite3 *handle, int code) {
+    const int lastError = errno;
+    if (code == SQLITE_FULL && hasUsedUpNumbers(handle))
+        return QStringLiteral("it has no numbers left for more records");
     for (const Reason &reason : reasons) {
         if (reason.code != code && reason.code != (code & 0xff))
             continue;
-        QString text = QLatin1String(reason.text);
-        const int systemError = handle ? sqlite3_system_errno(handle) : 0;
+        const QString text = QLatin1String(reason.text);
         const int kind = code & 0xff;
-        // SQLite looks for a journal that it couldn't create: ENOENT hides the reason.
-        if (systemError != 0 && systemError != ENOENT &&
-            (kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN))
-            text += QStringLiteral(" (%1)").arg(qt_error_string(systemError));
-        return text;
+        return kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN
+                   ? text + systemReason(handle, lastError)
+                   : text;
     }
     return QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
 }
@@ -121,6 +144,7 @@ void Connection::open(const QString &path) {
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
     auto files = std::make_unique<FileAccess>();
     sqlite3 *handle = nullptr;
+    errno = 0;
     const int code = sqlite3_open_v2(
         name.constData(), &handle,
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, files->name());
@@ -153,6 +177,7 @@ void Connection::close() noexcept {
 
 int Connection::compileFirst(std::string_view &sql, Statement &statement) const {
     beginWork();
+    errno = 0;
     sqlite3_stmt *handle = nullptr;
     const char *rest = nullptr;
     const int code =

@@ -13,10 +13,8 @@
 
 #include <memory>
 #include <optional>
+#include <sqlite3.h>
 #include <string_view>
-
-struct sqlite3;
-struct sqlite3_stmt;
 
 namespace veltrona::sqlite {
 

@@ -2,6 +2,7 @@
 
 #include "core/base/storedText.h"
 
+#include <cerrno>
 #include <sqlite3.h>
 
 namespace veltrona::sqlite {
@@ -39,6 +40,7 @@ void Statement::bind(int parameter, const QString &text) {
 }
 
 Result Statement::run(Result expected) {
+    errno = 0; // for the text of a failure
     const int code = sqlite3_step(handle());
     if (code == SQLITE_ROW || code == SQLITE_DONE)
         return Result(code);
@@ -70,6 +72,8 @@ double Statement::real(int column) const {
 
 std::string_view Statement::utf8(int column) const {
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(handle(), column));
+    if (!text && sqlite3_errcode(m_connection->handle()) == SQLITE_NOMEM)
+        m_connection->fail(SQLITE_NOMEM);
     if (!text)
         return {};
     const int size = sqlite3_column_bytes(handle(), column);
