@@ -3,9 +3,9 @@
 #include "ui/views/controls/gridView.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "support/gridText.h"
+#include "ui/views/colors.h"
 #include "ui/views/controls/gridModel.h"
-#include "ui/views/lossMark.h"
-#include "ui/views/readableColor.h"
+#include "ui/views/controls/itemDelegates.h"
 
 #include <QAbstractItemModelTester>
 #include <QAccessible>
@@ -165,19 +165,19 @@ private slots:
 
     void readableOnAnyBase() {
         for (int base = 0; base < 18 * 18 * 18; ++base) {
-            const Rgb paper{base % 18 * 15, base / 18 % 18 * 15, base / 18 / 18 * 15};
-            for (const Rgb color : {Rgb{255, 0, 0}, Rgb{0, 128, 0}, Rgb{0, 0, 0}}) {
-                const Rgb shown = readableColor(color, paper);
+            const QColor paper(base % 18 * 15, base / 18 % 18 * 15, base / 18 / 18 * 15);
+            for (const QColor color : {QColor(255, 0, 0), QColor(0, 128, 0), QColor(0, 0, 0)}) {
+                const QColor shown = readableColor(color, paper);
                 QVERIFY(contrast(shown, paper) >= 4.5);
                 if (contrast(color, paper) >= 4.5)
                     QCOMPARE(shown, color);
             }
         }
-        QCOMPARE(qRound(contrast({255, 0, 0}, {255, 255, 255}) * 100), 400);
-        const Rgb dimRed = readableColor({255, 0, 0}, {30, 30, 30});
-        const Rgb dimGreen = readableColor({0, 128, 0}, {30, 30, 30});
-        QVERIFY(dimRed.red > dimRed.green + 100);
-        QVERIFY(dimGreen.green > dimGreen.red + 50);
+        QCOMPARE(qRound(contrast(Qt::red, Qt::white) * 100), 400);
+        const QColor dimRed = readableColor(Qt::red, QColor(30, 30, 30));
+        const QColor dimGreen = readableColor(QColor(0, 128, 0), QColor(30, 30, 30));
+        QVERIFY(dimRed.red() > dimRed.green() + 100);
+        QVERIFY(dimGreen.green() > dimGreen.red() + 50);
     }
 
     void mapsColorsOnADarkPaletteOnly() {
@@ -191,12 +191,9 @@ private slots:
         palette.setColor(QPalette::Base, QColor(20, 20, 40));
         palette.setColor(QPalette::Text, Qt::white);
         shown.view.setPalette(palette);
-        const auto rgb = [](const QColor &color) {
-            return Rgb{color.red(), color.green(), color.blue()};
-        };
         for (const int row : {0, 1, 3})
-            QVERIFY(contrast(rgb(shown.view.textColor(shown.cell(row, 1))),
-                             rgb(shown.view.baseColor(shown.cell(row, 1)))) >= 4.5);
+            QVERIFY(contrast(shown.view.textColor(shown.cell(row, 1)),
+                             shown.view.baseColor(shown.cell(row, 1))) >= 4.5);
         QVERIFY(shown.view.baseColor(shown.cell(3, 0)) != shown.view.baseColor(shown.cell(0, 0)));
         QCOMPARE(shown.grid.cellColor(2, 1), (Rgb{255, 0, 0}));
     }

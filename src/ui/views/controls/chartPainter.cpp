@@ -1,7 +1,6 @@
 #include "ui/views/controls/chartPainter.h"
 
-#include "ui/views/colorMixing.h"
-#include "ui/views/readableColor.h"
+#include "ui/views/colors.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -18,9 +17,9 @@ constexpr double gap = 6;          // between texts and their neighbours
 constexpr double maxBarWidth = 96; // a wider single bar would look like a background
 
 ChartColors colorsOn(const QColor &paper, const QColor &text) {
-    constexpr Rgb blue{47, 109, 181};
+    const QColor blue(47, 109, 181);
     constexpr double visible = 3; // contrast that graphics need, less than text
-    const QColor bar = toColor(readableColor(blue, toRgb(paper), visible));
+    const QColor bar = readableColor(blue, paper, visible);
     return {paper, text, mixed(paper, text, 0.18), bar, mixed(bar, text, 0.45)};
 }
 

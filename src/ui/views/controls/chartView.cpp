@@ -18,7 +18,8 @@
 
 namespace veltrona {
 
-ChartView::ChartView(Chart &chart, QWidget *parent) : QWidget(parent), m_chart(chart) {
+ChartView::ChartView(Chart &chart, QWidget *parent)
+    : QWidget(parent), m_chart(chart), m_onChange(chart.onChange, [this] { refresh(); }) {
     installChartAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -26,11 +27,6 @@ ChartView::ChartView(Chart &chart, QWidget *parent) : QWidget(parent), m_chart(c
                  [this] { QGuiApplication::clipboard()->setImage(picture()); });
     addMenuEntry(*this, QStringLiteral("Copy Figures"), secondCopyKeys(),
                  [this] { QGuiApplication::clipboard()->setText(figuresText()); });
-    m_chart.onChange = [this] { refresh(); };
-}
-
-ChartView::~ChartView() {
-    m_chart.onChange = nullptr;
 }
 
 void ChartView::refresh() {
@@ -38,14 +34,6 @@ void ChartView::refresh() {
         m_marked = -1;
     update();
     notifyChartChanged(*this);
-}
-
-QSize ChartView::sizeHint() const {
-    return {600, 320};
-}
-
-QSize ChartView::minimumSizeHint() const {
-    return {120, 80};
 }
 
 void ChartView::paintEvent(QPaintEvent *) {

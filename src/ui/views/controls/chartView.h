@@ -5,8 +5,11 @@
 
 #include <QImage>
 #include <QRect>
+#include <QScopedValueRollback>
 #include <QString>
 #include <QWidget>
+
+#include <functional>
 
 namespace veltrona {
 
@@ -14,7 +17,6 @@ class ChartView : public QWidget {
     Q_OBJECT
 public:
     explicit ChartView(Chart &chart, QWidget *parent = nullptr);
-    ~ChartView() override;
 
     const Chart &chart() const { return m_chart; }
 
@@ -34,9 +36,6 @@ public:
     /// The bar at a position of the widget, or -1.
     int barAt(const QPoint &place) const;
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
 protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -48,6 +47,7 @@ private:
 
     Chart &m_chart;
     int m_marked = -1;
+    QScopedValueRollback<std::function<void()>> m_onChange; // the chart's
 };
 
 } // namespace veltrona

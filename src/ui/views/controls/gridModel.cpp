@@ -14,9 +14,8 @@ namespace {
 constexpr int leftAligned = 0;
 
 bool looksLikeNumber(const QString &text) {
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
-        return (c >= QLatin1Char('0') && c <= QLatin1Char('9')) ||
-               QStringView(u"+-.%E").contains(c);
+    return !text.isEmpty() && std::ranges::all_of(text, [](QChar c) {
+        return (c >= u'0' && c <= u'9') || QStringView(u"+-.%E").contains(c);
     });
 }
 
@@ -85,11 +84,10 @@ QString GridModel::toolTip(const QModelIndex &index) const {
     if (index.column() == Grid::NameColumn || figure.isEmpty())
         return {};
     QStringList lines{shortened(m_grid.TextMatrix(row, Grid::NameColumn), maxName),
-                      m_grid.TextMatrix(gridRow::Heading, index.column()) + QStringLiteral(": ") +
-                          figure};
+                      m_grid.TextMatrix(gridRow::Heading, index.column()) + u": "_s + figure};
     if (m_grid.notesOf)
         lines += m_grid.notesOf(row, index.column());
-    return lines.join(QLatin1Char('\n'));
+    return lines.join(u'\n');
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -2,14 +2,14 @@
 
 #include "core/base/text.h"
 #include "ui/views/accessible/gridAccessible.h"
-#include "ui/views/colorMixing.h"
-#include "ui/views/controls/gridDelegate.h"
+#include "ui/views/colors.h"
 #include "ui/views/controls/gridModel.h"
+#include "ui/views/controls/itemDelegates.h"
 #include "ui/views/menuEntry.h"
-#include "ui/views/readableColor.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHash>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -17,6 +17,7 @@
 #include <QStyleOptionHeader>
 
 #include <cmath>
+#include <map>
 #include <set>
 
 namespace veltrona {
@@ -47,10 +48,11 @@ public:
 
 GridView::GridView(Grid &grid, QWidget *parent)
     : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)),
-      m_shownWidths(static_cast<std::size_t>(grid.Cols()), -1) {
+      m_shownWidths(static_cast<std::size_t>(grid.Cols()), -1),
+      m_onChange(grid.onChange, [this] { refresh(); }) {
     installGridAccessible();
     setModel(m_model);
-    setItemDelegate(new GridDelegate(*this));
+    setItemDelegate(newGridDelegate(*this));
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
     setWordWrap(false);
@@ -69,11 +71,6 @@ GridView::GridView(Grid &grid, QWidget *parent)
     connect(this, &QTableView::doubleClicked, this, &GridView::chooseRow);
     applyFont();
     applyWidths(true);
-    m_grid.onChange = [this] { refresh(); };
-}
-
-GridView::~GridView() {
-    m_grid.onChange = nullptr;
 }
 
 void GridView::setPixelsPerTwip(double factor) {
@@ -120,8 +117,10 @@ void GridView::currentChanged(const QModelIndex &current, const QModelIndex &pre
     if (current.row() != previous.row())
         notifyRowEntered(*this);
     QTableView::currentChanged(current, previous);
-    updateRow(previous);
-    updateRow(current);
+    for (const QModelIndex &index : {previous, current}) {
+        const QRect cell = visualRect(index);
+        viewport()->update(0, cell.top(), viewport()->width(), cell.height());
+    }
 }
 
 QColor GridView::baseColor(const QModelIndex &index) const {
@@ -136,40 +135,34 @@ QColor GridView::baseColor(const QModelIndex &index) const {
 
 QColor GridView::textColor(const QModelIndex &index, bool selected) const {
     const QColor base = selected ? palette().color(QPalette::Highlight) : baseColor(index);
-    return toColor(readableColor(m_model->cellColor(index), toRgb(base)));
+    return readableColor(toColor(m_model->cellColor(index)), base);
 }
 
 QString GridView::selectedText(bool withHeadings) const {
     QModelIndexList cells = selectionModel()->selectedIndexes();
     if (cells.isEmpty() && currentIndex().isValid())
         cells.append(currentIndex());
-    std::set<int> rows;
     std::set<int> columns;
-    std::set<std::pair<int, int>> chosen;
+    std::map<int, QHash<int, QString>> rows; // by row, then by column
     for (const QModelIndex &cell : cells) {
         if (isColumnHidden(cell.column()))
             continue;
-        rows.insert(cell.row());
         columns.insert(cell.column());
-        chosen.insert({cell.row(), cell.column()});
+        rows[cell.row()].insert(cell.column(), cell.data().toString());
+    }
+    if (withHeadings && !rows.empty()) {
+        constexpr int aboveAll = -1;
+        for (const int column : columns)
+            rows[aboveAll].insert(column, m_grid.TextMatrix(gridRow::Heading, column));
     }
     QStringList lines;
-    if (withHeadings && !rows.empty()) {
+    for (const auto &[row, texts] : rows) {
         QStringList line;
         for (const int column : columns)
-            line.append(onOneLine(m_grid.TextMatrix(gridRow::Heading, column)));
-        lines.append(line.join(QLatin1Char('\t')));
+            line.append(onOneLine(texts.value(column)));
+        lines.append(line.join(u'\t'));
     }
-    for (const int row : rows) {
-        QStringList line;
-        for (const int column : columns) {
-            const bool taken = chosen.contains({row, column});
-            line.append(taken ? onOneLine(m_model->index(row, column).data().toString())
-                              : QString());
-        }
-        lines.append(line.join(QLatin1Char('\t')));
-    }
-    return lines.join(QLatin1Char('\n'));
+    return lines.join(u'\n');
 }
 
 void GridView::copy(bool withHeadings) const {
@@ -189,11 +182,6 @@ void GridView::keyPressEvent(QKeyEvent *event) {
         chooseRow(currentIndex());
     else
         QTableView::keyPressEvent(event);
-}
-
-void GridView::updateRow(const QModelIndex &index) {
-    const QRect cell = visualRect(index);
-    viewport()->update(0, cell.top(), viewport()->width(), cell.height());
 }
 
 bool GridView::viewportEvent(QEvent *event) {

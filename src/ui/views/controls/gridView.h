@@ -4,9 +4,11 @@
 #include "core/controls/grid.h"
 
 #include <QColor>
+#include <QScopedValueRollback>
 #include <QString>
 #include <QTableView>
 
+#include <functional>
 #include <vector>
 
 namespace veltrona {
@@ -17,7 +19,6 @@ class GridView : public QTableView {
     Q_OBJECT
 public:
     explicit GridView(Grid &grid, QWidget *parent = nullptr);
-    ~GridView() override;
 
     /// Scale of the column widths.
     void setPixelsPerTwip(double factor);
@@ -42,12 +43,12 @@ private:
     void applyFont();
     void copy(bool withHeadings) const;
     void chooseRow(const QModelIndex &index);
-    void updateRow(const QModelIndex &index);
 
     Grid &m_grid;
     GridModel *m_model;
     double m_pixelsPerTwip = 1.0 / 15;
     std::vector<int> m_shownWidths; // in twips, as last set here; the user may have changed them
+    QScopedValueRollback<std::function<void()>> m_onChange; // the grid's
 };
 
 } // namespace veltrona

@@ -1,6 +1,6 @@
 #include "ui/views/controls/treeView.h"
 
-#include "ui/views/controls/treeDelegate.h"
+#include "ui/views/controls/itemDelegates.h"
 #include "ui/views/controls/treeModel.h"
 #include "ui/views/icons.h"
 #include "ui/views/plainText.h"
@@ -40,7 +40,7 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     m_typing.setInterval(QApplication::keyboardInputInterval());
     connect(&m_typing, &QTimer::timeout, this, &TreeView::find);
 
-    setItemDelegate(new TreeDelegate(this));
+    setItemDelegate(newTreeDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setEditTriggers(NoEditTriggers);

@@ -1,0 +1,23 @@
+// Colours on screen: shades between two colours, and text colours that stay readable on any base.
+#pragma once
+
+#include "core/controls/grid.h"
+
+#include <QColor>
+
+namespace veltrona {
+
+inline QColor toColor(Rgb color) {
+    return {color.red, color.green, color.blue};
+}
+
+/// `part` of the way from one colour to the other.
+QColor mixed(const QColor &from, const QColor &to, double part);
+
+/// As WCAG counts it, 1 to 21.
+double contrast(const QColor &one, const QColor &other);
+/// `color` itself where it is readable on `base`; else the nearest mix with white or black that is.
+/// A grey, black included, becomes plain white or black.
+QColor readableColor(const QColor &color, const QColor &base, double wanted = 4.5);
+
+} // namespace veltrona
