@@ -19,7 +19,7 @@ int smallIconPixels(const QFontMetrics &metrics) {
 QIcon icon(const QString &name) {
     initResources();
     QIcon icon;
-    const QDir sizes(QStringLiteral(":/icons/") + name);
+    const QDir sizes(":/icons/" + name);
     for (const QString &picture : sizes.entryList())
         icon.addFile(sizes.filePath(picture));
     return icon;

@@ -1,4 +1,4 @@
-// Names as they are: item texts and tooltips that never take a name for markup.
+// Plain text: item texts and tooltips that never take a name for markup.
 #pragma once
 
 #include <QString>
@@ -9,16 +9,14 @@ class QHelpEvent;
 
 namespace veltrona {
 
-/// A text for QToolTip, which takes anything that looks like markup for markup: escaped, and so
-/// that long names wrap. Line breaks stay.
+/// A text for QToolTip, escaped since QToolTip guesses markup. Long lines wrap; line breaks stay.
 QString plainToolTip(const QString &text);
 
-/// Shows the whole text of the item under the mouse if the view has no room for all of it, and the
-/// tooltip that its model gives. `taken` is the width within the item's rectangle that isn't there
-/// for text.
+/// Shows the full text of the item under the mouse if the view elides it, and the tooltip of its
+/// model. `taken` is the part of the item's width that isn't for text.
 void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken);
 
-/// A text on one line, shortened where nobody could read it anyway.
+/// A text on one line, shortened to some thousand characters.
 QString shownLine(const QString &text);
 
 /// Shows an item's text on one line.

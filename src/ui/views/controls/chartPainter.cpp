@@ -108,8 +108,8 @@ QRectF titleRow(const QFontMetricsF &metrics, const ChartLayout &layout, const Q
 
 bool hasBars(const Chart &chart) {
     const std::vector<ChartRow> &rows = chart.DataGrid().rows();
-    return std::any_of(rows.begin(), rows.end(),
-                       [](const ChartRow &row) { return !row.isNull && row.value != 0; });
+    return std::ranges::any_of(rows,
+                               [](const ChartRow &row) { return !row.isNull && row.value != 0; });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "ui/views/controls/chartView.h"
 
+#include "core/base/text.h"
 #include "ui/views/accessible/chartAccessible.h"
 #include "ui/views/controls/chartPainter.h"
 #include "ui/views/menuEntry.h"
@@ -23,10 +24,9 @@ ChartView::ChartView(Chart &chart, QWidget *parent)
     installChartAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    addMenuEntry(*this, QStringLiteral("Copy Picture"), copyKeys(),
-                 [this] { QGuiApplication::clipboard()->setImage(picture()); });
-    addMenuEntry(*this, QStringLiteral("Copy Figures"), secondCopyKeys(),
-                 [this] { QGuiApplication::clipboard()->setText(figuresText()); });
+    addCopyEntries(
+        *this, "Copy Picture", [this] { QGuiApplication::clipboard()->setImage(picture()); },
+        "Copy Figures", [this] { QGuiApplication::clipboard()->setText(figuresText()); });
 }
 
 void ChartView::refresh() {
@@ -75,16 +75,16 @@ QString ChartView::barText(int bar) const {
     QStringList lines{row.label};
     if (!row.dates.isEmpty())
         lines.append(row.dates);
-    QString value = row.isNull ? QStringLiteral("\u2013") : valueText(row.value);
+    QString value = row.isNull ? u"\u2013"_s : valueText(row.value);
     if (!row.hasRecords)
-        value += QStringLiteral(" (no records)");
+        value += " (no records)";
     const QString &series = m_chart.SeriesName();
-    lines.append(series.isEmpty() ? value : QStringLiteral("%1: %2").arg(series, value));
-    return lines.join(QLatin1Char('\n'));
+    lines.append(series.isEmpty() ? value : series + ": " + value);
+    return lines.join(u'\n');
 }
 
 QString ChartView::figuresText() const {
-    QString text = QStringLiteral("Bar\tDates\t") + m_chart.SeriesName();
+    QString text = "Bar\tDates\t" + m_chart.SeriesName();
     for (const ChartRow &row : m_chart.DataGrid().rows())
         text += u'\n' + row.label + u'\t' + row.dates + u'\t' +
                 (row.isNull ? QString() : QString::number(row.value, 'g', 15));

@@ -7,21 +7,18 @@
 
 namespace veltrona {
 
-ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent) : QComboBox(parent), m_combo(combo) {
+ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent)
+    : QComboBox(parent), m_combo(combo),
+      m_onChange(combo.onChange, [this] { setCurrentIndex(m_combo.ListIndex()); }) {
     installComboBoxAccessible();
     setFocusPolicy(Qt::StrongFocus);
     addItems(combo.items());
     setCurrentIndex(combo.ListIndex());
-    m_combo.onChange = [this] { setCurrentIndex(m_combo.ListIndex()); };
     connect(this, &QComboBox::activated, this, [this](int index) {
         m_combo.setListIndex(index);
         if (hasFocus() && !view()->isVisible())
             tellChoice(*this);
     });
-}
-
-ComboBoxView::~ComboBoxView() {
-    m_combo.onChange = nullptr;
 }
 
 // The wheel is no choice while it only passes over the control.

@@ -1,10 +1,13 @@
-// A drop-down list on screen. Takes the combo's onChange; the combo must outlive the view. Each
-// choice of the user is told, also the choice of the entry that was chosen before.
+// The view of a drop-down list, which must outlive it. Sets the combo's onChange. Reports each
+// choice of the user, also of the entry that was chosen before.
 #pragma once
 
 #include "core/controls/comboBox.h"
 
 #include <QComboBox>
+#include <QScopedValueRollback>
+
+#include <functional>
 
 namespace veltrona {
 
@@ -12,13 +15,13 @@ class ComboBoxView : public QComboBox {
     Q_OBJECT
 public:
     explicit ComboBoxView(ComboBox &combo, QWidget *parent = nullptr);
-    ~ComboBoxView() override;
 
 protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     ComboBox &m_combo;
+    QScopedValueRollback<std::function<void()>> m_onChange; // the combo's
 };
 
 } // namespace veltrona

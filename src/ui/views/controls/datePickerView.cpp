@@ -16,7 +16,7 @@
 namespace veltrona {
 
 DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
-    : QDateEdit(parent), m_picker(picker) {
+    : QDateEdit(parent), m_picker(picker), m_onValue(picker.onValue, [this] { showValue(); }) {
     // In local time, a day whose midnight a clock change leaves out couldn't be held.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
     setTimeZone(QTimeZone::UTC);
@@ -30,19 +30,13 @@ DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     setDisplayFormat(formatOf(locale()));
     showValue();
-    m_picker.onValue = [this] { showValue(); };
     // Not dateChanged: it comes when the cursor goes from the day to the month, too.
     connect(this, &QDateEdit::editingFinished, this, &DatePickerView::finishEdit);
 }
 
-DatePickerView::~DatePickerView() {
-    m_picker.onValue = nullptr;
-}
-
 void DatePickerView::finishEdit() {
     interpretText();
-    const CalendarDay day{date().year(), date().month(), date().day()};
-    m_picker.editDay(dayNumber(day));
+    m_picker.editDay(dayNumber({date().year(), date().month(), date().day()}));
 }
 
 void DatePickerView::stepBy(int steps) {
@@ -50,14 +44,11 @@ void DatePickerView::stepBy(int steps) {
     finishEdit();
 }
 
-// The toolkit makes its calendar at the first press of the arrow.
+// Qt makes its calendar at the first press of the arrow.
 void DatePickerView::mousePressEvent(QMouseEvent *event) {
     QDateEdit::mousePressEvent(event);
-    if (!m_calendar)
-        setUpCalendar();
-}
-
-void DatePickerView::setUpCalendar() {
+    if (m_calendar)
+        return;
     m_calendar = findChild<QCalendarWidget *>();
     if (!m_calendar)
         return;
@@ -65,7 +56,7 @@ void DatePickerView::setUpCalendar() {
     m_calendar->installEventFilter(this);
 }
 
-/// The toolkit opens its calendar by the mouse alone.
+/// Qt opens its calendar by the mouse alone.
 void DatePickerView::openCalendar() {
     QStyleOptionComboBox option;
     option.initFrom(this);
@@ -109,9 +100,7 @@ bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
 
 QString DatePickerView::formatOf(const QLocale &locale) {
     QString format = locale.dateFormat(QLocale::ShortFormat);
-    if (!format.contains(QStringLiteral("yyyy")))
-        format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
-    return format;
+    return format.contains("yyyy") ? format : format.replace("yy", "yyyy");
 }
 
 void DatePickerView::showValue() {

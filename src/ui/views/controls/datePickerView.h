@@ -1,10 +1,13 @@
-// A date picker on screen. Takes the picker's onValue; the picker must outlive the view. A change
-// is told when an edit is finished, not at each digit; a value that the program sets is none.
+// The view of a date picker, which must outlive it. Sets the picker's onValue. Reports a change
+// when an edit is finished, not at each digit; a value that the program sets is no change.
 #pragma once
 
 #include "core/controls/datePicker.h"
 
 #include <QDateEdit>
+#include <QScopedValueRollback>
+
+#include <functional>
 
 class QCalendarWidget;
 
@@ -14,7 +17,6 @@ class DatePickerView : public QDateEdit {
     Q_OBJECT
 public:
     explicit DatePickerView(DatePicker &picker, QWidget *parent = nullptr);
-    ~DatePickerView() override;
 
     /// The locale's short format, the year always with four digits.
     static QString formatOf(const QLocale &locale);
@@ -33,10 +35,10 @@ protected:
 private:
     void showValue();
     void openCalendar();
-    void setUpCalendar();
 
     DatePicker &m_picker;
-    QCalendarWidget *m_calendar = nullptr; // the toolkit's, from the first opening on
+    QScopedValueRollback<std::function<void()>> m_onValue; // the picker's
+    QCalendarWidget *m_calendar = nullptr;                 // Qt's, from the first opening on
     bool m_movedOn = false; // the last digit filled its section and moved on to the next
 };
 

@@ -6,6 +6,7 @@
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/itemDelegates.h"
 #include "ui/views/menuEntry.h"
+#include "ui/views/plainText.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -65,9 +66,8 @@ GridView::GridView(Grid &grid, QWidget *parent)
     headings->setParent(this);
     horizontalHeader()->setStyle(headings);
     horizontalHeader()->setMinimumSectionSize(1);
-    addMenuEntry(*this, QStringLiteral("Copy"), copyKeys(), [this] { copy(false); });
-    addMenuEntry(*this, QStringLiteral("Copy with Headings"), secondCopyKeys(),
-                 [this] { copy(true); });
+    addCopyEntries(
+        *this, "Copy", [this] { copy(false); }, "Copy with Headings", [this] { copy(true); });
     connect(this, &QTableView::doubleClicked, this, &GridView::chooseRow);
     applyFont();
     applyWidths(true);

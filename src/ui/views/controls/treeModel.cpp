@@ -5,7 +5,7 @@
 namespace veltrona {
 
 TreeModel::TreeModel(Tree &tree, QObject *parent)
-    : QAbstractItemModel(parent), m_tree(tree), m_folder(icon(QStringLiteral("folder"))) {
+    : QAbstractItemModel(parent), m_tree(tree), m_folder(icon("folder")) {
     takeUp();
 }
 
@@ -64,9 +64,9 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
     if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
         QStringList lines{node == m_root ? m_rootDescription : QString()};
         if (node->IsLoss)
-            lines.append(QStringLiteral("Loss: did not earn back its cost."));
+            lines.append("Loss: did not earn back its cost.");
         lines.removeAll(QString());
-        return lines.join(QLatin1Char('\n'));
+        return lines.join(u'\n');
     }
     // Nothing at all would be read for a node without a name.
     if (role == Qt::AccessibleTextRole && node->Text().isEmpty())
