@@ -52,34 +52,13 @@ TreeNode *Nodes::append(TreeNode *parent, QString name, int image) {
 }
 
 void Nodes::Clear() {
-    if (m_beforeClear)
-        m_beforeClear();
+    m_selected = nullptr;
     m_nodes.clear();
 }
 
-Tree::Tree() {
-    m_nodes.m_beforeClear = [this] { m_selected = nullptr; };
-}
-
 void Tree::setSelectedItem(TreeNode *node) {
-    m_selected = node;
-    if (onSelect)
-        onSelect();
-}
-
-void Tree::beginRebuild() {
-    if (onBeginRebuild)
-        onBeginRebuild();
-}
-
-void Tree::endRebuild() {
-    if (onEndRebuild)
-        onEndRebuild();
-}
-
-void Tree::marksChanged() {
-    if (onMarksChange)
-        onMarksChange();
+    m_nodes.m_selected = node;
+    notify(onSelect);
 }
 
 } // namespace veltrona

@@ -1,7 +1,7 @@
-// The data behind a tree control: nodes with the text fields Key, Text and Tag, kept in the order
-// in which they were added, and one selected node. Fields that are set are held as they are; a
-// node that was added by name holds the name alone, and rules work its fields out when they are
-// read: in a tree of a few hundred thousand nodes the names of all parents are in each Key.
+// The data of a tree control: nodes with the text fields Key, Text and Tag, in the order in which
+// they were added, and one selected node. Fields that are set are stored; a node that was added by
+// name stores the name alone and makes its fields when they are read: in a tree of a few hundred
+// thousand nodes the names of all parents are in each Key.
 #pragma once
 
 #include <QString>
@@ -16,12 +16,10 @@ namespace veltrona {
 
 class TreeNode;
 
-/// The rules of nodes that were added by name; they must outlive the nodes.
-class NodeTexts {
-public:
-    virtual ~NodeTexts() = default;
-    virtual QString key(const TreeNode &node) const = 0;
-    virtual QString tag(const TreeNode &node) const = 0;
+/// Makes the fields of nodes that were added by name; must outlive the nodes.
+struct NodeTexts {
+    QString (*key)(const TreeNode &node);
+    QString (*tag)(const TreeNode &node);
 };
 
 class TreeNode {
@@ -39,7 +37,7 @@ public:
     int Image = 0;
     int IndexInParent = 0; // 0-based place among the parent's children
     bool Expanded = false;
-    bool IsLoss = false; // carries a mark; of the view alone
+    bool IsLoss = false; // shown with a mark
     TreeNode *Parent = nullptr;
     QVarLengthArray<TreeNode *, 1> Children; // a keyword mostly has a single type
 
@@ -64,11 +62,12 @@ public:
     int Count() const { return static_cast<int>(m_nodes.size()); }
     /// `index` counts from 1, in the order of adding.
     TreeNode *Item(int index) const;
-    /// Adds a node behind the other children of `relative`; null adds the root.
+    /// Adds a node after the other children of `relative`; null adds the root.
     TreeNode *Add(TreeNode *relative, TreeRelationship relationship, const QString &key,
                   const QString &text, int image);
-    /// The same, with a name and the rules of Key and Tag.
+    /// The same, with a name from which `texts` make Key and Tag.
     TreeNode *addByName(TreeNode *relative, const NodeTexts &texts, QString name, int image);
+    /// Nothing is selected afterwards.
     void Clear();
 
 private:
@@ -76,29 +75,27 @@ private:
     TreeNode *append(TreeNode *parent, QString name, int image);
 
     mutable std::deque<TreeNode> m_nodes;
-    std::function<void()> m_beforeClear;
+    TreeNode *m_selected = nullptr;
 };
 
 class Tree {
 public:
-    Tree();
-    Tree(const Tree &) = delete;
-    Tree &operator=(const Tree &) = delete;
+    Tree() = default;
+    Q_DISABLE_COPY_MOVE(Tree)
 
     veltrona::Nodes &Nodes() { return m_nodes; }
     const veltrona::Nodes &Nodes() const { return m_nodes; }
 
     /// Null while nothing is selected.
-    TreeNode *SelectedItem() const { return m_selected; }
-    /// Selects a node of this tree; tells the view, raises no click.
+    TreeNode *SelectedItem() const { return m_nodes.m_selected; }
+    /// Selects a node of this tree; notifies the view, raises no click.
     void setSelectedItem(TreeNode *node);
 
-    /// Brackets a rebuild: the view lets go of every node at the begin and reads anew at the end.
-    void beginRebuild();
-    void endRebuild();
-
+    /// Brackets a rebuild: the view drops every node at the begin and reads anew at the end.
+    void beginRebuild() { notify(onBeginRebuild); }
+    void endRebuild() { notify(onEndRebuild); }
     /// To be called when marks of nodes have changed.
-    void marksChanged();
+    void marksChanged() { notify(onMarksChange); }
 
     /// Set by the view.
     std::function<void()> onBeginRebuild;
@@ -109,8 +106,12 @@ public:
     std::function<void(TreeNode *)> onNodeClick;
 
 private:
+    static void notify(const std::function<void()> &view) {
+        if (view)
+            view();
+    }
+
     veltrona::Nodes m_nodes;
-    TreeNode *m_selected = nullptr;
 };
 
 } // namespace veltrona

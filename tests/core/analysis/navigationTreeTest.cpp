@@ -117,6 +117,18 @@ private slots:
         QVERIFY(find(tree, {"c", "h", "Search keywords", "", "\tt\u00A0"}));
     }
 
+    /// Blobs sort after texts, whatever their bytes.
+    void blobsInAForeignProject() {
+        test::RecordTable table;
+        add(table, "z", "g", "k", "t");
+        table.connection().execute(
+            "WITH days(day) AS (SELECT 1 UNION ALL SELECT day + 1 FROM days WHERE day < 50) INSERT "
+            "INTO tblGoogleDays (Campaign, GoogleDate) SELECT x'61', day FROM days");
+        Tree tree;
+        buildNavigationTree(table.connection(), "p", tree);
+        QCOMPARE(texts(tree.Nodes().Item(1)->Children), (QStringList{"a", "z"}));
+    }
+
     void readingOrderOnEachLevel() {
         test::RecordTable table;
         const QStringList stored = {"Zoo", "apple", "Apple"};

@@ -30,44 +30,39 @@ QString branchName(const QString &adwordsTyp) {
     return found == branches().end() ? adwordsTyp : found->name;
 }
 
-class NavigationTexts : public NodeTexts {
-public:
-    QString key(const TreeNode &node) const override {
-        const NodePath path = pathOf(node);
-        return QString::number(path.names.size()) + u'-' + captionOf(path);
-    }
+QString keyOf(const TreeNode &node) {
+    const NodePath path = pathOf(node);
+    return QString::number(path.names.size()) + u'-' + captionOf(path);
+}
 
-    QString tag(const TreeNode &node) const override {
-        const NodePath path = pathOf(node);
-        QString tag;
-        for (qsizetype i = 0; i < path.names.size(); ++i) {
-            const QStringView condition = levels[static_cast<std::size_t>(i) + 1].condition;
-            if (condition.isEmpty())
-                continue;
-            QString value = path.names[i];
-            tag.append(condition).append(value.replace(u'\'', QStringLiteral("''"))).append(u'\'');
-        }
-        return tag.append(u" ORDER BY ")
-            .append(levels[static_cast<std::size_t>(path.level())].orderBy);
+QString tagOf(const TreeNode &node) {
+    const NodePath path = pathOf(node);
+    QString tag;
+    for (std::size_t level = 1; QString name : path.names) {
+        const QStringView condition = levels[level++].condition;
+        if (!condition.isEmpty())
+            tag.append(condition).append(name.replace(u'\'', QLatin1String("''"))).append(u'\'');
     }
-};
+    return tag.append(u" ORDER BY ").append(levels[static_cast<std::size_t>(path.level())].orderBy);
+}
 
 } // namespace
 
-const NodeTexts &navigationTexts() {
-    static const NavigationTexts texts;
-    return texts;
+const NodeTexts navigationTexts = {keyOf, tagOf};
+
+QString storedName(const TreeNode &node) {
+    int level = 0;
+    for (const TreeNode *above = node.Parent; above; above = above->Parent)
+        ++level;
+    return level == static_cast<int>(NodeLevel::Branch)
+               ? branches().at(static_cast<std::size_t>(node.IndexInParent)).adwordsTyp
+               : node.name();
 }
 
 NodePath pathOf(const TreeNode &node) {
     NodePath path;
-    if (!node.Parent)
-        return path;
-    path = pathOf(*node.Parent);
-    const bool isBranch = path.level() == NodeLevel::AdGroup;
-    path.names.append(isBranch
-                          ? branches().at(static_cast<std::size_t>(node.IndexInParent)).adwordsTyp
-                          : node.name());
+    for (const TreeNode *each = &node; each->Parent; each = each->Parent)
+        path.names.prepend(storedName(*each));
     return path;
 }
 

@@ -11,11 +11,12 @@
 namespace veltrona {
 
 /// Key and Tag of the root, of campaigns, ad groups, their two branches (the first for search, the
-/// second for content), keywords and keyword types. Children go by the names of the nodes above
-/// them, whatever texts were set there.
-const NodeTexts &navigationTexts();
+/// second for content), keywords and keyword types: by the names that they and their parents were
+/// added by, whatever texts were set.
+extern const NodeTexts navigationTexts;
 
-/// The path of a node by its place and the names it and its parents were added by.
+/// The name as the node's records have it; a branch has their AdwordsTyp. The root has none.
+QString storedName(const TreeNode &node);
 NodePath pathOf(const TreeNode &node);
 /// The Key without its level prefix: "Campain: 'shoes' > Adgroup: 'boots'".
 QString captionOf(const NodePath &path);

@@ -19,173 +19,116 @@ namespace veltrona {
 namespace {
 
 constexpr int folderImage = 1;
-constexpr std::size_t levels = 4; // campaign, ad group, keyword, keyword type
+constexpr std::array columns = {NameColumn::Campaign, NameColumn::Adgroup, NameColumn::KeyWord,
+                                NameColumn::KwType};
+constexpr std::size_t levels = columns.size();
 
-/// A name, and where the names below it stand in the list of the next level.
+using Row = std::array<std::string_view, levels>;
+
+/// A name, and where the names below it are in the list of the next level.
 struct Name {
     QString text;
     std::size_t firstBelow;
     std::size_t endBelow;
 };
-/// A list of names for each level; the names below one name stand side by side.
+/// A list of names for each level; the names below one name are next to each other.
 using Names = std::array<std::vector<Name>, levels>;
 
-QString nameOf(std::string_view utf8) {
-    return textOf(withoutBlanks(utf8));
-}
-
-using Columns = std::array<std::string, levels>;
-
-/// Steps through the distinct rows of the index of names. Where a row goes on repeating, one seek
-/// skips the rest of it: a blob stands behind every date.
-class NameRows {
+/// Makes the lists of names from rows in the order of their bytes.
+class NameReader {
 public:
-    explicit NameRows(const sqlite::Connection &connection)
-        : m_all(connection.prepare(select + order)),
-          m_behind(connection.prepare(
-              select +
-              "WHERE (Campaign, Adgroup, KeyWord, kwType, GoogleDate) > (?, ?, ?, ?, x'') " +
-              order)) {}
+    NameReader() { m_pool.reserve(100'000); } // growing costs more than the memory
 
-    /// The first level whose name differs from the row before; `levels` behind the last row.
-    std::size_t next() {
-        for (int repeats = 0; m_rows->step(); ++repeats) {
-            const std::size_t level = m_isFirst ? 0 : firstDifference();
-            m_isFirst = false;
-            if (level < levels) {
-                for (std::size_t i = level; i < levels; ++i)
-                    m_row[i] = m_rows->utf8(static_cast<int>(i));
-                return level;
-            }
-            if (repeats == manyRepeats)
-                seekBehindRow();
+    /// False if the row repeats the one before.
+    bool add(const Row &row) {
+        std::size_t first = 0;
+        while (!names[0].empty() && first < levels && m_last[first].utf8 == row[first])
+            ++first;
+        for (std::size_t level = first; level < levels; ++level) {
+            const std::size_t below = level + 1 < levels ? names[level + 1].size() : 0;
+            names[level].push_back({text(m_last[level], row[level]), below, below});
+            if (level > 0)
+                names[level - 1].back().endBelow = names[level].size();
         }
-        return levels;
+        return first < levels;
     }
-    const Columns &row() const { return m_row; }
+    std::string_view last(std::size_t level) const { return m_last[level].utf8; }
 
-private:
-    static constexpr int manyRepeats = 20; // a seek takes about as long
-    static inline const std::string select =
-        "SELECT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays ";
-    static inline const std::string order = "ORDER BY Campaign, Adgroup, KeyWord, kwType";
-
-    std::size_t firstDifference() const {
-        std::size_t level = 0;
-        while (level < levels && m_rows->utf8(static_cast<int>(level)) == m_row[level])
-            ++level;
-        return level;
-    }
-    void seekBehindRow() {
-        m_behind.reset();
-        for (std::size_t i = 0; i < levels; ++i)
-            m_behind.bind(static_cast<int>(i) + 1, std::string_view(m_row[i]));
-        m_rows = &m_behind;
-    }
-
-    sqlite::Statement m_all;
-    sqlite::Statement m_behind;
-    sqlite::Statement *m_rows = &m_all;
-    Columns m_row;
-    bool m_isFirst = true;
-};
-
-/// The same rows, out of the leaves in memory.
-class LeafRows {
-public:
-    explicit LeafRows(const LeafDictionary &leaves)
-        : m_names(leaves.names()), m_rows(leaves.size()) {
-        const std::vector<Code> ranks = ranksOfNames();
-        for (std::size_t leaf = 0; leaf < m_rows.size(); ++leaf) {
-            for (std::size_t i = 0; i < levels; ++i)
-                m_rows[leaf][i] = ranks[leaves.nameCode(leaf, columns[i])];
-        }
-        std::sort(m_rows.begin(), m_rows.end());
-    }
-
-    std::size_t next() {
-        for (; m_next < m_rows.size(); ++m_next) {
-            const std::size_t level = m_next == 0 ? 0 : firstDifference();
-            if (level == levels) // the other branch of a row
-                continue;
-            for (std::size_t i = level; i < levels; ++i)
-                m_row[i] = m_names.text(m_codes[m_rows[m_next][i]]);
-            ++m_next;
-            return level;
-        }
-        return levels;
-    }
-    const Columns &row() const { return m_row; }
-
-private:
-    using Code = TextDictionary::Code;
-    static constexpr std::array<NameColumn, levels> columns = {
-        NameColumn::Campaign, NameColumn::Adgroup, NameColumn::KeyWord, NameColumn::KwType};
-
-    /// The place of each name in the engine's order, byte by byte.
-    std::vector<Code> ranksOfNames() {
-        m_codes.resize(m_names.size());
-        std::iota(m_codes.begin(), m_codes.end(), Code(0));
-        std::sort(m_codes.begin(), m_codes.end(),
-                  [this](Code a, Code b) { return m_names.text(a) < m_names.text(b); });
-        std::vector<Code> ranks(m_codes.size());
-        for (std::size_t rank = 0; rank < m_codes.size(); ++rank)
-            ranks[m_codes[rank]] = static_cast<Code>(rank);
-        return ranks;
-    }
-    std::size_t firstDifference() const {
-        const auto &row = m_rows[m_next];
-        return static_cast<std::size_t>(
-            std::mismatch(row.begin(), row.end(), m_rows[m_next - 1].begin()).first - row.begin());
-    }
-
-    const TextDictionary &m_names;
-    std::vector<Code> m_codes;                    // by rank
-    std::vector<std::array<Code, levels>> m_rows; // of ranks
-    std::size_t m_next = 0;
-    Columns m_row;
-};
-
-/// Gives equal names one and the same memory.
-class NamePool {
-public:
-    NamePool() { m_names.reserve(manyNames); }
-
-    QString name(std::size_t level, const std::string &utf8) {
-        Last &last = m_last[level];
-        if (last.name.isNull() || last.utf8 != utf8)
-            last = {utf8, *m_names.insert(nameOf(utf8))};
-        return last.name;
-    }
+    Names names;
 
 private:
     struct Last {
         std::string utf8;
-        QString name;
+        QString text;
     };
-    static constexpr qsizetype manyNames = 100'000; // growing costs more than the room
+    /// Equal names share their memory.
+    const QString &text(Last &last, std::string_view utf8) {
+        if (last.text.isNull() || last.utf8 != utf8)
+            last = {std::string(utf8), *m_pool.insert(textOf(withoutBlanks(utf8)))};
+        return last.text;
+    }
 
     std::array<Last, levels> m_last;
-    QSet<QString> m_names;
+    QSet<QString> m_pool;
 };
 
-template<class Rows>
-Names readNames(Rows &&rows) {
-    NamePool pool;
-    Names names;
-    for (std::size_t first = rows.next(); first < levels; first = rows.next()) {
-        for (std::size_t level = first; level < levels; ++level) {
-            const std::size_t below = level + 1 < levels ? names[level + 1].size() : 0;
-            names[level].push_back({pool.name(level, rows.row()[level]), below, below});
-            if (level > 0)
-                names[level - 1].back().endBelow = names[level].size();
+/// By the index of names. After many repeats a seek skips the rest of a row: x'' sorts after any
+/// text, so it is beyond the last date.
+Names namesOf(const sqlite::Connection &connection) {
+    static constexpr int manyRepeats = 20; // a seek takes about as long
+    const std::string select = "SELECT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays ";
+    const std::string order = "ORDER BY Campaign, Adgroup, KeyWord, kwType";
+    sqlite::Statement all = connection.prepare(select + order);
+    sqlite::Statement after = connection.prepare(
+        select + "WHERE (Campaign, Adgroup, KeyWord, kwType, GoogleDate) > (?, ?, ?, ?, x'') " +
+        order);
+    NameReader reader;
+    int repeats = 0;
+    for (sqlite::Statement *rows = &all; rows->step();) {
+        Row row;
+        bool areTexts = true;
+        for (int i = 0; std::string_view & name : row) {
+            areTexts = areTexts && rows->type(i) == sqlite::ValueType::Text;
+            name = rows->utf8(i++);
         }
+        repeats = reader.add(row) ? 0 : repeats + 1;
+        // Blobs, in a foreign project, sort after texts: a seek by their bytes would go back.
+        if (repeats != manyRepeats || !areTexts)
+            continue;
+        after.reset();
+        for (std::size_t i = 0; i < levels; ++i)
+            after.bind(static_cast<int>(i) + 1, reader.last(i));
+        rows = &after;
     }
-    return names;
+    return std::move(reader.names);
+}
+
+/// By the leaves in memory, sorted as SQLite sorts them.
+Names namesOf(const LeafDictionary &leaves) {
+    using Code = TextDictionary::Code;
+    const TextDictionary &texts = leaves.names();
+    std::vector<Code> codes(texts.size()); // by rank
+    std::iota(codes.begin(), codes.end(), Code(0));
+    std::ranges::sort(codes, {}, [&](Code code) -> std::string_view { return texts.text(code); });
+    std::vector<Code> ranks(codes.size()); // by code
+    for (std::size_t rank = 0; rank < codes.size(); ++rank)
+        ranks[codes[rank]] = static_cast<Code>(rank);
+
+    std::vector<std::array<Code, levels>> rows(leaves.size()); // of ranks
+    for (std::size_t leaf = 0; leaf < rows.size(); ++leaf)
+        std::ranges::transform(columns, rows[leaf].begin(), [&](NameColumn column) {
+            return ranks[leaves.nameCode(leaf, column)];
+        });
+    std::ranges::sort(rows);
+    NameReader reader;
+    for (const auto &row : rows)
+        reader.add({texts.text(codes[row[0]]), texts.text(codes[row[1]]), texts.text(codes[row[2]]),
+                    texts.text(codes[row[3]])});
+    return std::move(reader.names);
 }
 
 void sortForReader(std::span<Name> names) {
-    // The engine's order is mostly the reader's already.
+    // The order of bytes is mostly the reader's already.
     const auto outOfOrder = [](const Name &a, const Name &b) {
         return !inReadingOrder(a.text, b.text);
     };
@@ -201,71 +144,55 @@ void sortForReader(std::span<Name> names) {
         names[i] = std::move(sorted[i].second);
 }
 
-class Builder {
-public:
-    Builder(Tree &tree, Names names) : m_nodes(tree.Nodes()), m_names(std::move(names)) {}
+TreeNode *add(Tree &tree, TreeNode *parent, QString name) {
+    return tree.Nodes().addByName(parent, navigationTexts, std::move(name), folderImage);
+}
 
-    void build(const QString &projectTitle) {
-        TreeNode *root = add(nullptr, projectTitle);
-        root->Expanded = true;
-        addNames(root, 0, 0, m_names[0].size());
-    }
-
-private:
-    enum : std::size_t { AdGroup = 1 };
-
-    TreeNode *add(TreeNode *parent, QString name) {
-        return m_nodes.addByName(parent, navigationTexts(), std::move(name), folderImage);
-    }
-
-    void addNames(TreeNode *parent, std::size_t level, std::size_t begin, std::size_t end) {
-        const auto siblings = std::span(m_names[level]).subspan(begin, end - begin);
-        sortForReader(siblings);
-        parent->Children.reserve(static_cast<qsizetype>(siblings.size()));
-        for (Name &name : siblings) {
-            TreeNode *node = add(parent, std::move(name.text));
-            if (level + 1 == levels)
-                continue;
-            TreeNode *above = node;
-            if (level == AdGroup) {
-                // All keywords are below the search branch, also those of content records alone.
-                above = add(node, branches()[0].name);
-                add(node, branches()[1].name);
-            }
-            addNames(above, level + 1, name.firstBelow, name.endBelow);
+void addNames(Tree &tree, TreeNode *parent, Names &names, std::size_t level, std::size_t begin,
+              std::size_t end) {
+    const auto siblings = std::span(names[level]).subspan(begin, end - begin);
+    sortForReader(siblings);
+    parent->Children.reserve(static_cast<qsizetype>(siblings.size()));
+    for (Name &name : siblings) {
+        TreeNode *node = add(tree, parent, std::move(name.text));
+        if (level + 1 == levels)
+            continue;
+        TreeNode *above = node;
+        if (columns[level] == NameColumn::Adgroup) {
+            // All keywords are below the search branch, also those of content records alone.
+            above = add(tree, node, branches()[0].name);
+            add(tree, node, branches()[1].name);
         }
+        addNames(tree, above, names, level + 1, name.firstBelow, name.endBelow);
     }
-
-    Nodes &m_nodes;
-    Names m_names;
-};
+}
 
 void rebuild(Tree &tree, const QString &projectTitle, Names names) {
-    Builder builder(tree, std::move(names));
     tree.beginRebuild();
     const auto end = qScopeGuard([&tree] { tree.endRebuild(); });
     tree.Nodes().Clear();
-    builder.build(projectTitle);
+    TreeNode *root = add(tree, nullptr, projectTitle);
+    root->Expanded = true;
+    addNames(tree, root, names, 0, 0, names[0].size());
 }
 
 } // namespace
 
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
                          Tree &tree) {
-    rebuild(tree, projectTitle, readNames(NameRows(connection)));
+    rebuild(tree, projectTitle, namesOf(connection));
 }
 
 void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree) {
     if (const RecordColumns *columns = records.held())
-        rebuild(tree, projectTitle, readNames(LeafRows(columns->leaves())));
+        rebuild(tree, projectTitle, namesOf(columns->leaves()));
     else
         buildNavigationTree(records.connection(), projectTitle, tree);
 }
 
 TreeNode *nodeOfRow(const TreeNode &node, const QString &row) {
-    const auto found =
-        std::find_if(node.Children.begin(), node.Children.end(),
-                     [&](const TreeNode *child) { return pathOf(*child).names.last() == row; });
+    const auto found = std::ranges::find_if(
+        node.Children, [&](const TreeNode *child) { return storedName(*child) == row; });
     return found == node.Children.end() ? nullptr : *found;
 }
 
