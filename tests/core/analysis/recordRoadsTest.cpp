@@ -2,9 +2,9 @@
 // give the same, bit by bit, whoever has changed the file in between; the bars are also asked for
 // one by one.
 #include "core/analysis/chart/chartSeries.h"
+#include "core/analysis/grid/lossMarks.h"
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/records/leafSums.h"
 #include "core/analysis/records/nodePath.h"
 #include "core/analysis/records/recordWalk.h"
 #include "core/analysis/tree/navigationTree.h"
@@ -245,13 +245,14 @@ private:
     void compareLeaves(const DateRange &range) {
         std::map<std::string, std::pair<quint64, quint64>> sums[2];
         for (int i = 0; i < 2; ++i) {
-            visitLeafSums(i ? m_engine : m_columns, range, [&](const LeafSums &leaf) {
-                std::string name;
-                for (const std::string_view part : leaf.names)
-                    name.append(part).append("|");
-                sums[i][name] = {std::bit_cast<quint64>(leaf.cost),
-                                 std::bit_cast<quint64>(leaf.conversionValue)};
-            });
+            visitLeafSums(i ? m_engine : m_columns, range,
+                          [&](const auto &leaf, const LossSums &each) {
+                              std::string name;
+                              for (const std::string_view part : leaf)
+                                  name.append(part).append("|");
+                              sums[i][name] = {std::bit_cast<quint64>(each.cost),
+                                               std::bit_cast<quint64>(each.conversionValue)};
+                          });
         }
         QVERIFY(sums[0] == sums[1]);
     }

@@ -1,24 +1,36 @@
 #include "core/analysis/grid/lossMarks.h"
 
 #include "core/analysis/grid/statisticsGrid.h"
-#include "core/analysis/records/cellText.h"
-#include "core/analysis/records/leafSums.h"
-#include "core/analysis/tree/navigationTree.h"
+#include "core/analysis/records/recordWalk.h"
+#include "core/analysis/tree/navigationTexts.h"
 #include "core/base/storedText.h"
 #include "core/base/text.h"
 
 #include <QHash>
 
+#include <algorithm>
 #include <unordered_map>
+#include <vector>
 
 namespace veltrona {
 
 namespace {
 
-struct Sums {
-    double conversionValue = 0;
-    double cost = 0;
-};
+enum Field { Cost, ConvValue };
+constexpr std::array figures = {Figure::Cost, Figure::ConvValue};
+
+RecordQuery queryOf(const DateRange &range, LeafDictionary &leaves) {
+    return {NodePath(),
+            range,
+            {NameColumn::Campaign, NameColumn::Adgroup, NameColumn::AdwordsTyp, NameColumn::KeyWord,
+             NameColumn::KwType},
+            [&leaves](std::span<const std::string_view> names) {
+                LeafDictionary::Names leaf;
+                std::ranges::copy(names, leaf.begin());
+                return static_cast<int>(leaves.add(leaf));
+            },
+            figures};
+}
 
 /// Adds the leaves up to the nodes above them.
 class NodeSums {
@@ -27,20 +39,21 @@ public:
         m_children.reserve(nodes.Count());
         for (int item = 2; item <= nodes.Count(); ++item) {
             TreeNode *node = nodes.Item(item);
-            m_children.insert({node->Parent, node->name()}, node);
+            m_children.insert({node->Parent, storedName(*node)}, node);
         }
     }
 
-    void add(const LeafSums &leaf) {
-        addTo(m_root, leaf);
-        TreeNode *adGroup =
-            below(below(m_root, leaf, NameColumn::Campaign), leaf, NameColumn::Adgroup);
-        const auto type = leaf.names[static_cast<std::size_t>(NameColumn::AdwordsTyp)];
-        TreeNode *branch = adGroup ? nodeOfRow(*adGroup, textOf(type)) : nullptr;
-        if (!branch)
-            return;
-        addTo(branch, leaf);
-        below(below(branch, leaf, NameColumn::KeyWord), leaf, NameColumn::KwType);
+    void add(const LeafDictionary::Names &leaf, const LossSums &sums) {
+        TreeNode *node = m_root;
+        for (std::size_t column = 0; node; ++column) {
+            m_sums[node].add(sums.cost, sums.conversionValue);
+            if (column == leaf.size())
+                return;
+            // The records of a branch have its AdwordsTyp to the letter.
+            const bool isBranch = static_cast<NameColumn>(column) == NameColumn::AdwordsTyp;
+            node = m_children.value(
+                {node, textOf(isBranch ? leaf[column] : withoutBlanks(leaf[column]))});
+        }
     }
 
     void mark() const {
@@ -49,26 +62,9 @@ public:
     }
 
 private:
-    /// Adds the leaf to the child that has its name, if there is one.
-    TreeNode *below(TreeNode *parent, const LeafSums &leaf, NameColumn column) {
-        if (!parent)
-            return nullptr;
-        const QString name = textOf(withoutBlanks(leaf.names[static_cast<std::size_t>(column)]));
-        TreeNode *node = m_children.value({parent, name});
-        if (node)
-            addTo(node, leaf);
-        return node;
-    }
-
-    void addTo(TreeNode *node, const LeafSums &leaf) {
-        Sums &sums = m_sums[node];
-        addAsCell(sums.conversionValue, leaf.conversionValue);
-        addAsCell(sums.cost, leaf.cost);
-    }
-
     TreeNode *m_root;
     QHash<std::pair<const TreeNode *, QString>, TreeNode *> m_children;
-    std::unordered_map<TreeNode *, Sums> m_sums;
+    std::unordered_map<TreeNode *, LossSums> m_sums;
 };
 
 void clearMarks(const Nodes &nodes) {
@@ -76,7 +72,29 @@ void clearMarks(const Nodes &nodes) {
         nodes.Item(item)->IsLoss = false;
 }
 
+/// False where the records are neither in memory nor few: one plain scan is faster then.
+bool areLeafSumsCheap(ProjectRecords &records, const DateRange &range) {
+    LeafDictionary leaves;
+    return isCheap(records, queryOf(range, leaves));
+}
+
 } // namespace
+
+void visitLeafSums(ProjectRecords &records, const DateRange &range, const LeafVisitor &visitor) {
+    LeafDictionary leaves;
+    std::vector<LossSums> sums;
+    visitRecords(records, queryOf(range, leaves), [&](const RecordBatch &batch, auto) {
+        sums.resize(leaves.size());
+        forEachRecord(batch, [&sums](int leaf, const auto &record) {
+            sums[static_cast<std::size_t>(leaf)].add(numberOf(record[Cost]) / millionths,
+                                                     numberOf(record[ConvValue]));
+        });
+    });
+    for (std::size_t leaf = 0; leaf < sums.size(); ++leaf) {
+        if (sums[leaf].hasRecords)
+            visitor(leaves.namesOf(leaf), sums[leaf]);
+    }
+}
 
 void LossMarks::update(ProjectRecords &records, const DateRange &range, bool shown, Tree &tree) {
     const Nodes &nodes = tree.Nodes();
@@ -93,7 +111,7 @@ void LossMarks::update(ProjectRecords &records, const DateRange &range, bool sho
         return;
     NodeSums sums(nodes);
     if (areLeafSumsCheap(records, range))
-        visitLeafSums(records, range, [&](const LeafSums &leaf) { sums.add(leaf); });
+        visitLeafSums(records, range, [&](const auto &...leaf) { sums.add(leaf...); });
     clearMarks(nodes);
     sums.mark();
     m_marked = now;

@@ -2,13 +2,34 @@
 // row in the grid of the node above them.
 #pragma once
 
+#include "core/analysis/records/cellText.h"
 #include "core/base/dateValue.h"
 #include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
+#include <functional>
 #include <optional>
 
 namespace veltrona {
+
+/// Cost and conversion value in currency units, added up as in cells.
+struct LossSums {
+    double cost = 0;
+    double conversionValue = 0;
+    bool hasRecords = false;
+
+    void add(double moreCost, double moreValue) {
+        addAsCell(cost, moreCost);
+        addAsCell(conversionValue, moreValue);
+        hasRecords = true;
+    }
+};
+
+/// The names are as stored, by NameColumn, and valid during the visit.
+using LeafVisitor = std::function<void(const LeafDictionary::Names &, const LossSums &)>;
+/// Visits each leaf of the account that has records in the period, in no order. Times of day of the
+/// range don't count. Throws Failure.
+void visitLeafSums(ProjectRecords &records, const DateRange &range, const LeafVisitor &visitor);
 
 class LossMarks {
 public:
