@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
 
 namespace veltrona {
@@ -32,13 +31,15 @@ std::string readingColumns() {
 
 } // namespace
 
-std::optional<double> plainNumber(const RecordValue &value) {
+double plainNumber(const RecordValue &value, std::size_t place, Figure figure,
+                   ExceptionalValues &exceptional) {
     if (value.type() == ValueType::Real)
         return value.real();
     const auto whole = static_cast<double>(value.int64());
-    if (value.type() != ValueType::Integer || std::abs(whole) >= fifteenDigitLimit)
-        return std::nullopt;
-    return whole;
+    if (value.type() == ValueType::Integer && std::abs(whole) < fifteenDigitLimit)
+        return whole;
+    exceptional.emplace(std::pair(place, figure), value);
+    return 0;
 }
 
 /// Gathers records until they make a block.
@@ -58,18 +59,10 @@ public:
         LeafDictionary::Names names;
         for (std::size_t i = 0; i < names.size(); ++i)
             names[i] = record[FirstName + i].utf8();
-        const auto place = static_cast<std::uint32_t>(m_leaves.size());
+        for (std::size_t i = 0; i < m_figures.size(); ++i)
+            m_figures[i].push_back(plainNumber(record[FirstFigure + i], m_leaves.size(),
+                                               static_cast<Figure>(i), m_exceptional));
         m_leaves.push_back(m_columns.m_leaves.add(names));
-        for (std::size_t i = 0; i < m_figures.size(); ++i) {
-            const RecordValue &value = record[FirstFigure + i];
-            const std::optional<double> number = plainNumber(value);
-            m_figures[i].push_back(number.value_or(0));
-            if (!number)
-                m_exceptionalValues.push_back(
-                    {place,
-                     static_cast<Figure>(i),
-                     {value.type(), value.int64(), value.real(), value.utf8()}});
-        }
         m_columns.m_lastId = record[Id].int64();
         ++m_columns.m_size;
         return m_leaves.size() < blockSize || endBlock();
@@ -87,7 +80,7 @@ public:
             block.figures[i] = PackedColumn::ofNumbers(m_figures[i]);
             m_figures[i].clear();
         }
-        block.exceptionalValues = std::exchange(m_exceptionalValues, {});
+        block.exceptionalValues = std::exchange(m_exceptional, {});
         m_leaves.clear();
         m_dates.clear();
         m_columns.m_blockBytes += block.bytes();
@@ -108,7 +101,7 @@ private:
     std::vector<std::uint32_t> m_leaves;
     std::vector<std::uint32_t> m_dates;
     std::array<std::vector<double>, figureColumns.size()> m_figures;
-    std::vector<ExceptionalValue> m_exceptionalValues;
+    ExceptionalValues m_exceptional;
 };
 
 bool RecordColumns::append(const sqlite::Connection &connection, std::size_t maxBytes) {
@@ -122,27 +115,20 @@ bool RecordColumns::append(const sqlite::Connection &connection, std::size_t max
            reader.endBlock();
 }
 
-const FigureValue *RecordColumns::Block::exceptionalValue(std::uint32_t place,
-                                                          Figure figure) const {
-    const std::pair key(place, figure);
-    const auto keyOf = [](const ExceptionalValue &each) {
-        return std::pair(each.place, each.figure);
-    };
-    const auto found = std::ranges::lower_bound(exceptionalValues, key, {}, keyOf);
-    return found != exceptionalValues.end() && keyOf(*found) == key ? &found->value : nullptr;
-}
-
 std::size_t RecordColumns::Block::bytes() const {
     std::size_t bytes = sizeof *this + leaves.bytes() + dates.bytes();
     for (const PackedColumn &figure : figures)
         bytes += figure.bytes();
-    for (const ExceptionalValue &each : exceptionalValues)
-        bytes += 2 * sizeof each + each.value.utf8().size();
+    constexpr std::size_t nodeBytes = 48; // of a map's node beside its value
+    for (const auto &each : exceptionalValues)
+        bytes += nodeBytes + sizeof each + each.second.utf8().size();
     return bytes;
 }
 
 FigureValue RecordBatch::value(std::size_t figure, std::size_t record) const {
-    return m_exceptionalValue(figure, record);
+    const auto found = m_exceptional->find({m_places[record], m_figures[figure]});
+    return found == m_exceptional->end() ? FigureValue(m_numbers[figure].values[record])
+                                         : found->second;
 }
 
 /// 0 for none.
@@ -178,16 +164,12 @@ void RecordColumns::visit(const std::vector<int> &groupOfLeaf, const std::vector
     std::array<std::uint32_t, batchSize> places;
     std::array<int, batchSize> groups;
     std::vector<double> numbers(figures.size() * batchSize);
-    const Block *block = nullptr;
     RecordBatch batch;
-    batch.m_exceptionalValue = [&](std::size_t figure, std::size_t record) {
-        const FigureValue *value = block->exceptionalValue(places[record], figures[figure]);
-        return value ? *value : FigureValue(numbers[figure * batchSize + record]);
-    };
+    batch.m_figures = figures;
+    batch.m_places = places.data();
 
     for (const Block &each : m_blocks) {
-        block = &each;
-        batch.m_hasExceptionalValues = !each.exceptionalValues.empty();
+        batch.m_exceptional = &each.exceptionalValues;
         for (std::size_t first = 0; first < each.size; first += batchSize) {
             const std::size_t count = std::min(batchSize, each.size - first);
             each.leaves.codes(first, {leaves.data(), count});

@@ -12,10 +12,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace veltrona {
@@ -46,8 +47,9 @@ class FigureValue {
 public:
     FigureValue() = default;
     explicit FigureValue(double number) : m_real(number) {}
-    FigureValue(sqlite::ValueType type, qint64 whole, double real, std::string_view text)
-        : m_type(type), m_whole(whole), m_real(real), m_text(text) {}
+    explicit FigureValue(const sqlite::RecordValue &value)
+        : m_type(value.type()), m_whole(value.int64()), m_real(value.real()), m_text(value.utf8()) {
+    }
 
     sqlite::ValueType type() const { return m_type; }
     qint64 int64() const { return m_whole; }
@@ -61,8 +63,13 @@ private:
     std::string m_text;
 };
 
-/// The value if it is a 64-bit float or a whole number of at most 15 digits.
-std::optional<double> plainNumber(const sqlite::RecordValue &value);
+/// Values that are neither 64-bit floats nor whole numbers of at most 15 digits, such as texts: by
+/// the record's place among its neighbours, and figure.
+using ExceptionalValues = std::map<std::pair<std::size_t, Figure>, FigureValue>;
+
+/// The value as a number. An exceptional one is added to `exceptional`, and 0 takes its place.
+double plainNumber(const sqlite::RecordValue &value, std::size_t place, Figure figure,
+                   ExceptionalValues &exceptional);
 
 /// Some of the visited records, side by side. Valid during the visit.
 class RecordBatch {
@@ -76,9 +83,8 @@ public:
     int group(std::size_t record) const { return m_groups[record]; }
     /// Figures count in the order in which `visit` was asked for them.
     const Numbers &numbers(std::size_t figure) const { return m_numbers[figure]; }
-    /// Whether a record may have a value that is neither a whole number of at most 15 digits nor a
-    /// 64-bit float, such as a text: only `value` returns it then.
-    bool hasExceptionalValues() const { return m_hasExceptionalValues; }
+    /// Whether a record may have an exceptional value, which `value` alone returns.
+    bool hasExceptionalValues() const { return !m_exceptional->empty(); }
     FigureValue value(std::size_t figure, std::size_t record) const;
 
 private:
@@ -86,8 +92,9 @@ private:
     friend class ScannedBatch;
     std::span<const int> m_groups;
     std::array<Numbers, figureColumns.size()> m_numbers;
-    bool m_hasExceptionalValues = false;
-    std::function<FigureValue(std::size_t figure, std::size_t record)> m_exceptionalValue;
+    std::span<const Figure> m_figures;
+    const ExceptionalValues *m_exceptional = nullptr;
+    const std::uint32_t *m_places = nullptr; // of the records among the exceptional values
 };
 
 class RecordColumns {
@@ -120,19 +127,12 @@ private:
     class Reader;
     double exactScale(std::size_t figure) const;
 
-    /// One that a packed column can't store.
-    struct ExceptionalValue {
-        std::uint32_t place = 0;
-        Figure figure = Figure::Clicks;
-        FigureValue value;
-    };
     struct Block {
         std::size_t size = 0;
         PackedColumn leaves;
         PackedColumn dates;
         std::array<PackedColumn, figureColumns.size()> figures;
-        std::vector<ExceptionalValue> exceptionalValues; // by place and figure
-        const FigureValue *exceptionalValue(std::uint32_t place, Figure figure) const;
+        ExceptionalValues exceptionalValues; // by place in the block
         std::size_t bytes() const;
     };
 

@@ -6,13 +6,11 @@ namespace veltrona {
 
 namespace {
 
-/// A record costs several times as much by way of an index, so that an index pays for a small
-/// share of the table only: one in so many.
+/// A record costs several times as much by way of an index, so that an index pays only for one in
+/// so many records of the table.
 constexpr qint64 smallShare = 8;
-/// Up to here it pays beside the records in memory that have yet to be read.
+/// Up to here it also pays instead of reading the records into memory.
 constexpr qint64 fewShare = 32;
-
-using Conditions = std::vector<NodeCondition>;
 
 constexpr const char *dateColumn = "GoogleDate";
 
@@ -23,10 +21,13 @@ void add(NodeRecords &records, const char *mark, const char *column, const char 
     records.bindings.push_back(value);
 }
 
-void addConditions(NodeRecords &records, const Conditions &conditions) {
-    for (const NodeCondition &condition : conditions)
-        add(records, "", nameColumns[static_cast<std::size_t>(condition.column)], " = ?",
-            condition.value);
+/// `names` by NameColumn; the index of names has all columns but AdwordsTyp.
+void addNames(NodeRecords &records, const QStringList &names, bool indexedOnly = false) {
+    for (std::size_t column = 0; const QString &name : names) {
+        if (!indexedOnly || static_cast<NameColumn>(column) != NameColumn::AdwordsTyp)
+            add(records, "", nameColumns[column], " = ?", name);
+        ++column;
+    }
 }
 
 void addDates(NodeRecords &records, const char *mark, const DateTexts &dates) {
@@ -46,15 +47,9 @@ qint64 countOf(const sqlite::Connection &connection, const NodeRecords &records,
     return statement.int64(0);
 }
 
-qint64 lastId(const sqlite::Connection &connection) {
-    sqlite::Statement statement = connection.prepare("SELECT max(GoogleDayId) FROM tblGoogleDays");
-    statement.step();
-    return statement.int64(0);
-}
-
 const std::string anyRecord = "FROM tblGoogleDays WHERE 1";
 
-/// The records that an index finds, by their ids: those come sorted and go through the table once.
+/// The records that an index finds, by their ids: sorted, these go through the table in one pass.
 NodeRecords byIds(const NodeRecords &indexed) {
     return {"FROM tblGoogleDays NOT INDEXED WHERE GoogleDayId IN (SELECT GoogleDayId " +
                 indexed.sql + ")",
@@ -63,14 +58,6 @@ NodeRecords byIds(const NodeRecords &indexed) {
 
 } // namespace
 
-std::vector<NodeCondition> conditionsOf(const NodePath &path) {
-    Conditions conditions;
-    const qsizetype narrowing = std::min(path.names.size(), qsizetype(NameColumn::KwType));
-    for (qsizetype i = 0; i < narrowing; ++i)
-        conditions.push_back({static_cast<NameColumn>(i), path.names[i]});
-    return conditions;
-}
-
 DateTexts dateTextsOf(const DateRange &range) {
     return {isoText(dayNumber(range.start)),
             isoText(dayNumber(range.end)) + QStringLiteral(" 23:59:59")};
@@ -78,33 +65,30 @@ DateTexts dateTextsOf(const DateRange &range) {
 
 NodeRecords nodeRecords(const sqlite::Connection &connection, const NodePath &path,
                         const DateRange &range) {
-    const qint64 records = lastId(connection);
+    const qint64 records = connection.number("SELECT max(GoogleDayId) FROM tblGoogleDays");
     const qint64 tooMany = records / smallShare + 1;
-    const Conditions conditions = conditionsOf(path);
+    const QStringList names = path.recordNames();
     const DateTexts texts = dateTextsOf(range);
     NodeRecords named{anyRecord, {}};
-    Conditions indexedNames = conditions;
-    std::erase_if(indexedNames,
-                  [](const auto &each) { return each.column == NameColumn::AdwordsTyp; });
-    addConditions(named, indexedNames);
+    addNames(named, names, true);
     NodeRecords dated{anyRecord, {}};
     addDates(dated, "", texts);
 
-    const qint64 names = indexedNames.empty() ? tooMany : countOf(connection, named, tooMany);
-    const qint64 dates = countOf(connection, dated, names);
+    const qint64 withNames = names.isEmpty() ? tooMany : countOf(connection, named, tooMany);
+    const qint64 withDates = countOf(connection, dated, withNames);
     NodeRecords found{"FROM tblGoogleDays NOT INDEXED WHERE 1", {}};
-    if (dates < names) {
+    if (withDates < withNames) {
         found = byIds(dated);
-        addConditions(found, conditions);
-    } else if (names < tooMany) {
+        addNames(found, names);
+    } else if (withNames < tooMany) {
         addDates(named, "+", texts);
         found = byIds(named);
-        addConditions(found, conditions);
+        addNames(found, names);
     } else {
-        addConditions(found, conditions);
+        addNames(found, names);
         addDates(found, "", texts);
     }
-    found.areFew = std::min(names, dates) <= records / fewShare;
+    found.areFew = std::min(withNames, withDates) <= records / fewShare;
     return found;
 }
 

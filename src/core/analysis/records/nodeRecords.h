@@ -16,19 +16,10 @@ namespace veltrona {
 struct NodeRecords {
     std::string sql; // begins with FROM
     std::vector<QString> bindings;
-    /// Reading them by an index is a matter of moments, whatever the table holds.
-    bool areFew = false;
+    bool areFew = false; // an index finds them in moments, whatever else the table holds
 };
 
-/// A condition on the records of a node.
-struct NodeCondition {
-    NameColumn column;
-    QString value;
-};
-/// The type of a keyword has none: its records are the keyword's.
-std::vector<NodeCondition> conditionsOf(const NodePath &path);
-
-/// The texts of the first and the last second of a period, as the table compares them.
+/// The first and the last second of a period, as the table compares them.
 struct DateTexts {
     QString first;
     QString last;
@@ -36,8 +27,7 @@ struct DateTexts {
 /// Times of day of the range don't count.
 DateTexts dateTextsOf(const DateRange &range);
 
-/// The node's records in a period, found in the way that reads least: by the index of dates, by the
-/// index of names, or by one plain scan.
+/// Found in the way that reads least: by the index of dates, the index of names or one plain scan.
 NodeRecords nodeRecords(const sqlite::Connection &connection, const NodePath &path,
                         const DateRange &range);
 

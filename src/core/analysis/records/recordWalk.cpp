@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
+#include <numeric>
 #include <utility>
 
 namespace veltrona {
@@ -17,38 +17,35 @@ namespace {
 
 using Code = TextDictionary::Code;
 
-const char *nameOf(NameColumn column) {
-    return nameColumns[static_cast<std::size_t>(column)];
-}
-
-struct CodedCondition {
-    NameColumn column;
-    Code value; // `none` holds for no leaf
-};
-
-std::vector<CodedCondition> codedConditions(const NodePath &path, const TextDictionary &names) {
-    std::vector<CodedCondition> coded;
-    for (const NodeCondition &condition : conditionsOf(path))
-        coded.push_back({condition.column, names.find(storedBytes(condition.value).toStdString())});
-    return coded;
-}
-
 /// The group of each leaf, by its code.
 std::vector<int> leafGroups(const LeafDictionary &leaves, const RecordQuery &query) {
-    const std::vector<CodedCondition> conditions = codedConditions(query.path, leaves.names());
+    std::vector<Code> path; // `none` fits no leaf
+    for (const QString &name : query.path.recordNames())
+        path.push_back(leaves.names().find(storedBytes(name).toStdString()));
     const auto isOfNode = [&](std::size_t leaf) {
-        return std::all_of(conditions.begin(), conditions.end(), [&](const CodedCondition &each) {
-            return leaves.nameCode(leaf, each.column) == each.value;
-        });
+        for (std::size_t i = 0; i < path.size(); ++i) {
+            if (leaves.nameCode(leaf, static_cast<NameColumn>(i)) != path[i])
+                return false;
+        }
+        return true;
     };
+    constexpr int unknown = -2;
+    std::vector<int> groups(leaves.size(), unknown);
+    std::vector<int> groupsOfNames(leaves.names().size(), unknown); // where one name is enough
     std::vector<std::string_view> names(query.groupedBy.size());
-    std::vector<int> groups(leaves.size(), -1);
     for (std::size_t leaf = 0; leaf < groups.size(); ++leaf) {
-        if (!isOfNode(leaf))
+        if (!isOfNode(leaf)) {
+            groups[leaf] = -1;
             continue;
-        for (std::size_t i = 0; i < names.size(); ++i)
-            names[i] = leaves.names().text(leaves.nameCode(leaf, query.groupedBy[i]));
-        groups[leaf] = names.empty() ? 0 : query.groupOf(names);
+        }
+        int &group = names.size() == 1 ? groupsOfNames[leaves.nameCode(leaf, query.groupedBy[0])]
+                                       : groups[leaf];
+        if (group == unknown) {
+            for (std::size_t i = 0; i < names.size(); ++i)
+                names[i] = leaves.names().text(leaves.nameCode(leaf, query.groupedBy[i]));
+            group = names.empty() ? 0 : query.groupOf(names);
+        }
+        groups[leaf] = group;
     }
     return groups;
 }
@@ -90,25 +87,20 @@ DateValue dateOf(std::string_view text, const QString &path) {
 /// Gathers the records of a scan until they make a batch.
 class ScannedBatch {
 public:
-    ScannedBatch(std::size_t figures, const BatchVisitor &visitor)
-        : m_values(figures), m_visitor(visitor) {
-        m_batch.m_exceptionalValue = [this](std::size_t figure, std::size_t record) {
-            const auto found = m_exceptional.find({record, figure});
-            return found == m_exceptional.end() ? FigureValue(m_values[figure][record])
-                                                : found->second;
-        };
+    ScannedBatch(std::span<const Figure> figures, const BatchVisitor &visitor)
+        : m_values(figures.size()), m_visitor(visitor) {
+        std::iota(m_places.begin(), m_places.end(), 0);
+        m_batch.m_figures = figures;
+        m_batch.m_exceptional = &m_exceptional;
+        m_batch.m_places = m_places.data();
+        for (std::size_t i = 0; i < m_values.size(); ++i)
+            m_batch.m_numbers[i] = {m_values[i].data(), false};
     }
 
     void add(int group, std::span<const sqlite::RecordValue> figures) {
-        for (std::size_t i = 0; i < figures.size(); ++i) {
-            const sqlite::RecordValue &value = figures[i];
-            const std::optional<double> number = plainNumber(value);
-            m_values[i][m_count] = number.value_or(0);
-            if (!number)
-                m_exceptional.emplace(
-                    std::pair(m_count, i),
-                    FigureValue(value.type(), value.int64(), value.real(), value.utf8()));
-        }
+        for (std::size_t i = 0; i < figures.size(); ++i)
+            m_values[i][m_count] =
+                plainNumber(figures[i], m_count, m_batch.m_figures[i], m_exceptional);
         m_groups[m_count] = group;
         if (++m_count == size)
             end();
@@ -119,9 +111,6 @@ public:
         if (m_count == 0)
             return;
         m_batch.m_groups = {m_groups.data(), m_count};
-        m_batch.m_hasExceptionalValues = !m_exceptional.empty();
-        for (std::size_t i = 0; i < m_values.size(); ++i)
-            m_batch.m_numbers[i] = {m_values[i].data(), false};
         m_visitor(m_batch, {});
         m_count = 0;
         m_exceptional.clear();
@@ -130,9 +119,10 @@ public:
 private:
     static constexpr std::size_t size = 64;
 
+    std::array<std::uint32_t, size> m_places;
     std::array<int, size> m_groups{};
     std::vector<std::array<double, size>> m_values; // of each figure
-    std::map<std::pair<std::size_t, std::size_t>, FigureValue> m_exceptional;
+    ExceptionalValues m_exceptional;
     std::size_t m_count = 0;
     RecordBatch m_batch;
     const BatchVisitor &m_visitor;
@@ -142,11 +132,12 @@ static void scan(const sqlite::Connection &connection, const RecordQuery &query,
                  const NodeRecords &stored, const BatchVisitor &visitor) {
     std::string columns = query.groupedBy.empty() ? "GoogleDate" : "";
     for (const NameColumn column : query.groupedBy)
-        columns.append(columns.empty() ? "" : ", ").append(nameOf(column));
+        columns.append(columns.empty() ? "" : ", ")
+            .append(nameColumns[static_cast<std::size_t>(column)]);
     for (const Figure figure : query.figures)
         columns.append(", ").append(figureColumns[static_cast<std::size_t>(figure)]);
     std::vector<std::string_view> texts(std::max<std::size_t>(query.groupedBy.size(), 1));
-    ScannedBatch batch(query.figures.size(), visitor);
+    ScannedBatch batch(query.figures, visitor);
     sqlite::scanRecords(connection, columns, stored.sql, stored.bindings,
                         [&](std::span<const sqlite::RecordValue> record) {
                             for (std::size_t i = 0; i < texts.size(); ++i)
