@@ -84,23 +84,20 @@ void PackedColumn::pack(std::span<const Whole> numbers) {
     const auto range = static_cast<std::uint64_t>(static_cast<std::int64_t>(*most) - m_base);
     if (range == 0)
         return;
-    if (range <= std::numeric_limits<std::uint8_t>::max())
-        packAs<std::uint8_t>(numbers);
-    else if (range <= std::numeric_limits<std::uint16_t>::max())
-        packAs<std::uint16_t>(numbers);
-    else if (range <= std::numeric_limits<std::uint32_t>::max())
-        packAs<std::uint32_t>(numbers);
-    else
-        packAs<std::uint64_t>(numbers);
-}
-
-template<class Narrow, class Whole>
-void PackedColumn::packAs(std::span<const Whole> numbers) {
-    std::vector<Narrow> narrow(numbers.size());
-    std::transform(numbers.begin(), numbers.end(), narrow.begin(), [this](Whole number) {
-        return static_cast<Narrow>(static_cast<std::int64_t>(number) - m_base);
-    });
-    m_values = std::move(narrow);
+    const auto packAs = [&]<class Narrow>(Narrow max) {
+        if (range > max)
+            return false;
+        std::vector<Narrow> narrow(numbers.size());
+        std::ranges::transform(numbers, narrow.begin(), [this](Whole number) {
+            return static_cast<Narrow>(static_cast<std::int64_t>(number) - m_base);
+        });
+        m_values = std::move(narrow);
+        return true;
+    };
+    if (!packAs(std::numeric_limits<std::uint8_t>::max()) &&
+        !packAs(std::numeric_limits<std::uint16_t>::max()) &&
+        !packAs(std::numeric_limits<std::uint32_t>::max()))
+        packAs(std::numeric_limits<std::uint64_t>::max());
 }
 
 void PackedColumn::codes(std::size_t first, std::span<std::uint32_t> out) const {

@@ -43,8 +43,6 @@ private:
     template<class Whole>
     void pack(std::span<const Whole> numbers);
     void unpack(std::span<const std::uint32_t> places, double *out) const;
-    template<class Narrow, class Whole>
-    void packAs(std::span<const Whole> numbers);
 
     std::variant<std::monostate, std::vector<std::uint8_t>, std::vector<std::uint16_t>,
                  std::vector<std::uint32_t>, std::vector<std::uint64_t>, std::vector<double>>

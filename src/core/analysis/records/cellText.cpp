@@ -2,64 +2,43 @@
 
 #include "core/base/numberGrammar.h"
 
-#include <QVarLengthArray>
-
 #include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <string>
 
 namespace veltrona {
 namespace {
 
+/// An overflow is no number, and so gives 0.
 template<typename Char>
-using View = std::basic_string_view<Char>;
-
-/// `text` holds a decimal number and nothing else. An overflow is no number, and so gives 0.
-double readNumber(std::string_view text) {
-    if (text.front() == '+')
-        text.remove_prefix(1);
+double leadingNumber(std::basic_string_view<Char> text) {
+    std::string digits;
+    for (const Char character : text.substr(0, scanNumber(text).length))
+        digits += static_cast<char>(character);
+    const char *const first = digits.data() + (digits.starts_with('+') ? 1 : 0);
     double number = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto result = std::from_chars(first, digits.data() + digits.size(), number);
     return result.ec == std::errc() ? number : 0;
 }
 
 template<typename Char>
-double leadingNumber(View<Char> text) {
-    const std::size_t length = scanNumber(text).length;
-    if (length == 0)
-        return 0;
-    if constexpr (sizeof(Char) == 1) {
-        return readNumber(text.substr(0, length));
-    } else {
-        QVarLengthArray<char, 64> ascii(static_cast<qsizetype>(length));
-        for (std::size_t i = 0; i < length; ++i)
-            ascii[static_cast<qsizetype>(i)] = static_cast<char>(text[i]);
-        return readNumber({ascii.constData(), length});
-    }
+double percentNumber(std::basic_string_view<Char> text) {
+    std::basic_string<Char> rest(text);
+    std::erase(rest, Char('%'));
+    return leadingNumber(std::basic_string_view<Char>(rest));
 }
 
-template<typename Char>
-double percentNumber(View<Char> text) {
-    if (text.find(Char('%')) == View<Char>::npos)
-        return leadingNumber(text);
-    QVarLengthArray<Char, 64> rest;
-    for (const Char character : text) {
-        if (character != Char('%'))
-            rest.append(character);
-    }
-    return leadingNumber(View<Char>(rest.constData(), static_cast<std::size_t>(rest.size())));
-}
-
-View<char16_t> viewOf(QStringView text) {
+std::u16string_view viewOf(QStringView text) {
     return {text.utf16(), static_cast<std::size_t>(text.size())};
 }
 
-/// The largest number whose text of 15 digits is no overflow when it is read.
+/// The largest number whose text of 15 digits doesn't overflow when it is read.
 constexpr double largest = 1.79769313486231E308;
 
-/// The number as "%.15g" writes it. A sum that grows beyond all numbers stays at the largest: read
-/// as an overflow it would go on from 0.
+/// The number as "%.15g" writes it. A sum that overflows stays at the largest number: read back as
+/// an overflow it would restart from 0.
 std::string_view writeFifteenDigits(double number, char (&buffer)[32]) {
     const auto result =
         std::to_chars(buffer, buffer + sizeof buffer, std::clamp(number, -largest, largest),
@@ -68,20 +47,19 @@ std::string_view writeFifteenDigits(double number, char (&buffer)[32]) {
 }
 
 /// For magnitudes from 2^-26 up to 1E15: scaled to a whole number of 15 digits, rounded, and
-/// divided back. Both the scale and the whole number are exact, so that the quotient is the very
-/// number that reading the 15 digits gives.
+/// divided back. Scale and whole number are exact, so the quotient is what reading the 15 digits
+/// gives.
 double scaledToFifteenDigits(double number) {
     const double magnitude = std::abs(number);
     const int exponent = static_cast<int>(std::bit_cast<quint64>(magnitude) >> 52) - 1023;
-    int power = 14 - ((exponent * 1233) >> 12); // 1233 / 4096 stands for the logarithm of 2
+    int power = 14 - ((exponent * 1233) >> 12); // 1233 / 4096 is nearly log10(2)
     double scaled = magnitude * powersOfTen[power];
     if (scaled >= 1E15)
         scaled = magnitude * powersOfTen[--power];
 
     constexpr double roundsToWhole = 0x1.8p52;
     double whole = (scaled + roundsToWhole) - roundsToWhole;
-    // The product's own error is below half a step of `scaled`: it matters where a tie is met
-    // alone.
+    // The product's own error is below half a step of `scaled`, so it matters at a tie only.
     if (std::abs(scaled - whole) == 0.5) {
         const double error = std::fma(magnitude, powersOfTen[power], -scaled);
         if (error != 0)
@@ -112,18 +90,13 @@ QString numberText(double number) {
     if (std::abs(number) < 1E15 && static_cast<double>(static_cast<qint64>(number)) == number)
         return QString::number(static_cast<qint64>(number));
     char buffer[32];
-    std::string_view digits = writeFifteenDigits(number, buffer);
-    QVarLengthArray<QChar, 32> text;
-    if (digits.front() == '-') {
-        text.append(u'-');
-        digits.remove_prefix(1);
-    }
-    if (digits.starts_with("0."))
-        digits.remove_prefix(1);
-    for (const char character : digits)
-        text.append(
-            QLatin1Char(character >= 'a' ? static_cast<char>(character - 'a' + 'A') : character));
-    return QString(text.constData(), text.size());
+    const std::string_view digits = writeFifteenDigits(number, buffer);
+    QString text =
+        QString::fromLatin1(digits.data(), static_cast<qsizetype>(digits.size())).toUpper();
+    const qsizetype sign = text.startsWith(u'-') ? 1 : 0;
+    if (QStringView(text).sliced(sign).startsWith(u"0."))
+        text.remove(sign, 1);
+    return text;
 }
 
 double roundHalfToEven(double number, int decimals) {

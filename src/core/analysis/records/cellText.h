@@ -24,7 +24,7 @@ double roundHalfToEven(double number, int decimals);
 double toFifteenDigits(double number);
 /// Adds to a sum that passes through 15 significant digits after every number, as in a cell.
 inline void addAsCell(double &sum, double number) {
-    // A zero leaves a sum as it is, which has passed through its digits before.
+    // A zero changes nothing: the sum has 15 digits already.
     if (number != 0)
         sum = toFifteenDigits(number + sum);
 }
