@@ -8,7 +8,6 @@
 #include "support/writtenReport.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
-#include "ui/report/reportLayout.h"
 #include "ui/report/reportSheet.h"
 
 #include <QAbstractTextDocumentLayout>

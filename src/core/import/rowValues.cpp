@@ -174,10 +174,7 @@ std::optional<RowNumber> readNumber(std::string_view text) {
 std::optional<RowDate> readDate(std::string_view text) {
     Scanner scanner(text);
     const std::optional<CalendarDay> day = veltrona::day(scanner);
-    if (!day || day->year < firstCalendarDay.year || !isValid(*day))
-        return std::nullopt;
-    const int number = dayNumber(*day);
-    if (number < dayNumber(firstCalendarDay))
+    if (!day || !isValid(*day) || dayNumber(*day) < dayNumber(firstCalendarDay))
         return std::nullopt;
     int seconds = 0;
     if (!scanner.atEnd()) {
@@ -191,7 +188,7 @@ std::optional<RowDate> readDate(std::string_view text) {
     const QString year = QString::number(day->year) + u' ';
     return RowDate{isoText(dateValue(*day, seconds)).toStdString(),
                    (year + padded(day->month)).toStdString(),
-                   (year + padded(weekOfYear(number))).toStdString()};
+                   (year + padded(weekOfYear(dayNumber(*day)))).toStdString()};
 }
 
 } // namespace veltrona

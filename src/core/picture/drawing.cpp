@@ -216,16 +216,4 @@ bool setClipboardBitmap(Handle bitmap) {
     return clipboard && describeBitmap(bitmap) && clipboard(bitmap);
 }
 
-Picture &Picture::operator=(Picture &&other) noexcept {
-    if (this != &other) {
-        deleteBitmap(m_bitmap);
-        m_bitmap = other.release();
-    }
-    return *this;
-}
-
-Handle Picture::release() {
-    return std::exchange(m_bitmap, 0);
-}
-
 } // namespace veltrona::drawing

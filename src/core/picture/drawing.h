@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace veltrona::drawing {
 
@@ -86,12 +87,15 @@ public:
     Picture() = default;
     explicit Picture(drawing::Handle bitmap) : m_bitmap(bitmap) {}
     Picture(Picture &&other) noexcept : m_bitmap(other.release()) {}
-    Picture &operator=(Picture &&other) noexcept;
+    Picture &operator=(Picture other) noexcept {
+        std::swap(m_bitmap, other.m_bitmap);
+        return *this;
+    }
     ~Picture() { deleteBitmap(m_bitmap); }
 
     drawing::Handle Handle() const { return m_bitmap; }
     /// Gives up the ownership.
-    drawing::Handle release();
+    drawing::Handle release() { return std::exchange(m_bitmap, 0); }
 
 private:
     drawing::Handle m_bitmap = 0;

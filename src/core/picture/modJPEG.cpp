@@ -114,8 +114,7 @@ bool saveJPEG(const cJPEG &picture, const QString &FileName, std::int32_t qualit
 }
 
 QString ijlErrorText(std::int32_t code) {
-    const auto found = std::find_if(std::begin(errorTexts), std::end(errorTexts),
-                                    [code](const ErrorText &entry) { return entry.code == code; });
+    const auto *found = std::ranges::find(errorTexts, code, &ErrorText::code);
     return QLatin1String(found == std::end(errorTexts) ? "Unknown Error" : found->text);
 }
 

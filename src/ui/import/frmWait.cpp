@@ -53,18 +53,15 @@ void frmWait::inc() {
     ++m_value;
     // The bar repaints itself and tells screen readers at each change, so it gets the value only
     // when it is to be seen, and at the end.
-    if (repaints || m_value == m_max)
-        moveBar();
+    if (repaints || m_value == m_max) {
+        pbWait->setUpdatesEnabled(false);
+        pbWait->setValue(m_value);
+        pbWait->setUpdatesEnabled(true);
+    }
     if (repaints) {
         repaint();
         QCoreApplication::processEvents();
     }
-}
-
-void frmWait::moveBar() {
-    pbWait->setUpdatesEnabled(false);
-    pbWait->setValue(m_value);
-    pbWait->setUpdatesEnabled(true);
 }
 
 void frmWait::Show(std::function<void()> import) {
@@ -108,10 +105,6 @@ void frmWait::Form_Activate() {
         m_failure = std::current_exception();
     }
     done(Accepted);
-}
-
-void frmWait::reject() {
-    // Esc closes a dialog, but not this one.
 }
 
 void frmWait::closeEvent(QCloseEvent *event) {

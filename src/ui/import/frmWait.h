@@ -31,7 +31,7 @@ public:
 
     int Value() const { return m_value; }
 
-    void reject() override;
+    void reject() override {} // Esc closes other dialogs
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -41,7 +41,6 @@ protected:
 private:
     void activateOnce();
     void Form_Activate();
-    void moveBar();
 
     QLabel *Label1;
     QProgressBar *pbWait;

@@ -52,7 +52,7 @@ frmOutput::frmOutput(ReportSource source, OutputSettings settings)
               desktop::makeControl<FormCheckBox>(lowerControls, "chkOpts(3)", this)},
       cmdRun(desktop::makeControl<QPushButton>(lowerControls, "cmdRun", this)),
       cmdClose(desktop::makeControl<QPushButton>(lowerControls, "cmdClose", this)) {
-    setWindowTitle(QStringLiteral("Export the Report"));
+    setWindowTitle(u"Export the Report"_s);
     lblFilename->setBuddy(txtFilename);
     for (QCheckBox *option : chkOpts)
         option->setChecked(true);
@@ -63,11 +63,9 @@ frmOutput::frmOutput(ReportSource source, OutputSettings settings)
 }
 
 void frmOutput::setPrintRole() {
-    setWindowTitle(QStringLiteral("Print the Report"));
-    cmdRun->setText(QStringLiteral("&Print Preview"));
-    for (QWidget *control :
-         {static_cast<QWidget *>(lblFilename), static_cast<QWidget *>(txtFilename),
-          static_cast<QWidget *>(comBrowse)})
+    setWindowTitle(u"Print the Report"_s);
+    cmdRun->setText(u"&Print Preview"_s);
+    for (QWidget *control : std::initializer_list<QWidget *>{lblFilename, txtFilename, comBrowse})
         control->hide();
     m_raised = printRoleRise;
 }
@@ -86,8 +84,8 @@ void frmOutput::arrange() {
 }
 
 void frmOutput::comBrowse_Click() {
-    CommonDialog dlgNew{.Filter = QStringLiteral("HTML file (*.html)|*.html"),
-                        .DialogTitle = QStringLiteral("Export the Report"),
+    CommonDialog dlgNew{.Filter = u"HTML file (*.html)|*.html"_s,
+                        .DialogTitle = u"Export the Report"_s,
                         .InitDir = m_settings.documentsFolder,
                         .Flags = CommonDialog::overwriteAndCreatePrompt,
                         .FinalName = reportFileName};
@@ -108,9 +106,9 @@ void frmOutput::runExport() {
         return;
     txtFilename->setText(reportFileName(txtFilename->text()));
     doExport(txtFilename->text(), m_settings.exportColor);
-    const Answer answer = dialogs().message(
-        MessageStyle::YesNoQuestion, productName,
-        QStringLiteral("Report created!\rDo you want to open the report in your browser?"));
+    const Answer answer =
+        dialogs().message(MessageStyle::YesNoQuestion, productName,
+                          u"Report created!\rDo you want to open the report in your browser?"_s);
     if (answer == Answer::Yes)
         showHtml(withoutBlanks(txtFilename->text()).toString());
     accept();
@@ -140,13 +138,12 @@ Report frmOutput::doExport(const QString &strFilename, bool doColor) {
 void frmOutput::showHtml(const QString &FileName) {
     QString program;
     if (desktop::findExecutable(FileName, program) <= 32) {
-        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("Browser Not Found"),
-                          QStringLiteral("Could not find associated Browser"));
+        dialogs().message(MessageStyle::OkExclamation, u"Browser Not Found"_s,
+                          u"Could not find associated Browser"_s);
         return;
     }
     if (desktop::shellExecute(program, FileName) <= 32)
-        dialogs().message(MessageStyle::OkExclamation, QStringLiteral("URL Failed"),
-                          QStringLiteral("Web Page not Opened"));
+        dialogs().message(MessageStyle::OkExclamation, u"URL Failed"_s, u"Web Page not Opened"_s);
 }
 
 } // namespace veltrona

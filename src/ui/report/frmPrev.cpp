@@ -189,17 +189,14 @@ void frmPrev::Navigate(const QString &fileName) {
 }
 
 void frmPrev::cmdPrint_Click() {
-    QString noted;
     try {
         if (printing().isEnabled() && isLoaded())
             printing().print(*m_page, this);
         else
             showMessage(QStringLiteral("The Print command is currently disabled."));
     } catch (const Failure &failure) {
-        noted = failure.text();
+        showMessage(QStringLiteral("Print command Error: ") + failure.text());
     }
-    if (!noted.isEmpty())
-        showMessage(QStringLiteral("Print command Error: ") + noted);
 }
 
 void frmPrev::cmdClose_Click() {

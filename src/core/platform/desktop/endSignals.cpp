@@ -27,9 +27,6 @@ void noteSignal(int) {
     errno = before;
 }
 
-/// A handler, since SIG_IGN would be inherited by started programs.
-void ignoreSignal(int) {}
-
 void setHandler(std::initializer_list<int> numbers, void (*handler)(int)) {
     for (const int number : numbers) {
         struct sigaction action {};
@@ -46,7 +43,7 @@ void setHandler(std::initializer_list<int> numbers, void (*handler)(int)) {
 
 EndSignals::EndSignals(std::function<void()> end) {
     services().endRequested = false;
-    setHandler({SIGXFSZ}, ignoreSignal);
+    setHandler({SIGXFSZ}, [](int) {}); // SIG_IGN would be inherited by started programs
     int ends[2];
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // the signals kill, as they do by themselves
