@@ -1,5 +1,5 @@
-// The ready-made periods of the date range combo, one row of a table each. Whole days are
-// subtracted, so that the time of day stays.
+// The preset periods of the date range combo, one table row each. Whole days are subtracted, so
+// that the time of day stays.
 #pragma once
 
 #include "core/base/dateValue.h"

@@ -1,4 +1,4 @@
-// A file dialog as a control: properties that are set up, a show verb, and the chosen name.
+// A file dialog as a control: its setup as properties, verbs that show it, and the chosen name.
 #pragma once
 
 #include <QString>
@@ -9,8 +9,8 @@ namespace veltrona {
 
 class CommonDialog {
 public:
-    /// 2 asks before a file is overwritten, 4 hides the read-only box, 8192 asks before one is
-    /// made.
+    /// Bits of Flags: 2 asks before overwriting a file, 4 hides the read-only box, 8192 asks before
+    /// creating one.
     static constexpr int overwritePrompt = 2;
     static constexpr int createPrompt = 8192;
     static constexpr int overwriteAndCreatePrompt = overwritePrompt + 4 + createPrompt;
@@ -20,11 +20,11 @@ public:
     QString Filter = {};
     QString DialogTitle = {};
     QString InitDir = {};
-    /// The chosen file; empty after a cancel, whatever an earlier use has left.
+    /// The chosen file; empty after a cancel.
     QString FileName = {};
     int Flags = 0;
-    /// The rule that a name to save gets its last shape by, so that the question is asked for the
-    /// file that is really written; if empty, DefaultExt counts.
+    /// Completes a chosen name before the dialog asks about overwriting; if empty, DefaultExt is
+    /// added.
     std::function<QString(const QString &)> FinalName = {};
 
     void ShowOpen();

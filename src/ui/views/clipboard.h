@@ -5,7 +5,7 @@
 
 namespace veltrona::drawing {
 
-/// Puts the bitmap onto the system's clipboard and takes ownership of it; gives true.
+/// Copies the bitmap to the system's clipboard and destroys it; always true.
 bool toSystemClipboard(Handle bitmap);
 
 } // namespace veltrona::drawing

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFontMetrics>
 
-// A static library's resources are linked in by this call, which has to stand in no namespace.
+// Links in the resources of a static library; the macro must be used outside namespaces.
 static void initResources() {
     Q_INIT_RESOURCE(icons);
 }

@@ -1,5 +1,5 @@
-// The pictures that are compiled in, by their names in data/icons: each in several sizes, so that
-// it is sharp on any screen and no plug-in has to draw it.
+// The compiled-in icons, by their names in data/icons. Each has several sizes, so that it is sharp
+// on any screen without an SVG plug-in.
 #pragma once
 
 #include <QIcon>
@@ -10,7 +10,7 @@ namespace veltrona {
 
 QIcon icon(const QString &name);
 
-/// The edge of an icon in a line of text, which grows with large fonts.
+/// Edge length of an icon in a line of text; grows with large fonts.
 int smallIconPixels(const QFontMetrics &metrics);
 
 } // namespace veltrona

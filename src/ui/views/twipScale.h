@@ -1,6 +1,5 @@
-// From the twips of the window designs to pixels of the screen and back. A twip is 1/1,440 inch at
-// 96 dots per inch, times the ratio of the real font to the one that the designs assume, so that
-// every text has the room that its design gives it.
+// Converts twips of the window designs to pixels and back. A twip is 1/1,440 inch at 96 dots per
+// inch, times the ratio of the real font to the designs' font, so that every text fits as designed.
 #pragma once
 
 #include "core/base/designedControl.h"
@@ -12,15 +11,14 @@ namespace veltrona {
 
 class TwipScale {
 public:
-    /// `measured` are the labels that tell how wide texts come out in the font that the designs
-    /// assume.
+    /// `measured` are labels as wide as their texts in the designs' font.
     TwipScale(const QFont &font, WindowDesign measured);
 
-    /// Real font to assumed font, at least 1.
+    /// Real font to designs' font, at least 1.
     double ratio() const { return m_ratio; }
 
     int toPixels(float twips) const;
-    /// Edges are rounded, not lengths, so that neighbours neither overlap nor part.
+    /// Edges are rounded, not lengths, so that neighbours neither overlap nor leave a gap.
     QRect toPixels(const TwipRect &rect) const;
     float toTwips(int pixels) const;
 

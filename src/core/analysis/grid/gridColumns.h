@@ -28,7 +28,7 @@ enum class CellRule {
 struct TrueRatio {
     int dividend = 0;
     int divisor = 0;
-    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor; null without a ratio
+    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor; null: no ratio
     bool ofGain = false;            // subtracts the divisor from the dividend first
 };
 

@@ -72,7 +72,7 @@ struct RowOfRecords : StatisticsRow {
         });
     }
 
-    void takeWholes(std::span<const double> scales) {
+    void setSumsFromWholes(std::span<const double> scales) {
         gridColumn::forEach([&](auto col) {
             constexpr const GridColumn &column = gridColumn::at(col);
             if constexpr (column.rule == CellRule::Sum || column.rule == CellRule::Mean) {
@@ -107,9 +107,9 @@ public:
             rowToAddTo(batch.group(i)).add(WholeRecord(batch, i, scales));
     }
 
-    void takeWholes(std::span<const double> scales) {
+    void setSumsFromWholes(std::span<const double> scales) {
         for (RowOfRecords &row : m_rows)
-            row.takeWholes(scales);
+            row.setSumsFromWholes(scales);
     }
 
     /// The rows that have records.
@@ -178,7 +178,7 @@ NodeStatistics queryNodeStatistics(ProjectRecords &records, const NodePath &path
         usedScales.assign(scales.begin(), scales.end());
     });
     if (!usedScales.empty())
-        rows.takeWholes(usedScales);
+        rows.setSumsFromWholes(usedScales);
     return {captionOf(path), QLatin1String(headings[static_cast<std::size_t>(column)]),
             rows.inReadingOrder()};
 }

@@ -21,7 +21,7 @@ ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent)
     });
 }
 
-// The wheel is no choice while it only passes over the control.
+// Without the focus the wheel scrolls past the control.
 void ComboBoxView::wheelEvent(QWheelEvent *event) {
     if (hasFocus())
         QComboBox::wheelEvent(event);

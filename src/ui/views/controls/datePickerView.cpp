@@ -17,7 +17,7 @@ namespace veltrona {
 
 DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
     : QDateEdit(parent), m_picker(picker), m_onValue(picker.onValue, [this] { showValue(); }) {
-    // In local time, a day whose midnight a clock change leaves out couldn't be held.
+    // In local time it couldn't hold a day whose midnight a clock change skips.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
     setTimeZone(QTimeZone::UTC);
 #else
@@ -30,7 +30,7 @@ DatePickerView::DatePickerView(DatePicker &picker, QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     setDisplayFormat(formatOf(locale()));
     showValue();
-    // Not dateChanged: it comes when the cursor goes from the day to the month, too.
+    // Not dateChanged, which is also emitted when the cursor moves from the day to the month.
     connect(this, &QDateEdit::editingFinished, this, &DatePickerView::finishEdit);
 }
 
@@ -70,8 +70,8 @@ void DatePickerView::openCalendar() {
     QCoreApplication::sendEvent(this, &press);
 }
 
-// After "02" the cursor stands on the month already; the point that the user types next, because it
-// belongs there, would move it on to the year.
+// After "02" the cursor is already on the month; the separator that the user types next would move
+// it to the year.
 void DatePickerView::keyPressEvent(QKeyEvent *event) {
     const bool altDown = event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier;
     if (altDown || (event->key() == Qt::Key_F4 && event->modifiers() == Qt::NoModifier))
@@ -89,9 +89,9 @@ void DatePickerView::keyPressEvent(QKeyEvent *event) {
 bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_calendar && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
         const bool hidden = event->type() == QEvent::Hide;
-        // A hidden calendar follows the date; a screen reader would tell of it.
+        // A hidden calendar follows the date, which screen readers would announce.
         m_calendar->findChild<QTableView *>()->selectionModel()->blockSignals(hidden);
-        // The day chosen arrives only after the calendar has begun to close.
+        // The chosen day is set only after the calendar has begun to close.
         if (hidden)
             QMetaObject::invokeMethod(this, &DatePickerView::finishEdit, Qt::QueuedConnection);
     }

@@ -21,8 +21,8 @@ public:
     /// The locale's short format, the year always with four digits.
     static QString formatOf(const QLocale &locale);
 
-    /// Takes the day shown as the user's: on Enter, when the focus goes, at a step, and when the
-    /// calendar closes. A command that leaves the focus where it is may call it before it reads.
+    /// Passes the day shown to the picker as an edit by the user: on Enter, on losing the focus, at
+    /// a step, and when the calendar closes. Commands that don't move the focus call it first.
     void finishEdit();
     void stepBy(int steps) override;
 
@@ -39,7 +39,7 @@ private:
     DatePicker &m_picker;
     QScopedValueRollback<std::function<void()>> m_onValue; // the picker's
     QCalendarWidget *m_calendar = nullptr;                 // Qt's, from the first opening on
-    bool m_movedOn = false; // the last digit filled its section and moved on to the next
+    bool m_movedOn = false; // the last digit filled its section and moved to the next
 };
 
 } // namespace veltrona

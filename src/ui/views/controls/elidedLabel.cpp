@@ -3,8 +3,6 @@
 #include "core/base/text.h"
 #include "ui/views/plainText.h"
 
-#include <QEvent>
-#include <QFontMetrics>
 #include <QHelpEvent>
 #include <QToolTip>
 
@@ -20,7 +18,7 @@ void ElidedLabel::setFullText(const QString &text) {
     elide();
 }
 
-// Not the toolTip property: a screen reader would be given its markup.
+// Not the toolTip property: screen readers would read its markup.
 bool ElidedLabel::event(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
         return QLabel::event(event);

@@ -1,5 +1,5 @@
-// A label of one line that elides in the middle where it lacks the width. The full text stays in
-// its tooltip and its accessible name. Plain text always.
+// A plain-text label of one line, elided in the middle. The full text stays in its tooltip and its
+// accessible name.
 #pragma once
 
 #include <QLabel>
@@ -8,7 +8,6 @@ namespace veltrona {
 
 class ElidedLabel : public QLabel {
     Q_OBJECT
-
 public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 

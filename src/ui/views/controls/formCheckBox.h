@@ -1,5 +1,4 @@
-// A check box of a dialog. Some desktops let Enter toggle a check box; in a dialog of ours Enter
-// belongs to the default button wherever the focus is.
+// A check box that leaves Enter to the dialog's default button; some desktops let it toggle.
 #pragma once
 
 #include <QCheckBox>
@@ -9,7 +8,6 @@ namespace veltrona {
 
 class FormCheckBox : public QCheckBox {
     Q_OBJECT
-
 public:
     using QCheckBox::QCheckBox;
 

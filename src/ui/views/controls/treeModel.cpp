@@ -68,7 +68,7 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
         lines.removeAll(QString());
         return lines.join(u'\n');
     }
-    // Nothing at all would be read for a node without a name.
+    // Screen readers would read nothing for an empty text.
     if (role == Qt::AccessibleTextRole && node->Text().isEmpty())
         return QStringLiteral("(no name)");
     return {};
