@@ -44,6 +44,15 @@ inline constexpr std::array<DayColumn, 36> dayColumns{{
 
 /// Inserts one record, with parameters in the order of `dayColumns`, unless the table has one with
 /// the same six key values.
-std::string dayInsertStatement();
+inline std::string dayInsertStatement() {
+    std::string names;
+    std::string values;
+    for (const DayColumn &column : dayColumns) {
+        names.append(names.empty() ? "" : ",").append(column.name);
+        values.append(values.empty() ? "?" : ",?");
+    }
+    return "INSERT INTO tblGoogleDays (" + names + ") VALUES (" + values +
+           ") ON CONFLICT (Campaign,Adgroup,KeyWord,kwType,GoogleDate,CreativeId) DO NOTHING";
+}
 
 } // namespace veltrona

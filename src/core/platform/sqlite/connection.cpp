@@ -1,14 +1,18 @@
 #include "core/platform/sqlite/connection.h"
 
+#include "core/base/command.h"
 #include "core/platform/desktop/paths.h"
+#include "core/platform/services.h"
 #include "core/platform/sqlite/fileAccess.h"
 #include "core/platform/sqlite/recordScan.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
+#include <algorithm>
 #include <cerrno>
-#include <sqlite3.h>
+#include <utility>
 
 namespace veltrona::sqlite {
 
@@ -120,6 +124,13 @@ void limitLengths(sqlite3 *handle) {
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 1); // which a clean needs
 }
 
+/// The waits of all connections together.
+struct CommandWaits {
+    long command = 0;
+    qint64 milliseconds = 0;
+};
+thread_local CommandWaits waits;
+
 bool isBlank(std::string_view sql) {
     return sql.find_first_not_of(" \t\r\n;") == std::string_view::npos;
 }
@@ -129,6 +140,27 @@ bool isBlank(std::string_view sql) {
 int maxPathBytes() {
     constexpr std::string_view journalEnding = "-journal";
     return sqlite3_vfs_find(nullptr)->mxPathname - int(journalEnding.size());
+}
+
+/// SQLite's own handler sleeps longer each time and then loses every race against a busy writer.
+bool BusyTimeout::wait(int attempt) {
+    const long command = CommandScope::running();
+    if (command == 0 || waits.command != command)
+        waits = {command, attempt == 0 ? 0 : waits.milliseconds};
+    if (attempt == 0) {
+        m_timer.start();
+        m_counted = 0;
+    }
+    const qint64 elapsed = m_timer.elapsed();
+    waits.milliseconds += elapsed - std::exchange(m_counted, elapsed);
+    const bool gaveUpBefore = command != 0 && m_gaveUpIn == command;
+    if (gaveUpBefore || elapsed >= services().lockWait ||
+        waits.milliseconds >= services().lockWaitOfCommand) {
+        m_gaveUpIn = command;
+        return false;
+    }
+    QThread::msleep(static_cast<unsigned long>(std::min(attempt + 1, 2)));
+    return true;
 }
 
 Connection::Connection() = default;

@@ -6,9 +6,8 @@
 #pragma once
 
 #include "core/base/failure.h"
-#include "core/platform/sqlite/busyTimeout.h"
-#include "core/platform/sqlite/result.h"
 
+#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -24,13 +23,61 @@ inline constexpr int maxTextBytes = 10'000'000;
 /// Of a database's path: SQLite has to append the ending of its journal's name.
 int maxPathBytes();
 
-enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
+/// The result codes that the program tells apart.
+enum class Result {
+    Ok = SQLITE_OK,
+    Error = SQLITE_ERROR, // the statement doesn't compile: bad SQL, or another schema
+    Abort = SQLITE_ABORT,
+    Busy = SQLITE_BUSY,
+    Corrupt = SQLITE_CORRUPT,
+    Schema = SQLITE_SCHEMA,
+    Constraint = SQLITE_CONSTRAINT,
+    Mismatch = SQLITE_MISMATCH,
+    NotADatabase = SQLITE_NOTADB,
+    Row = SQLITE_ROW,
+    Done = SQLITE_DONE,
+    FileMoved = SQLITE_READONLY_DBMOVED, // the one extended code here
+};
+
+/// The kind of failure that an extended result code refines.
+constexpr Result primary(int code) {
+    return static_cast<Result>(code & 0xff);
+}
+
+/// Whether another program holds the database.
+inline bool isLocked(const Failure &failure) {
+    return primary(failure.number()) == Result::Busy;
+}
+
+enum class ValueType {
+    Integer = SQLITE_INTEGER,
+    Real = SQLITE_FLOAT,
+    Text = SQLITE_TEXT,
+    Blob = SQLITE_BLOB,
+    Null = SQLITE_NULL
+};
 
 /// A column of a table as its declaration has it.
 struct DeclaredColumn {
     QString type;          // as written, which decides the affinity
     bool isBinary = false; // compares by bytes
     bool isPrimaryKey = false;
+};
+
+/// How long a connection waits for the locks of other programs, within the services' lockWait and
+/// lockWaitOfCommand. No window may freeze for longer than ten seconds, and an import has many
+/// batches, each of which may have to wait.
+class BusyTimeout {
+public:
+    /// Sleeps a little and returns whether to try again. `attempt` counts from 0 for each lock.
+    /// After giving up it waits for no lock in the same command, unless it is reset.
+    bool wait(int attempt);
+    void reset() { m_gaveUpIn = 0; }
+
+private:
+    QElapsedTimer m_timer;
+    qint64 m_counted = 0;
+    long m_gaveUpIn = 0;
 };
 
 class Connection;

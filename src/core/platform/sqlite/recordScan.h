@@ -11,9 +11,6 @@
 #include <string_view>
 #include <vector>
 
-struct sqlite3;
-struct sqlite3_value;
-
 namespace veltrona::sqlite {
 
 /// One value of a record during the visit. Only SQLite makes them.

@@ -7,15 +7,6 @@
 
 namespace veltrona::sqlite {
 
-static_assert(int(Result::Error) == SQLITE_ERROR && int(Result::Abort) == SQLITE_ABORT &&
-              int(Result::Busy) == SQLITE_BUSY && int(Result::Corrupt) == SQLITE_CORRUPT &&
-              int(Result::Schema) == SQLITE_SCHEMA &&
-              int(Result::Constraint) == SQLITE_CONSTRAINT &&
-              int(Result::Mismatch) == SQLITE_MISMATCH &&
-              int(Result::NotADatabase) == SQLITE_NOTADB && int(Result::Row) == SQLITE_ROW &&
-              int(Result::Done) == SQLITE_DONE &&
-              int(Result::FileMoved) == SQLITE_READONLY_DBMOVED);
-
 void Statement::Finalize::operator()(sqlite3_stmt *statement) const {
     sqlite3_finalize(statement);
 }
