@@ -1,6 +1,8 @@
 #include "core/platform/sqlite/connection.h"
 
 #include "core/base/command.h"
+#include "core/base/storedText.h"
+#include "core/base/text.h"
 #include "core/platform/desktop/paths.h"
 #include "core/platform/services.h"
 #include "core/platform/sqlite/fileAccess.h"
@@ -60,7 +62,7 @@ QString systemReason(sqlite3 *handle, int lastError) {
     for (const int error : {lastError, handle ? sqlite3_system_errno(handle) : 0}) {
         // SQLite looks for a journal that it couldn't create: ENOENT hides the reason.
         if (error != 0 && error != ENOENT)
-            return QStringLiteral(" (%1)").arg(qt_error_string(error));
+            return u" (%1)"_s.arg(qt_error_string(error));
     }
     return {};
 }
@@ -68,7 +70,7 @@ QString systemReason(sqlite3 *handle, int lastError) {
 QString reasonOf(sqlite3 *handle, int code) {
     const int lastError = errno;
     if (code == SQLITE_FULL && hasUsedUpNumbers(handle))
-        return QStringLiteral("it has no numbers left for more records");
+        return u"it has no numbers left for more records"_s;
     for (const Reason &reason : reasons) {
         if (reason.code != code && reason.code != (code & 0xff))
             continue;
@@ -81,31 +83,25 @@ QString reasonOf(sqlite3 *handle, int code) {
     return QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code));
 }
 
-Failure failureBecause(int code, const QString &path, const QString &reason) {
-    return {code, QStringLiteral("The file \"%1\" can't be used: %2.")
-                      .arg(QDir::toNativeSeparators(path), reason)};
+Failure failureBecause(int code, const QString &path, const QString &reason,
+                       const char *verb = "used") {
+    return {code, u"The file \"%1\" can't be %2: %3."_s.arg(QDir::toNativeSeparators(path),
+                                                            QLatin1String(verb), reason)};
 }
 
 Failure failureOf(sqlite3 *handle, int code, const QString &path) {
     return failureBecause(code, path, reasonOf(handle, code));
 }
 
-Failure refusal(int code, const QString &path, const char *reason) {
-    return {code, QStringLiteral("The file \"%1\" can't be opened: %2.")
-                      .arg(QDir::toNativeSeparators(path), QLatin1String(reason))};
-}
-
 void refuseUnlessOrdinaryFile(const QString &path) {
-    if (path.isEmpty() || !QFileInfo::exists(path))
-        throw refusal(SQLITE_CANTOPEN, path, "there is no such file");
-    switch (desktop::ordinaryFileError(path, maxPathBytes())) {
-    case ENAMETOOLONG:
-        throw refusal(SQLITE_CANTOPEN, path, "its path is longer than the engine takes");
-    case EISDIR:
-        throw refusal(SQLITE_CANTOPEN, path, "it is a folder");
-    case EINVAL:
-        throw refusal(SQLITE_CANTOPEN, path, "it isn't an ordinary file");
-    }
+    const int error =
+        QFileInfo::exists(path) ? desktop::ordinaryFileError(path, maxPathBytes()) : ENOENT;
+    const char *reason = error == ENOENT         ? "there is no such file"
+                         : error == ENAMETOOLONG ? "its path is longer than the engine takes"
+                         : error == EISDIR       ? "it is a folder"
+                                                 : "it isn't an ordinary file";
+    if (error != 0)
+        throw failureBecause(SQLITE_CANTOPEN, path, QLatin1String(reason), "opened");
 }
 
 /// Nothing that a file declares may run or reach outside the file.
@@ -163,11 +159,60 @@ bool BusyTimeout::wait(int attempt) {
     return true;
 }
 
+void Statement::bind(int parameter, std::string_view text) {
+    // A null pointer would bind NULL, which no column accepts.
+    check(sqlite3_bind_text64(handle(), parameter, text.empty() ? "" : text.data(), text.size(),
+                              SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void Statement::bind(int parameter, const QString &text) {
+    const QByteArray utf8 = storedBytes(text);
+    bind(parameter, std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
+}
+
+Result Statement::run(Result expected) {
+    errno = 0; // for the text of a failure
+    const int code = sqlite3_step(handle());
+    if (code == SQLITE_ROW || code == SQLITE_DONE)
+        return Result(code);
+    const Failure failure = m_connection->failure(code);
+    reset(); // so that the caller can bind and try again
+    if (primary(code) != expected)
+        throw failure;
+    return expected;
+}
+
+void Statement::reset() {
+    // Its result repeats the failure of the last step.
+    sqlite3_reset(handle());
+    if (m_connection)
+        m_connection->beginWork();
+}
+
+std::string_view Statement::utf8(int column) const {
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(handle(), column));
+    if (!text && sqlite3_errcode(m_connection->handle()) == SQLITE_NOMEM)
+        m_connection->fail(SQLITE_NOMEM);
+    if (!text)
+        return {};
+    const int size = sqlite3_column_bytes(handle(), column);
+    if (size > maxTextBytes)
+        m_connection->fail(SQLITE_TOOBIG);
+    return {text, static_cast<std::size_t>(size)};
+}
+
+QString Statement::text(int column) const {
+    return textOf(utf8(column));
+}
+
+void Statement::check(int code) const {
+    if (code != SQLITE_OK)
+        m_connection->fail(code);
+}
+
 Connection::Connection() = default;
 
-Connection::~Connection() {
-    close();
-}
+Connection::~Connection() = default;
 
 void Connection::open(const QString &path) {
     close();
@@ -175,57 +220,47 @@ void Connection::open(const QString &path) {
     // Absolute, so that a name isn't taken for a URI ("file:x?mode=ro").
     const QByteArray name = QFileInfo(path).absoluteFilePath().toUtf8();
     auto files = std::make_unique<FileAccess>();
-    sqlite3 *handle = nullptr;
+    sqlite3 *opened = nullptr;
     errno = 0;
     const int code = sqlite3_open_v2(
-        name.constData(), &handle,
+        name.constData(), &opened,
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, files->name());
-    if (code != SQLITE_OK) {
-        const Failure failure = failureOf(handle, code, path);
-        sqlite3_close_v2(handle);
-        throw failure;
-    }
+    std::unique_ptr<sqlite3, Close> handle(opened);
+    if (code != SQLITE_OK)
+        throw failureOf(opened, code, path);
     // SQLite falls back to read-only silently.
-    if (sqlite3_db_readonly(handle, "main") != 0) {
-        sqlite3_close_v2(handle);
+    if (sqlite3_db_readonly(opened, "main") != 0)
         throw failureOf(nullptr, SQLITE_READONLY, path);
-    }
-    distrustSchema(handle);
-    limitLengths(handle);
-    registerRecordScan(handle);
-    m_handle = handle;
+    distrustSchema(opened);
+    limitLengths(opened);
+    registerRecordScan(opened);
+    sqlite3_busy_handler(opened, waitForLock, this);
+    sqlite3_progress_handler(opened, workStep, countWork, this);
+    m_handle = std::move(handle);
     m_files = std::move(files);
     m_path = path;
-    sqlite3_busy_handler(m_handle, waitForLock, this);
-    sqlite3_progress_handler(m_handle, workStep, countWork, this);
 }
 
 void Connection::close() noexcept {
-    sqlite3_close_v2(m_handle);
-    m_handle = nullptr;
+    m_handle.reset();
     m_files.reset();
     m_path.clear();
 }
 
-int Connection::compileFirst(std::string_view &sql, Statement &statement) const {
+Statement Connection::prepareFirst(std::string_view &sql, Result expected) const {
     beginWork();
     errno = 0;
-    sqlite3_stmt *handle = nullptr;
+    sqlite3_stmt *compiled = nullptr;
     const char *rest = nullptr;
     const int code =
-        sqlite3_prepare_v2(m_handle, sql.data(), static_cast<int>(sql.size()), &handle, &rest);
+        sqlite3_prepare_v2(handle(), sql.data(), static_cast<int>(sql.size()), &compiled, &rest);
     if (code == SQLITE_OK)
         sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
-    statement.m_connection = this;
-    statement.m_statement.reset(handle);
-    return code;
-}
-
-Statement Connection::prepareFirst(std::string_view &sql) const {
-    Statement statement;
-    const int code = compileFirst(sql, statement);
-    if (code != SQLITE_OK)
+    else if (Result(code) != expected)
         fail(code);
+    Statement statement;
+    statement.m_connection = this;
+    statement.m_statement.reset(compiled);
     return statement;
 }
 
@@ -247,18 +282,14 @@ Statement Connection::prepare(std::string_view sql) const {
 }
 
 bool Connection::compiles(std::string_view sql) const {
-    Statement statement;
-    const int code = compileFirst(sql, statement);
-    if (code != SQLITE_OK && code != SQLITE_ERROR)
-        fail(code);
-    return code == SQLITE_OK;
+    return bool(prepareFirst(sql, Result::Error));
 }
 
 std::optional<DeclaredColumn> Connection::column(const char *table, const char *name) const {
     const char *type = nullptr;
     const char *collation = nullptr;
     int isPrimaryKey = 0;
-    const int code = sqlite3_table_column_metadata(m_handle, "main", table, name, &type, &collation,
+    const int code = sqlite3_table_column_metadata(handle(), "main", table, name, &type, &collation,
                                                    nullptr, &isPrimaryKey, nullptr);
     if (code == SQLITE_ERROR)
         return std::nullopt;
@@ -273,24 +304,16 @@ qint64 Connection::number(std::string_view sql) const {
     return statement.step() ? statement.int64(0) : 0;
 }
 
-qint64 Connection::changes() const {
-    return sqlite3_changes64(m_handle);
-}
-
-qint64 Connection::totalChanges() const {
-    return sqlite3_total_changes64(m_handle);
-}
-
 bool Connection::hasMoved() const {
     int moved = 0;
-    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    sqlite3_file_control(handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
     return moved != 0;
 }
 
 Failure Connection::failure(int code) const {
     const char *refusal = m_files ? m_files->takeRefusal() : nullptr;
     return refusal ? failureBecause(code, m_path, QLatin1String(refusal))
-                   : failureOf(m_handle, code, m_path);
+                   : failureOf(handle(), code, m_path);
 }
 
 void Connection::fail(int code) const {

@@ -88,8 +88,12 @@ class Statement {
 public:
     explicit operator bool() const { return m_statement != nullptr; }
 
-    void bind(int parameter, qint64 value);
-    void bind(int parameter, double value);
+    void bind(int parameter, qint64 value) {
+        check(sqlite3_bind_int64(handle(), parameter, value));
+    }
+    void bind(int parameter, double value) {
+        check(sqlite3_bind_double(handle(), parameter, value));
+    }
     /// UTF-8, copied.
     void bind(int parameter, std::string_view text);
     void bind(int parameter, const QString &text);
@@ -101,9 +105,11 @@ public:
     /// Makes the statement ready to run again; bindings stay.
     void reset();
 
-    ValueType type(int column) const;
-    qint64 int64(int column) const;
-    double real(int column) const;
+    ValueType type(int column) const {
+        return static_cast<ValueType>(sqlite3_column_type(handle(), column));
+    }
+    qint64 int64(int column) const { return sqlite3_column_int64(handle(), column); }
+    double real(int column) const { return sqlite3_column_double(handle(), column); }
     /// Valid until the next step, reset or conversion of this column.
     std::string_view utf8(int column) const;
     QString text(int column) const;
@@ -114,7 +120,7 @@ public:
 private:
     friend class Connection;
     struct Finalize {
-        void operator()(sqlite3_stmt *statement) const;
+        void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
     };
     void check(int code) const;
 
@@ -147,9 +153,9 @@ public:
     /// The first value of the statement's first row; 0 if there is no row.
     qint64 number(std::string_view sql) const;
     /// Records changed by the last insert, update or delete.
-    qint64 changes() const;
+    qint64 changes() const { return sqlite3_changes64(handle()); }
     /// Records changed since the file was opened, those of rolled back transactions too.
-    qint64 totalChanges() const;
+    qint64 totalChanges() const { return sqlite3_total_changes64(handle()); }
     /// Changes whenever another connection commits a change to the file.
     qint64 dataVersion() const { return number("PRAGMA data_version"); }
 
@@ -158,7 +164,7 @@ public:
     bool hasMoved() const;
 
     /// For the sources of this folder alone.
-    sqlite3 *handle() const { return m_handle; }
+    sqlite3 *handle() const { return m_handle.get(); }
     /// Of the connection's last error, whose result code is `code`.
     Failure failure(int code) const;
     [[noreturn]] void fail(int code) const;
@@ -169,16 +175,19 @@ public:
 
 private:
     static constexpr int workStep = 1'000'000;
+    struct Close {
+        void operator()(sqlite3 *handle) const { sqlite3_close_v2(handle); }
+    };
 
     /// Cuts the first statement off `sql`; an empty one where it held a comment alone.
-    Statement prepareFirst(std::string_view &sql) const;
-    int compileFirst(std::string_view &sql, Statement &statement) const;
+    /// An empty one also after the failure `expected`; throws on others.
+    Statement prepareFirst(std::string_view &sql, Result expected = Result::Ok) const;
 
     static int waitForLock(void *self, int attempt);
     static int countWork(void *self);
 
     std::unique_ptr<FileAccess> m_files; // outlives the handle
-    sqlite3 *m_handle = nullptr;
+    std::unique_ptr<sqlite3, Close> m_handle;
     QString m_path;
     BusyTimeout m_busyTimeout;
     mutable qint64 m_work = 0; // virtual machine steps

@@ -10,9 +10,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
-#include <string_view>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 namespace veltrona::sqlite {
@@ -156,14 +154,7 @@ FileAccess::~FileAccess() {
 }
 
 sqlite3_int64 FileAccess::databaseSize() const {
-    sqlite3_int64 size = 0;
-    if (m_database && m_database->pMethods)
-        m_database->pMethods->xFileSize(m_database, &size);
-    return size;
-}
-
-const char *FileAccess::takeRefusal() {
-    return std::exchange(m_refusal, nullptr);
+    return m_database && m_database->pMethods ? sizeOf(*m_database) : 0;
 }
 
 int FileAccess::open(sqlite3_vfs *vfs, sqlite3_filename name, sqlite3_file *file, int flags,
@@ -214,11 +205,7 @@ int FileAccess::access(sqlite3_vfs *vfs, const char *name, int flags, int *resul
 }
 
 bool FileAccess::isOwn(const char *name) const {
-    const std::string_view text(name);
-    if (!text.starts_with(m_path))
-        return false;
-    const std::string_view rest = text.substr(m_path.size());
-    return rest.empty() || rest == "-journal" || rest == "-wal";
+    return name == m_path || name == m_path + "-journal" || name == m_path + "-wal";
 }
 
 int FileAccess::refuse(int code, const char *reason) {

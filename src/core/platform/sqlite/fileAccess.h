@@ -7,6 +7,7 @@
 
 #include <sqlite3.h>
 #include <string>
+#include <utility>
 
 namespace veltrona::sqlite {
 
@@ -21,7 +22,7 @@ public:
     /// In bytes; 0 while no database is open.
     sqlite3_int64 databaseSize() const;
     /// Why a file was refused since the last call; null if none was.
-    const char *takeRefusal();
+    const char *takeRefusal() { return std::exchange(m_refusal, nullptr); }
 
 private:
     static FileAccess &of(sqlite3_vfs *vfs) { return *static_cast<FileAccess *>(vfs); }

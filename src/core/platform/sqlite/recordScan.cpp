@@ -43,27 +43,12 @@ void visitRecord(sqlite3_context *context, int count, sqlite3_value **arguments)
     sqlite3_result_error_code(context, SQLITE_ABORT);
 }
 
-void endScan(sqlite3_context *context) {
-    sqlite3_result_null(context);
-}
-
 } // namespace
 
 void registerRecordScan(sqlite3 *handle) {
-    sqlite3_create_function_v2(handle, "veltrona_visit", -1, SQLITE_UTF8 | SQLITE_DIRECTONLY,
-                               nullptr, nullptr, visitRecord, endScan, nullptr);
-}
-
-ValueType RecordValue::type() const {
-    return static_cast<ValueType>(sqlite3_value_type(m_value));
-}
-
-qint64 RecordValue::int64() const {
-    return sqlite3_value_int64(m_value);
-}
-
-double RecordValue::real() const {
-    return sqlite3_value_double(m_value);
+    sqlite3_create_function_v2(
+        handle, "veltrona_visit", -1, SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr, nullptr,
+        visitRecord, [](sqlite3_context *) {}, nullptr);
 }
 
 std::string_view RecordValue::utf8() const {

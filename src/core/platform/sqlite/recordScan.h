@@ -16,9 +16,9 @@ namespace veltrona::sqlite {
 /// One value of a record during the visit. Only SQLite makes them.
 class RecordValue {
 public:
-    ValueType type() const;
-    qint64 int64() const;
-    double real() const;
+    ValueType type() const { return static_cast<ValueType>(sqlite3_value_type(m_value)); }
+    qint64 int64() const { return sqlite3_value_int64(m_value); }
+    double real() const { return sqlite3_value_double(m_value); }
     /// UTF-8, valid during the visit.
     std::string_view utf8() const;
 
