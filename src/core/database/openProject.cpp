@@ -20,14 +20,13 @@ using sqlite::Statement;
 constexpr int cacheSize = 64000;
 
 [[noreturn]] void refuse(ProjectFault number, const QString &path, const QString &reason) {
-    throw Failure(number, QStringLiteral("The file \"%1\" can't be opened as a project: %2.")
-                              .arg(QDir::toNativeSeparators(path), reason));
+    throw Failure(number, u"The file \"%1\" can't be opened as a project: %2."_s.arg(
+                              QDir::toNativeSeparators(path), reason));
 }
 
 void verifyIdentity(const Connection &connection) {
     if (connection.number("PRAGMA application_id") != projectApplicationId)
-        refuse(noProject, connection.path(),
-               QStringLiteral("it is a database, but not one of ") + productName);
+        refuse(noProject, connection.path(), u"it is a database, but not one of "_s + productName);
 }
 
 /// A version of the program that raises projectSchemaVersion converts the older files here, one
@@ -36,10 +35,10 @@ void requireCurrentSchema(const Connection &connection) {
     const qint64 version = connection.number("PRAGMA user_version");
     if (version > projectSchemaVersion)
         refuse(newerProject, connection.path(),
-               QStringLiteral("it was made by a newer version of ") + productName);
+               u"it was made by a newer version of "_s + productName);
     if (version < projectSchemaVersion)
         refuse(olderProject, connection.path(),
-               QStringLiteral("it was made by an older version of ") + productName);
+               u"it was made by an older version of "_s + productName);
 }
 
 constexpr auto runs = "its table tblGoogleDays holds expressions, which a project has none of (a "
@@ -51,8 +50,8 @@ constexpr auto refuses = "its table tblGoogleDays has another unique index than 
 /// A number, a text, a blob, a keyword such as NULL or CURRENT_DATE, or no default.
 bool isPlainDefault(const QString &text) {
     static const QRegularExpression plain(QRegularExpression::anchoredPattern(
-        QStringLiteral("[+-]?[0-9.]+([eE][+-]?[0-9]+)?|[+-]?0[xX][0-9a-fA-F]+|[xX]?'([^']|'')*'|"
-                       "\"[^\"]*\"|[A-Za-z_]*")));
+        u"[+-]?[0-9.]+([eE][+-]?[0-9]+)?|[+-]?0[xX][0-9a-fA-F]+|[xX]?'([^']|'')*'|"
+        "\"[^\"]*\"|[A-Za-z_]*"_s));
     return plain.match(text.trimmed()).hasMatch();
 }
 
@@ -82,31 +81,25 @@ bool hasComputedColumns(const Connection &connection) {
     return false;
 }
 
-struct IndexShape {
-    bool hasExpression = false;
-    bool isRecordKey = false;
-};
-
-IndexShape shapeOf(const Connection &connection, QString name) {
+/// What is wrong with an index, as the end of a sentence; null if nothing is.
+const char *indexFault(const Connection &connection, QString name, bool isUnique) {
     enum { ColumnId = 1, Name = 2, Collation = 4, IsKey = 5 };
     static const QStringList recordKey{"adgroup",    "campaign", "creativeid",
                                        "googledate", "keyword",  "kwtype"};
     constexpr int expression = -2;
-    const QString sql = QStringLiteral("PRAGMA main.index_xinfo(\"%1\")")
-                            .arg(name.replace(u'"', QLatin1String("\"\"")));
+    const QString sql = u"PRAGMA main.index_xinfo(\"%1\")"_s.arg(name.replace(u'"', "\"\""_L1));
     Statement columns = connection.prepare(sql.toStdString());
-    IndexShape shape;
     QStringList keys;
     while (columns.step()) {
         if (columns.int64(IsKey) == 0)
             continue;
-        shape.hasExpression = shape.hasExpression || columns.int64(ColumnId) == expression;
+        if (columns.int64(ColumnId) == expression)
+            return runs;
         const bool exact = isSameName(columns.utf8(Collation), "BINARY");
         keys += exact ? columns.text(Name).toLower() : QString();
     }
     keys.sort();
-    shape.isRecordKey = keys == recordKey;
-    return shape;
+    return isUnique && keys != recordKey ? refuses : nullptr;
 }
 
 constexpr auto textTypes = "(?!.*INT).*(CHAR|CLOB|TEXT).*";
@@ -147,11 +140,11 @@ const char *schemaFault(Connection &connection) {
     enum { Name = 1, IsUnique = 2, IsPartial = 4 };
     Statement indexes = connection.prepare("PRAGMA main.index_list(tblGoogleDays)");
     while (indexes.step()) {
-        const IndexShape shape = shapeOf(connection, indexes.text(Name));
-        if (shape.hasExpression || indexes.int64(IsPartial) != 0)
+        if (indexes.int64(IsPartial) != 0)
             return runs;
-        if (indexes.int64(IsUnique) != 0 && !shape.isRecordKey)
-            return refuses;
+        const bool isUnique = indexes.int64(IsUnique) != 0;
+        if (const char *fault = indexFault(connection, indexes.text(Name), isUnique))
+            return fault;
     }
     return nullptr;
 }
@@ -177,9 +170,8 @@ void verifyTable(Connection &connection) {
         refuse(damagedProject, connection.path(), QLatin1String(fault));
     if (const char *column = foreignColumn(connection))
         refuse(damagedProject, connection.path(),
-               QStringLiteral("its table tblGoogleDays doesn't have the column %1 as a project has "
-                              "it, and records would be lost or mixed up")
-                   .arg(QLatin1String(column)));
+               u"its table tblGoogleDays doesn't have the column %1 as a project has it, and "
+               "records would be lost or mixed up"_s.arg(QLatin1String(column)));
     // Reads from the table and from both indexes.
     connection.number("SELECT (SELECT 1 FROM tblGoogleDays NOT INDEXED),"
                       " (SELECT min(GoogleDate) FROM tblGoogleDays),"
@@ -216,8 +208,8 @@ void verifyWritable(Connection &connection) {
     connection.execute("PRAGMA user_version = " + std::to_string(projectSchemaVersion));
     if (!acceptsRecord(connection))
         refuse(damagedProject, connection.path(),
-               QStringLiteral("its table tblGoogleDays has columns or conditions that would refuse "
-                              "every new record"));
+               u"its table tblGoogleDays has columns or conditions that would refuse every new "
+               "record"_s);
 }
 
 } // namespace
@@ -227,9 +219,9 @@ std::unique_ptr<Connection> openProject(const QString &path) {
     connection->open(path);
     const qint64 size = QFileInfo(path).size();
     if (size == 0)
-        refuse(noProject, path, QStringLiteral("it is empty"));
+        refuse(noProject, path, u"it is empty"_s);
     if (size < sqlite::FileHeader::minPageSize) // SQLite takes it for an empty database
-        refuse(noProject, path, QStringLiteral("it is too short to be one"));
+        refuse(noProject, path, u"it is too short to be one"_s);
     verifyIdentity(*connection);
     requireCurrentSchema(*connection);
     verifyTable(*connection);

@@ -1,5 +1,6 @@
 #include "core/database/projectFile.h"
 
+#include "core/base/text.h"
 #include "core/database/dayTable.h"
 #include "core/platform/desktop/paths.h"
 #include "core/platform/desktop/replacementFile.h"
@@ -22,9 +23,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto makeAction = "Can't make the project";
-
 using desktop::nativePath;
+
+constexpr auto makeAction = "Can't make the project"_L1;
+
+[[noreturn]] void failToMake(int error, const QString &path) {
+    throw Failure::ofSystem(error, makeAction, QDir::toNativeSeparators(path));
+}
 
 /// Reads the header only: opening would need write access to the program's folder.
 bool isProject(const QByteArray &bytes) {
@@ -38,7 +43,7 @@ bool isProject(const QByteArray &bytes) {
 }
 
 QByteArray readTemplate(const QString &path) {
-    const QString action = QStringLiteral("The template for new projects can't be read, file");
+    const QString action = u"The template for new projects can't be read, file"_s;
     const QString native = QDir::toNativeSeparators(path);
     QFile file(path);
     errno = 0;
@@ -46,11 +51,10 @@ QByteArray readTemplate(const QString &path) {
     if (file.error() != QFileDevice::NoError && errno != 0)
         throw Failure::ofSystem(errno, action, native);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(EIO, action + QStringLiteral(" \"%1\": %2.").arg(native, file.errorString()));
+        throw Failure(EIO, action + u" \"%1\": %2."_s.arg(native, file.errorString()));
     if (!isProject(bytes))
-        throw Failure(
-            damagedProject,
-            QStringLiteral("The template for new projects, file \"%1\", is damaged.").arg(native));
+        throw Failure(damagedProject,
+                      u"The template for new projects, file \"%1\", is damaged."_s.arg(native));
     return bytes;
 }
 
@@ -58,17 +62,17 @@ QByteArray readTemplate(const QString &path) {
 void refuseUnlessFile(const QString &target) {
     const int error = desktop::ordinaryFileError(target, sqlite::maxPathBytes());
     if (error != 0 && error != ENOENT)
-        throw Failure::ofSystem(error, QLatin1String(makeAction), QDir::toNativeSeparators(target));
+        failToMake(error, target);
 }
 
 /// "Garden set aside 2007-05-14 130509.vlt", with a number where that name is taken.
 QString nameAside(const QString &path) {
-    const qsizetype dot = path.lastIndexOf(QLatin1Char('.'));
-    const QString name = path.left(dot) + services().now().toString(
-                                              QStringLiteral("' set aside 'yyyy-MM-dd hhmmss"));
+    const qsizetype dot = path.lastIndexOf(u'.');
+    const QString name =
+        path.left(dot) + services().now().toString(u"' set aside 'yyyy-MM-dd hhmmss"_s);
     QString aside = name + path.mid(dot);
     for (int copy = 2; QFileInfo::exists(aside); ++copy)
-        aside = name + QStringLiteral(" %1").arg(copy) + path.mid(dot);
+        aside = name + u" %1"_s.arg(copy) + path.mid(dot);
     return aside;
 }
 
@@ -77,7 +81,7 @@ bool exists(const QString &path) {
     return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
 }
 
-const QString sideEndings[] = {QStringLiteral("-journal"), QStringLiteral("-wal")};
+const QString sideEndings[] = {u"-journal"_s, u"-wal"_s};
 
 /// Whether SQLite has left files beside a project. Throws if the name is too long for theirs.
 bool hasSideFiles(const QString &project) {
@@ -86,8 +90,7 @@ bool hasSideFiles(const QString &project) {
         std::error_code error;
         const fs::file_type type = fs::symlink_status(nativePath(project + ending), error).type();
         if (type == fs::file_type::none)
-            throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
-                                    QDir::toNativeSeparators(project));
+            failToMake(error.value(), project);
         found = found || type != fs::file_type::not_found;
     }
     return found;
@@ -134,8 +137,7 @@ void replaceWithSideFiles(desktop::ReplacementFile &draft) {
     else
         error = moveProject(older, aside);
     if (error)
-        throw Failure::ofSystem(error.value(), QLatin1String(makeAction),
-                                QDir::toNativeSeparators(older));
+        failToMake(error.value(), older);
     auto restore = qScopeGuard([&] { moveProject(aside, older); });
     if (fs::exists(status))
         fs::permissions(nativePath(draft.path()), status.permissions(), error);
@@ -150,13 +152,13 @@ void replaceWithSideFiles(desktop::ReplacementFile &draft) {
 
 QString projectTitle(const QString &path, QChar separator) {
     const QString name = path.mid(path.lastIndexOf(separator) + 1);
-    return name.left(name.lastIndexOf(QLatin1Char('.')));
+    return name.left(name.lastIndexOf(u'.'));
 }
 
 void makeProject(const QString &templatePath, const QString &target) {
     const QByteArray bytes = readTemplate(templatePath);
     refuseUnlessFile(target);
-    desktop::ReplacementFile draft(target, QLatin1String(makeAction));
+    desktop::ReplacementFile draft(target, makeAction);
     draft.write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     if (hasSideFiles(draft.target()))
         replaceWithSideFiles(draft);
@@ -167,7 +169,7 @@ void makeProject(const QString &templatePath, const QString &target) {
 void makeMissingProject(const QString &templatePath, const QString &target) {
     const QString folder = QFileInfo(target).path();
     if (!QDir().mkpath(folder))
-        throw Failure::ofSystem(errno, QStringLiteral("Can't make the folder"), folder);
+        throw Failure::ofSystem(errno, u"Can't make the folder"_s, folder);
     if (exists(target))
         return;
     // The second of two first starts then finds the project and leaves it and its journal alone.
@@ -179,11 +181,10 @@ void makeMissingProject(const QString &templatePath, const QString &target) {
 void renameAside(const QString &path) {
     const QString native = QDir::toNativeSeparators(path);
     if (!exists(path) && !hasSideFiles(path))
-        throw Failure(
-            ENOENT, QStringLiteral("There is no file \"%1\" that could be set aside.").arg(native));
+        throw Failure(ENOENT, u"There is no file \"%1\" that could be set aside."_s.arg(native));
     if (const std::error_code error = moveProject(path, nameAside(path)))
-        throw Failure(error.value(), QStringLiteral("The file \"%1\" can't be set aside: %2.")
-                                         .arg(native, qt_error_string(error.value())));
+        throw Failure(error.value(), u"The file \"%1\" can't be set aside: %2."_s.arg(
+                                         native, qt_error_string(error.value())));
 }
 
 bool isSameFile(const QString &first, const QString &second) {
