@@ -24,21 +24,19 @@ constexpr int cacheSize = 64000;
                               QDir::toNativeSeparators(path), reason));
 }
 
-void verifyIdentity(const Connection &connection) {
-    if (connection.number("PRAGMA application_id") != projectApplicationId)
-        refuse(noProject, connection.path(), u"it is a database, but not one of "_s + productName);
-}
-
 /// A version of the program that raises projectSchemaVersion converts the older files here, one
 /// step for each schema in between. So far no older schema was ever in use.
-void requireCurrentSchema(const Connection &connection) {
+void verifyIdentity(const Connection &connection) {
+    const auto refuseAs = [&](ProjectFault number, const QString &reason) {
+        refuse(number, connection.path(), reason + productName);
+    };
+    if (connection.number("PRAGMA application_id") != projectApplicationId)
+        refuseAs(noProject, u"it is a database, but not one of "_s);
     const qint64 version = connection.number("PRAGMA user_version");
     if (version > projectSchemaVersion)
-        refuse(newerProject, connection.path(),
-               u"it was made by a newer version of "_s + productName);
+        refuseAs(newerProject, u"it was made by a newer version of "_s);
     if (version < projectSchemaVersion)
-        refuse(olderProject, connection.path(),
-               u"it was made by an older version of "_s + productName);
+        refuseAs(olderProject, u"it was made by an older version of "_s);
 }
 
 constexpr auto runs = "its table tblGoogleDays holds expressions, which a project has none of (a "
@@ -55,20 +53,18 @@ bool isPlainDefault(const QString &text) {
     return plain.match(text.trimmed()).hasMatch();
 }
 
-/// The length of the byte code that SQLite compiles an insert to.
-int insertSteps(const Connection &connection) {
-    Statement program = connection.prepare("EXPLAIN " + dayInsertStatement());
-    int steps = 0;
-    while (program.step())
-        ++steps;
-    return steps;
-}
-
+/// CHECKs lengthen the byte code of an insert. From here on the connection ignores them.
 bool hasChecks(Connection &connection) {
-    connection.execute("PRAGMA ignore_check_constraints = OFF");
-    const int steps = insertSteps(connection);
-    connection.execute("PRAGMA ignore_check_constraints = ON");
-    return steps != insertSteps(connection);
+    const auto insertSteps = [&](std::string_view pragma) {
+        connection.execute(pragma);
+        Statement program = connection.prepare("EXPLAIN " + dayInsertStatement());
+        int steps = 0;
+        while (program.step())
+            ++steps;
+        return steps;
+    };
+    const int steps = insertSteps("PRAGMA ignore_check_constraints = OFF");
+    return steps != insertSteps("PRAGMA ignore_check_constraints = ON");
 }
 
 bool hasComputedColumns(const Connection &connection) {
@@ -132,24 +128,8 @@ const char *foreignColumn(const Connection &connection) {
     return nullptr;
 }
 
-/// What could run or refuse records, as the end of a sentence; null if nothing. More columns and
-/// indexes are welcome. From here on the connection ignores CHECK constraints.
-const char *schemaFault(Connection &connection) {
-    if (hasComputedColumns(connection) || hasChecks(connection))
-        return runs;
-    enum { Name = 1, IsUnique = 2, IsPartial = 4 };
-    Statement indexes = connection.prepare("PRAGMA main.index_list(tblGoogleDays)");
-    while (indexes.step()) {
-        if (indexes.int64(IsPartial) != 0)
-            return runs;
-        const bool isUnique = indexes.int64(IsUnique) != 0;
-        if (const char *fault = indexFault(connection, indexes.text(Name), isUnique))
-            return fault;
-    }
-    return nullptr;
-}
-
-/// What is wrong with the table, as the end of a sentence; null if nothing is.
+/// What is wrong with the table, as the end of a sentence; null if nothing is. More columns and
+/// indexes are welcome.
 const char *tableFault(Connection &connection) {
     // A view or a virtual table has no root page.
     constexpr auto rootPage = "SELECT rootpage FROM sqlite_master WHERE type = 'table' AND "
@@ -162,7 +142,18 @@ const char *tableFault(Connection &connection) {
     // Names each column and the index of the six key columns.
     if (!connection.compiles(dayInsertStatement()))
         return otherTable;
-    return schemaFault(connection);
+    if (hasComputedColumns(connection) || hasChecks(connection))
+        return runs;
+    enum { Name = 1, IsUnique = 2, IsPartial = 4 };
+    Statement indexes = connection.prepare("PRAGMA main.index_list(tblGoogleDays)");
+    while (indexes.step()) {
+        if (indexes.int64(IsPartial) != 0)
+            return runs;
+        const bool isUnique = indexes.int64(IsUnique) != 0;
+        if (const char *fault = indexFault(connection, indexes.text(Name), isUnique))
+            return fault;
+    }
+    return nullptr;
 }
 
 void verifyTable(Connection &connection) {
@@ -223,7 +214,6 @@ std::unique_ptr<Connection> openProject(const QString &path) {
     if (size < sqlite::FileHeader::minPageSize) // SQLite takes it for an empty database
         refuse(noProject, path, u"it is too short to be one"_s);
     verifyIdentity(*connection);
-    requireCurrentSchema(*connection);
     verifyTable(*connection);
     configure(*connection);
     verifyWritable(*connection);

@@ -48,10 +48,9 @@ QByteArray readTemplate(const QString &path) {
     QFile file(path);
     errno = 0;
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    if (file.error() != QFileDevice::NoError && errno != 0)
-        throw Failure::ofSystem(errno, action, native);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(EIO, action + u" \"%1\": %2."_s.arg(native, file.errorString()));
+        throw errno != 0 ? Failure::ofSystem(errno, action, native)
+                         : Failure(EIO, action + u" \"%1\": %2."_s.arg(native, file.errorString()));
     if (!isProject(bytes))
         throw Failure(damagedProject,
                       u"The template for new projects, file \"%1\", is damaged."_s.arg(native));

@@ -46,14 +46,9 @@ constexpr Reason reasons[] = {
 
 /// SQLite reports a full disk where the numbers of an AUTOINCREMENT column are used up.
 bool hasUsedUpNumbers(sqlite3 *handle) {
-    bool found = false;
-    const auto onRow = [](void *isFound, int, char **, char **) {
-        *static_cast<bool *>(isFound) = true;
-        return 0;
-    };
-    sqlite3_exec(handle, "SELECT 1 FROM sqlite_sequence WHERE CAST(seq AS INTEGER) > 9e18", onRow,
-                 &found, nullptr);
-    return found;
+    constexpr auto used = "SELECT 1 FROM sqlite_sequence WHERE CAST(seq AS INTEGER) > 9e18";
+    const auto abortAtRow = [](void *, int, char **, char **) { return 1; };
+    return sqlite3_exec(handle, used, abortAtRow, nullptr, nullptr) == SQLITE_ABORT;
 }
 
 /// The system's error of the last call to SQLite, as the end of a sentence. SQLite itself keeps
@@ -104,28 +99,24 @@ void refuseUnlessOrdinaryFile(const QString &path) {
         throw failureBecause(SQLITE_CANTOPEN, path, QLatin1String(reason), "opened");
 }
 
-/// Nothing that a file declares may run or reach outside the file.
-void distrustSchema(sqlite3 *handle) {
+/// Nothing that a file declares may run or reach outside the file. Its longest text is the parser's
+/// longest attribute; a record has fifteen columns of text.
+void limitTrust(sqlite3 *handle) {
     for (const int off :
          {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
           SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_DQS_DML, SQLITE_DBCONFIG_DQS_DDL})
         sqlite3_db_config(handle, off, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-}
-
-/// The longest text is the parser's longest attribute; a record has fifteen columns of text.
-void limitLengths(sqlite3 *handle) {
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 16 * maxTextBytes);
     sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1'000'000);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 1); // which a clean needs
 }
 
 /// The waits of all connections together.
-struct CommandWaits {
+thread_local struct {
     long command = 0;
     qint64 milliseconds = 0;
-};
-thread_local CommandWaits waits;
+} waits;
 
 bool isBlank(std::string_view sql) {
     return sql.find_first_not_of(" \t\r\n;") == std::string_view::npos;
@@ -231,8 +222,7 @@ void Connection::open(const QString &path) {
     // SQLite falls back to read-only silently.
     if (sqlite3_db_readonly(opened, "main") != 0)
         throw failureOf(nullptr, SQLITE_READONLY, path);
-    distrustSchema(opened);
-    limitLengths(opened);
+    limitTrust(opened);
     registerRecordScan(opened);
     sqlite3_busy_handler(opened, waitForLock, this);
     sqlite3_progress_handler(opened, workStep, countWork, this);
