@@ -1,5 +1,5 @@
-// The views over a large project, each beside what the engine needs for the same question.
-// "SUBJECT/ours" and "SUBJECT/baseline" are a pair; bench/ratios.py knows the limits.
+// The views of a large project, each compared with SQLite's own answer to the same question.
+// "SUBJECT/ours" and "SUBJECT/baseline" are a pair; bench/ratios.py has the limits.
 #include "benchProject.h"
 
 #include "core/analysis/chart/chartSeries.h"
@@ -37,7 +37,7 @@ DateRange oneWeek() {
     return {start, start + 6};
 }
 
-/// All that a refresh does but the chart. Widths need no real font here.
+/// A refresh without the chart, and without a real font for the widths.
 void refresh(benchmark::State &state, ProjectRecords &records, const TreeNode &node,
              const DateRange &range) {
     Grid grid(gridColumn::Count);
@@ -61,7 +61,7 @@ const TreeNode &nodeOf(int records, int node) {
     return *treeOf(records).Nodes().Item(node);
 }
 
-/// Runs a query to its end, over and over.
+/// Runs a query to its end repeatedly.
 void ask(benchmark::State &state, const std::string &sql, const std::vector<QString> &bindings) {
     const sqlite::Connection &connection = connectionTo(largeRecords);
     qint64 rows = 0;
@@ -93,8 +93,8 @@ BENCHMARK_CAPTURE(refreshYear, _, smallRecords, rootNode)->Name("refreshRoot/sma
 BENCHMARK(plainScan)->Name("plainScan/large");
 
 void refreshWeek(benchmark::State &state, bool inMemory) {
-    ProjectRecords engine(connectionTo(largeRecords), 0);
-    refresh(state, inMemory ? recordsOf(largeRecords) : engine, nodeOf(largeRecords, rootNode),
+    ProjectRecords stored(connectionTo(largeRecords), 0);
+    refresh(state, inMemory ? recordsOf(largeRecords) : stored, nodeOf(largeRecords, rootNode),
             oneWeek());
 }
 void refreshWeekBaseline(benchmark::State &state) {
@@ -148,7 +148,7 @@ void tree(benchmark::State &state, int records) {
     for ([[maybe_unused]] auto _ : state)
         buildNavigationTree(connection, QStringLiteral("large"), built);
     if (built.Nodes().Count() < campaigns * adGroups)
-        state.SkipWithError("the tree isn't whole");
+        state.SkipWithError("the tree is incomplete");
 }
 void treeBaseline(benchmark::State &state) {
     ask(state, "SELECT DISTINCT Campaign, Adgroup, KeyWord, kwType FROM tblGoogleDays", {});

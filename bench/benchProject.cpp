@@ -5,13 +5,17 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <random>
+#include <string_view>
+#include <utility>
 
 namespace veltrona::bench {
 
@@ -52,34 +56,29 @@ QString textOf(const char *column, const Record &r) {
     return QStringLiteral("Active");
 }
 
-/// The figures that the views read are filled in, the others stay 0.
+/// Only the figures that the views read; the others are 0.
 double numberOf(const char *column, const Record &r, int clicks, int imps) {
-    const QByteArray name(column);
+    using Figure = std::pair<std::string_view, double>;
     const int cpc = clicks ? 120'000 + 10'000 * (r.keyword * 7 % 50) : 0;
-    if (name == "Clicks")
-        return clicks;
-    if (name == "Impressions")
-        return imps;
-    if (name == "ctr")
-        return clicks * 10'000 / imps / 100.0;
-    if (name == "cpc")
-        return cpc;
-    if (name == "cost")
-        return static_cast<double>(cpc) * clicks;
-    if (name == "conv" || name == "Transactions")
-        return clicks / 7;
-    if (name == "ConvValue")
-        return clicks / 7 * 24.9;
-    if (name == "Pos")
-        return (11 + imps % 50) / 10.0;
-    if (name == "CreativeId")
-        return 481'000'000'000.0 + r.campaign * 1000 + r.adGroup * 10 + r.keyword % 4 / 3;
-    if (name == "Budget" || name == "MaxCpc")
-        return 900'000;
-    return 0;
+    const Figure figures[] = {
+        {"Clicks", clicks},
+        {"Impressions", imps},
+        {"ctr", clicks * 10'000 / imps / 100.0},
+        {"cpc", cpc},
+        {"cost", static_cast<double>(cpc) * clicks},
+        {"conv", clicks / 7},
+        {"Transactions", clicks / 7},
+        {"ConvValue", clicks / 7 * 24.9},
+        {"Pos", (11 + imps % 50) / 10.0},
+        {"CreativeId", 481'000'000'000.0 + r.campaign * 1000 + r.adGroup * 10 + r.keyword % 4 / 3},
+        {"Budget", 900'000},
+        {"MaxCpc", 900'000},
+    };
+    const auto found = std::ranges::find(figures, column, &Figure::first);
+    return found == std::end(figures) ? 0 : found->second;
 }
 
-/// The records one after the other, a day's in an order of its own. The same every time.
+/// All records, those of a day in random order; the same in each run.
 class Records {
 public:
     Records() : m_places(recordsPerDay) { std::iota(m_places.begin(), m_places.end(), 0); }
@@ -153,15 +152,13 @@ QString fileNamed(const QString &name) {
 } // namespace
 
 QString reportColumn(const QByteArray &column) {
-    if (column == "GoogleDate")
-        return QStringLiteral("date");
-    if (column == "Impressions")
-        return QStringLiteral("imps");
-    if (column == "AdwordsTyp")
-        return QStringLiteral("adwordstype");
-    if (column == "ConvCost")
-        return QStringLiteral("convCost");
-    return QString::fromLatin1(column).toLower();
+    static const QHash<QByteArray, QString> others = {
+        {"GoogleDate", "date"},
+        {"Impressions", "imps"},
+        {"AdwordsTyp", "adwordstype"},
+        {"ConvCost", "convCost"},
+    };
+    return others.value(column, QString::fromLatin1(column).toLower());
 }
 
 int firstDay() {
@@ -180,7 +177,7 @@ QString emptyProject() {
 }
 
 QString projectWith(int records) {
-    // A new schema or new records make new files.
+    // Another schema or other records need another name.
     const QString path =
         fileNamed(QStringLiteral("mixed-%1-v%2.vlt").arg(records).arg(projectSchemaVersion));
     if (QFile::exists(path))
@@ -210,8 +207,8 @@ ProjectRecords &recordsOf(int records) {
     return *found;
 }
 
-QString reportBehind(int records, int rows) {
-    const QString path = fileNamed(QStringLiteral("behind-%1.xml").arg(records));
+QString reportAfter(int records, int rows) {
+    const QString path = fileNamed(QStringLiteral("after-%1.xml").arg(records));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return path;

@@ -1,5 +1,5 @@
-// The project files that the benchmarks work on: 2,800 keywords in 20 campaigns, a record a day for
-// each, in another order every day, as reports have them. Made once and kept in the build folder.
+// The project files of the benchmarks: 2,800 keywords in 20 campaigns, a record a day for each, in
+// another order every day, as in reports. Made once and kept in the build folder.
 #pragma once
 
 #include "core/base/dateValue.h"
@@ -22,17 +22,17 @@ int firstDay();
 /// The days of a project with so many records.
 DateRange daysOf(int records);
 
-/// Empty projects, for imports; the file is made anew.
+/// An empty project, for imports; made anew by each call.
 QString emptyProject();
 /// The path of a project with the first `records` records.
 QString projectWith(int records);
 /// An open connection to it, the same for all callers.
 sqlite::Connection &connectionTo(int records);
-/// Its records in memory, read already.
+/// Its records, already in memory.
 ProjectRecords &recordsOf(int records);
-/// The report's own name of a column of the table.
+/// The name that reports give to a column of the table.
 QString reportColumn(const QByteArray &column);
 /// Makes a report of the rows that follow the project's last record.
-QString reportBehind(int records, int rows);
+QString reportAfter(int records, int rows);
 
 } // namespace veltrona::bench

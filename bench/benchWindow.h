@@ -1,5 +1,5 @@
-// The real main window on a project, driven as a user does: each call ends when the screen shows
-// the result.
+// The real main window on a project, used as a user would: each call returns when the result is on
+// the screen.
 #pragma once
 
 #include "core/platform/dialogs/dialogs.h"
@@ -7,7 +7,7 @@
 
 namespace veltrona::bench {
 
-/// Chooses one report; nothing else may be asked.
+/// Chooses one report; ends the benchmark on any other question.
 class ChoosesReport : public Dialogs {
 public:
     ChoosesReport() { services().dialogs = this; }

@@ -1,5 +1,5 @@
-// The import of the largest report, beside one prepared insert of the same rows in one transaction:
-// indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
+// The import of the largest report, compared with one prepared insert of the same rows in one
+// transaction: indexes in place, no look-ups, no XML. Real time, since both wait for the disk.
 #include "benchProject.h"
 #include "benchWindow.h"
 
@@ -35,7 +35,7 @@ Value valueOf(const DayColumn &column, const QString &text) {
     return whole ? Value(integer) : Value(text.toDouble());
 }
 
-/// All rows of the report, ready to be bound; read before the clock runs.
+/// All rows of the report, ready to be bound; read before the measured part.
 const std::vector<Values> &rowsOfReport() {
     static std::vector<Values> rows;
     if (!rows.empty())
@@ -60,8 +60,7 @@ const std::vector<Values> &rowsOfReport() {
 }
 
 qint64 count(const sqlite::Connection &connection) {
-    sqlite::Statement statement = connection.prepare("SELECT count(*) FROM tblGoogleDays");
-    return statement.step() ? statement.int64(0) : 0;
+    return connection.number("SELECT count(*) FROM tblGoogleDays");
 }
 
 void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) {
@@ -86,7 +85,7 @@ void insertAll(sqlite::Connection &connection, const std::vector<Values> &rows) 
 
 const QString report = QStringLiteral(BENCH_REPORT);
 
-/// Imports into an empty project that shows all dates, or once more into the same one.
+/// Imports into an empty project that shows all dates, or a second time into the same one.
 void importOnce(benchmark::State &state, bool again) {
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
@@ -105,12 +104,12 @@ void importOnce(benchmark::State &state, bool again) {
 BENCHMARK_CAPTURE(importOnce, _, false)->Name("import/ours")->UseRealTime();
 BENCHMARK_CAPTURE(importOnce, _, true)->Name("import/again")->UseRealTime();
 
-/// One report of a year, behind the others that have been imported into the same window, all of
-/// it shown. The records are in memory before and after.
+/// One report of a year, imported after the others into the same window, which shows all dates. The
+/// records are in memory before and after.
 void importOfYear(benchmark::State &state, int reportsBefore) {
     static std::vector<QString> reports;
     for (int next = static_cast<int>(reports.size()); next <= reportsBefore; ++next)
-        reports.push_back(reportBehind(next * reportRows, reportRows));
+        reports.push_back(reportAfter(next * reportRows, reportRows));
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         auto window = std::make_unique<Window>(emptyProject());

@@ -1,4 +1,4 @@
-// The chart's JPEG file, beside libjpeg-turbo alone on the same pixels.
+// The chart's JPEG file, compared with libjpeg-turbo alone on the same pixels.
 #include "core/picture/cJPEG.h"
 #include "core/picture/modJPEG.h"
 

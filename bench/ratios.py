@@ -8,12 +8,12 @@ import json
 import pathlib
 import sys
 
-ONE_SCAN = "one plain scan with the twelve sums in the engine"
-WEEK = "the engine's own indexed query of that week"
+ONE_SCAN = "one plain scan by SQLite with the twelve sums"
+WEEK = "SQLite's indexed query of that week"
 GROUPED = "one `GROUP BY GoogleDate` of the root, sum and count"
 FIFTH = "the same over 1,022,000 records"
 
-# What, beside it, the two benchmarks, the limit of their ratio.
+# What, its baseline, the two benchmarks, the limit of their ratio.
 ROWS = [
     ("import of 32,767 rows with 34 columns into an empty project, views rebuilt",
      "one prepared insert of the same rows in one transaction", "import/ours", "import/baseline",
@@ -53,7 +53,7 @@ ROWS = [
     ("JPEG of 1,600 by 800 pixels", "libjpeg-turbo alone on the same pixels", "jpeg/ours",
      "jpeg/baseline", 1.1),
 ]
-# What stands for itself: the benchmark and its limit.
+# Without a baseline: the benchmark and its limit.
 ALONE = [
     ("a record in memory, bytes", "memory/record", 56),
     ("in the tree of 206,021 nodes: opening all that a key opens, ms", "widePause/openAll", 50),
@@ -66,8 +66,8 @@ BEGIN, END = "<!-- ratios: made by scripts/bench -->\n", "<!-- end of ratios -->
 
 def medians(results):
     """Benchmark -> median in milliseconds: processor time, which other programs don't disturb, or
-    real time where a benchmark asks for it since it waits for the disk. The one that counts bytes
-    has those instead."""
+    real time where a benchmark asks for it since it waits for the disk; bytes of the one that
+    counts these."""
     factor = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
     times = {}
     for run in results["benchmarks"]:
@@ -76,7 +76,7 @@ def medians(results):
         if run.get("aggregate_name") == "median":
             time = "real_time" if run["run_name"].endswith("/real_time") else "cpu_time"
             times[run["run_name"]] = run.get("bytes", run[time] * factor[run["time_unit"]])
-    # Names go on with what the benchmark library adds: "/iterations:1", "/real_time".
+    # The benchmark library appends to names: "/iterations:1", "/real_time".
     return {"/".join(name.split("/")[:2]): time for name, time in times.items()}
 
 

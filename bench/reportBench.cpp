@@ -1,4 +1,4 @@
-// The HTML report of a very long grid, beside the same bytes written line by line.
+// The HTML report of a very long grid, compared with the same bytes written line by line.
 #include "benchProject.h"
 
 #include "core/analysis/grid/statisticsGrid.h"

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Starts the program on the large project, several times: how long it takes until its window is on
-the screen, and how much memory it has used by then. Then clicks on everything in one window: how
-much memory that takes. Needs a display (scripts/with-screen).
+"""Starts the program on the large project several times and measures the time until its window is
+on the screen and the peak memory by then. Then clicks on everything in one window and measures the
+peak memory of that. Needs a display (scripts/with-screen).
 
 Usage: bench/start.py BUILD-FOLDER
 Exit status 1 above one of the limits below.

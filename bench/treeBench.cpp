@@ -1,5 +1,5 @@
-// A wide tree: built beside one SELECT DISTINCT of its columns, and every step of its view, which
-// no user may wait for. bench/ratios.py knows the limits.
+// A wide tree: its building, compared with one SELECT DISTINCT of its columns, and each step in its
+// view, which must not keep a user waiting. bench/ratios.py has the limits.
 #include "benchProject.h"
 
 #include "core/analysis/tree/navigationTree.h"
@@ -22,7 +22,7 @@ constexpr int wideAdGroups = 20 * 100;
 constexpr int wideKeywords = wideAdGroups * 50;
 constexpr int wideNodes = 1 + wideCampaigns + 3 * wideAdGroups + 2 * wideKeywords;
 
-// A campaign at a time, or it would be more work in one statement than a file so small may ask for.
+// One campaign at a time: a statement's work is limited by the size of the file.
 constexpr const char *fillCampaign =
     "WITH leaf(i) AS (SELECT ?1 * 5000 UNION ALL SELECT i + 1 FROM leaf WHERE i < ?1 * 5000 + "
     "4999) "
@@ -54,7 +54,7 @@ void wideTree(benchmark::State &state) {
     for ([[maybe_unused]] auto _ : state)
         buildNavigationTree(connection, QStringLiteral("wide"), tree);
     if (tree.Nodes().Count() != wideNodes)
-        state.SkipWithError("the tree isn't whole");
+        state.SkipWithError("the tree is incomplete");
 }
 void wideTreeBaseline(benchmark::State &state) {
     const sqlite::Connection &connection = wideProject();
@@ -68,7 +68,7 @@ void wideTreeBaseline(benchmark::State &state) {
         }
     }
     if (rows != wideKeywords)
-        state.SkipWithError("not all names");
+        state.SkipWithError("names are missing");
 }
 BENCHMARK(wideTree)->Name("wideTree/ours");
 BENCHMARK(wideTreeBaseline)->Name("wideTree/baseline");
@@ -109,7 +109,7 @@ void openWide(benchmark::State &state) {
 }
 BENCHMARK(openWide)->Name("widePause/openAll");
 
-/// One key in the tree with everything open; back and forth, so that each press has its way to go.
+/// One key in the tree with everything open; back and forth, so that each press moves as far.
 void moveInWide(benchmark::State &state, Qt::Key there, Qt::Key back) {
     WideView view;
     view.key(Qt::Key_Asterisk);

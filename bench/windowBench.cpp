@@ -1,5 +1,5 @@
-// Whole commands in the real main window, from the click to the painted screen, and the memory that
-// the records take.
+// Commands in the real main window, from the click to the painted screen, and the memory of the
+// records.
 #include "benchProject.h"
 #include "benchWindow.h"
 
@@ -14,7 +14,7 @@ namespace {
 constexpr int rootNode = 1;
 constexpr int campaignNode = 2;
 
-/// From the week that a project opens with to all its dates: the records are read.
+/// From the week shown on opening to all dates: reads the records into memory.
 void firstWideClick(benchmark::State &state, int records) {
     const QString project = projectWith(records);
     for ([[maybe_unused]] auto _ : state) {
@@ -30,7 +30,7 @@ void firstWideClick(benchmark::State &state, int records) {
 BENCHMARK_CAPTURE(firstWideClick, _, largeRecords)->Name("firstWideClick/large");
 BENCHMARK_CAPTURE(firstWideClick, _, hugeRecords)->Name("firstWideClick/huge");
 
-/// Clicks on a node, another shown before each.
+/// Clicks on a node while another is shown.
 void click(benchmark::State &state, int records, int node) {
     Window window(projectWith(records));
     window.chooseAllDates();
