@@ -1,4 +1,4 @@
-// Failures of the engine, the parser and the file system inside the window's handlers: each is told
+// Failures of SQLite, the parser and the file system inside the window's handlers: each is told
 // once, and leaves a window that shows one node and goes on.
 #include "core/base/command.h"
 #include "core/shell/modMain.h"

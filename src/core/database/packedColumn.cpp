@@ -24,7 +24,7 @@ std::int64_t wholeOf(double scaled) {
     return static_cast<std::int64_t>(scaled + (scaled < 0 ? -0.5 : 0.5));
 }
 
-/// Whether the whole number of 1 / scale gives the number back; not for a negative zero.
+/// Whether the number is restored exactly from a whole number of 1 / scale; a negative zero isn't.
 bool isWhole(double number, double scale) {
     const double scaled = number * scale;
     return std::abs(scaled) < fifteenDigitLimit - 1 &&

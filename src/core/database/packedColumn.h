@@ -35,7 +35,7 @@ public:
     std::optional<double> scaledTotal() const { return m_scaledTotal; }
     /// The numbers at `places` times `scale`, which is `scale()` or a larger power of ten.
     void scaledNumbers(std::span<const std::uint32_t> places, double scale, double *out) const;
-    /// Allocated beside the object itself.
+    /// Allocated in addition to the object itself.
     std::size_t bytes() const;
 
 private:

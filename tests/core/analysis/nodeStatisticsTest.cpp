@@ -71,7 +71,7 @@ private slots:
         const int clicks = int(chartMetrics().indexOf("Clicks"));
         QStringList found;
         for (const std::size_t bound : {std::size_t(0), ProjectRecords::maxBytes}) {
-            ProjectRecords records(table.connection(), bound); // asks the engine, or the memory
+            ProjectRecords records(table.connection(), bound); // from SQLite, or from memory
             records.read();
             for (const TreeNode *node : tree.Nodes().Item(1)->Children) {
                 found += node->Text();

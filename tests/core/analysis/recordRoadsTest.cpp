@@ -1,4 +1,4 @@
-// Tree, grid, colours and bars of hostile projects: the records in memory and the engine have to
+// Tree, grid, colours and bars of hostile projects: the records in memory and SQLite have to
 // give the same, bit by bit, whoever has changed the file in between; the bars are also asked for
 // one by one.
 #include "core/analysis/chart/chartSeries.h"
@@ -91,7 +91,7 @@ enum class Numbers { OfReports, Any, AndOddities };
 
 class Roads {
 public:
-    Roads() : m_columns(table.connection()), m_engine(table.connection(), 0) {}
+    Roads() : m_columns(table.connection()), m_stored(table.connection(), 0) {}
 
     int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
 
@@ -204,7 +204,7 @@ private:
         QStringList keys[2];
         for (int i = 0; i < 2; ++i) {
             Tree tree;
-            buildNavigationTree(i ? m_engine : m_columns, QString(), tree);
+            buildNavigationTree(i ? m_stored : m_columns, QString(), tree);
             for (int item = 1; item <= tree.Nodes().Count(); ++item)
                 keys[i] += tree.Nodes().Item(item)->Key();
         }
@@ -214,7 +214,7 @@ private:
         Grid grids[] = {Grid(gridColumn::Count), Grid(gridColumn::Count)};
         NodeStatistics statistics[2];
         for (int i = 0; i < 2; ++i) {
-            statistics[i] = queryNodeStatistics(i ? m_engine : m_columns, path, range);
+            statistics[i] = queryNodeStatistics(i ? m_stored : m_columns, path, range);
             initGrid(grids[i], true);
             fillGrid(statistics[i], grids[i], true);
             if (!statistics[i].rows.empty())
@@ -231,7 +231,7 @@ private:
     }
     void compareBars(const ChartRequest &request) {
         const ChartSeries ours = queryChartSeries(m_columns, request);
-        const ChartSeries theirs = queryChartSeries(m_engine, request);
+        const ChartSeries theirs = queryChartSeries(m_stored, request);
         QCOMPARE(ours.range, theirs.range);
         QCOMPARE(ours.bars.size(), theirs.bars.size());
         const Reference reference(table.connection(), request.metric, request.path);
@@ -245,7 +245,7 @@ private:
     void compareLeaves(const DateRange &range) {
         std::map<std::string, std::pair<quint64, quint64>> sums[2];
         for (int i = 0; i < 2; ++i) {
-            visitLeafSums(i ? m_engine : m_columns, range,
+            visitLeafSums(i ? m_stored : m_columns, range,
                           [&](const auto &leaf, const LossSums &each) {
                               std::string name;
                               for (const std::string_view part : leaf)
@@ -267,7 +267,7 @@ private:
     }
 
     ProjectRecords m_columns;
-    ProjectRecords m_engine;
+    ProjectRecords m_stored;
     std::size_t m_inserts = 0;
 };
 
@@ -358,7 +358,7 @@ private slots:
         roads.compare(5);
     }
 
-    void whatCantBeHeldIsAskedOfTheEngine() {
+    void whatCantBeHeldIsReadFromSqlite() {
         Roads roads;
         roads.insert(300);
         ProjectRecords narrow(roads.table.connection(), 20'000);

@@ -76,7 +76,7 @@ private slots:
         const test::DataTable<QString, QString, QString> row("templateName", "target", "reason");
         row("no template", "none.dat", "p.vlt", "none.dat\": No such file");
         row("bad template", "bad.dat", "p.vlt", "bad.dat\", is damaged");
-        row("no room in the engine", "data.dat", deep + QString(100, 'n') + ".vlt",
+        row("too long for SQLite", "data.dat", deep + QString(100, 'n') + ".vlt",
             "File name too long");
         row("no room for a journal", "data.dat", QString(251, 'n') + ".vlt", "File name too long");
         row("a folder", "data.dat", "folder", "folder\": Is a directory");

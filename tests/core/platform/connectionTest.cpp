@@ -45,7 +45,7 @@ class ConnectionTest : public QObject, test::TestFolder {
 private slots:
     void init() { renewFolder(); }
 
-    /// A relative name reaches the engine as it was chosen.
+    /// A relative name reaches SQLite as it was chosen.
     void namesMeanFiles() {
         const QString before = QDir::currentPath();
         QDir::setCurrent(folder());

@@ -34,8 +34,8 @@ void visitLeafSums(ProjectRecords &records, const DateRange &range, const LeafVi
 class LossMarks {
 public:
     /// Marks the nodes of a tree that buildNavigationTree has made, or none if `shown` is false.
-    /// Asks for the records, all in one walk, only if period, records or tree are others than at
-    /// the last call. Throws Failure.
+    /// Reads the records, all in one walk, only if period, records or tree have changed since the
+    /// last call. Throws Failure.
     void update(ProjectRecords &records, const DateRange &range, bool shown, Tree &tree);
     /// The tree has been built anew.
     void forget() { m_marked.reset(); }

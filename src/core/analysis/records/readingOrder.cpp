@@ -12,7 +12,7 @@ bool isAscii(QStringView text) {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
-/// Accents are the marks that combine; vowel signs, which don't, stay.
+/// Removes combining marks; vowel signs have no combining class and stay.
 QString withoutAccents(const QString &decomposed) {
     QString bare;
     bare.reserve(decomposed.size());
@@ -22,7 +22,7 @@ QString withoutAccents(const QString &decomposed) {
     return bare;
 }
 
-/// Places of UTF-16 units in the order of code points: surrogates stand for the highest ones.
+/// Orders UTF-16 units by code point: surrogates belong to the highest ones.
 ushort codePointRank(QChar c) {
     if (c.isSurrogate())
         return static_cast<ushort>(c.unicode() + 0x2000);
@@ -45,7 +45,7 @@ ReadingKey::ReadingKey(const QString &text) : m_text(text) {
         return;
     }
     m_folded = text.toCaseFolded();
-    // Upper case on the way: it alone writes a sharp s, small or capital, as two letters.
+    // By way of upper case: it alone turns a sharp s, small or capital, into two letters.
     m_base = withoutAccents(text.normalized(QString::NormalizationForm_KD))
                  .toLower()
                  .toUpper()

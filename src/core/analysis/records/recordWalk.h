@@ -18,7 +18,7 @@
 
 namespace veltrona {
 
-/// A number in memory that has no other type.
+/// A figure that is a number.
 struct PlainNumber {
     double value = 0;
     bool fitsFifteenDigits = false; // at most 15 significant digits
@@ -57,14 +57,14 @@ inline double plainValueOf(const PlainNumber &number) {
     return number.value;
 }
 
-/// The figure as SQLite adds it up and compares it.
+/// The figure as SQLite sums and compares it.
 inline double storedNumberOf(const FigureValue &value) {
     return value.real();
 }
 inline double storedNumberOf(const PlainNumber &number) {
     return number.value;
 }
-/// A text is above all numbers.
+/// As in SQLite, a text is above all numbers.
 inline bool isAboveZero(const FigureValue &value) {
     return value.type() == sqlite::ValueType::Text || value.type() == sqlite::ValueType::Blob ||
            value.real() > 0;
@@ -92,7 +92,7 @@ private:
 struct RecordQuery {
     NodePath path;
     DateRange range; // whole days: times of day don't count
-    /// The names that tell the group of a record, or else its date.
+    /// The columns that decide the group of a record; if there are none, its date does.
     std::vector<NameColumn> groupedBy;
     /// The group by those names or by the date; -1 leaves the record out. May be called once for
     /// many records of the same texts.

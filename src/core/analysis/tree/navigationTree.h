@@ -1,4 +1,4 @@
-// Builds the navigation tree out of the day records: campaigns, ad groups, their search and content
+// Builds the navigation tree from the day records: campaigns, ad groups, their search and content
 // branches, keywords and keyword types.
 #pragma once
 
@@ -7,11 +7,11 @@
 
 namespace veltrona {
 
-/// Replaces the content of `tree`; selects nothing. The names are read before a node is touched, so
-/// that a Failure leaves the tree as it was.
+/// Replaces the content of `tree`; selects nothing. All names are read first, so that a Failure
+/// leaves the tree unchanged.
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
                          Tree &tree);
-/// The same, by the records in memory if they are held.
+/// The same, from the records in memory if there are any.
 void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree);
 
 /// The child of `node` that a row of its statistics stands for; null if it has none.

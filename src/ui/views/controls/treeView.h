@@ -1,7 +1,7 @@
-// A tree on screen. Takes the tree's onBeginRebuild, onEndRebuild and onSelect, and calls its
-// onNodeClick; the tree must outlive the view. Arrow keys and typing count as clicks. A click is
-// told once the waiting events are through, so that a held key tells its last node alone. Letters
-// that are typed select the next node that contains them, once the typing pauses.
+// A tree on screen. Sets the tree's onBeginRebuild, onEndRebuild, onSelect and onMarksChange, and
+// calls its onNodeClick; the tree must outlive the view. Arrow keys and typing count as clicks. A
+// click is reported once the pending events are processed, so that a held key reports its last node
+// alone. Letters that are typed select the next node that contains them, once the typing pauses.
 #pragma once
 
 #include "core/controls/tree.h"
