@@ -1,4 +1,4 @@
-"""Tests of the project's own tools: layer check and report generator."""
+"""Tests of the project's own tools: layer check, page check and report generator."""
 import pathlib
 import subprocess
 import tempfile
@@ -53,6 +53,33 @@ class LayerCheck(unittest.TestCase):
         code, told = self.check("src/ui/shell/frmMain.cpp",
                                 '#include "core/shell/modMain.h"\n#include <QtWidgets/QWidget>\n')
         self.assertEqual(code, 0, told)
+
+
+class PageCheck(unittest.TestCase):
+    def testThePagesAreTrue(self):
+        done = run(ROOT / "scripts/check-pages")
+        self.assertEqual(done.returncode, 0, done.stdout.decode())
+
+    def testFindsEachFault(self):
+        with tempfile.TemporaryDirectory() as folder:
+            root = pathlib.Path(folder)
+            run("git", "init", "-q", folder)
+            for said in ("[a page](none.md)", "`src/none.h`", "`noneTest`", "`none.py`"):
+                with self.subTest(said=said):
+                    (root / "README.md").write_text(said)
+                    done = run(ROOT / "scripts/check-pages", folder)
+                    self.assertEqual(done.returncode, 1, done.stderr)
+                    self.assertIn("README.md: ", done.stdout.decode())
+            (root / "README.md").write_text("[this page](README.md)")
+            (root / "docs").mkdir()
+            (root / "docs/manual.md").write_text("at most 32,768 rows; at most 90 bars")
+            for path, text in (("src/core/import/columnCheck.h", "mostReportRows = 32767;"),
+                               ("src/core/analysis/chart/chartPeriods.cpp", "mostBars = 90;")):
+                (root / path).parent.mkdir(parents=True)
+                (root / path).write_text(text)
+            told = run(ROOT / "scripts/check-pages", folder).stdout.decode()
+            self.assertIn("is ['32768'], in", told)
+            self.assertEqual(told.count("\n"), 1)
 
 
 class MakeReport(unittest.TestCase):
