@@ -14,8 +14,7 @@ int main() {
         const bool isRead = document.load(QString::fromStdString(path));
         const veltrona::xml::ParseError &error = document.parseError();
         const QString told = isRead ? document.refusal()
-                                    : QStringLiteral("%1:%2 at byte %3: %4 [%5]")
-                                          .arg(error.line)
+                                    : "%1:%2 at byte %3: %4 [%5]".arg(error.line)
                                           .arg(error.linepos)
                                           .arg(error.filepos)
                                           .arg(error.reason.trimmed(), error.srcText);

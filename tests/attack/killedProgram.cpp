@@ -83,8 +83,8 @@ private:
 
 void fillExportForm(const QString &page) {
     QWidget *form = QApplication::activeModalWidget();
-    form->findChild<QLineEdit *>(QStringLiteral("txtFilename"))->setText(page);
-    form->findChild<QPushButton *>(QStringLiteral("cmdRun"))->click();
+    form->findChild<QLineEdit *>("txtFilename")->setText(page);
+    form->findChild<QPushButton *>("cmdRun")->click();
 }
 
 } // namespace
@@ -101,7 +101,7 @@ int main(int argc, char **argv) {
         return 1;
     window.show();
     QApplication::processEvents();
-    const QString name = QStringLiteral("mnu") + command.left(1).toUpper() + command.mid(1);
+    const QString name = "mnu" + command.left(1).toUpper() + command.mid(1);
     auto *action = window.findChild<QAction *>(name);
     if (!action)
         return 2;

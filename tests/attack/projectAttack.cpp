@@ -19,9 +19,9 @@ namespace {
 
 /// In memory where the system has such a folder: each input is written, and synced a few times.
 QString newFolder() {
-    const QString shared = QStringLiteral("/dev/shm");
+    const QString shared = "/dev/shm";
     const QString place = QFileInfo(shared).isWritable() ? shared : QDir::tempPath();
-    static const QTemporaryDir folder(place + QStringLiteral("/projectAttack-XXXXXX"));
+    static const QTemporaryDir folder(place + "/projectAttack-XXXXXX");
     return folder.path();
 }
 
@@ -29,7 +29,7 @@ void storeRecord(sqlite::Connection &connection) {
     sqlite::Transaction transaction(connection);
     auto insert = connection.prepare(dayInsertStatement());
     for (std::size_t i = 0; i < dayColumns.size(); ++i)
-        insert.bind(static_cast<int>(i) + 1, QStringLiteral("2007-05-07"));
+        insert.bind(static_cast<int>(i) + 1, QString("2007-05-07"));
     insert.step();
     insert.reset();
     transaction.commit();
@@ -38,7 +38,7 @@ void storeRecord(sqlite::Connection &connection) {
 void useProject(const QString &path) {
     const auto connection = openProject(path);
     Tree tree;
-    buildNavigationTree(*connection, QStringLiteral("p"), tree);
+    buildNavigationTree(*connection, "p", tree);
     ProjectRecords records(*connection);
     queryNodeStatistics(records, NodePath(), {-1e6, 1e6});
     storeRecord(*connection);
@@ -56,14 +56,14 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const QByteArray bytes(reinterpret_cast<const char *>(data),
                            static_cast<qsizetype>(size - lengthSize));
     const auto journal = static_cast<qsizetype>(qFromBigEndian<quint32>(data + size - lengthSize));
-    const QString path = newFolder() + QStringLiteral("/p.vlt");
-    const QString letter = newFolder() + QStringLiteral("/letter");
+    const QString path = newFolder() + "/p.vlt";
+    const QString letter = newFolder() + "/letter";
     test::write(letter, "Dear Anna");
     test::write(path, journal > 0 && journal <= bytes.size() ? bytes.chopped(journal) : bytes);
     if (journal > 0 && journal <= bytes.size())
-        test::write(path + QStringLiteral("-journal"), bytes.last(journal));
+        test::write(path + "-journal", bytes.last(journal));
     else
-        QFile::remove(path + QStringLiteral("-journal"));
+        QFile::remove(path + "-journal");
     try {
         useProject(path);
     } catch (const Failure &failure) {

@@ -18,7 +18,7 @@ using namespace veltrona;
 
 namespace {
 
-const QString numberForm = QStringLiteral("[+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?");
+const QString numberForm = "[+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?";
 const QString months =
     QStringLiteral("(?<n>(?i:jan(?:uary)?|feb(?:ruary)?|mar(?:ch)?|apr(?:il)?|may|june?|july?|"
                    "aug(?:ust)?|sep(?:tember)?|oct(?:ober)?|nov(?:ember)?|dec(?:ember)?))");
@@ -26,21 +26,21 @@ const QString timeForm = QStringLiteral(
     "(?:(?:T| +)(?<h>\\d\\d?):(?<i>\\d\\d)(?::(?<s>\\d\\d))?(?: *(?<half>(?i:[ap]m)))?)?");
 
 QRegularExpression dateForm(const QString &day) {
-    return QRegularExpression(QStringLiteral("\\A") + day + timeForm + QStringLiteral("\\z"));
+    return QRegularExpression("\\A" + day + timeForm + "\\z");
 }
 
-const QRegularExpression leadingNumber(QStringLiteral("\\A") + numberForm);
-const QRegularExpression wholeNumber(QStringLiteral("\\A[+-]?\\d+\\z"));
-const QRegularExpression anyNumber(QStringLiteral("\\A") + numberForm + QStringLiteral("\\z"));
+const QRegularExpression leadingNumber("\\A" + numberForm);
+const QRegularExpression wholeNumber("\\A[+-]?\\d+\\z");
+const QRegularExpression anyNumber("\\A" + numberForm + "\\z");
 const QRegularExpression dateForms[] = {
-    dateForm(QStringLiteral("(?<y>\\d{4})(?<p>[-/])(?<m>\\d\\d?)\\k<p>(?<d>\\d\\d?)")),
-    dateForm(QStringLiteral("(?<m>\\d\\d?)/(?<d>\\d\\d?)/(?<y>\\d{4})")),
-    dateForm(QStringLiteral("(?<d>\\d\\d?)\\.(?<m>\\d\\d?)\\.(?<y>\\d{4})")),
-    dateForm(months + QStringLiteral(" +(?<d>\\d\\d?), *(?<y>\\d{4})")),
-    dateForm(QStringLiteral("(?<d>\\d\\d?) +") + months + QStringLiteral(" +(?<y>\\d{4})")),
+    dateForm("(?<y>\\d{4})(?<p>[-/])(?<m>\\d\\d?)\\k<p>(?<d>\\d\\d?)"),
+    dateForm("(?<m>\\d\\d?)/(?<d>\\d\\d?)/(?<y>\\d{4})"),
+    dateForm("(?<d>\\d\\d?)\\.(?<m>\\d\\d?)\\.(?<y>\\d{4})"),
+    dateForm(months + " +(?<d>\\d\\d?), *(?<y>\\d{4})"),
+    dateForm("(?<d>\\d\\d?) +" + months + " +(?<y>\\d{4})"),
 };
-const QRegularExpression storedDate(
-    QStringLiteral("\\A(\\d{4})-(\\d\\d)-(\\d\\d)(?: ([01]\\d|2[0-3]):([0-5]\\d):([0-5]\\d))?\\z"));
+const QRegularExpression
+    storedDate("\\A(\\d{4})-(\\d\\d)-(\\d\\d)(?: ([01]\\d|2[0-3]):([0-5]\\d):([0-5]\\d))?\\z");
 
 double plainNumber(const QString &text) {
     const double read = std::strtod(text.toLatin1().constData(), nullptr);
@@ -101,23 +101,22 @@ void attackCellText(double number) {
 }
 
 int monthOf(const QRegularExpressionMatch &match) {
-    const QString name = match.captured(QStringLiteral("n")).left(3).toLower();
-    const QString all = QStringLiteral("janfebmaraprmayjunjulaugsepoctnovdec");
-    return name.isEmpty() ? match.captured(QStringLiteral("m")).toInt()
+    const QString name = match.captured("n").left(3).toLower();
+    const QString all = "janfebmaraprmayjunjulaugsepoctnovdec";
+    return name.isEmpty() ? match.captured("m").toInt()
                           : static_cast<int>(all.indexOf(name)) / 3 + 1;
 }
 
 /// Seconds, or -1 for a time that no clock shows.
 int secondsOf(const QRegularExpressionMatch &match) {
-    int hour = match.captured(QStringLiteral("h")).toInt();
-    const QString half = match.captured(QStringLiteral("half")).toLower();
+    int hour = match.captured("h").toInt();
+    const QString half = match.captured("half").toLower();
     if (!half.isEmpty()) {
         if (hour < 1 || hour > 12)
             return -1;
-        hour = hour % 12 + (half == QStringLiteral("pm") ? 12 : 0);
+        hour = hour % 12 + (half == "pm" ? 12 : 0);
     }
-    const QTime time(hour, match.captured(QStringLiteral("i")).toInt(),
-                     match.captured(QStringLiteral("s")).toInt());
+    const QTime time(hour, match.captured("i").toInt(), match.captured("s").toInt());
     return time.isValid() ? time.msecsSinceStartOfDay() / 1000 : -1;
 }
 
@@ -128,8 +127,7 @@ void attackDates(std::string_view bytes, const QString &text) {
         if (!match.hasMatch())
             match = form.match(text);
     }
-    const QDate day(match.captured(QStringLiteral("y")).toInt(), monthOf(match),
-                    match.captured(QStringLiteral("d")).toInt());
+    const QDate day(match.captured("y").toInt(), monthOf(match), match.captured("d").toInt());
     const int seconds = match.hasMatch() ? secondsOf(match) : -1;
     const bool isDate = day.isValid() && day >= QDate(1752, 9, 14) && seconds >= 0;
     FINDING_UNLESS(read.has_value() == isDate, "date or not");
@@ -139,8 +137,7 @@ void attackDates(std::string_view bytes, const QString &text) {
             (seconds == 0 ? QString() : u' ' + QTime(0, 0).addSecs(seconds).toString(Qt::ISODate));
         const int newYear = QDate(day.year(), 1, 1).dayOfWeek() % 7; // Sunday is 0
         FINDING_UNLESS(read->text == plain.toStdString(), "text of a date");
-        FINDING_UNLESS(read->month == day.toString(QStringLiteral("yyyy MM")).toStdString(),
-                       "month");
+        FINDING_UNLESS(read->month == day.toString("yyyy MM").toStdString(), "month");
         FINDING_UNLESS(read->week == QString::asprintf("%d %02d", day.year(),
                                                        (day.dayOfYear() - 1 + newYear) / 7 + 1)
                                          .toStdString(),

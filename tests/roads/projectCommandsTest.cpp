@@ -3,7 +3,7 @@
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
 #include "support/mainWindow.h"
-#include "support/projectTemplate.h"
+#include "support/projects.h"
 #include "support/testFolder.h"
 
 #include <QTest>
@@ -14,12 +14,6 @@ namespace {
 
 const QStringList firstRows = {"One|g|k|Exact|Search Only|2007-05-07|1"};
 const QStringList otherRows = {"Two|g|k|Exact|Search Only|2007-05-07|2"};
-
-qint64 recordCount() {
-    sqlite::Statement count = modMain::DbConn->prepare("SELECT count(*) FROM tblGoogleDays");
-    count.step();
-    return count.int64(0);
-}
 
 } // namespace
 
@@ -34,7 +28,7 @@ protected:
 private slots:
     void newProject() {
         runDialog("mnuNew", "  " + m_home->file("Client A.b") + " ");
-        QCOMPARE(m_home->dialogs.fileDialogs().last().title, QString("Create a new database"));
+        QCOMPARE(m_home->dialogs.fileDialogs().last().title, "Create a new database");
         QVERIFY(m_home->dialogs.fileDialogs().last().confirmsOverwrite);
         QVERIFY(m_home->dialogs.fileDialogs().last().confirmsCreation);
         QCOMPARE(modMain::DbFileName, m_home->file("Client A.b.vlt"));
@@ -61,7 +55,7 @@ private slots:
             QCOMPARE(view(), before);
         }
         QCOMPARE(test::contents(modMain::DbFileName), bytes);
-        QCOMPARE(m_home->remembered(), QString("(none)"));
+        QCOMPARE(m_home->remembered(), "(none)");
     }
 
     void failures() {
@@ -102,7 +96,7 @@ private slots:
         runDialog("mnuOpen", bad);
         QVERIFY(m_home->dialogs.boxes().last().text.contains("damaged"));
         QCOMPARE(view(), before);
-        QCOMPARE(recordCount(), 1);
+        QCOMPARE(test::recordCount(*modMain::DbConn), 1);
     }
 
     void clean() {
@@ -115,16 +109,15 @@ private slots:
         QCOMPARE(window.cboRange.ListIndex(), 1);
         QCOMPARE(window.cboLeft.ListIndex(), 0);
         QCOMPARE(window.cboGroup.ListIndex(), 0);
-        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        QCOMPARE(m_home->caption(), "Campaign Summary");
         QCOMPARE(m_home->chartDump().size(), 7);
-        QCOMPARE(recordCount(), 0);
+        QCOMPARE(test::recordCount(*modMain::DbConn), 0);
         const test::ShownBox box = m_home->dialogs.boxes().value(0);
         QCOMPARE(box.style, 275);
-        QCOMPARE(box.title, QString("Delete all the data"));
-        QCOMPARE(box.text, QString("Are you sure you want to erase all of the database contents?"));
+        QCOMPARE(box.title, "Delete all the data");
+        QCOMPARE(box.text, "Are you sure you want to erase all of the database contents?");
         QCOMPARE(m_home->treeDump(), QStringList{"Veltrona"});
-        QCOMPARE(m_home->gridDump().last(),
-                 QString("Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0"));
+        QCOMPARE(m_home->gridDump().last(), "Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0");
         m_home->importRows(firstRows);
         QVERIFY(m_home->node({"One"}));
     }

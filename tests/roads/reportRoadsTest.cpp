@@ -62,7 +62,7 @@ private slots:
             "keywords;        o'clock;          Broad;          Exact;      Content;    zwei;      "
             "Search keywords;        x;          Exact;      Content";
         QCOMPARE(m_home->treeDump().join(u';'), tree);
-        QCOMPARE(m_home->caption(), QString("Campaign Summary"));
+        QCOMPARE(m_home->caption(), "Campaign Summary");
         QCOMPARE(m_home->gridDump(), lastWeekRows);
         saveSetting(settingsKey, "grdcolor", "1", textValue);
         QVERIFY(m_home->restart());
@@ -78,17 +78,25 @@ private slots:
                  QStringList({"May 06=0", "May 07=0", "May 08=0.2", "May 09=1.5", "May 10=0",
                               "May 11=0", "May 12=0"}));
 
-        // The same report again: nothing is stored twice.
-        m_home->importRows(mixedRows);
-        QCOMPARE(m_home->treeDump().join(u';'), tree);
-        QCOMPARE(m_home->gridDump(), lastWeekRows);
-        QVERIFY(m_home->dialogs.allUsed());
+        // The tree's marks follow another program's records and the switch.
+        const TreeNode *lost = m_home->node({"<img src=x> sale"});
+        QVERIFY(lost->IsLoss);
+        sqlite::Connection other;
+        other.open(modMain::DbFileName);
+        for (const int value : {9, 1}) {
+            other.execute("UPDATE tblGoogleDays SET ConvValue = " + std::to_string(value));
+            m_home->selectNode({});
+            QCOMPARE(lost->IsLoss, value == 1); // at a cost of 4.5
+        }
+        modMain::GridColor = false;
+        m_home->selectNode({});
+        QVERIFY(!lost->IsLoss);
     }
 
     void branches() {
 
         m_home->selectNode({"O'Neil's", "it's"});
-        QCOMPARE(m_home->caption(), QString("Campain: 'O'Neil's' > Adgroup: 'it's'"));
+        QCOMPARE(m_home->caption(), "Campain: 'O'Neil's' > Adgroup: 'it's'");
         QCOMPARE(
             m_home->gridDump().mid(1),
             QStringList({"Content Only|1|10|10%|0|0|1|1%|0|0|1|0%|0",
@@ -100,18 +108,18 @@ private slots:
         const QStringList keyword = {"O'Neil's", "it's", "Search keywords", "o'clock"};
         m_home->selectNode(keyword);
         const QStringList keywordRows = m_home->gridDump();
-        QCOMPARE(keywordRows.value(1), QString("Broad|15|150|20.5%|0.3|4|2|2%|1000000|2|5|25%|1"));
+        QCOMPARE(keywordRows.value(1), "Broad|15|150|20.5%|0.3|4|2|2%|1000000|2|5|25%|1");
         m_home->selectNode(keyword + QStringList{"Exact"});
         QCOMPARE(m_home->gridDump(), keywordRows);
         QVERIFY(m_home->caption().endsWith(" > Keyword: 'o'clock' > KeywordType: 'Exact'"));
 
         m_home->selectNode({"O'Neil's", "it's", "Content"});
-        QCOMPARE(m_home->gridDump().value(1), QString("o'clock|1|10|10%|0|0|1|1%|0|0|1|0%|0"));
+        QCOMPARE(m_home->gridDump().value(1), "o'clock|1|10|10%|0|0|1|1%|0|0|1|0%|0");
         m_home->selectNode({"\u00C4pfel \U0001F34F", "", "Search keywords", ""});
-        QCOMPARE(m_home->gridDump().value(1), QString("|0|7|0%|0|0|0|0%|0|0|0.5|0%|0"));
+        QCOMPARE(m_home->gridDump().value(1), "|0|7|0%|0|0|0|0%|0|0|0.5|0%|0");
         m_home->selectNode({"<img src=x> sale", "Gr\u00FC\u00DFe", "Search keywords"});
         QCOMPARE(m_home->gridDump().value(1),
-                 QString("kauf \"jetzt\" & spare|3|30|0.25%|1.5|4.5|1|1%|4500000|3|2.25|-50%|2"));
+                 "kauf \"jetzt\" & spare|3|30|0.25%|1.5|4.5|1|1%|4500000|3|2.25|-50%|2");
 
         // Out of its period a node shows the empty form, with the heading of the root.
         m_home->selectNode({"O'Neil's", "zwei"});
@@ -126,10 +134,10 @@ private slots:
         range->setFocus();
         QTest::keyClick(range, Qt::Key_A);
         QCOMPARE(window.cboRange.ListIndex(), all);
-        QCOMPARE(isoPeriod(window), QString("2007-04-30 2007-05-12 23:59:59"));
+        QCOMPARE(isoPeriod(window), "2007-04-30 2007-05-12 23:59:59");
         QCOMPARE(m_home->view<QDateEdit>("dtpStart")->date(), QDate(2007, 4, 30));
         QCOMPARE(m_home->gridDump().value(3),
-                 QString("O'Neil's|17|161|30.5%|0.3|5|3|3%|1000000|1.7|10|100%|1"));
+                 "O'Neil's|17|161|30.5%|0.3|5|3|3%|1000000|1.7|10|100%|1");
         QCOMPARE(m_home->chartDump().size(), 13);
 
         // Other days come in: the query of this refresh still asks for the pickers' dates, and the
@@ -139,17 +147,17 @@ private slots:
                             "New|n|k|Exact|Search Only|2007-06-01|2|2|2"});
         QVERIFY(m_home->node({"New", "n"}));
         QCOMPARE(m_home->gridDump(), before);
-        QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
+        QCOMPARE(isoPeriod(window), "1985-03-01 2007-06-01");
         m_home->selectNode({});
         QVERIFY(m_home->gridDump().contains("New|3|3|3%|0|0|0|0%|0|0|0|0%|0"));
         // Whatever node is selected, the range is the whole table's.
         m_home->selectNode({"O'Neil's", "zwei"});
-        QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
+        QCOMPARE(isoPeriod(window), "1985-03-01 2007-06-01");
         m_home->selectNode({});
         // Chosen again, "All" begins at its fixed date once more.
         window.cboRange.setListIndex(all);
         QVERIFY(m_home->gridDump().contains("New|2|2|2%|0|0|0|0%|0|0|0|0%|0"));
-        QCOMPARE(isoPeriod(window), QString("1985-03-01 2007-06-01"));
+        QCOMPARE(isoPeriod(window), "1985-03-01 2007-06-01");
     }
 
     void whatAnImportLeavesAndTakes() {
@@ -183,10 +191,10 @@ private slots:
             window.cboRange.setListIndex(preset);
             QCOMPARE(std::exchange(refreshes, 0), 1);
         }
-        QCOMPARE(isoPeriod(window), QString("2007-04-30 2007-05-12 23:59:59")); // as "All" left it
+        QCOMPARE(isoPeriod(window), "2007-04-30 2007-05-12 23:59:59"); // as "All" left it
         window.cboRange.setListIndex(3);
-        QCOMPARE(isoPeriod(window), QString("2007-04-01 12:00:00 2007-04-30 12:00:00"));
-        QCOMPARE(m_home->gridDump().value(1), QString("O'Neil's|1|1|0%|0|1|0|0%|0|1|4|300%|0"));
+        QCOMPARE(isoPeriod(window), "2007-04-01 12:00:00 2007-04-30 12:00:00");
+        QCOMPARE(m_home->gridDump().value(1), "O'Neil's|1|1|0%|0|1|0|0%|0|1|4|300%|0");
 
         // One edit, one refresh, when it is finished; the time of day stays.
         window.cboRange.setListIndex(1);
@@ -200,8 +208,8 @@ private slots:
         QTest::keyClick(start, Qt::Key_Return);
         QCOMPARE(std::exchange(refreshes, 0), 1);
         QCOMPARE(window.cboRange.ListIndex(), custom);
-        QCOMPARE(m_home->view<QComboBox>("cboRange")->currentText(), QString("Custom"));
-        QCOMPARE(isoPeriod(window), QString("2007-05-09 12:00:00 2007-05-12 12:00:00"));
+        QCOMPARE(m_home->view<QComboBox>("cboRange")->currentText(), "Custom");
+        QCOMPARE(isoPeriod(window), "2007-05-09 12:00:00 2007-05-12 12:00:00");
         QVERIFY(m_home->gridDump().value(2).startsWith("O'Neil's|5|50|"));
         window.mscMain.onChange = nullptr;
         window.cboRange.setListIndex(1);

@@ -3,12 +3,22 @@
 
 #include <QTest>
 
+#include <tuple>
+
 namespace veltrona::test {
 
+/// Qt keeps the pointers.
+inline constexpr const char *columnNames[] = {"0", "1", "2", "3", "4", "5", "6", "7"};
+
 /// DataTable<QString, int> row("text", "number"); row("a row's name", "x", 7);
+/// Without names the columns are numbered, and test::row() fetches them all.
 template<class... Types>
 class DataTable {
 public:
+    DataTable() {
+        int column = 0;
+        (QTest::addColumn<Types>(columnNames[column++]), ...);
+    }
     template<class... Names>
     explicit DataTable(Names... columns) {
         (QTest::addColumn<Types>(columns), ...);
@@ -18,5 +28,16 @@ public:
         (data << ... << values);
     }
 };
+
+/// The current row of a table without names: const auto [text, number] = row<QString, int>();
+template<class... Types>
+std::tuple<Types...> row() {
+    int column = 0;
+    const auto cell = [&]<class Type>(Type *) {
+        const int type = qMetaTypeId<Type>();
+        return *static_cast<Type *>(QTest::qData(columnNames[column++], type));
+    };
+    return {cell(static_cast<Types *>(nullptr))...}; // in braces from left to right
+}
 
 } // namespace veltrona::test

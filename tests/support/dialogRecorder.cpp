@@ -5,9 +5,16 @@
 namespace veltrona::test {
 
 namespace {
-void unexpected(const QString &what) {
-    QTest::qFail(qPrintable(QStringLiteral("a box that nobody expected: ") + what), __FILE__,
-                 __LINE__);
+/// The next of the prepared answers; without one the test fails.
+template<class Given>
+Given take(std::deque<Given> &prepared, const Given &otherwise, const QString &asked) {
+    if (prepared.empty()) {
+        QTest::qFail(qPrintable("a box that nobody expected: " + asked), __FILE__, __LINE__);
+        return otherwise;
+    }
+    const Given next = prepared.front();
+    prepared.pop_front();
+    return next;
 }
 } // namespace
 
@@ -17,6 +24,8 @@ DialogRecorder::DialogRecorder() {
 
 DialogRecorder::~DialogRecorder() {
     services().dialogs = nullptr;
+    if (!allUsed() && QTest::currentTestFunction() && !QTest::currentTestFailed())
+        QTest::qFail("not all prepared answers were used", __FILE__, __LINE__);
 }
 
 Answer DialogRecorder::message(MessageStyle style, const QString &title, const QString &text) {
@@ -28,26 +37,14 @@ Answer DialogRecorder::messageWithDetails(MessageStyle style, const QString &tit
     m_boxes.push_back({static_cast<int>(style), title, text, {}, details});
     if (whileOpen)
         whileOpen();
-    if (m_answers.empty()) {
-        unexpected(title + QStringLiteral(": ") + text);
-        return Answer::Cancel;
-    }
-    const Answer answer = m_answers.front();
-    m_answers.pop_front();
-    return answer;
+    return take(m_answers, Answer::Cancel, title + ": " + text);
 }
 
 int DialogRecorder::choose(const QString &title, const QString &text, const QStringList &buttons) {
     m_boxes.push_back({0, title, text, buttons});
     if (whileOpen)
         whileOpen();
-    if (m_choices.empty()) {
-        unexpected(title + QStringLiteral(": ") + text);
-        return static_cast<int>(buttons.size()) - 1;
-    }
-    const int choice = m_choices.front();
-    m_choices.pop_front();
-    return choice;
+    return take(m_choices, static_cast<int>(buttons.size()) - 1, title + ": " + text);
 }
 
 QString DialogRecorder::openFile(const FileDialogSetup &setup) {
@@ -60,13 +57,7 @@ QString DialogRecorder::saveFile(const FileDialogSetup &setup) {
 
 QString DialogRecorder::nextFile(const FileDialogSetup &setup) {
     m_fileDialogs.push_back(setup);
-    if (m_files.empty()) {
-        unexpected(setup.title);
-        return {};
-    }
-    const QString file = m_files.front();
-    m_files.pop_front();
-    return file;
+    return take(m_files, QString(), setup.title);
 }
 
 } // namespace veltrona::test

@@ -21,7 +21,7 @@ struct ShownBox {
 
 class DialogRecorder : public Dialogs {
 public:
-    /// Installs itself; the destructor takes itself away again.
+    /// Installs itself; the destructor uninstalls it, and fails the test if an answer is left over.
     DialogRecorder();
     ~DialogRecorder() override;
 

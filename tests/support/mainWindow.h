@@ -66,8 +66,7 @@ private:
     std::unique_ptr<frmMain> m_window;
 };
 
-/// A test whose functions each have a started window on a home of their own; all answers that were
-/// prepared must have been used.
+/// A test whose functions each have a started window on a home of their own.
 class WindowTest : public QObject {
     Q_OBJECT
 protected:

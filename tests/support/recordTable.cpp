@@ -1,12 +1,12 @@
 #include "support/recordTable.h"
 
 #include "core/database/projectFile.h"
-#include "support/projectTemplate.h"
+#include "support/projects.h"
 
 namespace veltrona::test {
 
 RecordTable::RecordTable() {
-    const QString path = m_folder.filePath(QStringLiteral("records.vlt"));
+    const QString path = m_folder.filePath("records.vlt");
     makeProject(projectTemplate(), path);
     m_connection = openProject(path);
     m_connection->execute("PRAGMA synchronous = OFF");

@@ -2,6 +2,7 @@
 // needs a QCoreApplication, to find the template.
 #pragma once
 
+#include "core/base/dateValue.h"
 #include "core/platform/sqlite/connection.h"
 
 #include <QTemporaryDir>
@@ -12,6 +13,10 @@
 #include <string>
 
 namespace veltrona::test {
+
+inline DateValue day(const QString &isoText) {
+    return dateOfIsoText(isoText.toStdString()).value();
+}
 
 class RecordTable {
 public:

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -10,16 +11,31 @@
 
 namespace veltrona::test {
 
+/// Runs a script of a dialog. A failed check returns from the script before it has closed the
+/// dialog, which would wait for ever: it is closed here.
+template<class Form, class Script>
+void runIn(Form *form, const Script &script) {
+    const QPointer<QDialog> dialog(static_cast<QDialog *>(form));
+    script(form);
+    if (dialog && dialog->isVisible() && QTest::currentTestFailed())
+        dialog->reject();
+}
+
 /// Runs `open`, which shows a form of this class, and `script` in it, which must leave it closed.
 template<class Form>
 void during(const std::function<void()> &open, const std::function<void(Form &)> &script) {
     bool ran = false;
     QTimer::singleShot(0, qApp, [&] {
         auto *form = qobject_cast<Form *>(QApplication::activeModalWidget());
-        QVERIFY(form && QTest::qWaitForWindowExposed(form));
+        if (!form || !QTest::qWaitForWindowExposed(form)) {
+            QTest::qFail("the form didn't come up", __FILE__, __LINE__);
+            if (QWidget *other = QApplication::activeModalWidget())
+                other->close();
+            return;
+        }
         QCoreApplication::processEvents(); // a changed font comes by an event
         ran = true;
-        script(*form);
+        runIn(form, [&](Form *shown) { script(*shown); });
         if (form->isVisible()) {
             QTest::qFail("the script left the form open", __FILE__, __LINE__);
             form->done(0);

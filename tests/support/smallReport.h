@@ -15,18 +15,18 @@ inline const QStringList smallReportColumns = {
 /// `columns` are the declared ones; each row stands on a line of its own.
 inline QByteArray smallReport(const QStringList &rows,
                               const QStringList &columns = smallReportColumns) {
-    QString text = QStringLiteral("<report><table><columns>");
+    QString text = "<report><table><columns>";
     for (const QString &column : columns)
-        text += QStringLiteral("<column name=\"%1\"/>").arg(column);
-    text += QStringLiteral("</columns><rows>\n");
+        text += QString("<column name=\"%1\"/>").arg(column);
+    text += "</columns><rows>\n";
     for (const QString &row : rows) {
         const QStringList values = row.split(u'|');
-        text += QStringLiteral("<row");
+        text += "<row";
         for (qsizetype i = 0; i < values.size(); ++i)
-            text += u' ' + columns[i] + QStringLiteral("=\"") + values[i].toHtmlEscaped() + u'"';
-        text += QStringLiteral("/>\n");
+            text += u' ' + columns[i] + "=\"" + values[i].toHtmlEscaped() + u'"';
+        text += "/>\n";
     }
-    return (text + QStringLiteral("</rows></table></report>\n")).toUtf8();
+    return (text + "</rows></table></report>\n").toUtf8();
 }
 
 } // namespace veltrona::test

@@ -30,7 +30,7 @@ struct WrittenReport {
             if (redNames.contains(names[row - 1]))
                 colorRow(grid, row, red);
         }
-        grid.setTextMatrix(grid.Rows() - 1, 0, QStringLiteral("Summary"));
+        grid.setTextMatrix(grid.Rows() - 1, 0, "Summary");
         QImage graph(600, 200, QImage::Format_BGR888);
         graph.fill(QColor(200, 0, 200));
         const drawing::Picture picture(drawing::createBitmap(
@@ -39,7 +39,7 @@ struct WrittenReport {
         if (!campaign.isEmpty())
             source.selected.names = {campaign};
         source.grid = &grid;
-        source.metric = QStringLiteral("Clicks");
+        source.metric = "Clicks";
         source.options = options;
         source.copyChart = [&] { return &picture; };
         source.locale = QLocale::c();
@@ -51,7 +51,7 @@ struct WrittenReport {
 inline QStringList numberedNames(int count) {
     QStringList names = {};
     for (int i = 1; i <= count; ++i)
-        names << QStringLiteral("row %1").arg(i);
+        names << QString("row %1").arg(i);
     return names;
 }
 

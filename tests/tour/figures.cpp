@@ -25,8 +25,8 @@ void appendColumn(QStringList &lines, const Grid &grid, int col) {
         width = std::max(width, grid.TextMatrix(row, col).size());
     for (int row = 0; row < grid.Rows(); ++row) {
         const QString &text = grid.TextMatrix(row, col);
-        lines[row] += col == gridColumn::Name ? text.leftJustified(width)
-                                              : QStringLiteral("  ") + text.rightJustified(width);
+        lines[row] +=
+            col == gridColumn::Name ? text.leftJustified(width) : "  " + text.rightJustified(width);
     }
 }
 
@@ -57,9 +57,8 @@ QString gridTable(const frmMain &window) {
         if (grid.ColWidth(col) != 0)
             appendColumn(lines, grid, col);
     }
-    QString table =
-        window.findChild<ElidedLabel *>(QStringLiteral("lblSum"))->fullText() +
-        QStringLiteral(", %1 to %2\n\n").arg(day(window, "dtpStart"), day(window, "dtpEnd"));
+    QString table = window.findChild<ElidedLabel *>("lblSum")->fullText() +
+                    QString(", %1 to %2\n\n").arg(day(window, "dtpStart"), day(window, "dtpEnd"));
     for (QString &line : lines) {
         while (line.endsWith(u' '))
             line.chop(1);

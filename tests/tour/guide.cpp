@@ -45,7 +45,7 @@ void Guide::look() {
     if (!step.ready()) {
         m_steady.invalidate();
         if (m_waited.elapsed() > longestWait)
-            fail(QStringLiteral("waited in vain for %1").arg(step.aim));
+            fail(QString("waited in vain for %1").arg(step.aim));
         return;
     }
     if (!m_steady.isValid())
@@ -62,7 +62,7 @@ void Guide::look() {
 void Guide::fail(const QString &why) {
     if (!m_failure.isEmpty())
         return;
-    takePicture(QStringLiteral("failed"));
+    takePicture("failed");
     m_failure = why;
     QTextStream(stderr) << "The tour is given up: " << why << Qt::endl;
     QCoreApplication::exit(1);
@@ -95,17 +95,17 @@ void Guide::takePicture(const QString &name) {
     const qreal ratio = screen->devicePixelRatio();
     seen &= screen->geometry();
     const QString path =
-        file(QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name));
+        file(QString("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name));
     if (whole.copy(QRect(seen.topLeft() * ratio, seen.size() * ratio)).save(path))
         addFile(path);
     else
-        fail(QStringLiteral("can't save the picture %1").arg(path));
+        fail(QString("can't save the picture %1").arg(path));
 }
 
 void Guide::saveText(const QString &name, const QString &text) {
     QFile out(file(name));
     if (require(out.open(QIODevice::WriteOnly) && out.write(text.toUtf8()) >= 0 && out.flush(),
-                QStringLiteral("can't write %1").arg(out.fileName())))
+                QString("can't write %1").arg(out.fileName())))
         addFile(out.fileName());
 }
 

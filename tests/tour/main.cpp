@@ -24,13 +24,11 @@ extern "C" void giveUp(int) {
 
 /// Nothing of an earlier tour stays, so that what lies there is what this one has made.
 bool prepare(QDir &folder) {
-    if (!folder.mkpath(QStringLiteral(".")))
+    if (!folder.mkpath("."))
         return false;
-    for (const QString &old :
-         folder.entryList({QStringLiteral("[0-9][0-9]-*.png"), QStringLiteral("grid.txt"),
-                           QStringLiteral("graph.jpg"), QStringLiteral("report.html"),
-                           QStringLiteral("report.pdf")},
-                          QDir::Files))
+    for (const QString &old : folder.entryList(
+             {"[0-9][0-9]-*.png", "grid.txt", "graph.jpg", "report.html", "report.pdf"},
+             QDir::Files))
         folder.remove(old);
     return true;
 }
@@ -39,8 +37,8 @@ bool prepare(QDir &folder) {
 
 int main(int argc, char **argv) {
     const QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
-    qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
+    qputenv("XDG_DATA_HOME", home.filePath("data").toLocal8Bit());
     veltrona::Application application(argc, argv);
     // On a busy machine the letters typed into a list come far apart.
     QApplication::setKeyboardInputInterval(10'000);

@@ -22,12 +22,12 @@ public:
         const QString expected = std::exchange(awaited, {});
         if (!expected.isEmpty() && text.startsWith(expected))
             return QtDialogs::message(style, title, text);
-        m_guide.fail(QStringLiteral("a message that nobody expected: %1: %2").arg(title, text));
+        m_guide.fail(QString("a message that nobody expected: %1: %2").arg(title, text));
         return Answer::Cancel;
     }
 
     int choose(const QString &title, const QString &text, const QStringList &buttons) override {
-        m_guide.fail(QStringLiteral("a question that nobody expected: %1: %2").arg(title, text));
+        m_guide.fail(QString("a question that nobody expected: %1: %2").arg(title, text));
         return static_cast<int>(buttons.size()) - 1;
     }
 

@@ -20,16 +20,12 @@ class DateRangesTest : public QObject {
     Q_OBJECT
 private slots:
     void months_data() {
-        const test::DataTable<double, double, double, double> row("today", "first", "lastFirst",
-                                                                  "lastEnd");
+        const test::DataTable<double, double, double, double> row;
         row("January 31", day(2007, 1, 31), day(2007, 1, 1), day(2006, 12, 1), day(2006, 12, 31));
         row("leap year", day(2008, 3, 31), day(2008, 3, 1), day(2008, 2, 1), day(2008, 2, 29));
     }
     void months() {
-        QFETCH(const double, today);
-        QFETCH(const double, first);
-        QFETCH(const double, lastFirst);
-        QFETCH(const double, lastEnd);
+        const auto [today, first, lastFirst, lastEnd] = test::row<double, double, double, double>();
         const double time = 86399.0 / 86400;
         QCOMPARE(thisMonth(at(today + time)), (DateRange{first + time, today + time}));
         QCOMPARE(lastMonth(at(today + time)), (DateRange{lastFirst + time, lastEnd + time}));

@@ -40,20 +40,6 @@ private slots:
         QTEST(isoText(value), "text");
         QCOMPARE(isoText(dayNumber(value)), isoText(value).left(10));
     }
-
-    void everySecondSurvives() {
-        for (const int number : {day(1752, 1, 1), -1, 0, 32767, 65535, day(9999, 12, 31)}) {
-            for (int second = 0; second < 86400; ++second) {
-                const DateValue value = dateValue(calendarDay(number), second);
-                if (dayNumber(value) != number || secondOfDay(value) != second)
-                    QFAIL(qPrintable(QStringLiteral("%1 %2").arg(number).arg(second)));
-            }
-            const DateValue late = dateValue(calendarDay(number), 86399);
-            QCOMPARE(dateOfIsoText(isoText(late).toStdString()), std::optional<DateValue>(late));
-        }
-        const QDateTime local(QDate(2007, 3, 25), QTime(23, 59, 59, 999));
-        QCOMPARE(isoText(dateValue(local)), "2007-03-25 23:59:59");
-    }
 };
 
 QTEST_APPLESS_MAIN(DateValueTest)

@@ -1,9 +1,7 @@
 #include "core/platform/services.h"
-#include "projectFolder.h"
-#include "support/anotherUser.h"
 #include "support/dataTable.h"
-#include "support/failureOf.h"
-#include "support/fileSizeLimit.h"
+#include "support/faults.h"
+#include "support/projects.h"
 
 #include "core/platform/desktop/replacementFile.h"
 
@@ -48,7 +46,7 @@ namespace {
 const QString deep = QString(240, 'd') + '/' + QString(240, 'e') + '/';
 }
 
-class MakeProjectTest : public QObject, ProjectFolder {
+class MakeProjectTest : public QObject, test::ProjectFolder {
     Q_OBJECT
 
 private slots:
@@ -85,6 +83,8 @@ private slots:
         row("full disk", "data.dat", "p.vlt", "File too large");
     }
     void failedCopyLeavesTheOlderFile() {
+        constexpr const char *names[] = {"p.vlt", "p.vlt-journal", "protected.vlt",
+                                         "protected.vlt-journal"};
         QFETCH(QString, templateName);
         QFETCH(QString, target);
         QFETCH(QString, reason);
@@ -95,7 +95,7 @@ private slots:
         write(path("bad.dat"), bad);
         // Another user may have no way to where the program was built.
         write(path("data.dat"), contents(test::projectTemplate()));
-        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
+        for (const char *name : names)
             write(path(name), name);
         allow(path("protected.vlt"), 0444);
         allow(path("p.vlt"), 0666);
@@ -111,11 +111,12 @@ private slots:
         QVERIFY(failure->number() != 0);
         QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));
         QCOMPARE(files(), before);
-        for (const char *name : {"p.vlt", "p.vlt-journal", "protected.vlt"})
+        for (const char *name : names)
             QCOMPARE(contents(path(name)), QByteArray(name));
     }
 
     void setAsideWithAllThatBelongsToIt() {
+        const auto restore = qScopeGuard([] { services().now = Services().now; });
         services().now = [] { return QDateTime(QDate(2007, 5, 14), QTime(13, 5, 9)); };
         const QString aside = path("O'Neil set aside 2007-05-14 130509");
         for (const char *time : {"", " 2"}) {
@@ -126,13 +127,15 @@ private slots:
                 QCOMPARE(contents(aside + time + ".vlt" + part), QByteArray("old") + part);
         }
         QCOMPARE(files().size(), 6);
-        // What can't move leaves everything where it was.
-        const QString longest = path(QString(235, 'n') + ".vlt");
-        write(longest, "old");
-        write(longest + "-wal", "log");
-        QVERIFY(failureOf([&] { renameAside(longest); }));
-        QCOMPARE(contents(longest) + contents(longest + "-wal"), "oldlog");
-        services().now = Services().now;
+        // What can't move leaves everything where it was, the parts before it too.
+        write(path("b.vlt"), "old");
+        write(path("b.vlt-journal"), "journal");
+        write(path("b.vlt-wal"), "log");
+        write(path("b set aside 2007-05-14 130509.vlt-wal"), "in the way");
+        const QStringList before = files();
+        QVERIFY(failureOf([&] { renameAside(path("b.vlt")); }));
+        QCOMPARE(files(), before);
+        QCOMPARE(contents(path("b.vlt-journal")) + contents(path("b.vlt-wal")), "journallog");
     }
 
     /// Wherever it is killed, a project keeps its journal, and no other one gets it.
@@ -200,10 +203,7 @@ private slots:
             int status = -1;
             QCOMPARE(waitpid(child, &status, 0), child);
             QCOMPARE(status, 0);
-            const auto connection = openProject(file);
-            auto count = connection->prepare("SELECT count(*) FROM tblGoogleDays");
-            QVERIFY(count.step());
-            QCOMPARE(count.int64(0), 2);
+            QCOMPARE(test::recordCount(*openProject(file)), 2);
             QCOMPARE(files(), QStringList("Veltrona.vlt"));
         }
     }

@@ -1,9 +1,8 @@
 #include "core/database/dayTable.h"
 #include "core/platform/services.h"
-#include "projectFolder.h"
-#include "support/anotherUser.h"
 #include "support/dataTable.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
+#include "support/projects.h"
 
 #include <QtTest>
 
@@ -13,7 +12,7 @@
 
 using namespace veltrona;
 using sqlite::Connection;
-using test::allow, test::contents, test::write;
+using test::allow, test::contents, test::number, test::recordCount, test::write;
 
 namespace {
 
@@ -21,15 +20,6 @@ void change(const QString &path, std::string_view sql) {
     Connection connection;
     connection.open(path);
     connection.execute(sql);
-}
-
-qint64 number(const Connection &connection, std::string_view sql) {
-    sqlite::Statement statement = connection.prepare(sql);
-    return statement.step() ? statement.int64(0) : -1;
-}
-
-qint64 records(const Connection &connection) {
-    return number(connection, "SELECT count(*) FROM tblGoogleDays");
 }
 
 void addRecords(const QString &path, int count) {
@@ -83,7 +73,7 @@ using Spoil = std::function<void(const QString &path)>;
 
 Q_DECLARE_METATYPE(Spoil)
 
-class ProjectFileTest : public QObject, ProjectFolder {
+class ProjectFileTest : public QObject, test::ProjectFolder {
     Q_OBJECT
 
     /// Nothing is played back, nothing else is touched, and the text says what to do.
@@ -105,7 +95,7 @@ private slots:
     void init() { renewFolder(); }
 
     void badProjectIsRefused_data() {
-        const test::DataTable<int, QString, Spoil> row("fault", "reason", "spoil");
+        const test::DataTable<int, QString, Spoil> row;
         const auto bytes = [](const QByteArray &content) {
             return [content](const QString &path) { write(path, content); };
         };
@@ -115,7 +105,16 @@ private slots:
         const auto sql = [](std::string_view text) {
             return [text](const QString &path) { change(path, text); };
         };
+        const auto byte = [](qsizetype place, char value) {
+            return [=](const QString &path) {
+                QByteArray content = contents(path);
+                content[place] = value;
+                write(path, content);
+            };
+        };
         row("empty", noProject, "empty", bytes({}));
+        row("another application's", noProject, "not one of Veltrona", byte(70, 0));
+        row("of the next version", newerProject, "newer", byte(63, 2));
         row("a byte", noProject, "too short", bytes("x"));
         row("cut in the header", noProject, "too short", cut(60));
         row("cut in a page", damagedProject, "damaged", cut(20000));
@@ -178,7 +177,7 @@ private slots:
     }
 
     void journalIsRefused_data() {
-        const test::DataTable<QString, Spoil> row("reason", "spoil");
+        const test::DataTable<QString, Spoil> row;
         const auto beside = [](const char *suffix, auto make) {
             return [suffix, make](const QString &path) { make(QFile::encodeName(path + suffix)); };
         };
@@ -228,33 +227,32 @@ private slots:
     }
 
     void journalIsRefused() {
-        QFETCH(QString, reason);
-        QFETCH(Spoil, spoil);
+        const auto [reason, spoil] = test::row<QString, Spoil>();
         addRecords(project(), 200);
         write(path("letter"), "Dear Anna");
         verifyRefused(path("p.vlt"), spoil, reason);
     }
 
     void badProjectIsRefused() {
-        QFETCH(int, fault);
-        QFETCH(QString, reason);
-        QFETCH(Spoil, spoil);
+        const auto [fault, reason, spoil] = test::row<int, QString, Spoil>();
         const auto failure = verifyRefused(project("O'Neil #1.vlt"), spoil, reason);
         QCOMPARE(failure.number() & 0xff, fault);
     }
 
-    /// A file that can be written, in a folder that takes no journal.
-    void projectInAReadOnlyFolderIsRefused() {
+    void whatCannotBeWrittenIsRefused_data() {
+        const test::DataTable<int, int, QString> row;
+        row("the file", 0444, 0777, "read-only");
+        row("the folder, which takes no journal", 0666, 0755, "folder can't be written");
+    }
+    void whatCannotBeWrittenIsRefused() {
+        const auto [fileMode, folderMode, reason] = test::row<int, int, QString>();
         const QString file = project();
-        const QByteArray before = contents(file);
-        allow(file, 0666);
-        allow(folder(), 0755);
+        allow(file, fileMode);
+        allow(folder(), folderMode);
         const AnotherUser user;
         QVERIFY(user.works());
-        const auto failure = failureOf([&] { openProject(file); });
-        QVERIFY(failure);
-        QVERIFY2(failure->text().contains("folder can't be written"), qPrintable(failure->text()));
-        QCOMPARE(contents(file), before);
+        verifyRefused(
+            file, [](const QString &) {}, reason);
     }
 
     /// A crash in the middle of a batch, or before its end is sealed: the next start takes it back.
@@ -266,7 +264,7 @@ private slots:
             write(file + "-journal", journalOf(file, end));
             const auto crashed = openProject(file);
             QCOMPARE(number(*crashed, "SELECT sum(Clicks) FROM tblGoogleDays"), 0);
-            QCOMPARE(records(*crashed), 200);
+            QCOMPARE(recordCount(*crashed), 200);
         }
     }
 
@@ -285,7 +283,7 @@ private slots:
         change(file, "CREATE TRIGGER evil AFTER INSERT ON tblGoogleDays BEGIN DELETE FROM "
                      "tblGoogleDays; END");
         addRecords(file, 100);
-        QCOMPARE(records(*openProject(file)), 100);
+        QCOMPARE(recordCount(*openProject(file)), 100);
     }
 
     /// Another tool has split the project into several files.
@@ -295,8 +293,9 @@ private slots:
         const auto connection = openProject(file);
         connection->execute("INSERT INTO tblGoogleDays (Clicks, CreativeId) VALUES (1, 1)");
         QCOMPARE(files(), QStringList("p.vlt"));
+        QCOMPARE(number(*connection, "PRAGMA synchronous"), 2); // FULL
         QVERIFY(QFile::copy(file, path("mailed.vlt")));
-        QCOMPARE(records(*openProject(path("mailed.vlt"))), 2);
+        QCOMPARE(recordCount(*openProject(path("mailed.vlt"))), 2);
     }
 
     void cleanGivesTheSpaceBack() {
@@ -305,7 +304,7 @@ private slots:
         QVERIFY(QFileInfo(file).size() > 100000);
         const auto connection = openProject(file);
         cleanProject(*connection);
-        QCOMPARE(records(*connection), 0);
+        QCOMPARE(recordCount(*connection), 0);
         QCOMPARE(QFileInfo(file).size(), QFileInfo(test::projectTemplate()).size());
     }
 
@@ -318,7 +317,7 @@ private slots:
         QVERIFY(running.step()); // VACUUM refuses to run beside another statement
         const qint64 size = QFileInfo(file).size();
         cleanProject(*connection);
-        QCOMPARE(records(*connection), 0);
+        QCOMPARE(recordCount(*connection), 0);
         QCOMPARE(QFileInfo(file).size(), size);
     }
 
@@ -331,7 +330,7 @@ private slots:
         QVERIFY(running.step());
         QCOMPARE(failureOf([&] { cleanProject(*connection); })->number(), 5);
         running = {};
-        QCOMPARE(records(*connection), 100);
+        QCOMPARE(recordCount(*connection), 100);
     }
 };
 

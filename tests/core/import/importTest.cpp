@@ -2,7 +2,7 @@
 #include "core/import/progress.h"
 #include "core/platform/services.h"
 #include "support/dataTable.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
 #include "support/recordTable.h"
 #include "support/testFolder.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/picture/ijl.h"
 #include "support/dialogRecorder.h"
-#include "support/fileSizeLimit.h"
+#include "support/faults.h"
 #include "support/testFolder.h"
 
 #include <QImage>

@@ -2,8 +2,7 @@
 #include "core/base/command.h"
 #include "core/platform/services.h"
 #include "core/platform/sqlite/recordScan.h"
-#include "support/failureOf.h"
-#include "support/fileSizeLimit.h"
+#include "support/faults.h"
 #include "support/testFolder.h"
 
 #include <QtTest>
@@ -33,7 +32,7 @@ qint64 count(const Connection &connection) {
 class ConnectionTest : public QObject, test::TestFolder {
     Q_OBJECT
 
-    QString makeDatabase(const QString &name = QStringLiteral("p.vlt")) const {
+    QString makeDatabase(const QString &name = "p.vlt") const {
         const QString file = test::write(path(name), {});
         Connection connection;
         connection.open(file);
@@ -185,8 +184,38 @@ private slots:
             BusyTimeout other;
             QVERIFY(!timeout.wait(0) && !other.wait(0)); // for all connections
         }
+        lockWait = 300;
+        QVERIFY(timeout.wait(0));
+        QThread::msleep(310);
+        QVERIFY(timeout.wait(0)); // each wait by a clock of its own
+
+        // A commit shows that the other program has finished: the next lock is waited for again.
         const CommandScope next;
         QVERIFY(timeout.wait(0));
+        Connection first;
+        first.open(makeDatabase());
+        Connection second;
+        second.open(path("p.vlt"));
+        const auto insert = [&] { first.execute("INSERT INTO t (n) VALUES (random())"); };
+        lockWait = 1;
+        lockWaitOfCommand = never;
+        second.execute("BEGIN EXCLUSIVE");
+        QVERIFY(failureOf(insert));
+        second.execute("COMMIT");
+        {
+            Transaction transaction(first);
+            insert();
+            transaction.commit();
+        }
+        lockWait = never;
+        second.execute("BEGIN EXCLUSIVE");
+        std::thread writer([&] {
+            QThread::msleep(50);
+            second.execute("COMMIT");
+        });
+        const auto failure = failureOf(insert);
+        writer.join();
+        QVERIFY(!failure);
     }
 
     void readsOneStateWhileAnotherCommits() {

@@ -1,7 +1,7 @@
 #include "core/platform/desktop/replacementFile.h"
 
 #include "core/platform/desktop/endSignals.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
 #include "support/testFolder.h"
 
 #include <QProcess>

@@ -2,7 +2,7 @@
 // state.
 #include "core/platform/desktop/spooler.h"
 #include "support/dataTable.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
 
 #include <QTest>
 

@@ -2,9 +2,8 @@
 
 #include "core/picture/drawing.h"
 #include "core/platform/services.h"
-#include "support/anotherUser.h"
 #include "support/dialogRecorder.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
 #include "support/testFolder.h"
 
 #include <QTest>

@@ -2,7 +2,7 @@
 #include "core/shell/analysisView.h"
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"
-#include "support/failureOf.h"
+#include "support/faults.h"
 #include "support/recordTable.h"
 
 #include <QTest>

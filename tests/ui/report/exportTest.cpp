@@ -2,7 +2,7 @@
 // handler is a stub that records what it is given.
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
-#include "support/fileSizeLimit.h"
+#include "support/faults.h"
 #include "support/mainWindow.h"
 #include "support/shownForm.h"
 #include "support/testFolder.h"

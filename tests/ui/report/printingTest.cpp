@@ -1,7 +1,6 @@
 // Reports printed to PDF files, as the tools of poppler read them.
 #include "ui/report/printing.h"
-#include "support/failureOf.h"
-#include "support/fileSizeLimit.h"
+#include "support/faults.h"
 #include "support/pixels.h"
 #include "support/testFolder.h"
 #include "support/writtenReport.h"

@@ -160,6 +160,8 @@ private slots:
         QCOMPARE(enter(0), keyword);
         QCOMPARE(enter(0), keyword + " > KeywordType: 'Exact'");
         QCOMPARE(enter(0), keyword + " > KeywordType: 'Exact'");
+        m_home->importRows({"|g|k|Exact|Search Only|2007-05-07|1"});
+        QCOMPARE(enter(3), "Campaign Summary"); // the spacer is no row without a name
     }
 
     void lettersFindTheNextNode() {

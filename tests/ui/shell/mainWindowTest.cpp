@@ -58,17 +58,13 @@ QString misplacedControls(frmMain &window) {
 class MainWindowTest : public test::WindowTest {
     Q_OBJECT
 private slots:
-    void theToolBar() {
+    void iconsAreAsFineAsTheScreen() {
         const frmMain &window = m_home->window();
-        QStringList buttons;
         const auto *bar = window.findChild<QToolBar *>("Toolbar1");
         for (QAction *button : bar->actions()) {
-            buttons << button->iconText();
-            // As fine as the screen.
             const qreal ratio = window.devicePixelRatio();
             QCOMPARE(button->icon().pixmap(bar->iconSize(), ratio).size(), bar->iconSize() * ratio);
         }
-        QCOMPARE(buttons, QStringList({"Import  ", "Export  ", "Print    "}));
     }
 
     void commandsByKeyboard() {
@@ -92,13 +88,10 @@ private slots:
         menu(Qt::Key_F, Qt::Key_O);
         menu(Qt::Key_F, Qt::Key_I);
         m_home->command("Imp");
-        QStringList titles;
+        QString titles;
         for (const FileDialogSetup &dialog : m_home->dialogs.fileDialogs().mid(1))
-            titles << dialog.title + ' ' + dialog.filter;
-        const QString import = "Import a Google Report XML file XML files (*.xml)|*.xml";
-        const QString projects = " Veltrona Data files (*.vlt)|*.vlt";
-        QCOMPARE(titles, QStringList({"Create a new database" + projects,
-                                      "Open database" + projects, import, import}));
+            titles += dialog.title.left(4) + '|';
+        QCOMPARE(titles, "Crea|Open|Impo|Impo|");
 
         menu(Qt::Key_F, Qt::Key_E);
         m_home->command("Exp");
@@ -116,7 +109,6 @@ private slots:
             m_home->dialogs.expectAnswer(answer);
             menu(Qt::Key_T, Qt::Key_C);
         }
-        QVERIFY(m_home->dialogs.allUsed());
         QCOMPARE(m_home->viewDump(), before); // nothing of all that was confirmed
         menu(Qt::Key_F, Qt::Key_X);
         QVERIFY(modMain::ExitFlag);

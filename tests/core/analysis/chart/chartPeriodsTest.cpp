@@ -2,23 +2,20 @@
 #include "core/analysis/chart/chartPeriods.h"
 
 #include "support/dataTable.h"
+#include "support/recordTable.h"
 
 #include <QTest>
 
 using namespace veltrona;
+using test::day;
 
 namespace {
-
-DateValue date(const char *isoText) {
-    return dateOfIsoText(isoText).value();
-}
 
 /// The bars as "label: first..last".
 QStringList described(const std::vector<ChartBar> &bars) {
     QStringList list;
     for (const ChartBar &bar : bars)
-        list +=
-            QStringLiteral("%1: %2..%3").arg(bar.label, isoText(bar.fromDay), isoText(bar.toDay));
+        list += QString("%1: %2..%3").arg(bar.label, isoText(bar.fromDay), isoText(bar.toDay));
     return list;
 }
 
@@ -30,7 +27,7 @@ class ChartPeriodsTest : public QObject {
     Q_OBJECT
 private slots:
     void choice_data() {
-        const test::DataTable<int, DateRange, ChartPeriods> row("grouping", "range", "expected");
+        const test::DataTable<int, DateRange, ChartPeriods> row;
         using enum ChartUnit;
         const auto days = [&](const char *name, int grouping, int count, ChartPeriods expected) {
             row(name, grouping, {36526.0, 36526.0 + count - 1}, expected);
@@ -46,7 +43,7 @@ private slots:
         days("725 weeks go by months", 1, 5075, {Month, 84, 2});
 
         const auto range = [](const char *start, const char *end) {
-            return DateRange{date(start), date(end)};
+            return DateRange{day(start), day(end)};
         };
         row("within a month", 2, range("2007-01-05", "2007-01-31"), {Month, 1, 1});
         row("725 months go by years", 2, range("1950-01-01", "2010-05-01"), {Year, 60, 1});
@@ -56,9 +53,7 @@ private slots:
         row("reversed by days", 0, range("2007-05-14", "2007-05-13"), {Day, 1, 1});
     }
     void choice() {
-        QFETCH(const int, grouping);
-        QFETCH(const DateRange, range);
-        QFETCH(const ChartPeriods, expected);
+        const auto [grouping, range, expected] = test::row<int, DateRange, ChartPeriods>();
         const ChartPeriods chosen = choosePeriods(grouping, range);
         QCOMPARE(chosen.unit, expected.unit);
         QCOMPARE(chosen.count, expected.count);
@@ -69,8 +64,7 @@ private slots:
     }
 
     void bars_data() {
-        const test::DataTable<ChartPeriods, QString, QStringList> row("periods", "start",
-                                                                      "expected");
+        const test::DataTable<ChartPeriods, QString, QStringList> row;
         using enum ChartUnit;
         row("days over the leap day", {Day, 4, 2}, "2008-02-25",
             {"Feb 25: 2008-02-25..2008-02-25", "Feb 27: 2008-02-26..2008-02-27",
@@ -86,15 +80,14 @@ private slots:
              "2016: 2012-03-01..2016-02-29"});
     }
     void bars() {
-        QFETCH(const ChartPeriods, periods);
-        QFETCH(const QString, start);
-        QTEST(described(emptyBars(periods, date(qPrintable(start)))), "expected");
+        const auto [periods, start, expected] = test::row<ChartPeriods, QString, QStringList>();
+        QCOMPARE(described(emptyBars(periods, day(start))), expected);
     }
 
     void longestRange() {
-        const ChartPeriods periods = choosePeriods(0, {date("1752-01-01"), date("9999-12-31")});
+        const ChartPeriods periods = choosePeriods(0, {day("1752-01-01"), day("9999-12-31")});
         QCOMPARE(periods, (ChartPeriods{ChartUnit::Year, 1031, 8}));
-        QCOMPARE(described(emptyBars(periods, date("1752-01-01"))).last(),
+        QCOMPARE(described(emptyBars(periods, day("1752-01-01"))).last(),
                  "9992: 9984-01-02..9992-01-01");
     }
 };

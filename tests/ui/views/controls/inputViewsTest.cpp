@@ -81,7 +81,9 @@ private slots:
         QCalendarWidget *calendar = window.date.calendarWidget();
         QTest::keyClick(calendar->focusProxy() ? calendar->focusProxy() : calendar, Qt::Key_Down);
         QCOMPARE(window.changes, 0); // still looking for a day
-        QTest::keyClick(calendar->focusProxy() ? calendar->focusProxy() : calendar, Qt::Key_Return);
+        auto *days = calendar->findChild<QTableView *>();
+        QTest::mouseClick(days->viewport(), Qt::LeftButton, {},
+                          days->visualRect(days->currentIndex()).center());
         QTRY_COMPARE(shown(window.picker), "2007-05-21 12:00:00");
         QCOMPARE(window.changes, 1);
     }
@@ -110,6 +112,10 @@ private slots:
     // In this zone the clock skips the midnight of that day.
     void holdsADayWithoutMidnight() {
         const QByteArray before = qgetenv("TZ");
+        const auto restore = qScopeGuard([&] {
+            qputenv("TZ", before);
+            tzset();
+        });
         qputenv("TZ", "America/Sao_Paulo");
         tzset();
         Window window;
@@ -120,16 +126,15 @@ private slots:
         QTest::keyClick(&window.date, Qt::Key_Up);
         QTest::keyClick(&window.date, Qt::Key_Down);
         QCOMPARE(shown(window.picker), "2007-10-14");
-        qputenv("TZ", before);
-        tzset();
     }
 
     void theWheelNeedsTheFocus() {
         Window window;
+        window.combo.setListIndex(1);
         wheel(window.date);
         wheel(window.list);
         QCOMPARE(window.changes, 0);
-        QVERIFY(window.clicks.isEmpty());
+        QCOMPARE(window.clicks, QList<int>{1}); // the program's own
     }
 
     void aChoiceIsToldEachTime() {

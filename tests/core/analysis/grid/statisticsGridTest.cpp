@@ -87,14 +87,13 @@ private slots:
 
     void colors_data() {
         // Of the rows, the spacer, the summary.
-        const test::DataTable<QStringList, QString> row("raw", "colors");
+        const test::DataTable<QStringList, QString> row;
         row("one lost, one earned", {lost, earned}, "rggg");
         row("more lost", {lost, lost, earned}, "rrggr");
         row("even is green", {"c|1|1|0%|0|2|0|0%||0|2|0%|0||"}, "ggg");
     }
     void colors() {
-        QFETCH(QStringList, raw);
-        QFETCH(QString, colors);
+        const auto [raw, colors] = test::row<QStringList, QString>();
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
         pour(grid, raw);
@@ -121,6 +120,16 @@ private slots:
         QVERIFY(grid.isLoss(grid.Rows() - 1) && !grid.isLoss(1));
         grid.Clear();
         QVERIFY(!grid.isLoss(grid.Rows() - 1));
+    }
+
+    void theNextProjectsSummaryKeepsItsColor() {
+        Grid grid(gridColumn::Count);
+        initGrid(grid, true);
+        pour(grid, {earned, lost, earned});
+        sumUp(grid, true);
+        QCOMPARE(grid.cellColor(2, 0), red);
+        initGrid(grid, false);
+        QCOMPARE(grid.cellColor(2, 0), green); // the summary's own, not the data row's
     }
 };
 

@@ -2,6 +2,7 @@
 #include "ui/views/dialogs/qtDialogs.h"
 
 #include "support/dataTable.h"
+#include "support/shownForm.h"
 #include "support/testFolder.h"
 #include "ui/views/hourglass.h"
 
@@ -34,7 +35,7 @@ void whenUp(QList<std::function<void(QWidget *)>> scripts) {
         }
         const auto script = scripts.takeFirst();
         whenUp(scripts);
-        script(window);
+        test::runIn(window, script);
     });
 }
 
@@ -100,7 +101,7 @@ private slots:
         QtDialogs dialogs;
         whenUp({[](QWidget *window) {
             auto *box = static_cast<QMessageBox *>(window);
-            QCOMPARE(box->text(), QString("<b>a</b>&amp;\nb\nc\nd"));
+            QCOMPARE(box->text(), "<b>a</b>&amp;\nb\nc\nd");
             const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
             QCOMPARE(label->textFormat(), Qt::PlainText);
             QVERIFY(label->height() >= 4 * label->fontMetrics().height());
@@ -174,13 +175,13 @@ private slots:
             qobject_cast<QMessageBox *>(window)->button(QMessageBox::Yes)->click();
         };
         whenUp({choosing("a"), declining, choosing("b")});
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("b.vlt"));
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "b.vlt");
         whenUp({choosing("a"), accepting});
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "a.vlt");
         whenUp({choosing("a"), declining, pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.saveFile(setup), QString());
         whenUp({choosing("a")});
-        QCOMPARE(QFileInfo(dialogs.openFile(setup)).fileName(), QString("a.vlt"));
+        QCOMPARE(QFileInfo(dialogs.openFile(setup)).fileName(), "a.vlt");
         setup.confirmsCreation = true;
         whenUp({choosing("new"),
                 [](QWidget *window) {
@@ -189,12 +190,12 @@ private slots:
                     pressing(Qt::Key_Escape)(window);
                 },
                 choosing("new"), pressing(Qt::Key_Return)}); // Yes is the default
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("new.vlt"));
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "new.vlt");
         setup.confirmsCreation = false;
         // A rule of the caller's in the place of the default extension.
-        setup.finalName = [](const QString &name) { return name + QStringLiteral(".vlt"); };
+        setup.finalName = [](const QString &name) { return name + ".vlt"; };
         whenUp({choosing("a"), accepting});
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), QString("a.vlt"));
+        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "a.vlt");
     }
 };
 

@@ -7,14 +7,11 @@
 #include <QTest>
 
 using namespace veltrona;
+using test::day;
 
 namespace {
 
 enum Grouping { Days, Weeks, Months };
-
-DateValue day(const QString &text) {
-    return *dateOfIsoText(text.toStdString());
-}
 
 } // namespace
 
@@ -29,8 +26,7 @@ private slots:
     }
 
     void sentences_data() {
-        const test::DataTable<int, QString, QString, QString, QString> row("grouping", "start",
-                                                                           "end", "notice", "note");
+        const test::DataTable<int, QString, QString, QString, QString> row;
         const QString all = "The project has records from 14 May 2007 to 2 Jun 2007; "
                             "the date range \"All\" shows them.";
         const QString uncounted = "The records of this period lie on days that no bar counts.";
@@ -60,14 +56,13 @@ private slots:
             "Each bar after the first counts 2 years, 1900 to 2006.");
     }
     void sentences() {
-        QFETCH(int, grouping);
-        QFETCH(QString, start);
-        QFETCH(QString, end);
+        const auto [grouping, start, end, notice, note] =
+            test::row<int, QString, QString, QString, QString>();
         const ChartRequest request{9, grouping, {day(start), day(end)}, false, {}};
         ProjectRecords records(m_table->connection());
         const ChartTexts texts = queryChartSeries(records, request).texts;
-        QTEST(texts.notice, "notice");
-        QTEST(texts.note, "note");
+        QCOMPARE(texts.notice, notice);
+        QCOMPARE(texts.note, note);
     }
 
     void anEmptyProjectAndAnEmptyNode() {

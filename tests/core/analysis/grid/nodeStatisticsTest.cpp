@@ -43,7 +43,7 @@ private slots:
         record("Shoes", 1, 3000000, -2);
         table.connection().execute("COMMIT");
         ProjectRecords records(table.connection());
-        const DateValue day = dateValue(CalendarDay{2007, 5, 14});
+        const DateValue day = test::day("2007-05-14");
         QCOMPARE(shown(queryNodeStatistics(records, {}, {day, day})).mid(1, 2),
                  QStringList({"Shoes|1|0|0%|0|3|-2|-2%|-1500000|0|0|-100%|0||",
                               "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||"}));
@@ -56,7 +56,7 @@ private slots:
 
     // From the table to tree, grid, chart and report, and back to the records by the node's path.
     void keepsEveryCharacterOfAName() {
-        const QStringList names = {QStringLiteral("\uFEFF\uFEFFmark"),
+        const QStringList names = {"\uFEFF\uFEFFmark",
                                    QString::fromLatin1("a\0b", 3),
                                    textOf("\xFFz\xED\xA0\x80"),
                                    textOf("\xFE\U0001F600z"),
@@ -67,7 +67,7 @@ private slots:
             table.insert({{"Campaign", name}, {"GoogleDate", "2007-05-14"}, {"Clicks", 7}});
         Tree tree;
         buildNavigationTree(table.connection(), "", tree);
-        const DateValue day = dateValue(CalendarDay{2007, 5, 14});
+        const DateValue day = test::day("2007-05-14");
         const int clicks = int(chartMetrics().indexOf("Clicks"));
         QStringList found;
         for (const std::size_t bound : {std::size_t(0), ProjectRecords::maxBytes}) {

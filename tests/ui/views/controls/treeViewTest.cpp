@@ -3,9 +3,9 @@
 #include "ui/views/controls/treeModel.h"
 
 #include "support/dataTable.h"
+#include "support/pixels.h"
 
 #include <QAbstractItemModelTester>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace veltrona;
@@ -37,8 +37,8 @@ struct Shown {
         root = tree.Nodes().Add(nullptr, child, "0-", "Root", 1);
         root->Expanded = true;
         for (const QString &name : names) {
-            TreeNode *node = tree.Nodes().Add(root, child, QStringLiteral("1-") + name, name, 1);
-            tree.Nodes().Add(node, child, QStringLiteral("2-") + name, "Leaf", 1);
+            TreeNode *node = tree.Nodes().Add(root, child, "1-" + name, name, 1);
+            tree.Nodes().Add(node, child, "2-" + name, "Leaf", 1);
         }
         tree.endRebuild();
         tree.setSelectedItem(root);
@@ -134,22 +134,20 @@ private slots:
         const QImage arrow = shown.view.viewport()
                                  ->grab({item.left() - indent, item.top(), indent, item.height()})
                                  .toImage();
-        int lightest = 0;
-        for (int at = 0; at < arrow.width() * arrow.height(); ++at)
-            lightest = qMax(lightest, qGray(arrow.pixel(at % arrow.width(), at / arrow.width())));
-        QVERIFY2(lightest > 180, qPrintable(QString::number(lightest)));
+        QVERIFY(!test::areaOf(arrow, [](const QColor &color) {
+                     return qGray(color.rgb()) > 180;
+                 }).isNull());
     }
 
     // Closing a node over the selected one moves the selection to it, which is a move by the user.
     void movesByKeyAreTold_data() {
-        const test::DataTable<QList<int>, QStringList> row("keys", "told");
+        const test::DataTable<QList<int>, QStringList> row;
         row("end", {Qt::Key_End}, {"Delta"});
         row("into and back", {Qt::Key_Right, Qt::Key_Left}, {"Root"});
         row("gathered", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down}, {"Delta"});
     }
     void movesByKeyAreTold() {
-        QFETCH(QList<int>, keys);
-        QFETCH(QStringList, told);
+        const auto [keys, told] = test::row<QList<int>, QStringList>();
         Shown shown;
         for (const int key : keys) {
             QKeyEvent press(QEvent::KeyPress, key, {});

@@ -83,25 +83,6 @@ private slots:
         QCOMPARE(tree.Nodes().Count(), 7);
     }
 
-    void textsSetFromOutsideAndNamesHeldOnce() {
-        test::RecordTable table;
-        add(table, "c", "g", "keyword", "Broad");
-        add(table, "c", "h", "keyword", "Broad");
-        Tree tree;
-        buildNavigationTree(table.connection(), "p", tree);
-        TreeNode *campaign = find(tree, {"c"});
-        campaign->setKey("the key");
-        campaign->setText(QString());
-        campaign->setTag("the tag");
-        QCOMPARE(campaign->Key() + campaign->Text() + campaign->Tag(), "the keythe tag");
-        const TreeNode *keyword = campaign->Children[0]->Children[0]->Children[0];
-        QVERIFY(keyword->Key().startsWith("4-Campain: 'c' > Adgroup: 'g' >"));
-        QVERIFY(keyword->Tag().startsWith(" AND campaign='c' AND adGroup='g' AND"));
-        const TreeNode *same = campaign->Children[1]->Children[0]->Children[0];
-        QCOMPARE(keyword->Text().constData(), same->Text().constData());
-        QCOMPARE(find(tree, {})->Children[0], campaign);
-    }
-
     void branchesWhateverTheTableHolds() {
         test::RecordTable table;
         add(table, "c", "g", "content word", "Broad", "Content Only");
