@@ -275,7 +275,7 @@ private slots:
         declareOtherwise(file, QRegularExpression("Clicks +NUMERIC"), "Clicks TEXT");
         change(file, "CREATE INDEX names ON tblGoogleDays (Campaign COLLATE NOCASE)");
         addRecords(file, 100);
-        QCOMPARE(records(*openProject(file)), 100);
+        QCOMPARE(recordCount(*openProject(file)), 100);
     }
 
     void foreignTriggersNeverRun() {
