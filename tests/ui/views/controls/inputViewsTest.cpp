@@ -84,7 +84,8 @@ private slots:
         auto *days = calendar->findChild<QTableView *>();
         QTest::mouseClick(days->viewport(), Qt::LeftButton, {},
                           days->visualRect(days->currentIndex()).center());
-        QTRY_COMPARE(shown(window.picker), "2007-05-21 12:00:00");
+        QCoreApplication::sendPostedEvents(&window.date); // but no event that moves the focus
+        QCOMPARE(shown(window.picker), "2007-05-21 12:00:00");
         QCOMPARE(window.changes, 1);
     }
 
