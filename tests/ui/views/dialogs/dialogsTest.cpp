@@ -69,7 +69,7 @@ private slots:
     void answers_data() {
         const test::DataTable<int, Answer, Answer, int> row("style", "enter", "escape", "icon");
         row("36", 36, Answer::Yes, Answer::No, QMessageBox::Question);
-        row("48", 48, Answer::Ok, Answer::Ok, QMessageBox::Question);
+        row("48", 48, Answer::Ok, Answer::Ok, QMessageBox::Warning);
         row("49", 49, Answer::Ok, Answer::Cancel, QMessageBox::Warning);
         row("275", 275, Answer::No, Answer::Cancel, QMessageBox::Critical);
     }
