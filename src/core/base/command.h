@@ -4,8 +4,7 @@
 
 namespace veltrona {
 
-/// Marks a command while it lives; one inside another belongs to the outer one. A thread has its
-/// own.
+/// RAII marker for a running command. Nested scopes count as the outermost; state is per thread.
 class CommandScope {
 public:
     CommandScope() { s_begun += s_depth++ == 0; }

@@ -6,9 +6,9 @@
 #include "core/platform/desktop/browser.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/frmPrev.h"
+#include "ui/views/busyCursor.h"
 #include "ui/views/controls/formCheckBox.h"
 #include "ui/views/dialogs/forms.h"
-#include "ui/views/hourglass.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -127,7 +127,7 @@ void frmOutput::cmdClose_Click() {
 }
 
 Report frmOutput::doExport(const QString &strFilename, bool doColor) {
-    const Hourglass hourglass;
+    const BusyCursor busy;
     m_source.options = {.graph = chkOpts[0]->isChecked(),
                         .details = chkOpts[1]->isChecked(),
                         .dateAndTime = chkOpts[2]->isChecked(),

@@ -4,8 +4,8 @@
 #include "core/base/product.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/printing.h"
+#include "ui/views/busyCursor.h"
 #include "ui/views/dialogs/forms.h"
-#include "ui/views/hourglass.h"
 
 #include <QKeyEvent>
 #include <QPushButton>
@@ -163,7 +163,7 @@ void frmPrev::zoomBy(int steps) {
         steps == 0 ? 1 : std::clamp(m_page->zoom() * std::pow(step, steps), minZoom, maxZoom);
     const QScrollBar &bar = *wbPP->verticalScrollBar();
     const double place = double(bar.value()) / std::max(1, bar.maximum());
-    const Hourglass hourglass;
+    const BusyCursor busy;
     m_page->setZoom(zoom);
     wbPP->verticalScrollBar()->setValue(qRound(place * bar.maximum()));
 }
@@ -179,7 +179,7 @@ void frmPrev::keyPressEvent(QKeyEvent *event) {
 
 /// If the report can't be loaded, the browser shows the reason and nothing can be printed.
 void frmPrev::Navigate(const QString &fileName) {
-    const Hourglass hourglass;
+    const BusyCursor busy;
     try {
         m_page = std::make_unique<ReportDocument>(fileName, report);
         wbPP->setDocument(m_page.get());

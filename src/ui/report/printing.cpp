@@ -8,7 +8,7 @@
 #include "core/platform/services.h"
 #include "ui/report/pagination.h"
 #include "ui/report/reportDocument.h"
-#include "ui/views/hourglass.h"
+#include "ui/views/busyCursor.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QFile>
@@ -39,7 +39,7 @@ public:
         QPrintDialog dialog(&printer, owner);
         if (dialog.exec() != QDialog::Accepted)
             return;
-        const Hourglass hourglass;
+        const BusyCursor busy;
         printReport(report, printer);
     }
 };

@@ -17,7 +17,7 @@
 #include "ui/shell/frmMain.h"
 #include "ui/shell/frmOptions.h"
 #include "ui/shell/mainSurface.h"
-#include "ui/views/hourglass.h"
+#include "ui/views/busyCursor.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -195,7 +195,7 @@ void frmMain::mnuClean_Click() {
         QStringLiteral("Are you sure you want to erase all of the database contents?"));
     if (answer != Answer::Yes)
         return;
-    const Hourglass hourglass;
+    const BusyCursor busy;
     cleanProject(*modMain::DbConn);
     loadDefaults();
 }
@@ -246,7 +246,7 @@ bool frmMain::importReport(const QString &path, const QString &note) {
 /// Reports why the file can't be loaded.
 bool frmMain::loadDocument(const QString &path, const QString &note) {
     {
-        const Hourglass hourglass;
+        const BusyCursor busy;
         if (modMain::ReportDoc->load(path))
             return true;
     }

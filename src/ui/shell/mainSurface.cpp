@@ -1,5 +1,6 @@
 #include "ui/shell/mainSurface.h"
 
+#include "ui/views/busyCursor.h"
 #include "ui/views/controls/chartView.h"
 #include "ui/views/controls/comboBoxView.h"
 #include "ui/views/controls/datePickerView.h"
@@ -7,7 +8,6 @@
 #include "ui/views/controls/gridView.h"
 #include "ui/views/controls/treeView.h"
 #include "ui/views/dialogs/forms.h"
-#include "ui/views/hourglass.h"
 
 #include <QLineEdit>
 
@@ -78,7 +78,7 @@ AnalysisScreen MainSurface::screen() {
             },
         .setCaption = [this](const QString &caption) { lblSum->setFullText(caption); },
         .setRootDescription = [this](const QString &text) { m_tree->setRootDescription(text); },
-        .busy = [] { return std::make_shared<Hourglass>(); },
+        .busy = [] { return std::make_shared<BusyCursor>(); },
     };
 }
 

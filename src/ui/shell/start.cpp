@@ -18,8 +18,8 @@ namespace veltrona {
 
 namespace {
 
-/// Tells a screen reader of the control that has the keys, or of the item in it.
-void tellFocus(bool itemsOnly) {
+/// Notifies a screen reader of the control that has the focus, or of the item in it.
+void notifyFocus(bool itemsOnly) {
     QWidget *widget = QAccessible::isActive() ? QApplication::focusWidget() : nullptr;
     QAccessibleInterface *face = widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
     if (!face)
@@ -35,19 +35,19 @@ void tellFocus(bool itemsOnly) {
 } // namespace
 
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
-    // No display name: the toolkit would append it to every caption.
+    // No display name: Qt would append it to every caption.
     setApplicationName(productName);
     setApplicationVersion(programVersion());
     setDesktopFileName(QStringLiteral("org.veltrona.%1").arg(productName));
     setWindowIcon(icon(QStringLiteral("veltrona")));
     // The main window decides when the run ends; a message box at a bad start doesn't.
     setQuitOnLastWindowClosed(false);
-    // The toolkit tells of a window after the control in it, and of a control after its item.
+    // Qt reports a window after the control in it, and a control after its item.
     connect(
-        this, &QGuiApplication::focusWindowChanged, this, [] { tellFocus(false); },
+        this, &QGuiApplication::focusWindowChanged, this, [] { notifyFocus(false); },
         Qt::QueuedConnection);
     connect(
-        this, &QApplication::focusChanged, this, [] { tellFocus(true); }, Qt::QueuedConnection);
+        this, &QApplication::focusChanged, this, [] { notifyFocus(true); }, Qt::QueuedConnection);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event) {

@@ -5,7 +5,7 @@
 
 namespace veltrona {
 
-/// Catches what a handler let through and hands it to the error filter.
+/// Passes what a handler let through to the error filter.
 class Application : public QApplication {
     Q_OBJECT
 

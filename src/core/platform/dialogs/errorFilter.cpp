@@ -6,12 +6,12 @@
 
 namespace veltrona {
 
-void tellFailure(const Failure &failure) {
+void reportFailure(const Failure &failure) {
     dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                       QStringLiteral("Error %1: %2").arg(failure.number()).arg(failure.text()));
 }
 
-void tellFatal(const char *what) noexcept {
+void reportFatal(const char *what) noexcept {
     try {
         dialogs().message(MessageStyle::OkExclamation, QCoreApplication::applicationName(),
                           QStringLiteral("The program met an error that it can't go on from, and "
@@ -28,14 +28,14 @@ void filterCurrentException() noexcept {
         throw;
     } catch (const Failure &failure) {
         try {
-            tellFailure(failure);
+            reportFailure(failure);
         } catch (const std::exception &second) {
-            tellFatal(second.what());
+            reportFatal(second.what());
         }
     } catch (const std::exception &other) {
-        tellFatal(other.what());
+        reportFatal(other.what());
     } catch (...) {
-        tellFatal("unknown error");
+        reportFatal("unknown error");
     }
 }
 

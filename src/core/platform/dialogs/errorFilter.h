@@ -12,10 +12,10 @@ namespace veltrona {
 
 /// Reports a failure of SQLite or the file system, or an unreadable value, with number and text;
 /// the run continues.
-void tellFailure(const Failure &failure);
+void reportFailure(const Failure &failure);
 
 /// Reports anything else, then ends the event loops in order, with exit status 1.
-void tellFatal(const char *what) noexcept;
+void reportFatal(const char *what) noexcept;
 
 /// Sends the exception in flight to one of the two above.
 void filterCurrentException() noexcept;

@@ -80,7 +80,7 @@ void installComboBoxAccessible() {
     installAccessible<ComboBoxView, ComboBoxAccessible>();
 }
 
-void tellChoice(ComboBoxView &view) {
+void notifyChoice(ComboBoxView &view) {
     QAccessibleInterface *list =
         QAccessible::isActive() ? QAccessible::queryAccessibleInterface(view.view()) : nullptr;
     QAccessibleInterface *item = list ? list->child(view.currentIndex()) : nullptr;

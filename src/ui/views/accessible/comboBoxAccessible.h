@@ -1,4 +1,4 @@
-// A drop-down list for a screen reader: the toolkit's own says neither its value when it gets the
+// A drop-down list for a screen reader: Qt's own reports neither its value when it gets the
 // focus nor the new one at a change by key.
 #pragma once
 
@@ -10,6 +10,6 @@ class ComboBoxView;
 void installComboBoxAccessible();
 
 /// The user has changed the value while the list is closed.
-void tellChoice(ComboBoxView &view);
+void notifyChoice(ComboBoxView &view);
 
 } // namespace veltrona

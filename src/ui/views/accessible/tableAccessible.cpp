@@ -116,7 +116,7 @@ int TableAccessible::childCount() const {
     return (rowCount() + m_headers) * (columnCount() + m_headers);
 }
 
-// The order in which the toolkit's own views count their cells in events.
+// The order in which Qt's own views count their cells in events.
 int TableAccessible::indexOf(int row, int column) const {
     return (row + m_headers) * (columnCount() + m_headers) + column + m_headers;
 }

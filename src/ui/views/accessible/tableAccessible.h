@@ -1,5 +1,5 @@
-// A control that a screen reader takes for a table. Its cells read the control live; the toolkit's
-// cache owns them, and the table tells it to let go of them.
+// A control that a screen reader takes for a table. Its cells read the control live; Qt's cache
+// owns them, and the table has it release them.
 #pragma once
 
 #include <QAccessibleWidget>

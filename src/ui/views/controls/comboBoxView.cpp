@@ -17,7 +17,7 @@ ComboBoxView::ComboBoxView(ComboBox &combo, QWidget *parent)
     connect(this, &QComboBox::activated, this, [this](int index) {
         m_combo.setListIndex(index);
         if (hasFocus() && !view()->isVisible())
-            tellChoice(*this);
+            notifyChoice(*this);
     });
 }
 

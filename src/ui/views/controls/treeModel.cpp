@@ -6,16 +6,16 @@ namespace veltrona {
 
 TreeModel::TreeModel(Tree &tree, QObject *parent)
     : QAbstractItemModel(parent), m_tree(tree), m_folder(icon("folder")) {
-    takeUp();
+    attach();
 }
 
-void TreeModel::letGo() {
+void TreeModel::detach() {
     beginResetModel();
     m_root = nullptr;
     endResetModel();
 }
 
-void TreeModel::takeUp() {
+void TreeModel::attach() {
     beginResetModel();
     m_root = m_tree.Nodes().Count() > 0 ? m_tree.Nodes().Item(1) : nullptr;
     endResetModel();

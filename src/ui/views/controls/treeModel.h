@@ -1,5 +1,5 @@
-// A tree as an item model: reads the nodes by pointer and owns none of them. Between letGo and
-// takeUp it shows nothing, so that nodes can go and come.
+// A tree as an item model. Reads the nodes by pointer and owns none of them. Between detach and
+// attach it shows nothing, so that nodes can go and come.
 #pragma once
 
 #include "core/controls/tree.h"
@@ -17,8 +17,8 @@ public:
 
     explicit TreeModel(Tree &tree, QObject *parent = nullptr);
 
-    void letGo();
-    void takeUp();
+    void detach();
+    void attach();
 
     void setRootDescription(const QString &description) { m_rootDescription = description; }
 

@@ -16,7 +16,7 @@ namespace veltrona {
 
 namespace {
 
-/// The node behind `node` in the order of a tree that is wholly open; the root behind the last.
+/// The node after `node` in the order of a fully expanded tree; the root after the last.
 TreeNode *nextOf(TreeNode *node) {
     if (!node->Children.empty())
         return node->Children.front();
@@ -34,7 +34,7 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
     : QTreeView(parent), m_tree(tree), m_model(new TreeModel(tree, this)) {
     m_click.setSingleShot(true);
     m_click.setInterval(0);
-    connect(&m_click, &QTimer::timeout, this, &TreeView::tellClick);
+    connect(&m_click, &QTimer::timeout, this, &TreeView::notifyClick);
 
     m_typing.setSingleShot(true);
     m_typing.setInterval(QApplication::keyboardInputInterval());
@@ -73,13 +73,13 @@ void TreeView::beginRebuild() {
     m_click.stop(); // its node is about to go
     m_typing.stop();
     const QScopedValueRollback showing(m_showing, true);
-    m_model->letGo();
+    m_model->detach();
 }
 
 void TreeView::endRebuild() {
     {
         const QScopedValueRollback showing(m_showing, true);
-        m_model->takeUp();
+        m_model->attach();
     }
     const Nodes &nodes = m_tree.Nodes();
     for (int item = 1; item <= nodes.Count(); ++item) {
@@ -192,7 +192,7 @@ void TreeView::noteClick(TreeNode *node) {
     m_click.start();
 }
 
-void TreeView::tellClick() {
+void TreeView::notifyClick() {
     if (m_tree.onNodeClick && m_tree.SelectedItem())
         m_tree.onNodeClick(m_tree.SelectedItem());
 }
@@ -210,7 +210,7 @@ void TreeView::changeEvent(QEvent *event) {
         applyPalette();
 }
 
-// Made once for all arrows: the toolkit keeps pictures of arrows for each palette that it has met.
+// Made once for all arrows: Qt keeps pictures of arrows for each palette that it has met.
 void TreeView::applyPalette() {
     m_highlightPalette = palette();
     for (const QPalette::ColorGroup group :

@@ -19,7 +19,7 @@ public:
     explicit TreeView(Tree &tree, QWidget *parent = nullptr);
     ~TreeView() override;
 
-    /// What the root says of itself: a tooltip, and a description for assistive software.
+    /// The root's tooltip and its description for assistive software.
     void setRootDescription(const QString &description);
     void keyboardSearch(const QString &letters) override;
 
@@ -42,13 +42,13 @@ private:
     void find();
     void openBelow(TreeNode *node);
     void noteClick(TreeNode *node);
-    void tellClick();
+    void notifyClick();
     void applyFont();
     void applyPalette();
 
     Tree &m_tree;
     TreeModel *m_model;
-    QTimer m_click;  // runs while a click waits to be told
+    QTimer m_click;  // runs while a click is pending
     QTimer m_typing; // runs while more letters may come
     QString m_letters;
     bool m_showing = false;             // the program selects, not the user

@@ -65,7 +65,7 @@ QSize frameExtent(const QWidget &window) {
     if (top >= lowestTitle || ratio == 1)
         return outer.size() - inner.size();
     // A title so low is drawn without regard to the screen's scale, which the layout must not
-    // depend on. The toolkit has rounded halves up.
+    // depend on. Qt has rounded halves up.
     const auto unscaled = [ratio](int edge) {
         return edge > 0 ? static_cast<int>(std::ceil((edge - 0.5) * ratio)) : 0;
     };

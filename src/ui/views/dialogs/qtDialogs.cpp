@@ -1,8 +1,8 @@
 #include "ui/views/dialogs/qtDialogs.h"
 
 #include "core/base/text.h"
+#include "ui/views/busyCursor.h"
 #include "ui/views/dialogs/forms.h"
-#include "ui/views/hourglass.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -70,7 +70,7 @@ QString headOf(const QString &text, const QMessageBox &box) {
 
 constexpr QChar breakPlace(0x200B); // takes no room
 
-/// Nobody wants a path with places to break in it.
+/// Strips the zero-width spaces from text copied out of the box.
 void copyWithoutBreakPlaces(QMessageBox &box) {
     QClipboard *clipboard = QGuiApplication::clipboard();
     QObject::connect(clipboard, &QClipboard::changed, &box, [clipboard](QClipboard::Mode mode) {
@@ -159,12 +159,12 @@ std::optional<QString> runFileDialog(QFileDialog &dialog) {
 }
 
 void setUp(QFileDialog &dialog, const FileDialogSetup &setup) {
-    dialog.setNameFilter(toolkitFilter(setup.filter));
+    dialog.setNameFilter(qtFilter(setup.filter));
     dialog.setDirectory(setup.initialFolder.isEmpty() ? QDir::homePath() : setup.initialFolder);
 }
 } // namespace
 
-QString toolkitFilter(const QString &filter) {
+QString qtFilter(const QString &filter) {
     const QStringList parts = filter.split(QLatin1Char('|'));
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {

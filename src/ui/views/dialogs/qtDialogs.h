@@ -10,7 +10,7 @@ namespace veltrona {
 
 class QtDialogs : public Dialogs {
 public:
-    /// Folders that the toolkit's file dialogs offer at their side, besides its own.
+    /// Folders that Qt's file dialogs offer in their side bar, besides its own.
     using Places = std::function<QStringList()>;
     explicit QtDialogs(Places places = {}) : m_places(std::move(places)) {}
 
@@ -27,10 +27,10 @@ private:
     Places m_places;
 };
 
-/// "XML files (*.xml)|*.xml" and its like as the toolkit writes filters.
-QString toolkitFilter(const QString &filter);
+/// "XML files (*.xml)|*.xml" and its like in the form of Qt's filters.
+QString qtFilter(const QString &filter);
 
-/// `name` with the extension behind it, unless it ends in it in any case.
+/// `name` with the extension appended, unless it ends in it in any case.
 QString withExtension(const QString &name, const QString &extension);
 
 /// CR, CRLF and LF all break the line.

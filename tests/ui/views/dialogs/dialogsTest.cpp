@@ -4,7 +4,7 @@
 #include "support/dataTable.h"
 #include "support/shownForm.h"
 #include "support/testFolder.h"
-#include "ui/views/hourglass.h"
+#include "ui/views/busyCursor.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -86,8 +86,8 @@ private slots:
         QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "escape");
     }
 
-    void aBoxHasNoHourglass() {
-        const Hourglass hourglass;
+    void aBoxHasNoBusyCursor() {
+        const BusyCursor busy;
         QtDialogs dialogs;
         whenUp({[](QWidget *window) {
             QCOMPARE(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);

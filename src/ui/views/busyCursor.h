@@ -1,4 +1,4 @@
-// The hourglass over the whole program, gone again whatever happens, and the ordinary cursor in its
+// The busy cursor over the whole program for the length of a scope, and the ordinary cursor in its
 // place while the user is asked something.
 #pragma once
 
@@ -6,12 +6,12 @@
 
 namespace veltrona {
 
-class Hourglass {
+class BusyCursor {
 public:
-    Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Hourglass() { QApplication::restoreOverrideCursor(); }
-    Hourglass(const Hourglass &) = delete;
-    Hourglass &operator=(const Hourglass &) = delete;
+    BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
+    BusyCursor(const BusyCursor &) = delete;
+    BusyCursor &operator=(const BusyCursor &) = delete;
 };
 
 class OrdinaryCursor {
