@@ -1,5 +1,5 @@
 #include "support/mainWindow.h"
-#include "core/base/product.h"
+#include "core/design/product.h"
 
 #include "core/platform/services.h"
 #include "core/shell/settings.h"

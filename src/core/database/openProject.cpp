@@ -1,7 +1,7 @@
-#include "core/base/product.h"
 #include "core/base/text.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
+#include "core/design/product.h"
 #include "core/platform/sqlite/fileHeader.h"
 
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "core/report/reportText.h"
 
-#include "core/base/product.h"
 #include "core/base/text.h"
+#include "core/design/product.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
 #include "core/report/reportWriter.h"
 
 #include "core/base/failure.h"
-#include "core/base/product.h"
 #include "core/base/text.h"
+#include "core/design/product.h"
 #include "core/picture/modJPEG.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/dialogs/dialogs.h"

@@ -3,7 +3,7 @@
 // of the container, those of the window from below its menu bar.
 #pragma once
 
-#include "core/base/designedControl.h"
+#include "core/design/designedControl.h"
 
 namespace veltrona {
 

@@ -1,7 +1,7 @@
 #include "core/shell/projectSession.h"
 
-#include "core/base/product.h"
 #include "core/database/projectFile.h"
+#include "core/design/product.h"
 #include "core/import/importRows.h"
 #include "core/platform/desktop/paths.h"
 #include "core/shell/settings.h"

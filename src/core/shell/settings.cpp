@@ -1,6 +1,6 @@
 #include "core/shell/settings.h"
 
-#include "core/base/product.h"
+#include "core/design/product.h"
 
 #include <QSettings>
 #include <QStandardPaths>

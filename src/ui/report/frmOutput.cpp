@@ -1,8 +1,8 @@
 #include "ui/report/frmOutput.h"
 
-#include "core/base/product.h"
 #include "core/base/text.h"
 #include "core/controls/commonDialog.h"
+#include "core/design/product.h"
 #include "core/platform/desktop/browser.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/frmPrev.h"

@@ -1,7 +1,7 @@
 #include "ui/report/frmPrev.h"
 
 #include "core/base/failure.h"
-#include "core/base/product.h"
+#include "core/design/product.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/printing.h"
 #include "ui/views/busyCursor.h"

@@ -1,8 +1,8 @@
 #include "ui/report/printing.h"
 
 #include "core/base/failure.h"
-#include "core/base/product.h"
 #include "core/base/text.h"
+#include "core/design/product.h"
 #include "core/platform/desktop/replacementFile.h"
 #include "core/platform/desktop/spooler.h"
 #include "core/platform/services.h"

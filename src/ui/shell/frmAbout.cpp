@@ -1,7 +1,6 @@
 #include "ui/shell/frmAbout.h"
 
-#include "core/base/product.h"
-#include "core/shell/version.h"
+#include "core/design/product.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,7 +1,7 @@
 // frmMain: its construction, its layout, and the events that it listens to.
 #include "ui/shell/frmMain.h"
 
-#include "core/base/product.h"
+#include "core/design/product.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"

@@ -1,9 +1,9 @@
 // frmMain: the commands on projects and reports.
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/base/command.h"
-#include "core/base/product.h"
 #include "core/base/text.h"
 #include "core/database/projectFile.h"
+#include "core/design/product.h"
 #include "core/import/columnCheck.h"
 #include "core/import/importRows.h"
 #include "core/platform/dialogs/dialogs.h"

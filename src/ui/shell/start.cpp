@@ -1,11 +1,10 @@
 #include "ui/shell/start.h"
 
-#include "core/base/product.h"
+#include "core/design/product.h"
 #include "core/platform/desktop/endSignals.h"
 #include "core/platform/dialogs/errorFilter.h"
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"
-#include "core/shell/version.h"
 #include "ui/shell/frmMain.h"
 #include "ui/views/icons.h"
 

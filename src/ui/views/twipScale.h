@@ -2,7 +2,7 @@
 // inch, times the ratio of the real font to the designs' font, so that every text fits as designed.
 #pragma once
 
-#include "core/base/designedControl.h"
+#include "core/design/designedControl.h"
 
 #include <QFont>
 #include <QRect>

@@ -1,8 +1,8 @@
 // The options, about and export dialogs, driven by keys and clicks through the real windows.
 #include "ui/views/dialogs/forms.h"
+#include "core/design/product.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
-#include "core/shell/version.h"
 #include "support/dataTable.h"
 #include "support/shownForm.h"
 #include "support/testFolder.h"

@@ -1,4 +1,4 @@
-#include "core/shell/version.h"
+#include "core/design/product.h"
 
 namespace veltrona {
 
