@@ -47,6 +47,9 @@ struct Services {
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set it");
 
 /// The services in force: the only ones.
-Services &services();
+inline Services &services() {
+    static Services inForce;
+    return inForce;
+}
 
 } // namespace veltrona
