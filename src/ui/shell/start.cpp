@@ -6,9 +6,9 @@
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "ui/shell/frmMain.h"
+#include "ui/views/accessible/screenReader.h"
 #include "ui/views/icons.h"
 
-#include <QAccessible>
 #include <QDir>
 #include <QFileInfo>
 #include <QWindow>
@@ -18,17 +18,13 @@ namespace veltrona {
 namespace {
 
 /// Notifies a screen reader of the control that has the focus, or of the item in it.
-void notifyFocus(bool itemsOnly) {
-    QWidget *widget = QAccessible::isActive() ? QApplication::focusWidget() : nullptr;
-    QAccessibleInterface *face = widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
-    if (!face)
-        return;
-    QAccessibleInterface *item = face->focusChild();
+void notifyFocused(bool itemsOnly) {
+    QWidget *widget = QApplication::focusWidget();
+    QAccessibleInterface *control = accessibleOf(widget);
+    QAccessibleInterface *item = control ? control->focusChild() : nullptr;
     const bool isItem = item && item->object() != widget;
-    if (itemsOnly && !isItem)
-        return;
-    QAccessibleEvent focused(isItem ? item : face, QAccessible::Focus);
-    QAccessible::updateAccessibility(&focused);
+    if (isItem || !itemsOnly)
+        notifyFocus(isItem ? item : control);
 }
 
 } // namespace
@@ -43,10 +39,10 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     setQuitOnLastWindowClosed(false);
     // Qt reports a window after the control in it, and a control after its item.
     connect(
-        this, &QGuiApplication::focusWindowChanged, this, [] { notifyFocus(false); },
+        this, &QGuiApplication::focusWindowChanged, this, [] { notifyFocused(false); },
         Qt::QueuedConnection);
     connect(
-        this, &QApplication::focusChanged, this, [] { notifyFocus(true); }, Qt::QueuedConnection);
+        this, &QApplication::focusChanged, this, [] { notifyFocused(true); }, Qt::QueuedConnection);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event) {

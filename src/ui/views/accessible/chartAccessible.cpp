@@ -1,8 +1,7 @@
-#include "ui/views/accessible/chartAccessible.h"
-
 #include "core/controls/chartAxis.h"
-#include "ui/views/accessible/accessibleFactory.h"
+#include "ui/views/accessible/screenReader.h"
 #include "ui/views/accessible/tableAccessible.h"
+#include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/chartView.h"
 
 namespace veltrona {
@@ -71,13 +70,8 @@ void notifyChartChanged(ChartView &view) {
 }
 
 void notifyBarMarked(ChartView &view) {
-    QAccessibleInterface *chart =
-        QAccessible::isActive() ? QAccessible::queryAccessibleInterface(&view) : nullptr;
-    QAccessibleInterface *cell = chart ? chart->focusChild() : nullptr;
-    if (!cell)
-        return;
-    QAccessibleEvent focused(cell, QAccessible::Focus);
-    QAccessible::updateAccessibility(&focused);
+    if (QAccessibleInterface *chart = accessibleOf(&view))
+        notifyFocus(chart->focusChild());
 }
 
 } // namespace veltrona

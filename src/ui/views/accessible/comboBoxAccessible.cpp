@@ -1,10 +1,8 @@
-#include "ui/views/accessible/comboBoxAccessible.h"
-
-#include "ui/views/accessible/accessibleFactory.h"
+#include "ui/views/accessible/screenReader.h"
+#include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/comboBoxView.h"
 
 #include <QAbstractItemView>
-#include <QAccessible>
 #include <QAccessibleWidget>
 
 namespace veltrona {
@@ -81,13 +79,8 @@ void installComboBoxAccessible() {
 }
 
 void notifyChoice(ComboBoxView &view) {
-    QAccessibleInterface *list =
-        QAccessible::isActive() ? QAccessible::queryAccessibleInterface(view.view()) : nullptr;
-    QAccessibleInterface *item = list ? list->child(view.currentIndex()) : nullptr;
-    if (!item)
-        return;
-    QAccessibleEvent focused(item, QAccessible::Focus);
-    QAccessible::updateAccessibility(&focused);
+    if (QAccessibleInterface *list = accessibleOf(view.view()))
+        notifyFocus(list->child(view.currentIndex()));
 }
 
 } // namespace veltrona

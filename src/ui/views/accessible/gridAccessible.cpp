@@ -1,7 +1,6 @@
-#include "ui/views/accessible/gridAccessible.h"
-
-#include "ui/views/accessible/accessibleFactory.h"
+#include "ui/views/accessible/screenReader.h"
 #include "ui/views/accessible/tableAccessible.h"
+#include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/gridView.h"
 
@@ -34,11 +33,11 @@ public:
                    : text;
     }
     QString cellDescription(int row, int column) const override {
-        const QVariant description =
-            row < 0
-                ? m_view.model()->headerData(column, Qt::Horizontal, Qt::AccessibleDescriptionRole)
-                : QVariant();
-        return description.toString();
+        if (row >= 0)
+            return {};
+        return m_view.model()
+            ->headerData(column, Qt::Horizontal, Qt::AccessibleDescriptionRole)
+            .toString();
     }
 
     QRect cellRect(int row, int column) const override {
@@ -88,10 +87,7 @@ void installGridAccessible() {
 }
 
 void notifyRowEntered(GridView &view) {
-    auto *grid = QAccessible::isActive()
-                     ? dynamic_cast<GridAccessible *>(QAccessible::queryAccessibleInterface(&view))
-                     : nullptr;
-    if (grid)
+    if (auto *grid = dynamic_cast<GridAccessible *>(accessibleOf(&view)))
         grid->forgetRow(view.currentIndex().row(), Grid::NameColumn, view.currentIndex().column());
 }
 

@@ -1,5 +1,5 @@
-// A control that a screen reader takes for a table. Its cells read the control live; Qt's cache
-// owns them, and the table has it release them.
+// A control that is a table for screen readers. Its cells read the control live; Qt's cache owns
+// them, and the table has it release them.
 #pragma once
 
 #include <QAccessibleWidget>
@@ -20,9 +20,9 @@ public:
     virtual QString cellText(int row, int column) const = 0;
     virtual QString cellDescription(int, int) const { return {}; }
     virtual QRect cellRect(int row, int column) const = 0; // of the control
-    /// The row and the column of a place of the control, or -1.
+    /// x: the column, y: the row at a place of the control; -1 where there is none.
     virtual QPoint cellAtPlace(const QPoint &place) const = 0;
-    /// The row and the column that the keyboard stands on, or -1.
+    /// The same for the cell that has the keyboard focus.
     virtual QPoint markedCell() const = 0;
     virtual bool isCellSelected(int row, int column) const;
     /// A reader that reads a whole row leaves these out.
@@ -39,8 +39,8 @@ public:
     QString columnDescription(int column) const override { return cellText(-1, column); }
     QString rowDescription(int row) const override { return cellText(row, -1); }
 
-    /// Readers remember what a cell was like; the cells of a row that are forgotten are made anew
-    /// for them. Those in two columns stay.
+    /// Screen readers cache cells: releases those of a row, except in two columns, so that they are
+    /// read anew.
     void forgetRow(int row, int oneColumn, int otherColumn);
 
     bool hasHeaders() const { return m_headers == 1; }

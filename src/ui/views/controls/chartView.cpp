@@ -1,7 +1,7 @@
 #include "ui/views/controls/chartView.h"
 
 #include "core/base/text.h"
-#include "ui/views/accessible/chartAccessible.h"
+#include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/chartPainter.h"
 #include "ui/views/menuEntry.h"
 #include "ui/views/plainText.h"

@@ -1,6 +1,6 @@
 #include "ui/views/controls/comboBoxView.h"
 
-#include "ui/views/accessible/comboBoxAccessible.h"
+#include "ui/views/accessible/viewAccessibles.h"
 
 #include <QAbstractItemView>
 #include <QWheelEvent>

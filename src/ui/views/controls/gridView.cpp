@@ -1,7 +1,7 @@
 #include "ui/views/controls/gridView.h"
 
 #include "core/base/text.h"
-#include "ui/views/accessible/gridAccessible.h"
+#include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/colors.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/itemDelegates.h"
