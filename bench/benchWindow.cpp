@@ -7,7 +7,7 @@
 
 namespace veltrona::bench {
 
-Answer ChoosesReport::message(MessageStyle, const QString &, const QString &text) {
+Answer ChoosesReport::message(MessageStyle, const QString &, const QString &text, const QString &) {
     qFatal("%s", qPrintable(text));
 }
 

@@ -12,7 +12,7 @@ class ChoosesReport : public Dialogs {
 public:
     ChoosesReport() { services().dialogs = this; }
     ~ChoosesReport() override { services().dialogs = nullptr; }
-    Answer message(MessageStyle, const QString &, const QString &text) override;
+    Answer message(MessageStyle, const QString &, const QString &text, const QString &) override;
     int choose(const QString &, const QString &text, const QStringList &) override;
     QString openFile(const FileDialogSetup &) override { return m_report; }
     QString saveFile(const FileDialogSetup &) override { return {}; }

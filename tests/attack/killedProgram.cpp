@@ -61,7 +61,8 @@ class Answers : public Dialogs {
 public:
     explicit Answers(QString file) : m_file(std::move(file)) {}
 
-    Answer message(MessageStyle style, const QString &, const QString &text) override {
+    Answer message(MessageStyle style, const QString &, const QString &text,
+                   const QString &) override {
         if (style == MessageStyle::YesNoCancelCriticalDefaultNo)
             return Answer::Yes; // to clean
         if (style == MessageStyle::YesNoQuestion)

@@ -28,12 +28,8 @@ DialogRecorder::~DialogRecorder() {
         QTest::qFail("not all prepared answers were used", __FILE__, __LINE__);
 }
 
-Answer DialogRecorder::message(MessageStyle style, const QString &title, const QString &text) {
-    return messageWithDetails(style, title, text, {});
-}
-
-Answer DialogRecorder::messageWithDetails(MessageStyle style, const QString &title,
-                                          const QString &text, const QString &details) {
+Answer DialogRecorder::message(MessageStyle style, const QString &title, const QString &text,
+                               const QString &details) {
     m_boxes.push_back({static_cast<int>(style), title, text, {}, details});
     if (whileOpen)
         whileOpen();

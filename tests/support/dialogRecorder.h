@@ -37,9 +37,8 @@ public:
     /// True once all that was prepared has been used.
     bool allUsed() const { return m_answers.empty() && m_choices.empty() && m_files.empty(); }
 
-    Answer message(MessageStyle style, const QString &title, const QString &text) override;
-    Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
-                              const QString &details) override;
+    Answer message(MessageStyle style, const QString &title, const QString &text,
+                   const QString &details = {}) override;
     int choose(const QString &title, const QString &text, const QStringList &buttons) override;
     QString openFile(const FileDialogSetup &setup) override;
     QString saveFile(const FileDialogSetup &setup) override;

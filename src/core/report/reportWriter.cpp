@@ -18,12 +18,11 @@ namespace {
 constexpr int changedReport = 75; // the number of that failure
 
 void reportPictureFailure(int number, const QString &description, const QString &details) {
-    dialogs().messageWithDetails(
-        MessageStyle::OkExclamation, u"  Error Saving JPEG"_s,
-        u"The following error occured while trying to save the JPEG file:\r\r"
-        "Error Number = "_s +
-            QString::number(number) + u"\rError Description = "_s + description,
-        details);
+    dialogs().message(MessageStyle::OkExclamation, u"  Error Saving JPEG"_s,
+                      u"The following error occured while trying to save the JPEG file:\r\r"
+                      "Error Number = "_s +
+                          QString::number(number) + u"\rError Description = "_s + description,
+                      details);
 }
 
 bool savePicture(const ReportSource &source, const desktop::ReplacementFile &file,

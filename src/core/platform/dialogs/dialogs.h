@@ -1,6 +1,6 @@
-// The seam between the program and everything modal that a user answers: message boxes, file
-// dialogs and choices. The program shows Qt's dialogs, tests set a recorder that answers
-// by itself and fails on a box that nobody expected.
+// The interface of everything modal that a user answers: message boxes, file dialogs and choices.
+// The program shows Qt's dialogs; tests set a recorder that answers by itself and fails on an
+// unexpected box.
 #pragma once
 
 #include "core/platform/services.h"
@@ -32,7 +32,7 @@ struct FileDialogSetup {
     // Of a save dialog: whether it asks before a file is overwritten, and before one is made.
     bool confirmsOverwrite = true;
     bool confirmsCreation = false;
-    /// What a save dialog makes of the name chosen before it asks; if empty, the default extension
+    /// Completes the name chosen in a save dialog before it asks; if empty, the default extension
     /// is added.
     std::function<QString(const QString &)> finalName = {};
 };
@@ -41,17 +41,13 @@ class Dialogs {
 public:
     virtual ~Dialogs() = default;
 
-    /// Shows a modal message box. Both texts are plain text: markup in them is shown, not rendered.
-    virtual Answer message(MessageStyle style, const QString &title, const QString &text) = 0;
+    /// Shows a modal message box, if there are details, with a button that unfolds them. All texts
+    /// are plain text: markup in them is shown, not rendered.
+    virtual Answer message(MessageStyle style, const QString &title, const QString &text,
+                           const QString &details = {}) = 0;
 
-    /// The same box with details, which its user can unfold; without them where there is no room.
-    virtual Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
-                                      const QString & /*details*/) {
-        return message(style, title, text);
-    }
-
-    /// A question with buttons of its own; gives the index of the button pressed, the last one if
-    /// the box was closed by Esc or the window's close button.
+    /// A question with custom buttons; gives the index of the button pressed, the last one if the
+    /// box was closed by Esc or the window's close button.
     virtual int choose(const QString &title, const QString &text, const QStringList &buttons) = 0;
 
     /// The chosen file in the platform's own notation, or the empty text after a cancel.

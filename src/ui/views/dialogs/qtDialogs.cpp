@@ -16,6 +16,7 @@
 #include <QScreen>
 #include <QUrl>
 
+#include <algorithm>
 #include <optional>
 
 namespace veltrona {
@@ -41,19 +42,13 @@ const BoxStyle boxStyles[] = {
 };
 
 Answer answerOf(int button) {
-    switch (button) {
-    case QMessageBox::Ok:
-        return Answer::Ok;
-    case QMessageBox::Yes:
-        return Answer::Yes;
-    case QMessageBox::No:
-        return Answer::No;
-    default:
-        return Answer::Cancel;
-    }
+    return button == QMessageBox::Ok    ? Answer::Ok
+           : button == QMessageBox::Yes ? Answer::Yes
+           : button == QMessageBox::No  ? Answer::No
+                                        : Answer::Cancel;
 }
 
-// The head of a text that would not fit on the screen; the whole text if it does.
+// The start of a text that would not fit on the screen; the whole text if it does.
 QString headOf(const QString &text, const QMessageBox &box) {
     const QSize screen = box.screen()->availableSize();
     const int lines = qMax(5, screen.height() / 3 / box.fontMetrics().lineSpacing());
@@ -108,7 +103,7 @@ void setUp(QMessageBox &box, const QString &title, const QString &text) {
         copyWithoutBreakPlaces(box);
 }
 
-/// Asks what the setup wants asked about the name that is really written.
+/// Asks about the name that is really written, if the setup wants it.
 bool mayWrite(const QString &file, const FileDialogSetup &setup) {
     const bool exists = QFileInfo::exists(file);
     if (exists ? !setup.confirmsOverwrite : !setup.confirmsCreation)
@@ -191,21 +186,14 @@ QString withLineBreaks(const QString &text) {
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
-Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text) {
-    return messageWithDetails(style, title, text, {});
-}
-
-Answer QtDialogs::messageWithDetails(MessageStyle style, const QString &title, const QString &text,
-                                     const QString &details) {
+Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text,
+                          const QString &details) {
     const OrdinaryCursor cursor;
     QMessageBox box(desktop::owningWindow());
-    for (const BoxStyle &known : boxStyles) {
-        if (known.style == style) {
-            box.setIcon(known.icon);
-            box.setStandardButtons(known.buttons);
-            box.setDefaultButton(known.defaultButton);
-        }
-    }
+    const BoxStyle &known = *std::ranges::find(boxStyles, style, &BoxStyle::style);
+    box.setIcon(known.icon);
+    box.setStandardButtons(known.buttons);
+    box.setDefaultButton(known.defaultButton);
     setUp(box, title, text);
     if (!details.isEmpty())
         box.setDetailedText(details);

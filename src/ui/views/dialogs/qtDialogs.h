@@ -1,5 +1,4 @@
-// The dialogs that a user sees: message boxes and file dialogs of the desktop, over the window in
-// use.
+// Message boxes and file dialogs of Qt, over the window in use.
 #pragma once
 
 #include "core/platform/dialogs/dialogs.h"
@@ -14,9 +13,8 @@ public:
     using Places = std::function<QStringList()>;
     explicit QtDialogs(Places places = {}) : m_places(std::move(places)) {}
 
-    Answer message(MessageStyle style, const QString &title, const QString &text) override;
-    Answer messageWithDetails(MessageStyle style, const QString &title, const QString &text,
-                              const QString &details) override;
+    Answer message(MessageStyle style, const QString &title, const QString &text,
+                   const QString &details = {}) override;
     int choose(const QString &title, const QString &text, const QStringList &buttons) override;
     QString openFile(const FileDialogSetup &setup) override;
     QString saveFile(const FileDialogSetup &setup) override;
