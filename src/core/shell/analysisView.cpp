@@ -31,17 +31,12 @@ AnalysisControls::AnalysisControls()
 
 AnalysisView::AnalysisView(AnalysisControls &controls, AnalysisScreen screen)
     : m_controls(controls), m_screen(std::move(screen)) {
-    connectControls();
-}
-
-void AnalysisView::connectControls() {
-    AnalysisControls &c = m_controls;
-    c.treeList.onNodeClick = [this](TreeNode *node) {
+    controls.treeList.onNodeClick = [this](TreeNode *node) {
         filtered([&] { treeList_NodeClick(node); });
     };
-    c.flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
-    c.flxStat.columnNoteOf = columnNote;
-    c.flxStat.notesOf = [this](int row, int col) -> QStringList {
+    controls.flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
+    controls.flxStat.columnNoteOf = columnNote;
+    controls.flxStat.notesOf = [this](int row, int col) -> QStringList {
         try {
             return figureNotes(row, col);
         } catch (const Failure &) {
@@ -51,11 +46,11 @@ void AnalysisView::connectControls() {
     const auto handle = [this](std::function<void()> &event, void (AnalysisView::*handler)()) {
         event = [this, handler] { filtered([&] { (this->*handler)(); }); };
     };
-    handle(c.cboRange.onClick, &AnalysisView::cboRange_Click);
-    handle(c.cboLeft.onClick, &AnalysisView::cboLeft_Click);
-    handle(c.cboGroup.onClick, &AnalysisView::cboGroup_Click);
-    handle(c.dtpStart.onChange, &AnalysisView::dtpStart_Change);
-    handle(c.dtpEnd.onChange, &AnalysisView::dtpEnd_Change);
+    handle(controls.cboRange.onClick, &AnalysisView::cboRange_Click);
+    handle(controls.cboLeft.onClick, &AnalysisView::cboLeft_Click);
+    handle(controls.cboGroup.onClick, &AnalysisView::cboGroup_Click);
+    handle(controls.dtpStart.onChange, &AnalysisView::dtpStart_Change);
+    handle(controls.dtpEnd.onChange, &AnalysisView::dtpEnd_Change);
 }
 
 DateRange AnalysisView::dateRange() const {
@@ -187,16 +182,9 @@ QStringList AnalysisView::figureNotes(int row, int col) {
                : m_notes->ofRow(grid.TextMatrix(row, gridColumn::Name), col);
 }
 
-void AnalysisView::cboLeft_Click() {
-    if (m_controls.cboLeft.Tag == firstClick)
-        m_controls.cboLeft.Tag.clear();
-    else
-        fillChart();
-}
-
-void AnalysisView::cboGroup_Click() {
-    if (m_controls.cboGroup.Tag == firstClick)
-        m_controls.cboGroup.Tag.clear();
+void AnalysisView::chooseSeries(ComboBox &combo) {
+    if (combo.Tag == firstClick)
+        combo.Tag.clear();
     else
         fillChart();
 }
@@ -216,8 +204,7 @@ void AnalysisView::cboRange_Click() {
     try {
         treeList_NodeClick(m_controls.treeList.SelectedItem());
     } catch (const Failure &) {
-        // A preset that can't be shown is chosen all the same; the next click in the tree reports
-        // why.
+        // The preset stays chosen; the next click in the tree reports why it can't be shown.
     }
 }
 
@@ -227,10 +214,6 @@ void AnalysisView::dtpStart_Change() {
         m_controls.cboRange.setListIndex(static_cast<int>(RangePreset::Custom));
     }
     treeList_NodeClick(m_controls.treeList.SelectedItem());
-}
-
-void AnalysisView::dtpEnd_Change() {
-    dtpStart_Change();
 }
 
 } // namespace veltrona

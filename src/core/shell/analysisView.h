@@ -1,6 +1,6 @@
-// What the user looks at: the tree, the period, the grid and the chart as plain controls, and the
-// one refresh that fills them from the open project. The window shows the controls and passes on
-// what the user does with them.
+// The tree, the period, the grid and the chart as plain controls, and the one refresh that fills
+// them from the open project. The window shows the controls and forwards what the user does with
+// them.
 #pragma once
 
 #include "core/analysis/chart/chartSeries.h"
@@ -49,27 +49,26 @@ struct AnalysisScreen {
     std::function<std::shared_ptr<void>()> busy;
 };
 
-/// Works on the project of modMain. Its functions throw Failure unless they say otherwise; what the
-/// controls report passes through the error filter.
+/// Works on the project of modMain. Its functions throw Failure; the handlers of the controls run
+/// in the error filter.
 class AnalysisView {
 public:
     enum class State {
-        Outdated, // a refresh failed or is still to come: grid and chart are of something else
+        Outdated, // a refresh failed or is still to come: grid and chart may show something else
         Current,  // grid and chart show what tree, dates and combos say
-        Paused,   // refreshes are left out: a later step of the same command refreshes everything
+        Paused,   // refreshes are skipped: a later step of the same command refreshes everything
     };
 
     /// Both must outlive the view.
     AnalysisView(AnalysisControls &controls, AnalysisScreen screen);
-    AnalysisView(const AnalysisView &) = delete;
-    AnalysisView &operator=(const AnalysisView &) = delete;
+    Q_DISABLE_COPY_MOVE(AnalysisView)
 
     State state() const { return m_state; }
     DateRange dateRange() const;
 
     /// Puts everything into its starting state for the open project.
     void loadDefaults();
-    /// The tree anew, the whole account selected and shown.
+    /// Rebuilds the tree, selects the whole account and shows it.
     void rebuild();
     /// Repeats a refresh that failed.
     void makeCurrent();
@@ -77,7 +76,7 @@ public:
     void clearStatistics();
     void sumup();
 
-    /// Selects the node that a row of the grid stands for; without one it does nothing.
+    /// Selects the node of a row of the grid, if there is one.
     void openRow(int row);
     /// The lines that explain a figure of the grid.
     QStringList figureNotes(int row, int col);
@@ -86,7 +85,6 @@ public:
     void cboRange_Click();
 
 private:
-    void connectControls();
     auto pauseRefreshes() {
         return qScopeGuard(
             [this, before = std::exchange(m_state, State::Paused)] { m_state = before; });
@@ -97,10 +95,12 @@ private:
     void showChart(const ChartSeries &series);
     ChartRequest chartRequest() const;
 
-    void cboLeft_Click();
-    void cboGroup_Click();
+    /// Ignores the first click.
+    void chooseSeries(ComboBox &combo);
+    void cboLeft_Click() { chooseSeries(m_controls.cboLeft); }
+    void cboGroup_Click() { chooseSeries(m_controls.cboGroup); }
     void dtpStart_Change();
-    void dtpEnd_Change();
+    void dtpEnd_Change() { dtpStart_Change(); }
     void setPreset(RangePreset preset);
     void setThisWeek() { setPreset(RangePreset::ThisWeek); }
     void setLastWeek() { setPreset(RangePreset::LastWeek); }

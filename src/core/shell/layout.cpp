@@ -47,15 +47,12 @@ float besideLabel(std::string_view label) {
     return place.width + place.left + labelGap;
 }
 
-void arrangeFilters(WindowLayout &layout) {
+void arrangeContents(WindowLayout &layout) {
     layout.dtpStart.left = besideLabel("lblStart");
     layout.dtpEnd.left = besideLabel("lblEnd");
     layout.cboRange.left = besideLabel("lblRange");
     layout.flxStat.width = layout.Frame2.width - gridWidthReserve;
     layout.treeList.width = layout.Frame1.width - treeWidthReserve;
-}
-
-void arrangeViews(WindowLayout &layout) {
     layout.flxStat.height = layout.Frame2.height - layout.flxStat.top - gridHeightReserve;
     layout.treeList.height = layout.Frame1.height - layout.treeList.top - treeHeightReserve;
     layout.mscMain.height = layout.Frame3.height - chartHeightReserve;
@@ -68,23 +65,7 @@ void arrangeViews(WindowLayout &layout) {
 } // namespace
 
 WindowLayout arrangeWindow(const WindowSizes &sizes) {
-    // clang-format off
-    WindowLayout layout{
-        .Frame1 = designed("Frame1"),
-        .treeList = designed("treeList"),
-        .Frame2 = designed("Frame2"),
-        .dtpStart = designed("dtpStart"),
-        .dtpEnd = designed("dtpEnd"),
-        .cboRange = designed("cboRange"),
-        .flxStat = designed("flxStat"),
-        .Frame3 = designed("Frame3"),
-        .mscMain = designed("mscMain"),
-        .lblLeft = designed("lblLeft"),
-        .cboLeft = designed("cboLeft"),
-        .lblGroup = designed("lblGroup"),
-        .cboGroup = designed("cboGroup"),
-    };
-    // clang-format on
+    WindowLayout layout;
     const float toolBarSurplus = beyond(sizes.toolBarHeight, toolBarOfDesign);
     layout.Frame1.top += toolBarSurplus;
     layout.Frame2.top += toolBarSurplus;
@@ -94,8 +75,7 @@ WindowLayout arrangeWindow(const WindowSizes &sizes) {
     const float h = std::max(sizes.height, minimumHeight) - toolBarSurplus -
                     beyond(sizes.chromeHeight, chromeHeightAllowed);
     arrangeFrames(layout, w, h, sizes);
-    arrangeFilters(layout);
-    arrangeViews(layout);
+    arrangeContents(layout);
     return layout;
 }
 

@@ -54,9 +54,19 @@ struct WindowSizes {
 };
 
 struct WindowLayout {
-    TwipRect Frame1, treeList;
-    TwipRect Frame2, dtpStart, dtpEnd, cboRange, flxStat;
-    TwipRect Frame3, mscMain, lblLeft, cboLeft, lblGroup, cboGroup;
+    TwipRect Frame1 = designed("Frame1");
+    TwipRect treeList = designed("treeList");
+    TwipRect Frame2 = designed("Frame2");
+    TwipRect dtpStart = designed("dtpStart");
+    TwipRect dtpEnd = designed("dtpEnd");
+    TwipRect cboRange = designed("cboRange");
+    TwipRect flxStat = designed("flxStat");
+    TwipRect Frame3 = designed("Frame3");
+    TwipRect mscMain = designed("mscMain");
+    TwipRect lblLeft = designed("lblLeft");
+    TwipRect cboLeft = designed("cboLeft");
+    TwipRect lblGroup = designed("lblGroup");
+    TwipRect cboGroup = designed("cboGroup");
 };
 
 /// The rules. `sizes` of less than the minimum are taken as the minimum. Chrome or a tool bar of
