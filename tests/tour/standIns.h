@@ -18,10 +18,11 @@ public:
     QString exportFile; // is saved
     QString awaited;    // how the text of the next message begins
 
-    Answer message(MessageStyle style, const QString &title, const QString &text) override {
+    Answer message(MessageStyle style, const QString &title, const QString &text,
+                   const QString &details) override {
         const QString expected = std::exchange(awaited, {});
         if (!expected.isEmpty() && text.startsWith(expected))
-            return QtDialogs::message(style, title, text);
+            return QtDialogs::message(style, title, text, details);
         m_guide.fail(QString("a message that nobody expected: %1: %2").arg(title, text));
         return Answer::Cancel;
     }

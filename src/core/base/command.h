@@ -1,6 +1,8 @@
-// What the outermost handler of a window runs is one command, with all that it calls. Resources
-// that are shared out by command, such as the patience with locks, ask here which one is running.
+// What the outermost handler of a window runs is one command, with all that it calls. What is
+// limited per command, such as the wait for locks, asks here which one is running.
 #pragma once
+
+#include <QtGlobal>
 
 namespace veltrona {
 
@@ -9,8 +11,7 @@ class CommandScope {
 public:
     CommandScope() { s_begun += s_depth++ == 0; }
     ~CommandScope() { --s_depth; }
-    CommandScope(const CommandScope &) = delete;
-    CommandScope &operator=(const CommandScope &) = delete;
+    Q_DISABLE_COPY_MOVE(CommandScope)
 
     /// Another number for each command; 0 outside of any.
     static long running() { return s_depth > 0 ? s_begun : 0; }

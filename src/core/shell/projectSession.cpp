@@ -19,10 +19,6 @@ ProjectSession ProjectSession::at(const QString &path) {
     return session;
 }
 
-ProjectSession ProjectSession::ofDefault(const QString &dataFolder) {
-    return at(defaultProjectPath(dataFolder));
-}
-
 void ProjectSession::open() {
     connectionText = path;
     auto opened = openProject(connectionText);

@@ -12,10 +12,9 @@
 
 namespace veltrona {
 
-/// Members are released from the last to the first, so what uses the connection goes before it.
+/// Members are released from the last to the first: what uses the connection before it.
 struct ProjectSession {
-    /// Of the project that is open or is to be opened next: its full path, and the text of the
-    /// tree's root.
+    /// The full path of the project, open or to be opened next, and the text of the tree's root.
     QString path;
     QString title;
     QString connectionText;
@@ -28,8 +27,6 @@ struct ProjectSession {
 
     /// A session of the project at `path`, not opened yet.
     static ProjectSession at(const QString &path);
-    /// The same for the default project in a data folder.
-    static ProjectSession ofDefault(const QString &dataFolder);
 
     /// Opens the project at `path`. Throws Failure and leaves an earlier connection as it was.
     void open();

@@ -1,5 +1,6 @@
 #include "ui/shell/frmAbout.h"
 
+#include "core/base/text.h"
 #include "core/design/product.h"
 
 #include <QLabel>
@@ -28,18 +29,13 @@ frmAbout::frmAbout()
       lblCP(desktop::makeControl<QLabel>(design, "lblCP", this)),
       lblRights(desktop::makeControl<QLabel>(design, "lblRights", this)),
       cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)) {
-    setWindowTitle(QStringLiteral("About ") + productName);
+    setWindowTitle(u"About "_s + productName);
     lblName->setText(productName);
-    lblCP->setText(
-        QStringLiteral("Version %1, \u00A9 2026 %2 developers").arg(programVersion(), productName));
+    lblCP->setText(u"Version %1, \u00A9 2026 %2 developers"_s.arg(programVersion(), productName));
     for (QLabel *label : {lblName, lblCP, lblRights})
         label->setAlignment(Qt::AlignCenter);
     cmdOK->setDefault(true);
     desktop::handle(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
-}
-
-frmAbout &frmAbout::instance() {
-    return desktop::sharedForm<frmAbout>();
 }
 
 void frmAbout::Show() {
@@ -53,10 +49,6 @@ void frmAbout::arrange() {
     nameFont.setPointSizeF(qMax(namePoints, font().pointSizeF() + 2));
     lblName->setFont(nameFont);
     DesignedDialog::arrange();
-}
-
-void frmAbout::cmdOK_Click() {
-    accept();
 }
 
 } // namespace veltrona

@@ -13,13 +13,13 @@ class frmAbout : public desktop::DesignedDialog {
 
 public:
     frmAbout();
-    static frmAbout &instance();
+    static frmAbout &instance() { return desktop::sharedForm<frmAbout>(); }
 
     /// Shows the box modally; returns when it has been unloaded.
     void Show();
 
 private:
-    void cmdOK_Click();
+    void cmdOK_Click() { accept(); }
     void arrange() override;
 
     QLabel *lblName;

@@ -74,7 +74,7 @@ bool frmMain::Form_Load() {
     modMain::initDataFolder();
     const QString path = rememberedProject();
     modMain::session() = path.count(u' ') == path.size()
-                             ? ProjectSession::ofDefault(modMain::DataFolder)
+                             ? ProjectSession::at(defaultProjectPath(modMain::DataFolder))
                              : ProjectSession::at(path);
     frmOptions::instance().load();
     return openFirstProject();
@@ -89,11 +89,33 @@ void frmMain::Form_Unload() {
     QApplication::quit();
 }
 
-void frmMain::addMenu(const char *name, const QString &title,
-                      std::initializer_list<MenuEntry> entries) {
-    QMenu *menu = menuBar()->addMenu(title);
-    menu->setObjectName(QLatin1String(name));
-    for (const MenuEntry &entry : entries) {
+void frmMain::buildCommands() {
+    // Without a handler, the menu that the entries below it belong to.
+    const struct {
+        const char *name;
+        const char *caption;
+        void (frmMain::*handler)();
+    } entries[] = {
+        {"mnuFile", "&File", nullptr},
+        {"mnuNew", "&New Database", &frmMain::mnuNew_Click},
+        {"mnuOpen", "&Open Database", &frmMain::mnuOpen_Click},
+        {"mnuPRint", "&Print", &frmMain::mnuPRint_Click},
+        {"mnuImport", "&Import Report", &frmMain::mnuImport_Click},
+        {"mnuExport", "&Export", &frmMain::mnuExport_Click},
+        {"mnuExit", "E&xit", &frmMain::mnuExit_Click},
+        {"mnuTools", "&Tools", nullptr},
+        {"mnuClean", "&Clean Database", &frmMain::mnuClean_Click},
+        {"mnuOptions", "&Options", &frmMain::mnuOptions_Click},
+        {"mnuHelp", "&Help", nullptr},
+        {"mnuAbout", "About...", &frmMain::mnuAbout_Click},
+    };
+    QMenu *menu = nullptr;
+    for (const auto &entry : entries) {
+        if (!entry.handler) {
+            menu = menuBar()->addMenu(QString::fromLatin1(entry.caption));
+            menu->setObjectName(QLatin1String(entry.name));
+            continue;
+        }
         QAction *action = menu->addAction(QString::fromLatin1(entry.caption));
         action->setObjectName(QLatin1String(entry.name));
         // The platform must not move an entry elsewhere because of its caption.
@@ -101,27 +123,6 @@ void frmMain::addMenu(const char *name, const QString &title,
         connect(action, &QAction::triggered, this,
                 [this, handler = entry.handler] { runCommand([&] { (this->*handler)(); }); });
     }
-}
-
-void frmMain::buildCommands() {
-    addMenu("mnuFile", QStringLiteral("&File"),
-            {
-                {"mnuNew", "&New Database", &frmMain::mnuNew_Click},
-                {"mnuOpen", "&Open Database", &frmMain::mnuOpen_Click},
-                {"mnuPRint", "&Print", &frmMain::mnuPRint_Click},
-                {"mnuImport", "&Import Report", &frmMain::mnuImport_Click},
-                {"mnuExport", "&Export", &frmMain::mnuExport_Click},
-                {"mnuExit", "E&xit", &frmMain::mnuExit_Click},
-            });
-    addMenu("mnuTools", QStringLiteral("&Tools"),
-            {
-                {"mnuClean", "&Clean Database", &frmMain::mnuClean_Click},
-                {"mnuOptions", "&Options", &frmMain::mnuOptions_Click},
-            });
-    addMenu("mnuHelp", QStringLiteral("&Help"),
-            {
-                {"mnuAbout", "About...", &frmMain::mnuAbout_Click},
-            });
 }
 
 void frmMain::buildToolBar() {
@@ -213,35 +214,25 @@ void frmMain::Form_Resize() {
     m_surface->arrange(arrangeWindow(sizes), m_surface->y() - menuBar()->height());
 }
 
-void frmMain::resizeEvent(QResizeEvent *event) {
-    QMainWindow::resizeEvent(event);
-    Form_Resize();
-}
-
-/// The first sign that the window manager has put its frame around the window, whose size counts.
-void frmMain::moveEvent(QMoveEvent *event) {
-    QMainWindow::moveEvent(event);
-    Form_Resize();
-}
-
-void frmMain::showEvent(QShowEvent *event) {
-    QMainWindow::showEvent(event);
-    Form_Resize();
-}
-
-void frmMain::changeEvent(QEvent *event) {
-    QMainWindow::changeEvent(event);
-    if (!desktop::changesSizes(*event) || !centralWidget())
-        return;
-    applyScale();
-    Form_Resize();
-}
-
 bool frmMain::event(QEvent *event) {
     const bool handled = QMainWindow::event(event);
-    // Another font gives the bars another height only now.
-    if (event->type() == QEvent::LayoutRequest && centralWidget())
+    if (!centralWidget())
+        return handled;
+    switch (event->type()) {
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        applyScale();
         Form_Resize();
+        break;
+    case QEvent::LayoutRequest: // another font gives the bars another height only now
+    case QEvent::Move:          // the first sign of the window manager's frame, whose size counts
+    case QEvent::Resize:
+    case QEvent::Show:
+        Form_Resize();
+        break;
+    default:
+        break;
+    }
     return handled;
 }
 

@@ -1,6 +1,5 @@
-// The main window: menu bar, tool bar, status bar and the surface with tree, grid and chart. It
-// builds them, listens, and hands each command over: to the open project, to the analysis view, to
-// a form.
+// The main window: menu bar, tool bar, status bar and the surface with tree, grid and chart. Builds
+// them and passes each command to the open project, the analysis view or a form.
 #pragma once
 
 #include "core/controls/commonDialog.h"
@@ -26,9 +25,9 @@ public:
     frmMain();
     ~frmMain() override;
 
-    /// Opens `modMain::DbFileName` in the place of the project that was open, and puts the view
-    /// into its starting state. `first` is true only at the start of the program. If the open
-    /// fails, the connection that was open stays, and the Failure comes out.
+    /// Opens `modMain::DbFileName` in place of the open project and puts the view into its starting
+    /// state. `first` is true only at the start of the program. Throws Failure if the project can't
+    /// be opened, and leaves the earlier connection open.
     void initApp(bool first);
     /// Puts the whole view into its starting state for the open project.
     void loadDefaults() { m_view.loadDefaults(); }
@@ -45,10 +44,6 @@ public:
     CommonDialog cdMain;
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
-    void moveEvent(QMoveEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void changeEvent(QEvent *event) override;
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -56,15 +51,9 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    struct MenuEntry {
-        const char *name;
-        const char *caption;
-        void (frmMain::*handler)();
-    };
     enum class State { Open, Importing, Unloaded };
 
     void buildCommands();
-    void addMenu(const char *name, const QString &title, std::initializer_list<MenuEntry> entries);
     void buildToolBar();
     void buildStatusBar();
     /// Every command of menu and tool bar starts here.
@@ -99,7 +88,7 @@ private:
     bool importReport(const QString &path, const QString &note);
     bool loadDocument(const QString &path, const QString &note);
     bool loadReport(const QString &note);
-    /// One after the other; one that fails ends the rest.
+    /// One after the other, up to the first that fails.
     void importReports(const QStringList &paths);
 
     ReportSource reportSource();

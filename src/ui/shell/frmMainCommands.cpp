@@ -18,6 +18,7 @@
 #include "ui/shell/frmOptions.h"
 #include "ui/shell/mainSurface.h"
 #include "ui/views/busyCursor.h"
+#include "ui/views/dialogs/qtDialogs.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -31,8 +32,8 @@ namespace veltrona {
 namespace {
 
 CommonDialog projectDialog(const QString &title) {
-    return {.DefaultExt = QStringLiteral("vlt"),
-            .Filter = productName + QStringLiteral(" Data files (*.vlt)|*.vlt"),
+    return {.DefaultExt = u"vlt"_s,
+            .Filter = productName + u" Data files (*.vlt)|*.vlt"_s,
             .DialogTitle = title,
             .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
 }
@@ -48,7 +49,7 @@ OutputSettings outputSettings() {
             .printColor = modMain::PrintColor};
 }
 
-/// What a step has failed by, to be reported when the next ones have run.
+/// The Failure of a step, to be reported when the next ones have run; null if there is none.
 template<class Step>
 std::exception_ptr failureOf(Step &&step) {
     try {
@@ -59,7 +60,7 @@ std::exception_ptr failureOf(Step &&step) {
     }
 }
 
-/// What a message about the report at `place` says besides, if there is more than one.
+/// The end of a message about the report at `place`, if there is more than one.
 QString noteAbout(const QStringList &reports, qsizetype place) {
     if (reports.size() == 1)
         return {};
@@ -69,9 +70,9 @@ QString noteAbout(const QStringList &reports, qsizetype place) {
     QStringList left;
     for (const QString &path : reports.sliced(place + 1))
         left.append(quoted(path));
-    QString note = QStringLiteral("\r\rThis was the report ") + quoted(reports[place]) + u'.';
+    QString note = u"\r\rThis was the report "_s + quoted(reports[place]) + u'.';
     if (!left.isEmpty())
-        note += QStringLiteral(" Not read any more: ") + left.join(QStringLiteral(", ")) + u'.';
+        note += u" Not read any more: "_s + left.join(u", "_s) + u'.';
     return note;
 }
 
@@ -109,16 +110,16 @@ bool frmMain::openFirstProject() {
 
 bool frmMain::askAboutBadProject(const Failure &failure) {
     const bool isDefault = isDefaultProject();
-    const QString text = QStringLiteral("The project \"%1\" can't be opened.\r\rError %2: %3")
-                             .arg(QDir::toNativeSeparators(modMain::DbFileName),
-                                  QString::number(failure.number()), failure.text());
-    // Setting it aside would take file and journal from under the program that writes.
+    const QString text = u"The project \"%1\" can't be opened.\r\rError %2: %3"_s.arg(
+        QDir::toNativeSeparators(modMain::DbFileName), QString::number(failure.number()),
+        failure.text());
+    // Renaming it would take file and journal away from the program that is writing.
     const bool isLocked = sqlite::isLocked(failure);
-    const QString second = !isDefault ? QStringLiteral("&Use the default project")
-                           : isLocked ? QStringLiteral("&Try again")
-                                      : QStringLiteral("&Set it aside and make a new one");
-    const int choice = dialogs().choose(
-        productName, text, {QStringLiteral("&Open another..."), second, QStringLiteral("&Quit")});
+    const QString second = !isDefault ? u"&Use the default project"_s
+                           : isLocked ? u"&Try again"_s
+                                      : u"&Set it aside and make a new one"_s;
+    const int choice =
+        dialogs().choose(productName, text, {u"&Open another..."_s, second, u"&Quit"_s});
     switch (choice) {
     case 0:
         if (chooseProjectFile()) {
@@ -132,7 +133,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
             filtered([] { renameAside(modMain::DbFileName); });
         } else if (!isDefault) {
             rememberProject(QString());
-            modMain::session() = ProjectSession::ofDefault(modMain::DataFolder);
+            modMain::session() = ProjectSession::at(defaultProjectPath(modMain::DataFolder));
         }
         return true;
     default:
@@ -141,7 +142,7 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
 }
 
 bool frmMain::chooseProjectFile() {
-    cdMain = projectDialog(QStringLiteral("Open database"));
+    cdMain = projectDialog(u"Open database"_s);
     cdMain.ShowOpen();
     return !cdMain.FileName.isEmpty();
 }
@@ -152,20 +153,16 @@ void frmMain::mnuOpen_Click() {
 }
 
 void frmMain::mnuNew_Click() {
-    cdMain = projectDialog(QStringLiteral("Create a new database"));
+    cdMain = projectDialog(u"Create a new database"_s);
     cdMain.Flags = CommonDialog::overwriteAndCreatePrompt;
     cdMain.ShowSave();
     if (cdMain.FileName.isEmpty())
         return;
-    const QString extension = QStringLiteral(".vlt");
-    QString path = withoutBlanks(cdMain.FileName).toString();
-    if (!path.endsWith(extension, Qt::CaseInsensitive))
-        path += extension;
+    const QString path = withExtension(withoutBlanks(cdMain.FileName).toString(), u"vlt"_s);
     if (isSameFile(path, modMain::DbFileName)) {
         dialogs().message(MessageStyle::OkExclamation, productName,
-                          QStringLiteral("\"%1\" is the project that is open. Choose another name "
-                                         "for the new project.")
-                              .arg(QDir::toNativeSeparators(path)));
+                          u"\"%1\" is the project that is open. Choose another name "
+                          "for the new project."_s.arg(QDir::toNativeSeparators(path)));
         return;
     }
     switchProject(path, projectTemplatePath());
@@ -190,9 +187,9 @@ void frmMain::switchProject(const QString &path, const QString &newFromTemplate)
 }
 
 void frmMain::mnuClean_Click() {
-    const Answer answer = dialogs().message(
-        MessageStyle::YesNoCancelCriticalDefaultNo, QStringLiteral("Delete all the data"),
-        QStringLiteral("Are you sure you want to erase all of the database contents?"));
+    const Answer answer =
+        dialogs().message(MessageStyle::YesNoCancelCriticalDefaultNo, u"Delete all the data"_s,
+                          u"Are you sure you want to erase all of the database contents?"_s);
     if (answer != Answer::Yes)
         return;
     const BusyCursor busy;
@@ -201,9 +198,9 @@ void frmMain::mnuClean_Click() {
 }
 
 void frmMain::impRep() {
-    cdMain = {.DefaultExt = QStringLiteral("xml"),
-              .Filter = QStringLiteral("XML files (*.xml)|*.xml"),
-              .DialogTitle = QStringLiteral("Import a Google Report XML file"),
+    cdMain = {.DefaultExt = u"xml"_s,
+              .Filter = u"XML files (*.xml)|*.xml"_s,
+              .DialogTitle = u"Import a Google Report XML file"_s,
               .InitDir = modMain::getSpecialFolder(modMain::documentsFolder)};
     cdMain.ShowOpen();
     if (!cdMain.FileName.isEmpty())
@@ -234,7 +231,7 @@ bool frmMain::importReport(const QString &path, const QString &note) {
     // The end of the session closes a message box and then this window, project and all.
     if (m_state == State::Unloaded)
         return false;
-    // Whatever was stored before a failure is there, so the views show it before the message comes.
+    // Rows stored before a failure stay, so the views show them before the message comes.
     const std::exception_ptr unshown = failureOf([this] { m_view.rebuild(); });
     if (unshown) // else the summary would still be that of the rows that are gone
         m_view.clearStatistics();
@@ -260,9 +257,8 @@ bool frmMain::loadReport(const QString &note) {
     modMain::ReportColumns = check.names;
     modMain::ReportRowCount = check.rowCount;
     if (!check.passed) {
-        dialogs().message(
-            MessageStyle::OkExclamation, QStringLiteral("Error"),
-            QStringLiteral("Cannot load the XML file due to missing some report columns.") + note);
+        dialogs().message(MessageStyle::OkExclamation, u"Error"_s,
+                          u"Cannot load the XML file due to missing some report columns."_s + note);
         return false;
     }
     frmWait &wait = frmWait::instance();
@@ -290,8 +286,8 @@ const drawing::Picture *frmMain::copyChart() {
     return &m_picture;
 }
 
-/// A report takes node and dates from the controls and the figures from the view, which differ
-/// after a failed refresh: then it is repeated first, or there is no report.
+/// A report takes node and dates from the controls and the figures from the view. After a failed
+/// refresh these differ, so it is repeated first.
 ReportSource frmMain::reportSource() {
     m_view.makeCurrent();
     ReportSource source;
@@ -305,7 +301,7 @@ ReportSource frmMain::reportSource() {
 }
 
 // A window manager may lose the focus where a dialog closes together with the one above it, so the
-// main window asks for the keys.
+// main window asks for it.
 void frmMain::expRep() {
     frmOutput(reportSource(), outputSettings()).Show();
     activateWindow();
@@ -327,11 +323,11 @@ void frmMain::mnuAbout_Click() {
 }
 
 void frmMain::Toolbar1_ButtonClick(const QString &key) {
-    if (key == QLatin1String("Imp"))
+    if (key == "Imp"_L1)
         impRep();
-    else if (key == QLatin1String("Exp"))
+    else if (key == "Exp"_L1)
         expRep();
-    else if (key == QLatin1String("Prn"))
+    else if (key == "Prn"_L1)
         prnRep();
 }
 

@@ -1,5 +1,6 @@
 #include "ui/shell/frmOptions.h"
 
+#include "core/base/text.h"
 #include "core/shell/modMain.h"
 #include "core/shell/settings.h"
 #include "ui/views/controls/formCheckBox.h"
@@ -33,9 +34,9 @@ struct ColorSwitch {
 };
 /// The colours of the grid come first; without them the others can't be changed.
 constexpr ColorSwitch switches[] = {
-    {"chkCG", QLatin1String("grdcolor"), &modMain::GridColor, true},
-    {"chkCE", QLatin1String("expcolor"), &modMain::ExportColor, true},
-    {"chkCP", QLatin1String("prncolor"), &modMain::PrintColor, false},
+    {"chkCG", "grdcolor"_L1, &modMain::GridColor, true},
+    {"chkCE", "expcolor"_L1, &modMain::ExportColor, true},
+    {"chkCP", "prncolor"_L1, &modMain::PrintColor, false},
 };
 
 std::vector<QCheckBox *> makeBoxes(QWidget &form) {
@@ -48,7 +49,7 @@ std::vector<QCheckBox *> makeBoxes(QWidget &form) {
 bool isOn(QLatin1String setting) {
     QString text;
     loadSetting(settingsKey, setting, text);
-    return text == QLatin1String("1");
+    return text == "1"_L1;
 }
 } // namespace
 
@@ -56,15 +57,11 @@ frmOptions::frmOptions()
     : DesignedDialog("frmOptions", design, innerSize), m_boxes(makeBoxes(*this)),
       cmdOK(desktop::makeControl<QPushButton>(design, "cmdOK", this)),
       comCancel(desktop::makeControl<QPushButton>(design, "comCancel", this)) {
-    setWindowTitle(QStringLiteral("Edit Options"));
+    setWindowTitle(u"Edit Options"_s);
     cmdOK->setDefault(true);
     desktop::handle(m_boxes.front(), &QCheckBox::toggled, this, &frmOptions::chkCG_Click);
     desktop::handle(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     desktop::handle(comCancel, &QPushButton::clicked, this, &frmOptions::comCancel_Click);
-}
-
-frmOptions &frmOptions::instance() {
-    return desktop::sharedForm<frmOptions>();
 }
 
 void frmOptions::load() {
@@ -112,13 +109,8 @@ void frmOptions::cmdOK_Click() {
     for (std::size_t i = 0; i < m_boxes.size(); ++i) {
         const bool on = m_boxes[i]->isChecked();
         *switches[i].flag = on;
-        saveSetting(settingsKey, switches[i].setting,
-                    on ? QStringLiteral("1") : QStringLiteral("0"), textValue);
+        saveSetting(settingsKey, switches[i].setting, on ? u"1"_s : u"0"_s, textValue);
     }
-    unload();
-}
-
-void frmOptions::comCancel_Click() {
     unload();
 }
 

@@ -17,7 +17,7 @@ class frmOptions : public desktop::DesignedDialog {
 
 public:
     frmOptions();
-    static frmOptions &instance();
+    static frmOptions &instance() { return desktop::sharedForm<frmOptions>(); }
 
     /// Reads the settings into boxes and flags, unless the form is loaded already.
     void load();
@@ -31,7 +31,7 @@ private:
     void Form_Load();
     void chkCG_Click();
     void cmdOK_Click();
-    void comCancel_Click();
+    void comCancel_Click() { unload(); }
     void unload() { done(Rejected); }
 
     std::vector<QCheckBox *> m_boxes; // chkCG, chkCE, chkCP

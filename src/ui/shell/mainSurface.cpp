@@ -13,11 +13,6 @@
 
 namespace veltrona {
 
-/// Twips to device-independent pixels, as a factor.
-static double pixelsPerTwip(const TwipScale &scale) {
-    return scale.ratio() / twipsPerPixel;
-}
-
 template<class View, class Control>
 View *MainSurface::add(Control &control, QFrame *frame, const char *name) {
     auto *view = new View(control, frame);
@@ -56,11 +51,11 @@ MainSurface::MainSurface(AnalysisControls &controls)
     m_grid->setAccessibleName(QStringLiteral("Statistics"));
     lblSum->setObjectName(QStringLiteral("lblSum"));
     lblSum->setFullText(QLatin1String(designedIn(mainWindowDesign, "lblSum").caption));
-    // A place for the picture on its way to the file; nothing for the user's eyes.
+    // Holds the picture on its way to the file; never shown.
     picChart->setObjectName(QStringLiteral("picChart"));
     picChart->hide();
 
-    // The order in which Tab walks: the tree, the period, the figures, the chart.
+    // The tab order: the tree, the period, the figures, the chart.
     QWidget *const order[] = {m_tree, m_start, m_end, m_range, m_grid, m_chart, m_metric, m_group};
     for (std::size_t i = 1; i < std::size(order); ++i)
         setTabOrder(order[i - 1], order[i]);
@@ -74,7 +69,7 @@ AnalysisScreen MainSurface::screen() {
         .textWidth =
             [this](const QString &text) {
                 const double pixels = QFontMetricsF(m_grid->font()).horizontalAdvance(text);
-                return static_cast<float>(pixels / pixelsPerTwip(m_scale));
+                return static_cast<float>(pixels / m_scale.pixelsPerTwip());
             },
         .setCaption = [this](const QString &caption) { lblSum->setFullText(caption); },
         .setRootDescription = [this](const QString &text) { m_tree->setRootDescription(text); },
@@ -84,7 +79,7 @@ AnalysisScreen MainSurface::screen() {
 
 void MainSurface::applyScale(const QFont &font) {
     m_scale = TwipScale(font, measuredLabels);
-    m_grid->setPixelsPerTwip(pixelsPerTwip(m_scale));
+    m_grid->setPixelsPerTwip(m_scale.pixelsPerTwip());
     for (QLabel *label : {lblStart, lblEnd, lblRange, lblLeft, lblGroup})
         desktop::placeControl(*label, designed(label->objectName().toStdString()), m_scale);
     picChart->setGeometry(m_scale.toPixels(designed("picChart")));

@@ -27,15 +27,15 @@ public:
     /// The controls must outlive the surface.
     explicit MainSurface(AnalysisControls &controls);
 
-    /// What the analysis shows here; for as long as the surface lives.
+    /// For the analysis view; valid as long as the surface lives.
     AnalysisScreen screen();
     const TwipScale &scale() const { return m_scale; }
 
-    /// Fits everything that the layout leaves alone to the window's font, which the twip follows.
+    /// Fits everything that `arrange` doesn't place to the window's font, which the twip follows.
     void applyScale(const QFont &font);
-    /// The rules count tops from below the menu bar, the surface begins below the tool bar.
+    /// Tops in the layout count from below the menu bar; the surface begins below the tool bar.
     void arrange(const WindowLayout &layout, int toolBarHeight);
-    /// A date that is typed but not yet confirmed counts from here on.
+    /// Commits a date that is typed but not yet confirmed.
     void finishEdits();
     /// The chart's picture, shown in `picChart` too; null if there is none.
     QImage copyChart();

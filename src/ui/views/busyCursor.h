@@ -10,8 +10,7 @@ class BusyCursor {
 public:
     BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
     ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor &) = delete;
-    BusyCursor &operator=(const BusyCursor &) = delete;
+    Q_DISABLE_COPY_MOVE(BusyCursor)
 };
 
 class OrdinaryCursor {
@@ -24,8 +23,7 @@ public:
         if (m_replaces)
             QApplication::restoreOverrideCursor();
     }
-    OrdinaryCursor(const OrdinaryCursor &) = delete;
-    OrdinaryCursor &operator=(const OrdinaryCursor &) = delete;
+    Q_DISABLE_COPY_MOVE(OrdinaryCursor)
 
 private:
     bool m_replaces;

@@ -14,8 +14,7 @@ public:
     /// `measured` are labels as wide as their texts in the designs' font.
     TwipScale(const QFont &font, WindowDesign measured);
 
-    /// Real font to designs' font, at least 1.
-    double ratio() const { return m_ratio; }
+    double pixelsPerTwip() const { return m_ratio / twipsPerPixel; }
 
     int toPixels(float twips) const;
     /// Edges are rounded, not lengths, so that neighbours neither overlap nor leave a gap.
@@ -23,7 +22,7 @@ public:
     float toTwips(int pixels) const;
 
 private:
-    double m_ratio;
+    double m_ratio; // real font to designs' font, at least 1
 };
 
 } // namespace veltrona

@@ -73,10 +73,6 @@ QSize frameExtent(const QWidget &window) {
             unscaled(top) + unscaled(outer.bottom() - inner.bottom())};
 }
 
-bool changesSizes(const QEvent &event) {
-    return event.type() == QEvent::FontChange || event.type() == QEvent::StyleChange;
-}
-
 DesignedDialog::DesignedDialog(const char *name, WindowDesign design, const TwipRect &innerSize,
                                Qt::WindowFlags flags)
     : m_design(design), m_innerSize(innerSize) {
@@ -86,7 +82,7 @@ DesignedDialog::DesignedDialog(const char *name, WindowDesign design, const Twip
 
 void DesignedDialog::changeEvent(QEvent *event) {
     QDialog::changeEvent(event);
-    if (changesSizes(*event))
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         arrange();
 }
 

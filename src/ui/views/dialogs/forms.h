@@ -1,5 +1,5 @@
-// What the program's windows have in common: controls made and placed as designed in sizes that no
-// text is cut by, handlers in the error filter, a place over their owner; for most, one shared
+// What the program's windows have in common: controls created and placed as designed, large enough
+// for their texts; handlers in the error filter; a place over their owner; for most, one shared
 // instance.
 #pragma once
 
@@ -16,7 +16,8 @@
 
 namespace veltrona::desktop {
 
-/// The shared instance of a window, made on first use; it goes shortly before the application does.
+/// The shared instance of a window, created on first use and deleted shortly before the
+/// application.
 template<class Form>
 Form &sharedForm() {
     static QPointer<Form> form;
@@ -27,7 +28,7 @@ Form &sharedForm() {
     return *form;
 }
 
-/// A dialog with a title bar and a close button and no other, that can't be resized.
+/// A dialog that can't be resized, with a close button as its only one.
 inline constexpr Qt::WindowFlags fixedDialog = Qt::Dialog | Qt::CustomizeWindowHint |
                                                Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                                                Qt::WindowCloseButtonHint;
@@ -38,12 +39,9 @@ QWidget *owningWindow();
 /// Makes `form` belong to `owner` without becoming its child, and centres it there, on the screen.
 void placeOverOwner(QWidget &form, QWidget *owner = owningWindow());
 
-/// What the frame takes of a window's outer size. Where the window system names no frame (none is
-/// drawn, or none is known yet), a fair stand-in.
+/// What the frame takes of a window's outer size; an estimate where the window system reports no
+/// frame (none is drawn, or none is known yet).
 QSize frameExtent(const QWidget &window);
-
-/// Whether a change event asks for the window to be arranged anew.
-bool changesSizes(const QEvent &event);
 
 /// A control of a design with its name and, if it can have one, its caption. A label shows plain
 /// text.
@@ -78,7 +76,8 @@ protected:
     void changeEvent(QEvent *event) override;
     /// Puts the controls at their places and fixes the size.
     virtual void arrange();
-    /// Shows the dialog modally over its owner, the keys in `first`; returns when it has closed.
+    /// Shows the dialog modally over its owner with the focus in `first`; returns when it has
+    /// closed.
     void showModal(QWidget *first = nullptr);
 
 private:

@@ -56,7 +56,7 @@ QString headOf(const QString &text, const QMessageBox &box) {
         qMax(20, qMin(500, screen.width() / 2) / qMax(1, box.fontMetrics().averageCharWidth()));
     qsizetype end = 0;
     for (int line = 0; line < lines && end < text.size(); ++line) {
-        const qsizetype lineBreak = text.indexOf(QLatin1Char('\n'), end);
+        const qsizetype lineBreak = text.indexOf(u'\n', end);
         const qsizetype next = lineBreak < 0 ? text.size() : lineBreak + 1;
         end = qMin(next, end + lineLength);
     }
@@ -78,7 +78,7 @@ void copyWithoutBreakPlaces(QMessageBox &box) {
 // Lets long names break: the box would cut them off.
 QString breakable(const QString &text, const QMessageBox &box) {
     constexpr int widest = 450; // pixels without a place to break at
-    const QString places = QStringLiteral(" /-\n\t");
+    const QString places = u" /-\n\t"_s;
     QString broken;
     int width = 0;
     for (const QChar c : text) {
@@ -92,7 +92,7 @@ QString breakable(const QString &text, const QMessageBox &box) {
     return broken;
 }
 
-void setUp(QMessageBox &box, const QString &title, const QString &text) {
+void fill(QMessageBox &box, const QString &title, const QString &text) {
     const QString whole = withLineBreaks(text);
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
@@ -112,10 +112,10 @@ bool mayWrite(const QString &file, const FileDialogSetup &setup) {
     box.setIcon(exists ? QMessageBox::Warning : QMessageBox::Question);
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
     box.setDefaultButton(exists ? QMessageBox::No : QMessageBox::Yes);
-    setUp(box, setup.title,
-          (exists ? QStringLiteral("%1 already exists.\nDo you want to replace it?")
-                  : QStringLiteral("%1 doesn't exist.\nDo you want to create it?"))
-              .arg(QDir::toNativeSeparators(file)));
+    fill(box, setup.title,
+         (exists ? u"%1 already exists.\nDo you want to replace it?"_s
+                 : u"%1 doesn't exist.\nDo you want to create it?"_s)
+             .arg(QDir::toNativeSeparators(file)));
     return box.exec() == QMessageBox::Yes;
 }
 
@@ -130,7 +130,7 @@ public:
 
 protected:
     void accept() override {
-        auto *field = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        auto *field = findChild<QLineEdit *>(u"fileNameEdit"_s);
         if (field && !field->text().isEmpty() && !m_extension.isEmpty()) {
             const QString name = field->text() + u'.' + m_extension;
             if (!exists(field->text()) && exists(name))
@@ -152,38 +152,30 @@ std::optional<QString> runFileDialog(QFileDialog &dialog) {
         return std::nullopt;
     return dialog.selectedFiles().first();
 }
-
-void setUp(QFileDialog &dialog, const FileDialogSetup &setup) {
-    dialog.setNameFilter(qtFilter(setup.filter));
-    dialog.setDirectory(setup.initialFolder.isEmpty() ? QDir::homePath() : setup.initialFolder);
-}
 } // namespace
 
 QString qtFilter(const QString &filter) {
-    const QStringList parts = filter.split(QLatin1Char('|'));
+    const QStringList parts = filter.split(u'|');
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-        const QString patterns =
-            QString(parts.at(i + 1)).replace(QLatin1Char(';'), QLatin1Char(' '));
+        const QString patterns = QString(parts.at(i + 1)).replace(u';', u' ');
         QString description = parts.at(i);
-        if (const qsizetype bracket = description.lastIndexOf(QLatin1Char('(')); bracket >= 0)
+        if (const qsizetype bracket = description.lastIndexOf(u'('); bracket >= 0)
             description.truncate(bracket);
-        filters += description.trimmed() + QStringLiteral(" (") + patterns + QLatin1Char(')');
+        filters += description.trimmed() + u" ("_s + patterns + u')';
     }
-    return filters.join(QStringLiteral(";;"));
+    return filters.join(u";;"_s);
 }
 
 QString withExtension(const QString &name, const QString &extension) {
-    const QString end = QLatin1Char('.') + extension;
+    const QString end = u'.' + extension;
     if (extension.isEmpty() || name.endsWith(end, Qt::CaseInsensitive))
         return name;
     return name + end;
 }
 
 QString withLineBreaks(const QString &text) {
-    return QString(text)
-        .replace(QLatin1String("\r\n"), QLatin1String("\n"))
-        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return QString(text).replace("\r\n"_L1, "\n"_L1).replace(u'\r', u'\n');
 }
 
 Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text,
@@ -194,7 +186,7 @@ Answer QtDialogs::message(MessageStyle style, const QString &title, const QStrin
     box.setIcon(known.icon);
     box.setStandardButtons(known.buttons);
     box.setDefaultButton(known.defaultButton);
-    setUp(box, title, text);
+    fill(box, title, text);
     if (!details.isEmpty())
         box.setDetailedText(details);
     return answerOf(box.exec());
@@ -208,13 +200,15 @@ int QtDialogs::choose(const QString &title, const QString &text, const QStringLi
         choices += box.addButton(button, QMessageBox::ActionRole);
     box.setDefaultButton(static_cast<QPushButton *>(choices.first()));
     box.setEscapeButton(choices.last());
-    setUp(box, title, text);
+    fill(box, title, text);
     box.exec();
     const qsizetype chosen = choices.indexOf(box.clickedButton());
     return static_cast<int>(chosen < 0 ? choices.size() - 1 : chosen);
 }
 
-void QtDialogs::offerPlaces(QFileDialog &dialog) const {
+void QtDialogs::setUp(QFileDialog &dialog, const FileDialogSetup &setup) const {
+    dialog.setNameFilter(qtFilter(setup.filter));
+    dialog.setDirectory(setup.initialFolder.isEmpty() ? QDir::homePath() : setup.initialFolder);
     QList<QUrl> urls = dialog.sidebarUrls();
     for (const QString &folder : m_places ? m_places() : QStringList()) {
         const QUrl url = QUrl::fromLocalFile(QDir::cleanPath(folder));
@@ -227,14 +221,12 @@ void QtDialogs::offerPlaces(QFileDialog &dialog) const {
 QString QtDialogs::openFile(const FileDialogSetup &setup) {
     OpenFileDialog dialog(setup.title, setup.defaultExtension);
     setUp(dialog, setup);
-    offerPlaces(dialog);
     return QDir::toNativeSeparators(runFileDialog(dialog).value_or(QString()));
 }
 
 QString QtDialogs::saveFile(const FileDialogSetup &setup) {
     QFileDialog dialog(desktop::owningWindow(), setup.title);
     setUp(dialog, setup);
-    offerPlaces(dialog);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // The question is asked here, for the name that is really written.

@@ -20,7 +20,7 @@ public:
     QString saveFile(const FileDialogSetup &setup) override;
 
 private:
-    void offerPlaces(QFileDialog &dialog) const;
+    void setUp(QFileDialog &dialog, const FileDialogSetup &setup) const;
 
     Places m_places;
 };
