@@ -11,10 +11,10 @@ int main(int argc, char **argv) {
     veltrona::Application application(argc, argv);
     // QApplication has removed its own arguments.
     if (argc > 1) {
-        QString told;
-        QDebug(&told).nospace() << "veltrona: takes no argument "
+        QString text;
+        QDebug(&text).nospace() << "veltrona: takes no argument "
                                 << QString::fromLocal8Bit(argv[1]);
-        std::fprintf(stderr, "%s\n", qPrintable(told));
+        std::fprintf(stderr, "%s\n", qPrintable(text));
         return 2;
     }
     veltrona::QtDialogs dialogs(veltrona::modMain::places);

@@ -1,6 +1,6 @@
-// The state that the whole program shares: the open project's session, part by part, the report
-// being imported and the colour flags. Only the windows and this folder read it; folders below get
-// what they need as arguments.
+// The state that the whole program shares: the parts of the open project's session, the report
+// being imported and the colour flags. Only the shell reads it; other rooms get what they need as
+// arguments.
 #pragma once
 
 #include "core/import/reportColumns.h"
@@ -15,7 +15,7 @@ namespace veltrona::modMain {
 /// True once the main window has unloaded.
 extern bool ExitFlag;
 
-/// The user's local application data folder, or the program's own folder if that can't be had.
+/// The user's local application data folder, or the program's own folder without one.
 extern QString DataFolder;
 /// Holds everything about the open project; the names below are its parts.
 ProjectSession &session();

@@ -39,9 +39,10 @@ constexpr ToolButton toolButtons[] = {
     {"Prn", "Print    ", "print"},
 };
 
-/// The files stay where they are, whatever the source would rather do with them.
+/// Takes files as copies: they stay where they are, whatever action the source prefers.
 void takeAsCopy(QDropEvent &event, bool takes) {
-    if (takes && event.possibleActions().testFlag(Qt::CopyAction)) {
+    if (takes && !QApplication::activeModalWidget() &&
+        event.possibleActions().testFlag(Qt::CopyAction)) {
         event.setDropAction(Qt::CopyAction);
         event.accept();
     } else {
@@ -59,14 +60,14 @@ frmMain::frmMain() : m_surface(new MainSurface(*this)), m_view(*this, m_surface-
     buildStatusBar();
     setCentralWidget(m_surface);
     setAcceptDrops(true);
-    // Qt opens context menus by the menu key, but not by this one.
+    // Qt opens context menus by the menu key, but not by Shift+F10.
     auto *menuKeys = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
     connect(menuKeys, &QShortcut::activated, this, &frmMain::openContextMenu);
     applyDesignSize();
 }
 
 frmMain::~frmMain() {
-    // The surface goes first: it looks at the controls, which are part of this window.
+    // The surface goes first: it reads the controls, which are members of this window.
     delete takeCentralWidget();
 }
 
@@ -238,7 +239,7 @@ bool frmMain::event(QEvent *event) {
 
 void frmMain::closeEvent(QCloseEvent *event) {
     if (m_state == State::Importing) {
-        // The loader is at work on the project: it stops at its next step and closes then.
+        // The row loader stops at its next step; importReport then closes the window.
         services().endRequested = true;
         event->ignore();
         return;
@@ -248,17 +249,16 @@ void frmMain::closeEvent(QCloseEvent *event) {
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent *event) {
-    takeAsCopy(*event,
-               !QApplication::activeModalWidget() && !droppedFiles(*event->mimeData()).isEmpty());
+    takeAsCopy(*event, !droppedFiles(*event->mimeData()).isEmpty());
 }
 
 void frmMain::dragMoveEvent(QDragMoveEvent *event) {
-    takeAsCopy(*event, !QApplication::activeModalWidget());
+    takeAsCopy(*event, true);
 }
 
 void frmMain::dropEvent(QDropEvent *event) {
     const DroppedFiles files = droppedFiles(*event->mimeData());
-    takeAsCopy(*event, !QApplication::activeModalWidget() && !files.isEmpty());
+    takeAsCopy(*event, !files.isEmpty());
     if (!event->isAccepted())
         return;
     activateWindow();

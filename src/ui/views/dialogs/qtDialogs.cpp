@@ -17,39 +17,37 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <optional>
 
 namespace veltrona {
 
 namespace {
+using Box = QMessageBox;
+
 struct BoxStyle {
     MessageStyle style;
-    QMessageBox::Icon icon;
-    QMessageBox::StandardButtons buttons;
-    QMessageBox::StandardButton defaultButton;
+    Box::Icon icon;
+    Box::StandardButtons buttons;
+    Box::StandardButton defaultButton;
 };
 
 const BoxStyle boxStyles[] = {
-    {MessageStyle::YesNoQuestion, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
-     QMessageBox::Yes},
-    {MessageStyle::OkExclamation, QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok},
-    {MessageStyle::OkCancelExclamation, QMessageBox::Warning, QMessageBox::Ok | QMessageBox::Cancel,
-     QMessageBox::Ok},
-    {MessageStyle::YesNoExclamation, QMessageBox::Warning, QMessageBox::Yes | QMessageBox::No,
-     QMessageBox::Yes},
-    {MessageStyle::YesNoCancelCriticalDefaultNo, QMessageBox::Critical,
-     QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No},
+    {MessageStyle::YesNoQuestion, Box::Question, Box::Yes | Box::No, Box::Yes},
+    {MessageStyle::OkExclamation, Box::Warning, Box::Ok, Box::Ok},
+    {MessageStyle::OkCancelExclamation, Box::Warning, Box::Ok | Box::Cancel, Box::Ok},
+    {MessageStyle::YesNoExclamation, Box::Warning, Box::Yes | Box::No, Box::Yes},
+    {MessageStyle::YesNoCancelCriticalDefaultNo, Box::Critical, Box::Yes | Box::No | Box::Cancel,
+     Box::No},
 };
 
 Answer answerOf(int button) {
-    return button == QMessageBox::Ok    ? Answer::Ok
-           : button == QMessageBox::Yes ? Answer::Yes
-           : button == QMessageBox::No  ? Answer::No
-                                        : Answer::Cancel;
+    return button == Box::Ok    ? Answer::Ok
+           : button == Box::Yes ? Answer::Yes
+           : button == Box::No  ? Answer::No
+                                : Answer::Cancel;
 }
 
 // The start of a text that would not fit on the screen; the whole text if it does.
-QString headOf(const QString &text, const QMessageBox &box) {
+QString headOf(const QString &text, const Box &box) {
     const QSize screen = box.screen()->availableSize();
     const int lines = qMax(5, screen.height() / 3 / box.fontMetrics().lineSpacing());
     const int lineLength =
@@ -66,7 +64,7 @@ QString headOf(const QString &text, const QMessageBox &box) {
 constexpr QChar breakPlace(0x200B); // takes no room
 
 /// Strips the zero-width spaces from text copied out of the box.
-void copyWithoutBreakPlaces(QMessageBox &box) {
+void copyWithoutBreakPlaces(Box &box) {
     QClipboard *clipboard = QGuiApplication::clipboard();
     QObject::connect(clipboard, &QClipboard::changed, &box, [clipboard](QClipboard::Mode mode) {
         QString copied = clipboard->text(mode);
@@ -76,7 +74,7 @@ void copyWithoutBreakPlaces(QMessageBox &box) {
 }
 
 // Lets long names break: the box would cut them off.
-QString breakable(const QString &text, const QMessageBox &box) {
+QString breakable(const QString &text, const Box &box) {
     constexpr int widest = 450; // pixels without a place to break at
     const QString places = u" /-\n\t"_s;
     QString broken;
@@ -92,7 +90,7 @@ QString breakable(const QString &text, const QMessageBox &box) {
     return broken;
 }
 
-void fill(QMessageBox &box, const QString &title, const QString &text) {
+void fill(Box &box, const QString &title, const QString &text) {
     const QString whole = withLineBreaks(text);
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
@@ -108,19 +106,18 @@ bool mayWrite(const QString &file, const FileDialogSetup &setup) {
     const bool exists = QFileInfo::exists(file);
     if (exists ? !setup.confirmsOverwrite : !setup.confirmsCreation)
         return true;
-    QMessageBox box(desktop::owningWindow());
-    box.setIcon(exists ? QMessageBox::Warning : QMessageBox::Question);
-    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    box.setDefaultButton(exists ? QMessageBox::No : QMessageBox::Yes);
+    Box box(desktop::owningWindow());
+    box.setIcon(exists ? Box::Warning : Box::Question);
+    box.setStandardButtons(Box::Yes | Box::No);
+    box.setDefaultButton(exists ? Box::No : Box::Yes);
     fill(box, setup.title,
          (exists ? u"%1 already exists.\nDo you want to replace it?"_s
                  : u"%1 doesn't exist.\nDo you want to create it?"_s)
              .arg(QDir::toNativeSeparators(file)));
-    return box.exec() == QMessageBox::Yes;
+    return box.exec() == Box::Yes;
 }
 
-/// Takes a name that is typed without its extension for the file that has it, but only where no
-/// file has the name as it is.
+/// Adds the extension to a typed name if only the file with the extension exists.
 class OpenFileDialog : public QFileDialog {
 public:
     OpenFileDialog(const QString &title, QString extension)
@@ -147,10 +144,9 @@ private:
     QString m_extension;
 };
 
-std::optional<QString> runFileDialog(QFileDialog &dialog) {
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return std::nullopt;
-    return dialog.selectedFiles().first();
+/// Empty after a cancel.
+QString runFileDialog(QFileDialog &dialog) {
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 } // namespace
 
@@ -181,7 +177,7 @@ QString withLineBreaks(const QString &text) {
 Answer QtDialogs::message(MessageStyle style, const QString &title, const QString &text,
                           const QString &details) {
     const OrdinaryCursor cursor;
-    QMessageBox box(desktop::owningWindow());
+    Box box(desktop::owningWindow());
     const BoxStyle &known = *std::ranges::find(boxStyles, style, &BoxStyle::style);
     box.setIcon(known.icon);
     box.setStandardButtons(known.buttons);
@@ -193,8 +189,8 @@ Answer QtDialogs::message(MessageStyle style, const QString &title, const QStrin
 }
 
 int QtDialogs::choose(const QString &title, const QString &text, const QStringList &buttons) {
-    QMessageBox box(desktop::owningWindow());
-    box.setIcon(QMessageBox::Warning);
+    Box box(desktop::owningWindow());
+    box.setIcon(Box::Warning);
     QList<QAbstractButton *> choices;
     for (const QString &button : buttons)
         choices += box.addButton(button, QMessageBox::ActionRole);
@@ -221,7 +217,7 @@ void QtDialogs::setUp(QFileDialog &dialog, const FileDialogSetup &setup) const {
 QString QtDialogs::openFile(const FileDialogSetup &setup) {
     OpenFileDialog dialog(setup.title, setup.defaultExtension);
     setUp(dialog, setup);
-    return QDir::toNativeSeparators(runFileDialog(dialog).value_or(QString()));
+    return QDir::toNativeSeparators(runFileDialog(dialog));
 }
 
 QString QtDialogs::saveFile(const FileDialogSetup &setup) {
@@ -231,9 +227,9 @@ QString QtDialogs::saveFile(const FileDialogSetup &setup) {
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // The question is asked here, for the name that is really written.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    while (const std::optional<QString> chosen = runFileDialog(dialog)) {
-        const QString name = setup.finalName ? setup.finalName(*chosen)
-                                             : withExtension(*chosen, setup.defaultExtension);
+    for (QString chosen; !(chosen = runFileDialog(dialog)).isEmpty();) {
+        const QString name = setup.finalName ? setup.finalName(chosen)
+                                             : withExtension(chosen, setup.defaultExtension);
         if (mayWrite(name, setup))
             return QDir::toNativeSeparators(name);
         dialog.selectFile(name);
