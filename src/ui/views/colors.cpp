@@ -41,6 +41,8 @@ QColor readableColor(const QColor &color, const QColor &base, double wanted) {
         return target;
     constexpr int steps = 64;
     for (int step = 1; step < steps; ++step) {
+        // Rounds to the 8 bits that contrast is computed for. `mixed` keeps QColor's 16, which are
+        // truncated when painted, so its shades may differ by one.
         const auto between = [&](int a, int b) {
             return static_cast<int>(std::lround(a + (b - a) * (static_cast<double>(step) / steps)));
         };
