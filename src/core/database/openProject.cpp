@@ -42,8 +42,6 @@ void verifyIdentity(const Connection &connection) {
 constexpr auto runs = "its table tblGoogleDays holds expressions, which a project has none of (a "
                       "CHECK, a generated column, a computed default or an index over an "
                       "expression or a part of the table)";
-constexpr auto refuses = "its table tblGoogleDays has another unique index than a project, and "
-                         "records would be lost";
 
 /// A number, a text, a blob, a keyword such as NULL or CURRENT_DATE, or no default.
 bool isPlainDefault(const QString &text) {
@@ -95,7 +93,9 @@ const char *indexFault(const Connection &connection, QString name, bool isUnique
         keys += exact ? columns.text(Name).toLower() : QString();
     }
     keys.sort();
-    return isUnique && keys != recordKey ? refuses : nullptr;
+    return isUnique && keys != recordKey ? "its table tblGoogleDays has another unique index than "
+                                           "a project, and records would be lost"
+                                         : nullptr;
 }
 
 constexpr auto textTypes = "(?!.*INT).*(CHAR|CLOB|TEXT).*";

@@ -125,8 +125,7 @@ bool isBlank(std::string_view sql) {
 } // namespace
 
 int maxPathBytes() {
-    constexpr std::string_view journalEnding = "-journal";
-    return sqlite3_vfs_find(nullptr)->mxPathname - int(journalEnding.size());
+    return sqlite3_vfs_find(nullptr)->mxPathname - 8; // "-journal"
 }
 
 /// SQLite's own handler sleeps longer each time and then loses every race against a busy writer.

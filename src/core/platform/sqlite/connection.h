@@ -1,8 +1,7 @@
-// SQLite behind a small RAII layer: a connection to one database file and prepared statements with
+// A small RAII layer over SQLite: a connection to one database file and prepared statements with
 // bound values. Every failure is thrown as Failure, with SQLite's extended result code and a text
-// that names the file. A connection must outlive its statements. BusyTimeout says how long it waits
-// for other programs. A file isn't trusted: nothing in its schema runs, no other file is touched,
-// and texts and work are bounded.
+// that names the file. A connection must outlive its statements. Files aren't trusted: nothing in
+// the schema runs, no other file is touched, and texts and work are bounded.
 #pragma once
 
 #include "core/base/failure.h"
@@ -49,13 +48,8 @@ inline bool isLocked(const Failure &failure) {
     return primary(failure.number()) == Result::Busy;
 }
 
-enum class ValueType {
-    Integer = SQLITE_INTEGER,
-    Real = SQLITE_FLOAT,
-    Text = SQLITE_TEXT,
-    Blob = SQLITE_BLOB,
-    Null = SQLITE_NULL
-};
+/// The values are SQLite's.
+enum class ValueType { Integer = 1, Real = 2, Text = 3, Blob = 4, Null = 5 };
 
 /// A column of a table as its declaration has it.
 struct DeclaredColumn {
@@ -64,9 +58,8 @@ struct DeclaredColumn {
     bool isPrimaryKey = false;
 };
 
-/// How long a connection waits for the locks of other programs, within the services' lockWait and
-/// lockWaitOfCommand. No window may freeze for longer than ten seconds, and an import has many
-/// batches, each of which may have to wait.
+/// Waits for the locks of other programs, within the services' lockWait for each and their
+/// lockWaitOfCommand in all: an import has many batches, each of which may have to wait.
 class BusyTimeout {
 public:
     /// Sleeps a little and returns whether to try again. `attempt` counts from 0 for each lock.
