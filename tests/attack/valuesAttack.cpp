@@ -7,7 +7,9 @@
 #include "core/base/dateValue.h"
 #include "core/import/rowValues.h"
 
+#include <QDate>
 #include <QRegularExpression>
+#include <QTime>
 
 #include <cmath>
 #include <cstdio>

@@ -3,6 +3,8 @@
 #include "core/base/text.h"
 #include "core/controls/chartAxis.h"
 
+#include <QStringList>
+
 namespace veltrona {
 
 namespace {
