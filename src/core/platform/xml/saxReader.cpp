@@ -48,22 +48,22 @@ SaxReader::SaxReader(QFile &file)
         throw std::bad_alloc();
     m_context->_private = this;
     xmlSAXHandler &sax = *m_context->sax;
-    sax.startElementNs = callback<&SaxReader::startElement>;
-    sax.endElementNs = callback<&SaxReader::endElement>;
-    sax.characters = callback<&SaxReader::characters>;
+    sax.startElementNs = &Callback<&SaxReader::startElement>::call;
+    sax.endElementNs = &Callback<&SaxReader::endElement>::call;
+    sax.characters = &Callback<&SaxReader::characters>::call;
     sax.ignorableWhitespace = sax.characters;
     const auto otherNode = [](void *context, auto...) {
-        callback<&SaxReader::addOtherNode>(context);
+        Callback<&SaxReader::addOtherNode>::call(context);
     };
     sax.comment = otherNode;
     sax.processingInstruction = otherNode;
     sax.cdataBlock = otherNode;
     // The document isn't validated, so the document type needn't be kept.
     sax.elementDecl = nullptr;
-    sax.attributeDecl = callback<&SaxReader::attributeDeclaration>;
-    sax.entityDecl = callback<&SaxReader::entityDeclaration>;
-    sax.getEntity = callback<&SaxReader::entity>;
-    sax.getParameterEntity = callback<&SaxReader::parameterEntity>;
+    sax.attributeDecl = &Callback<&SaxReader::attributeDeclaration>::call;
+    sax.entityDecl = &Callback<&SaxReader::entityDeclaration>::call;
+    sax.getEntity = &Callback<&SaxReader::entity>::call;
+    sax.getParameterEntity = &Callback<&SaxReader::parameterEntity>::call;
     sax.reference = nullptr;
     sax.externalSubset = nullptr;
     sax.resolveEntity = nullptr;

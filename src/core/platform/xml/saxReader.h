@@ -47,12 +47,17 @@ private:
         }
         return decltype(call())();
     }
-    /// The function that libxml2 calls for a handler.
+    /// `call` is the function that libxml2 calls for a handler.
     template<auto handler>
-    static constexpr auto callback = [](void *context, auto... args) {
-        SaxReader &self = of(context);
-        return self.guarded(
-            [&] { return (self.*handler)(static_cast<Context>(context), args...); });
+    struct Callback;
+    template<typename Result, typename... Arguments,
+             Result (SaxReader::*handler)(Context, Arguments...)>
+    struct Callback<handler> {
+        static Result call(void *context, Arguments... arguments) {
+            SaxReader &self = of(context);
+            return self.guarded(
+                [&] { return (self.*handler)(static_cast<Context>(context), arguments...); });
+        }
     };
 
     int read(char *buffer, int length);
