@@ -184,8 +184,8 @@ void buildNavigationTree(const sqlite::Connection &connection, const QString &pr
 }
 
 void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree) {
-    if (const RecordColumns *columns = records.held())
-        rebuild(tree, projectTitle, namesOf(columns->leaves()));
+    if (const RecordColumns *held = records.held())
+        rebuild(tree, projectTitle, namesOf(held->leaves()));
     else
         buildNavigationTree(records.connection(), projectTitle, tree);
 }
