@@ -14,7 +14,8 @@ int main() {
         const bool isRead = document.load(QString::fromStdString(path));
         const veltrona::xml::ParseError &error = document.parseError();
         const QString told = isRead ? document.refusal()
-                                    : "%1:%2 at byte %3: %4 [%5]".arg(error.line)
+                                    : QStringLiteral("%1:%2 at byte %3: %4 [%5]")
+                                          .arg(error.line)
                                           .arg(error.linepos)
                                           .arg(error.filepos)
                                           .arg(error.reason.trimmed(), error.srcText);

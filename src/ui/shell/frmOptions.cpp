@@ -9,8 +9,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
-#include <ranges>
-
 namespace veltrona {
 
 namespace {
@@ -90,9 +88,9 @@ void frmOptions::Form_Load() {
     }
     // Without grid colours the boxes are cleared but the flags stay as stored: reports are coloured
     // until OK is pressed.
-    for (QCheckBox *box : m_boxes | std::views::drop(1)) {
-        box->setChecked(box->isChecked() && grid->isChecked());
-        box->setEnabled(grid->isChecked());
+    for (std::size_t i = 1; i < m_boxes.size(); ++i) {
+        m_boxes[i]->setChecked(m_boxes[i]->isChecked() && grid->isChecked());
+        m_boxes[i]->setEnabled(grid->isChecked());
     }
 }
 
