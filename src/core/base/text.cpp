@@ -14,6 +14,10 @@ QString padded(int number, int width) {
     return u"%1"_s.arg(number, width, 10, QChar(u'0'));
 }
 
+QString counted(const QString &number, QLatin1StringView noun) {
+    return number + u' ' + noun + (number == u"1" ? QString() : u"s"_s);
+}
+
 QString shortened(const QString &text, qsizetype length, QStringView mark) {
     if (text.size() <= length)
         return text;

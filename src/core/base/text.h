@@ -33,6 +33,12 @@ bool isSameName(std::string_view a, std::string_view b);
 /// The number padded with zeros to `width` digits.
 QString padded(int number, int width = 2);
 
+/// "1 click", "30 clicks"
+QString counted(const QString &number, QLatin1StringView noun);
+inline QString counted(qint64 number, QLatin1StringView noun) {
+    return counted(QString::number(number), noun);
+}
+
 /// At most the first `length` UTF-16 units of a text, never half of a surrogate pair, and `mark`
 /// where something was cut.
 QString shortened(const QString &text, qsizetype length, QStringView mark = u"\u2026");

@@ -1,5 +1,6 @@
 #include "core/analysis/chart/chartPeriods.h"
 
+#include "core/base/dateTexts.h"
 #include "core/base/text.h"
 #include "core/controls/chartAxis.h"
 
@@ -82,12 +83,6 @@ QString label(ChartUnit unit, int day) {
     return {};
 }
 
-/// "5 Jan 2007"
-QString dateText(int day) {
-    const CalendarDay date = calendarDay(day);
-    return u"%1 %2 %3"_s.arg(date.day).arg(monthName(date.month)).arg(date.year);
-}
-
 QString daysText(int from, int to, const QString &between) {
     return from == to ? dateText(from) : dateText(from) + between + dateText(to);
 }
@@ -104,18 +99,20 @@ bool covers(const DateRange &range, const DateRange &dates) {
            dayNumber(range.end) >= dayNumber(dates.end);
 }
 
+QString uncountedNotice(const QString &what, const ChartPeriods &periods, const DateRange &range) {
+    const int days = dayNumber(range.end) - dayNumber(range.start) + 1;
+    return u"The %1 of this period lie on days that no bar counts."_s.arg(what) +
+           (periods.unit != ChartUnit::Day && days <= maxBars ? u"\nGroup by days to see them."_s
+                                                              : QString());
+}
+
 QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
                     const ChartSurroundings &surroundings) {
     if (!surroundings.table)
         return u"This project has no records yet.\n"
                "Choose Import to read a report file into it."_s;
-    if (surroundings.inRange) {
-        const int days = dayNumber(range.end) - dayNumber(range.start) + 1;
-        return u"The records of this period lie on days that no bar counts."_s +
-               (periods.unit != ChartUnit::Day && days <= maxBars
-                    ? u"\nGroup by days to see them."_s
-                    : QString());
-    }
+    if (surroundings.inRange)
+        return uncountedNotice(u"records"_s, periods, range);
     if (covers(range, *surroundings.table))
         return u"There are no records for this selection."_s;
     return u"There are no records %1.\nThe project has records %2; "
@@ -125,18 +122,18 @@ QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
 /// "one day", "14 days"
 QString spanOf(const ChartPeriods &periods) {
     const ChartUnitRow &unit = rowOf(periods.unit);
-    const auto text = [&](int length, const QString &name) {
+    const auto text = [&](int length, QLatin1StringView name) {
         const int count = length * periods.step;
-        return count == 1 ? u"one "_s + name : u"%1 %2s"_s.arg(count).arg(name);
+        return count == 1 ? u"one "_s + name : counted(count, name);
     };
     if (unit.days > 0)
-        return text(unit.days, u"day"_s);
-    return unit.months % 12 == 0 ? text(unit.months / 12, u"year"_s)
-                                 : text(unit.months, u"month"_s);
+        return text(unit.days, "day"_L1);
+    return unit.months % 12 == 0 ? text(unit.months / 12, "year"_L1)
+                                 : text(unit.months, "month"_L1);
 }
 
 /// The first bar counts a single day, whatever the others count.
-QString noteOf(const ChartPeriods &periods, const std::vector<ChartBar> &bars) {
+QString countedNote(const ChartPeriods &periods, const std::vector<ChartBar> &bars) {
     if (bars.size() == 1)
         return u"The bar counts %1."_s.arg(dateText(bars.front().toDay));
     const bool days = periods.unit == ChartUnit::Day && periods.step == 1;
@@ -148,9 +145,22 @@ QString noteOf(const ChartPeriods &periods, const std::vector<ChartBar> &bars) {
            spanOf(periods) + years;
 }
 
+/// Empty if the last bar counts the last day.
+QString uncountedNote(const DateRange &range, const std::vector<ChartBar> &bars) {
+    const int last = bars.back().toDay;
+    const int end = dayNumber(range.end);
+    if (last >= end)
+        return {};
+    const int first = calendarDay(bars.front().fromDay).year;
+    const QString dates = datesText({static_cast<DateValue>(last + 1), range.end},
+                                    first == calendarDay(last).year ? first : 0);
+    return u"%1 %2 after the %3."_s.arg(dates, last + 1 == end ? u"lies"_s : u"lie"_s,
+                                        bars.size() == 1 ? u"bar"_s : u"last bar"_s);
+}
+
 QString descriptionOf(const std::vector<ChartBar> &bars) {
     const auto highest = std::ranges::max_element(bars, {}, &ChartBar::value);
-    const QString count = bars.size() == 1 ? u"1 bar"_s : u"%1 bars"_s.arg(bars.size());
+    const QString count = counted(static_cast<qint64>(bars.size()), "bar"_L1);
     return u"%1, %2. Highest: %3, %4."_s.arg(
         count, daysText(bars.front().fromDay, bars.back().toDay, u" to "_s),
         spokenValue(highest->value), datesText(*highest));
@@ -188,11 +198,15 @@ ChartTexts chartTexts(const ChartPeriods &periods, const DateRange &range,
                       const std::vector<ChartBar> &bars, const ChartSurroundings &surroundings) {
     ChartTexts texts;
     const bool empty = std::ranges::none_of(bars, &ChartBar::hasRecords);
-    texts.note = noteOf(periods, bars);
+    QStringList notes{countedNote(periods, bars), uncountedNote(range, bars)};
+    notes.removeAll(QString());
+    texts.note = notes.join(u' ');
     if (dayNumber(range.start) > dayNumber(range.end))
         texts.notice = u"The start date lies behind the end date."_s;
     else if (empty)
         texts.notice = emptyNotice(periods, range, surroundings);
+    else if (surroundings.hasUncountedValues)
+        texts.notice = uncountedNotice(u"values"_s, periods, range);
     QStringList sentences{texts.notice, texts.note};
     if (!empty)
         sentences.prepend(descriptionOf(bars));

@@ -59,12 +59,13 @@ ChartPeriods choosePeriods(int grouping, const DateRange &range);
 /// end with their own date.
 std::vector<ChartBar> emptyBars(const ChartPeriods &periods, DateValue start);
 
-/// The records of the project outside a chart without any.
+/// The records of the project outside a chart whose bars are all 0.
 struct ChartSurroundings {
-    std::optional<DateRange> table; // its first and last date; none for an empty project
-    bool inRange = false;           // the node has records on days of the range that no bar counts
+    std::optional<DateRange> table;  // its first and last date; none for an empty project
+    bool inRange = false;            // the node has records on days of the range that no bar counts
+    bool hasUncountedValues = false; // some of them have a value
 };
-/// `surroundings` are only used where no bar has a record.
+/// `surroundings` are only used where all bars are 0.
 ChartTexts chartTexts(const ChartPeriods &periods, const DateRange &range,
                       const std::vector<ChartBar> &bars, const ChartSurroundings &surroundings);
 /// The days that a bar counts: "5 Jan 2007 – 11 Jan 2007".

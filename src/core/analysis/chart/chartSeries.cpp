@@ -84,13 +84,31 @@ private:
     int m_bar = -1;
 };
 
-/// Only needed where no bar has a record.
-ChartSurroundings surroundings(ProjectRecords &records, const NodePath &path,
-                               const DateRange &range) {
-    constexpr Figure any = Figure::Clicks;
-    ChartSurroundings found{range}; // unreadable dates are reported by "All"
-    const RecordQuery query{path, range, {}, [](auto) { return 0; }, {&any, 1}};
-    visitRecords(records, query, [&found](const auto &, auto) { found.inRange = true; });
+DateValue asDate(int day) {
+    return static_cast<DateValue>(day);
+}
+
+template<class Record>
+bool counts(const Metric &metric, const Record &record) {
+    return !metric.aboveZero || isAboveZero(record[0]);
+}
+
+/// Only needed where all bars are 0. What no bar counts comes after the last one.
+ChartSurroundings surroundings(ProjectRecords &records, const Metric &metric, const NodePath &path,
+                               const ChartSeries &series) {
+    ChartSurroundings found{series.range}; // unreadable dates are reported by "All"
+    BarFinder finder(series.bars);
+    const RecordQuery query{path,
+                            {asDate(series.bars.back().toDay), series.range.end},
+                            {},
+                            [&finder](auto date) { return finder.find(date.front()) < 0 ? 0 : -1; },
+                            {&metric.figure, 1}};
+    const auto look = [&](int, const auto &record) {
+        found.inRange = true;
+        if (counts(metric, record) && storedNumberOf(record[0]) != 0)
+            found.hasUncountedValues = true;
+    };
+    visitRecords(records, query, [&](const auto &batch, auto) { forEachRecord(batch, look); });
     try {
         found.table = tableDates(records);
     } catch (const Failure &) {
@@ -102,18 +120,16 @@ std::vector<BarSum> sumUpBars(ProjectRecords &records, const Metric &metric, con
                               const std::vector<ChartBar> &bars) {
     BarFinder finder(bars);
     std::vector<BarSum> sums(bars.size());
-    const auto day = [](int number) { return static_cast<DateValue>(number); };
     const RecordQuery query{path,
-                            {day(bars.front().fromDay), day(bars.back().toDay)},
+                            {asDate(bars.front().fromDay), asDate(bars.back().toDay)},
                             {},
                             [&finder](auto date) { return finder.find(date.front()); },
                             {&metric.figure, 1}};
     const auto add = [&](int bar, const auto &record) {
-        const auto figure = record[0];
         BarSum &sum = sums[static_cast<std::size_t>(bar)];
         sum.hasRecords = true;
-        if (!metric.aboveZero || isAboveZero(figure))
-            sum.add(storedNumberOf(figure));
+        if (counts(metric, record))
+            sum.add(storedNumberOf(record[0]));
     };
     visitRecords(records, query, [&](const auto &batch, auto) { forEachRecord(batch, add); });
     return sums;
@@ -152,10 +168,11 @@ ChartSeries queryChartSeries(ProjectRecords &records, const ChartRequest &reques
         series.bars[i].value = barValue(metric, sums[i]);
         series.bars[i].hasRecords = sums[i].hasRecords;
     }
-    const bool empty = std::ranges::none_of(series.bars, &ChartBar::hasRecords);
-    series.texts =
-        chartTexts(series.periods, series.range, series.bars,
-                   empty ? surroundings(records, request.path, series.range) : ChartSurroundings{});
+    const bool isFlat = std::ranges::all_of(
+        series.bars, [](double value) { return value == 0; }, &ChartBar::value);
+    series.texts = chartTexts(series.periods, series.range, series.bars,
+                              isFlat ? surroundings(records, metric, request.path, series)
+                                     : ChartSurroundings{});
     return series;
 }
 
