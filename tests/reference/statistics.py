@@ -123,45 +123,89 @@ def true_figure(records, column):
     seen = sum(number(text_of(r["impressions"])) for r in placed)
     weighted = sum(number(text_of(r["pos"])) * number(text_of(r["impressions"])) for r in placed)
 
-    def count(amount):
-        return re.sub(r"^\.", "0.", text_of(round(amount * 100) / 100))
-
-    def money(amount):
-        return "%.2f" % (round(amount * 100) / 100)
+    def counted(amount, noun):
+        return f"{plain(amount)} {noun}" + ("" if plain(amount) == "1" else "s")
 
     sums = {1: clicks, 2: impressions, 6: conversions, 12: total("transactions")}
     if column in sums:
-        return sums[column], count(sums[column]), ""
+        return sums[column], plain(sums[column]), ""
     if column in (5, 10):
         amount = cost if column == 5 else value
         return amount, money(amount), ""
-    above, below, factor, sentence, unit = {
-        3: (clicks, impressions, 100, f"{count(clicks)} clicks of {count(impressions)} impressions",
-            " %"),
-        4: (cost, clicks, 1, f"{money(cost)} for {count(clicks)} clicks", ""),
-        7: (conversions, clicks, 100, f"{count(conversions)} conversions of {count(clicks)} clicks",
-            " %"),
-        8: (cost, conversions, 1, f"{money(cost)} for {count(conversions)} conversions", ""),
-        9: (weighted, seen, 1, f"Weighted by {count(seen)} impressions", ""),
-        11: (value - cost, cost, 100, f"A value of {money(value)} for a cost of {money(cost)}",
-             " %"),
+    above, below, factor, sentence = {
+        3: (clicks, impressions, 100,
+            f"{counted(clicks, 'click')} of {counted(impressions, 'impression')}"),
+        4: (cost, clicks, 1, f"{money(cost)} for {counted(clicks, 'click')}"),
+        7: (conversions, clicks, 100,
+            f"{counted(conversions, 'conversion')} of {counted(clicks, 'click')}"),
+        8: (cost, conversions, 1, f"{money(cost)} for {counted(conversions, 'conversion')}"),
+        9: (weighted, seen, 1, f"Weighted by {counted(seen, 'impression')}"),
+        11: (value - cost, cost, 100, f"A value of {money(value)} for a cost of {money(cost)}"),
     }[column]
     if below == 0:
         return None
     ratio = above / below * factor
-    return ratio, money(ratio) + unit, f"{sentence}: {money(ratio)}{unit}"
+    text = plain(ratio) + "%" if factor == 100 else money(ratio)
+    return ratio, text, f"{sentence}: {text}"
 
 
-def notes(shown, before, dates):
-    columns = [[]]
+def plain(amount):
+    text = text_of(float(round(amount * 100) / 100))
+    return re.sub(r"^(-?)\.", r"\g<1>0.", text).replace("-", "\u2212")
+
+
+def money(amount):
+    return ("%.2f" % (round(amount * 100) / 100)).replace("-", "\u2212")
+
+
+def share(part, whole):
+    percent = round(part / whole * 100)
+    if percent == 0 and part > 0:
+        return "less than 1%"
+    return "more than 99%" if percent == 100 and part < whole else f"{percent}%"
+
+
+def share_lines(records, table, column):
+    noun = {1: "clicks", 2: "impressions", 5: "cost", 6: "conversions", 10: "conversion value",
+            12: "transactions"}.get(column)
+    if not noun or table is None:
+        return []
+    whole = true_figure(table, column)[0]
+    part = true_figure(records, column)[0]
+    return [f"{share(part, whole)} of the {noun} of this table."] if whole > 0 else []
+
+
+def waste_lines(records):
+    leaves = {}
+    for record in records:
+        key = tuple(record[name] for name in ("campaign", "adgroup", "adwordstyp", "keyword",
+                                              "kwtype"))
+        leaves.setdefault(key, []).append(record)
+    wasting = [leaf for leaf in leaves.values()
+               if true_figure(leaf, 5)[0] > 0 and true_figure(leaf, 6)[0] == 0]
+    if not wasting:
+        return []
+    wasted = sum(true_figure(leaf, 5)[0] for leaf in wasting)
+    keywords = f"{len(wasting)} keyword" + ("s" if len(wasting) > 1 else "")
+    return [f"{money(wasted)} of it ({share(wasted, true_figure(records, 5)[0])}) went to "
+            f"{keywords} without a conversion."]
+
+
+def notes(shown, before, dates, table):
+    """Of a row, or of the summary if `table` is None; the first column's are of a loss."""
+    columns = [[f"Loss: cost {money(true_figure(shown, 5)[0])}, "
+                f"brought {money(true_figure(shown, 10)[0])}."] + waste_lines(shown)]
     for column in range(1, 13):
         now, earlier = true_figure(shown, column), true_figure(before, column)
-        lines = [now[2]] if now and now[2] else []
+        lines = share_lines(shown, table, column) + ([now[2]] if now and now[2] else [])
+        if column == 5:
+            lines += waste_lines(shown)
         if earlier and earlier[0] != 0:
             change = ""
             if now:
                 percent = round((now[0] - earlier[0]) / abs(earlier[0]) * 1000) / 10
-                change = ", %+.1f %%" % percent if percent else ", 0.0 %"
+                change = f", {'up' if percent > 0 else 'down'} {plain(abs(percent))}%" \
+                    if percent else ", no change"
             lines.append(f"{dates}: {earlier[1]}{change}")
         columns.append(lines)
     return columns
@@ -203,7 +247,7 @@ def main():
 
     def explained(name):
         return notes(*([r for r in some if name is None or r[grouping].strip(" ") == name]
-                       for some in (shown, before)), dates)
+                       for some in (shown, before)), dates, None if name is None else shown)
 
     all_notes = [explained(row[0]) for row in ordered[:-1]] + [explained(None)]
     json.dump({"rows": ordered, "red": red, "notes": all_notes}, sys.stdout)

@@ -263,7 +263,7 @@ private slots:
                 const QString name = grid.TextMatrix(gridRow, 0);
                 const TreeNode *node = nodeOfRow(*road.window().treeList.SelectedItem(), name);
                 QCOMPARE(node && node->IsLoss, node && answer["red"].toArray().contains(row));
-                for (int col = 1; col < 13; ++col)
+                for (int col = 0; col < 13; ++col)
                     QCOMPARE(grid.notesOf(gridRow, col),
                              notes[row][col].toVariant().toStringList());
             }

@@ -28,7 +28,8 @@ enum class CellRule {
 struct TrueRatio {
     int dividend = 0;
     int divisor = 0;
-    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor; null: no ratio
+    const char *sentence = nullptr; // %1 is the dividend, %2 the divisor, with noun if counted;
+                                    // null: no ratio
     bool ofGain = false;            // subtracts the divisor from the dividend first
 };
 
@@ -46,6 +47,7 @@ struct GridColumn {
     bool isPercent = false;
     bool hasLeadingZero = true; // else the form is .75
     const char *unit = "";
+    const char *noun = nullptr; // one of what is counted, or what an amount of money is
     const char *note = "";
     TrueRatio ratio = {}; // where the column shows another figure
 };
@@ -77,50 +79,57 @@ inline constexpr std::array<GridColumn, Count> table = {{
      .unit = "none, names as reports give them",
      .note = "The parts of the node that is selected in the tree."},
     {.column = Clicks, .heading = "Clicks", .zeroText = "0", .figure = Figure::Clicks,
-     .unit = "clicks", .note = "Clicks of all records, added up."},
+     .unit = "clicks", .noun = "click", .note = "Clicks of all records, added up."},
     {.column = Impressions, .heading = "Impr.", .zeroText = "0", .figure = Figure::Impressions,
-     .unit = "impressions",
+     .unit = "impressions", .noun = "impression",
      .note = "Impressions of all records, added up: how often ads were shown."},
     {.column = Ctr, .heading = "CTR", .zeroText = "0.00%", .figure = Figure::Ctr, .decimals = 2,
      .isPercent = true, .unit = "per cent",
-     .note = "Click-through rates of all records, added up: a sum, not an average.",
-     .ratio = {Clicks, Impressions, "%1 clicks of %2 impressions: "}},
+     .note = "Click-through rates of all records, added up: a sum, not an average. "
+             "The true rate stands in each figure's tooltip.",
+     .ratio = {Clicks, Impressions, "%1 of %2: "}},
     {.column = AverageCpc, .heading = "Avg.CPC", .zeroText = "0", .rule = CellRule::Mean,
      .figure = Figure::Cpc, .divisor = millionths, .countColumn = CpcCount, .decimals = 2,
      .unit = "the currency of the reports",
-     .note = "Mean of the records' costs per click, each record alike; none counts where it is 0.",
-     .ratio = {Cost, Clicks, "%1 for %2 clicks: "}},
+     .note = "Mean of the records' costs per click; every record counts the same, those with 0 "
+             "are left out.",
+     .ratio = {Cost, Clicks, "%1 for %2: "}},
     {.column = Cost, .heading = "Cost", .zeroText = "0", .figure = Figure::Cost,
      .divisor = millionths, .decimals = 2, .unit = "the currency of the reports",
-     .note = "Costs of all records, added up."},
+     .noun = "cost", .note = "Costs of all records, added up."},
     {.column = Conversions, .heading = "Conv.", .zeroText = "0", .figure = Figure::Conv,
-     .unit = "conversions", .note = "Conversions of all records, added up."},
+     .unit = "conversions", .noun = "conversion",
+     .note = "Conversions of all records, added up."},
     {.column = ConversionRate, .heading = "Conv.Rate", .zeroText = "0.00%", .figure = Figure::Conv,
      .decimals = 2, .isPercent = true, .unit = "per cent",
-     .note = "Conversions of all records, added up, shown as per cent: a sum, not a rate.",
-     .ratio = {Conversions, Clicks, "%1 conversions of %2 clicks: "}},
+     .note = "Conversions of all records, added up, shown as per cent: a sum, not a rate. "
+             "The true rate stands in each figure's tooltip.",
+     .ratio = {Conversions, Clicks, "%1 of %2: "}},
     // The cost stays in millionths here.
     {.column = CostPerConversion, .heading = "Cost/Conv.", .zeroText = "0.00",
      .rule = CellRule::Quotient, .figure = Figure::Cost, .perFigure = Figure::Conv, .decimals = 2,
      .hasLeadingZero = false, .unit = "millionths of the currency of the reports",
-     .note = "Cost by conversions of each record that has conversions, added up.",
-     .ratio = {Cost, Conversions, "%1 for %2 conversions: "}},
+     .note = "Cost divided by conversions, for each record that has conversions, added up. "
+             "The true rate stands in each figure's tooltip.",
+     .ratio = {Cost, Conversions, "%1 for %2: "}},
     {.column = AveragePosition, .heading = "Avg.Pos", .zeroText = "0.0", .rule = CellRule::Mean,
      .figure = Figure::Pos, .weight = Figure::Impressions, .countColumn = PositionCount,
      .decimals = 1, .unit = "positions, 1 is the top",
-     .note = "Mean of the records' positions, each record alike; none counts where it is 0.",
-     .ratio = {AveragePosition, PositionCount, "Weighted by %2 impressions: "}},
+     .note = "Mean of the records' positions; every record counts the same, those with 0 are "
+             "left out.",
+     .ratio = {AveragePosition, PositionCount, "Weighted by %2: "}},
     {.column = ConversionValue, .heading = "Conv. Val.", .zeroText = ".00",
      .figure = Figure::ConvValue, .decimals = 2, .unit = "the currency of the reports",
+     .noun = "conversion value",
      .note = "Conversion values of all records, added up."},
     {.column = Roi, .heading = "ROI", .zeroText = "0.00%", .rule = CellRule::Return, .decimals = 2,
      .isPercent = true, .unit = "per cent",
-     .note = "Conversion value by cost, times 100, less 100; 0 without a cost.",
+     .note = "What came back above the cost: value / cost x 100 - 100; 0 without a cost.",
      .ratio = {ConversionValue, Cost, "A value of %1 for a cost of %2: ", true}},
     {.column = Transactions, .heading = "Transactions", .zeroText = "0",
-     .figure = Figure::Transactions, .unit = "transactions",
+     .figure = Figure::Transactions, .unit = "transactions", .noun = "transaction",
      .note = "Transactions of all records, added up."},
-    {.column = PositionCount, .rule = CellRule::Count},
+    {.column = PositionCount, .rule = CellRule::Count, .noun = "impression"}, // in weighted sums
     {.column = CpcCount, .rule = CellRule::Count},
 }};
 // clang-format on

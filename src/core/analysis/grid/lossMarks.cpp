@@ -9,7 +9,7 @@
 #include <QHash>
 
 #include <algorithm>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace veltrona {
@@ -33,9 +33,9 @@ RecordQuery queryOf(const DateRange &range, LeafDictionary &leaves) {
 }
 
 /// Adds the leaves up to the nodes above them.
-class NodeSums {
+class LeafAdder {
 public:
-    explicit NodeSums(const Nodes &nodes) : m_root(nodes.Item(1)) {
+    explicit LeafAdder(const Nodes &nodes) : m_root(nodes.Item(1)) {
         m_children.reserve(nodes.Count());
         for (int item = 2; item <= nodes.Count(); ++item) {
             TreeNode *node = nodes.Item(item);
@@ -56,20 +56,22 @@ public:
         }
     }
 
-    void mark() const {
-        for (const auto &[node, sums] : m_sums)
-            node->IsLoss = isLoss(sums.conversionValue, sums.cost);
-    }
+    NodeSums take() { return std::move(m_sums); }
 
 private:
     TreeNode *m_root;
     QHash<std::pair<const TreeNode *, QString>, TreeNode *> m_children;
-    std::unordered_map<TreeNode *, LossSums> m_sums;
+    NodeSums m_sums;
 };
 
 void clearMarks(const Nodes &nodes) {
     for (int item = 1; item <= nodes.Count(); ++item)
         nodes.Item(item)->IsLoss = false;
+}
+
+void mark(const NodeSums &sums) {
+    for (const auto &[node, each] : sums)
+        node->IsLoss = each.isLoss();
 }
 
 /// False where the records are neither in memory nor few: one plain scan is faster then.
@@ -96,6 +98,16 @@ void visitLeafSums(ProjectRecords &records, const DateRange &range, const LeafVi
     }
 }
 
+NodeSums sumsOfNodes(ProjectRecords &records, const DateRange &range, const Nodes &nodes) {
+    LeafAdder adder(nodes);
+    visitLeafSums(records, range, [&adder](const auto &...leaf) { adder.add(leaf...); });
+    return adder.take();
+}
+
+bool LossSums::isLoss() const {
+    return veltrona::isLoss(conversionValue, cost);
+}
+
 void LossMarks::update(ProjectRecords &records, const DateRange &range, bool shown, Tree &tree) {
     const Nodes &nodes = tree.Nodes();
     if (!shown || nodes.Count() == 0) {
@@ -109,11 +121,10 @@ void LossMarks::update(ProjectRecords &records, const DateRange &range, bool sho
     const Marked now{range, records.version()};
     if (m_marked == now)
         return;
-    NodeSums sums(nodes);
-    if (areLeafSumsCheap(records, range))
-        visitLeafSums(records, range, [&](const auto &...leaf) { sums.add(leaf...); });
+    const NodeSums sums =
+        areLeafSumsCheap(records, range) ? sumsOfNodes(records, range, nodes) : NodeSums();
     clearMarks(nodes);
-    sums.mark();
+    mark(sums);
     m_marked = now;
     tree.marksChanged();
 }

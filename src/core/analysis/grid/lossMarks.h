@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <unordered_map>
 
 namespace veltrona {
 
@@ -23,6 +24,7 @@ struct LossSums {
         addAsCell(conversionValue, moreValue);
         hasRecords = true;
     }
+    bool isLoss() const;
 };
 
 /// The names are as stored, by NameColumn, and valid during the visit.
@@ -30,6 +32,11 @@ using LeafVisitor = std::function<void(const LeafDictionary::Names &, const Loss
 /// Visits each leaf of the account that has records in the period, in no order. Times of day of the
 /// range don't count. Throws Failure.
 void visitLeafSums(ProjectRecords &records, const DateRange &range, const LeafVisitor &visitor);
+
+/// By node; a node without records in the period has none.
+using NodeSums = std::unordered_map<TreeNode *, LossSums>;
+/// Of the nodes of a tree that buildNavigationTree has made. Throws Failure.
+NodeSums sumsOfNodes(ProjectRecords &records, const DateRange &range, const Nodes &nodes);
 
 class LossMarks {
 public:

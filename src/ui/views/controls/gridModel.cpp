@@ -81,13 +81,17 @@ QString GridModel::toolTip(const QModelIndex &index) const {
     constexpr int maxName = 200; // leaves room for the lines that follow
     const int row = gridRowOf(index.row());
     const QString &figure = m_grid.TextMatrix(row, index.column());
-    if (index.column() == Grid::NameColumn || figure.isEmpty())
+    if (index.column() == Grid::NameColumn)
+        return m_grid.isLoss(row) ? notes(row, index.column()).join(u'\n') : QString();
+    if (figure.isEmpty())
         return {};
     QStringList lines{shortened(m_grid.TextMatrix(row, Grid::NameColumn), maxName),
                       m_grid.TextMatrix(gridRow::Heading, index.column()) + u": "_s + figure};
-    if (m_grid.notesOf)
-        lines += m_grid.notesOf(row, index.column());
-    return lines.join(u'\n');
+    return (lines + notes(row, index.column())).join(u'\n');
+}
+
+QStringList GridModel::notes(int row, int col) const {
+    return m_grid.notesOf ? m_grid.notesOf(row, col) : QStringList();
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {

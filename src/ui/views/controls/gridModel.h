@@ -36,6 +36,8 @@ public:
 
 private:
     QString toolTip(const QModelIndex &index) const;
+    /// By the row of the grid.
+    QStringList notes(int row, int col) const;
     bool holds(const QModelIndex &index) const;
     Qt::Alignment alignment(const QModelIndex &index) const;
     void moveSelection(const QStringList &names);
