@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVarLengthArray>
 
 #include <deque>
@@ -104,6 +105,10 @@ public:
     std::function<void()> onMarksChange;
     /// Set by the window: the user clicked a node or moved to it by key.
     std::function<void(TreeNode *)> onNodeClick;
+    /// Set by the window: the lines that explain a node; called when they are about to be shown.
+    std::function<QStringList(const TreeNode &)> notesOf;
+    /// Set by the window: the next node that loses money after the selected one, or null.
+    std::function<TreeNode *()> nextLoss;
 
 private:
     static void notify(const std::function<void()> &view) {

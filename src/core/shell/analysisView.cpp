@@ -1,6 +1,7 @@
 #include "core/shell/analysisView.h"
 
 #include "core/analysis/grid/nodeStatistics.h"
+#include "core/analysis/tree/coverage.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/platform/dialogs/errorFilter.h"
@@ -15,6 +16,15 @@ namespace veltrona {
 namespace {
 
 const QString firstClick = QStringLiteral("first");
+
+/// No notes while no project is open, and where reading fails; the next click reports why.
+QStringList notesIfPossible(const std::function<QStringList()> &notes) {
+    try {
+        return modMain::DbConn ? notes() : QStringList();
+    } catch (const Failure &) {
+        return {};
+    }
+}
 
 DateValue currentDate() {
     return dateValue(services().now());
@@ -36,12 +46,16 @@ AnalysisView::AnalysisView(AnalysisControls &controls, AnalysisScreen screen)
     };
     controls.flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
     controls.flxStat.columnNoteOf = columnNote;
-    controls.flxStat.notesOf = [this](int row, int col) -> QStringList {
-        try {
-            return figureNotes(row, col);
-        } catch (const Failure &) {
-            return {}; // the next click reports it
-        }
+    controls.flxStat.notesOf = [this](int row, int col) {
+        return notesIfPossible([&] { return figureNotes(row, col); });
+    };
+    controls.treeList.notesOf = [this](const TreeNode &node) {
+        return notesIfPossible([&] { return nodeNotes(node); });
+    };
+    controls.treeList.nextLoss = [this] {
+        TreeNode *node = nullptr;
+        filtered([&] { node = nextLoss(); });
+        return node;
     };
     const auto handle = [this](std::function<void()> &event, void (AnalysisView::*handler)()) {
         event = [this, handler] { filtered([&] { (this->*handler)(); }); };
@@ -92,6 +106,8 @@ void AnalysisView::sumup() {
 void AnalysisView::loadTree() {
     m_state = State::Outdated;
     m_lossMarks.forget();
+    m_losses.reset();
+    m_nodeNotes.reset();
     buildNavigationTree(*modMain::Records, modMain::ProjectTitle, m_controls.treeList);
     const QString path = QFileInfo(modMain::DbFileName).absoluteFilePath();
     m_screen.setRootDescription(QDir::toNativeSeparators(path));
@@ -105,6 +121,7 @@ void AnalysisView::treeList_NodeClick(TreeNode *node) {
     const auto busy = m_screen.busy();
     m_state = State::Outdated;
     m_notes.reset();
+    m_nodeNotes.reset();
     NodeStatistics statistics;
     ChartSeries series;
     {
@@ -180,6 +197,29 @@ QStringList AnalysisView::figureNotes(int row, int col) {
     return row == gridRow::summary(grid.Rows())
                ? m_notes->ofSummary(col)
                : m_notes->ofRow(grid.TextMatrix(row, gridColumn::Name), col);
+}
+
+QStringList AnalysisView::nodeNotes(const TreeNode &node) {
+    if (m_nodeNotes && m_nodeNotes->first == &node)
+        return m_nodeNotes->second;
+    const sqlite::ReadTransaction reading(*modMain::DbConn);
+    QStringList notes;
+    if (!node.Parent)
+        notes.append(coverageText(*modMain::Records));
+    if (node.IsLoss && m_state == State::Current)
+        notes += FigureNotes::ofLoss(*modMain::Records, pathOf(node), m_shownRange);
+    m_nodeNotes.emplace(&node, notes);
+    return notes;
+}
+
+TreeNode *AnalysisView::nextLoss() {
+    const auto busy = m_screen.busy();
+    const DateRange range = dateRange();
+    const ProjectRecords::Version version = modMain::Records->version();
+    if (!m_losses || m_losses->range != range || m_losses->version != version)
+        m_losses = FoundLosses{range, version,
+                               LossOrder(*modMain::Records, range, m_controls.treeList.Nodes())};
+    return m_losses->order.after(m_controls.treeList.SelectedItem());
 }
 
 void AnalysisView::chooseSeries(ComboBox &combo) {

@@ -7,6 +7,7 @@
 #include "core/analysis/dateRanges.h"
 #include "core/analysis/grid/figureNotes.h"
 #include "core/analysis/grid/lossMarks.h"
+#include "core/analysis/grid/nextLoss.h"
 #include "core/analysis/grid/statisticsGrid.h"
 #include "core/controls/chart.h"
 #include "core/controls/comboBox.h"
@@ -78,8 +79,12 @@ public:
 
     /// Selects the node of a row of the grid, if there is one.
     void openRow(int row);
-    /// The lines that explain a figure of the grid.
+    /// The lines that explain a figure of the grid; in the first column the row's loss.
     QStringList figureNotes(int row, int col);
+    /// The lines that explain a node: what the project holds, a loss that the tree marks.
+    QStringList nodeNotes(const TreeNode &node);
+    /// The node that loses money after the selected one; null if there is none.
+    TreeNode *nextLoss();
 
     void treeList_NodeClick(TreeNode *node);
     void cboRange_Click();
@@ -112,9 +117,17 @@ private:
     AnalysisControls &m_controls;
     AnalysisScreen m_screen;
     State m_state = State::Outdated;
-    DateRange m_shownRange;             // of the grid's figures
-    std::optional<FigureNotes> m_notes; // queried when a tooltip is first wanted
+    DateRange m_shownRange; // of the grid's figures
+    // Queried when a tooltip is first wanted.
+    std::optional<FigureNotes> m_notes;
+    std::optional<std::pair<const TreeNode *, QStringList>> m_nodeNotes;
     LossMarks m_lossMarks;
+    struct FoundLosses {
+        DateRange range;
+        ProjectRecords::Version version;
+        LossOrder order;
+    };
+    std::optional<FoundLosses> m_losses; // of the present tree
 };
 
 } // namespace veltrona

@@ -1,6 +1,7 @@
 #include "ui/views/plainText.h"
 
 #include "core/base/text.h"
+#include "ui/views/accessible/announcement.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -36,6 +37,20 @@ void showToolTip(QAbstractItemView &view, const QHelpEvent &event, int taken) {
     QStringList parts{elided && !note.contains(text) ? text : QString(), note};
     parts.removeAll(QString());
     QToolTip::showText(event.globalPos(), plainToolTip(parts.join(u'\n')), view.viewport(), rect);
+}
+
+void answerByKey(QWidget &view, const QRect &place, const QString &text) {
+    QToolTip::showText(view.mapToGlobal(place.bottomLeft()), plainToolTip(text), &view, place);
+    announce(view, spokenText(text));
+}
+
+QString spokenText(const QString &lines) {
+    QStringList sentences = lines.split(u'\n', Qt::SkipEmptyParts);
+    for (QString &sentence : sentences) {
+        if (!sentence.endsWith(u'.'))
+            sentence += u'.';
+    }
+    return sentences.join(u' ');
 }
 
 QString shownLine(const QString &text) {

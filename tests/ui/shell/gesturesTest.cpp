@@ -121,8 +121,9 @@ private slots:
         QCOMPARE(campaigns(), QStringList({"One", "Two"}));
         QCOMPARE(test::MainWindow::remembered(), m_home->file("other.vlt"));
         const QModelIndex root = m_home->view<QTreeView>("treeList")->model()->index(0, 0);
-        QCOMPARE(root.data(Qt::ToolTipRole), m_home->file("other.vlt"));
-        QCOMPARE(root.data(Qt::AccessibleDescriptionRole), m_home->file("other.vlt"));
+        const QString text = m_home->file("other.vlt") + "\n3 records, 7 to 8 May 2007.";
+        QCOMPARE(root.data(Qt::ToolTipRole), text);
+        QCOMPARE(root.data(Qt::AccessibleDescriptionRole), text);
     }
 
     void refusesDropsBesideADialogAndMoves() {

@@ -62,10 +62,11 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
     if (role == LossRole)
         return node->IsLoss;
     if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
-        QStringList lines{node == m_root ? m_rootDescription : QString()};
-        if (node->IsLoss)
-            lines.append("Loss: did not earn back its cost.");
-        lines.removeAll(QString());
+        QStringList lines;
+        if (node == m_root && !m_rootDescription.isEmpty())
+            lines.append(m_rootDescription);
+        if (m_tree.notesOf)
+            lines += m_tree.notesOf(*node);
         return lines.join(u'\n');
     }
     // Screen readers would read nothing for an empty text.

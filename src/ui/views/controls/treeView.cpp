@@ -3,6 +3,7 @@
 #include "ui/views/controls/itemDelegates.h"
 #include "ui/views/controls/treeModel.h"
 #include "ui/views/icons.h"
+#include "ui/views/menuEntry.h"
 #include "ui/views/plainText.h"
 
 #include <QApplication>
@@ -10,7 +11,6 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
-#include <QToolTip>
 
 namespace veltrona {
 
@@ -54,6 +54,9 @@ TreeView::TreeView(Tree &tree, QWidget *parent)
             [this](const QModelIndex &index) { m_model->nodeAt(index)->Expanded = true; });
     connect(this, &QTreeView::collapsed, this,
             [this](const QModelIndex &index) { m_model->nodeAt(index)->Expanded = false; });
+
+    addEntry(*this, "Next Loss", {QKeySequence(Qt::Key_F8)}, [this] { selectNextLoss(); });
+    addExplainEntry(*this, [this] { explain(); });
 
     m_tree.onBeginRebuild = [this] { beginRebuild(); };
     m_tree.onEndRebuild = [this] { endRebuild(); };
@@ -179,10 +182,25 @@ void TreeView::find() {
     if (node != start)
         noteClick(node);
     else if (!node->Text().contains(m_letters, Qt::CaseInsensitive))
-        QToolTip::showText(
-            viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()),
-            plainToolTip(QStringLiteral("No name here contains \"%1\".").arg(m_letters)),
-            viewport());
+        showSentence(QStringLiteral("No name here contains \"%1\".").arg(m_letters));
+}
+
+void TreeView::selectNextLoss() {
+    m_typing.stop();
+    if (TreeNode *node = m_tree.nextLoss ? m_tree.nextLoss() : nullptr)
+        noteClick(node);
+    else
+        showSentence(QStringLiteral("No part of the account lost money in this period."));
+}
+
+void TreeView::explain() {
+    const QModelIndex node = currentIndex();
+    const QString note = node.data(Qt::ToolTipRole).toString();
+    showSentence(node.data().toString() + (note.isEmpty() ? note : u'\n' + note));
+}
+
+void TreeView::showSentence(const QString &sentence) {
+    answerByKey(*viewport(), visualRect(currentIndex()), sentence);
 }
 
 void TreeView::noteClick(TreeNode *node) {

@@ -40,6 +40,11 @@ private:
     void endRebuild();
     void showSelected();
     void find();
+    void selectNextLoss();
+    /// By key: the tooltip of the selected node.
+    void explain();
+    /// Below the selected node; screen readers say it.
+    void showSentence(const QString &sentence);
     void openBelow(TreeNode *node);
     void noteClick(TreeNode *node);
     void notifyClick();
