@@ -64,6 +64,11 @@ public:
             onChange();
     }
     std::function<void()> onChange;
+    /// Set by the window: the user chose a bar, counted from 0, by double click or Enter.
+    std::function<void(int bar)> onBarChosen;
+    /// Set by the window: the user goes back to the days before the last chosen bar; false if there
+    /// are none.
+    std::function<bool()> onDaysBack;
 
 private:
     ChartDataGrid m_grid;

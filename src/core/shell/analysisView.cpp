@@ -45,6 +45,12 @@ AnalysisView::AnalysisView(AnalysisControls &controls, AnalysisScreen screen)
         filtered([&] { treeList_NodeClick(node); });
     };
     controls.flxStat.onRowChosen = [this](int row) { filtered([&] { openRow(row); }); };
+    controls.mscMain.onBarChosen = [this](int bar) { filtered([&] { showDaysOf(bar); }); };
+    controls.mscMain.onDaysBack = [this] {
+        bool hasDays = true;
+        filtered([&] { hasDays = showDaysBefore(); });
+        return hasDays;
+    };
     controls.flxStat.columnNoteOf = columnNote;
     controls.flxStat.notesOf = [this](int row, int col) {
         return notesIfPossible([&] { return figureNotes(row, col); });
@@ -72,6 +78,7 @@ DateRange AnalysisView::dateRange() const {
 }
 
 void AnalysisView::loadDefaults() {
+    m_daysBefore.clear();
     {
         const auto pause = pauseRefreshes();
         m_controls.cboRange.setListIndex(static_cast<int>(RangePreset::LastWeek));
@@ -168,7 +175,37 @@ void AnalysisView::fillChart() {
 void AnalysisView::showChart(const ChartSeries &series) {
     if (m_controls.cboRange.ListIndex() == static_cast<int>(RangePreset::All))
         setRange(series.range);
+    m_daysOfBars.clear();
+    for (const ChartBar &bar : series.bars)
+        m_daysOfBars.push_back(
+            {static_cast<DateValue>(bar.fromDay), static_cast<DateValue>(bar.toDay)});
     showSeries(series, m_controls.mscMain);
+}
+
+void AnalysisView::showDaysOf(int bar) {
+    if (m_state == State::Paused || bar < 0 || bar >= static_cast<int>(m_daysOfBars.size()))
+        return;
+    const DateRange before = dateRange();
+    const DateRange days = m_daysOfBars[static_cast<std::size_t>(bar)];
+    if (dayNumber(before.start) == dayNumber(days.start) &&
+        dayNumber(before.end) == dayNumber(days.end))
+        return;
+    m_daysBefore.push_back(before);
+    setRangeByHand({days.start + timeOfDay(before.start), days.end + timeOfDay(before.end)});
+}
+
+bool AnalysisView::showDaysBefore() {
+    if (m_daysBefore.empty())
+        return false;
+    const DateRange days = m_daysBefore.back();
+    m_daysBefore.pop_back();
+    setRangeByHand(days);
+    return true;
+}
+
+void AnalysisView::setRangeByHand(const DateRange &range) {
+    setRange(range);
+    dtpStart_Change();
 }
 
 void AnalysisView::openRow(int row) {

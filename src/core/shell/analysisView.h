@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace veltrona {
 
@@ -79,6 +80,10 @@ public:
 
     /// Selects the node of a row of the grid, if there is one.
     void openRow(int row);
+    /// Sets the dates to the days of a bar, as the user would by hand.
+    void showDaysOf(int bar);
+    /// Sets back the dates from before the last such step; false if there is none.
+    bool showDaysBefore();
     /// The lines that explain a figure of the grid; in the first column the row's loss.
     QStringList figureNotes(int row, int col);
     /// The lines that explain a node: what the project holds, a loss that the tree marks.
@@ -113,11 +118,14 @@ private:
     void setLastMonth() { setPreset(RangePreset::LastMonth); }
     void setAllDates() { setPreset(RangePreset::All); }
     void setRange(const DateRange &range);
+    void setRangeByHand(const DateRange &range);
 
     AnalysisControls &m_controls;
     AnalysisScreen m_screen;
     State m_state = State::Outdated;
-    DateRange m_shownRange; // of the grid's figures
+    DateRange m_shownRange;              // of the grid's figures
+    std::vector<DateRange> m_daysOfBars; // of the chart
+    std::vector<DateRange> m_daysBefore; // the dates before each chosen bar
     // Queried when a tooltip is first wanted.
     std::optional<FigureNotes> m_notes;
     std::optional<std::pair<const TreeNode *, QStringList>> m_nodeNotes;

@@ -66,6 +66,30 @@ private slots:
         QCOMPARE(m_controls->treeList.SelectedItem()->Text(), QString("Two"));
     }
 
+    void aBarsDaysAndBack() {
+        const DateRange week = m_view->dateRange(); // 6 to 12 May, at noon
+        const auto bar = [&](int number) { m_controls->mscMain.onBarChosen(number); };
+        m_refreshes = 0;
+        bar(1);
+        QCOMPARE(m_refreshes, 1);
+        QVERIFY((m_view->dateRange() == DateRange{week.start + 1, week.start + 1}));
+        QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));
+        bar(0); // is shown already
+        m_controls->cboRange.setListIndex(int(RangePreset::All));
+        const DateRange all = m_view->dateRange();
+        bar(6);
+        QCOMPARE(m_controls->flxStat.TextMatrix(1, gridColumn::Clicks), QString("3"));
+        QVERIFY(m_controls->mscMain.onDaysBack());
+        QVERIFY(m_view->dateRange() == all);
+        QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));
+        QVERIFY(m_controls->mscMain.onDaysBack());
+        QVERIFY(m_view->dateRange() == week);
+        QVERIFY(!m_controls->mscMain.onDaysBack());
+        bar(1);
+        m_view->loadDefaults();
+        QVERIFY(!m_controls->mscMain.onDaysBack());
+    }
+
     void afterAFailedRefresh() {
         QVERIFY(m_view->state() == State::Current);
         QVERIFY(!m_view->figureNotes(1, gridColumn::Clicks).isEmpty());

@@ -7,10 +7,12 @@
 #include "ui/views/plainText.h"
 
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
 
@@ -24,6 +26,12 @@ ChartView::ChartView(Chart &chart, QWidget *parent)
     installChartAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    addEntry(*this, "Show These Days",
+             {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
+             [this] { chooseBar(m_marked); });
+    addEntry(*this, "Back to the Days Before", {QKeySequence(Qt::ALT | Qt::Key_Left)},
+             [this] { goBack(); });
+    addExplainEntry(*this, [this] { explain(); });
     addCopyEntries(
         *this, "Copy Picture", [this] { QGuiApplication::clipboard()->setImage(picture()); },
         "Copy Figures", [this] { QGuiApplication::clipboard()->setText(figuresText()); });
@@ -92,6 +100,14 @@ QString ChartView::figuresText() const {
 }
 
 bool ChartView::event(QEvent *event) {
+    if (event->type() == QEvent::ContextMenu) {
+        // The entries of the menu are about the bar under the mouse.
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        if (menu->reason() == QContextMenuEvent::Mouse) {
+            m_marked = barAt(menu->pos());
+            update();
+        }
+    }
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto *help = static_cast<QHelpEvent *>(event);
@@ -130,7 +146,36 @@ void ChartView::markBar(int bar) {
     notifyBarMarked(*this);
 }
 
+void ChartView::mouseDoubleClickEvent(QMouseEvent *event) {
+    const int bar = barAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && bar >= 0)
+        chooseBar(bar);
+}
+
+void ChartView::chooseBar(int bar) {
+    if (bar < 0)
+        answer("No bar is marked; the arrow keys mark one.");
+    else if (m_chart.onBarChosen)
+        m_chart.onBarChosen(bar);
+}
+
+void ChartView::goBack() {
+    if (m_chart.onDaysBack && !m_chart.onDaysBack())
+        answer("No bar's days have been shown before.");
+}
+
+void ChartView::explain() {
+    answer(m_marked < 0 ? m_chart.texts().description : barText(m_marked));
+}
+
+void ChartView::answer(const QString &text) {
+    const QRect place = m_marked < 0 ? rect() : columnRect(m_marked);
+    answerByKey(*this, QRect(place.left(), 0, place.width(), height() / 3), text);
+}
+
 void ChartView::focusOutEvent(QFocusEvent *event) {
+    if (event->reason() == Qt::PopupFocusReason)
+        return QWidget::focusOutEvent(event);
     m_marked = -1;
     QToolTip::hideText();
     QWidget::focusOutEvent(event);

@@ -40,10 +40,16 @@ protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void refresh();
+    void chooseBar(int bar);
+    void goBack();
+    /// By key: the tooltip of the marked bar, or else all about the chart.
+    void explain();
+    void answer(const QString &text);
 
     Chart &m_chart;
     int m_marked = -1;
