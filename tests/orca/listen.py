@@ -20,31 +20,56 @@ LOSS = r"<b>Sale</b> O'Neil, loss: did not earn back its cost\."
 STEPS = [
     ("", ["...", r"Veltrona frame\.", "Account tree", r"project expanded\."]),
     ("Tab", ["...", rf"Start Date: {DATE} spin button\."]),
-    ("Up", [DATE]),
-    ("alt+Down", ["...", "table with 7 rows 7 columns"]),
+    ("Up", ["...", rf"notification There are no records from {DATE}.*", DATE]),
+    ("alt+Down", ["...", rf"notification {DATE}\.", "table with 7 rows 7 columns"]),
+    ("Right", [r"\d column header \d+\."]),
+    ("Next", ["...", rf"notification {DATE}\."]),  # another month
+    ("Prior", ["...", rf"notification {DATE}\."]),
     ("Escape", ["...", rf"Start Date: {DATE} spin button\."]),
-    ("Up", [DATE]),  # and none of the hidden calendar's numbers
+    ("Up", ["...", rf"notification There are no records from {DATE}.*", DATE]),
     ("F4", ["...", "table with 7 rows 7 columns"]),
     ("Escape", ["...", rf"Start Date: {DATE} spin button\."]),
-    ("Tab Tab Tab", ["...", rf"End Date: {DATE} spin button\."]),
-    ("Tab Tab Tab", ["...", r"Date Range: combo box\.", r"Custom\."]),
+    ("Tab", ["...", rf"End Date: {DATE} spin button\."]),
+    ("Right", ["...", r"\w+", "selected"]),  # the next part of the date
+    ("Tab", ["...", r"Date Range: combo box\.", r"Custom\."]),
     ("Up", [r"List with 6 items\.", r"All\."]),
-    ("Tab", [r"Statistics\.", r"table with 4 rows 13 columns\.?", LOSS]),
-    ("Right", [r"Clicks column header 36\."]),
-    ("Down", [r"Brand\.", r"78\."]),
-    ("Right", [r"Impr\. column header 3900\."]),
-    ("Up", [LOSS, r"1800\."]),
+    ("Tab", [r"Statistics\.", r"table with 4 rows 13 columns\.?", LOSS,
+             rf"Loss: cost 54\.00, brought 6\.00\. 54\.00 of it \(100%\) went to 1 keyword without a "
+             r"conversion\. The parts of .*"]),
+    ("Right", [r"Clicks column header 36\.", r"32% of the clicks of this table\. Clicks of all .*"]),
+    ("Down", [r"Brand\.", r"78\.", r"68% of the clicks of this table\."]),
+    ("Right", [r"Impr\. column header 3900\.", r"68% of the impressions of this table\."]),
+    ("Up", [LOSS, r"1800\.", r"32% of the impressions of this table\. Impressions of all .*"]),
     ("Tab", [r"Average Cost Per Click chart\.",
              r"7 bars, 18 Nov 2024 to 24 Nov 2024\. Highest: 1\.75, 18 Nov 2024\. "
              r"Each bar counts one day of 2024\."]),
     ("Right", [r"18 Nov 2024: 1\.75\."]),
     ("Right", [r"19 Nov 2024: 1\.35\."]),
     ("Right Right", ["...", r"21 Nov 2024: 0, no records\."]),
+    ("Left Left Return", ["...", r"notification 1 bar, 19 Nov 2024\. Highest: 1\.35, .*"]),
+    ("shift+Tab", ["...", r"200\.", r"27% of the impressions of .*"]),
+    ("Right", [r"CTR column header 0%",
+               r"4 clicks of 200 impressions: 2%\. 18 Nov: 2%, no change\. Click-through .*"]),
+    ("Right", [r"Avg\.CPC column header 2\.25\.",
+               r"9\.00 for 4 clicks: 2\.25\. 18 Nov: 3\.00, down 25%\. Mean of .*"]),
+    ("shift+F1", ["...", r"notification <b>Sale</b> O'Neil\. Avg\.CPC: 2\.25\. 9\.00 for 4 clicks: .*"]),
+    ("ctrl+c", ["...", r"notification Copied\."]),
+    ("Tab alt+Left", ["...", r"notification 7 bars, 18 Nov 2024 to 24 Nov 2024\. .*"]),
     ("Tab", [r"Shown Values \(bar\): combo box\.", r"Average Cost Per Click\."]),
     ("Down", ["List with 12 items.", r"Budget\."]),
     ("Tab", ["Group by: combo box.", r"Days\."]),
     ("Down", ["List with 3 items.", r"Weeks\."]),
+    ("Tab", ["...", "Account tree", "project expanded\\.", r".* 12 records, 18 to 24 Nov 2024; no records "
+             r"on 21 Nov\."]),
+    ("F8", [r"Broad\.", r"Loss: cost 54\.00, brought 6\.00\. .*"]),
+    ("alt+f i", ["...", "File name: text\\."]),
+    ("type report.xml", ["..."]),
+    ("Return", ["...", r"notification Please wait while the XML file is importing\.\.\.",
+                r"notification Campaign Summary\. 1 bar, .*", ".* 13 records, .*"]),
 ]
+
+REPORT = """<report><table><columns><column name="campaign"/><column name="date"/></columns><rows>
+<row campaign="New" date="2024-11-20"/></rows></table></report>"""
 
 
 def make_project(template, path):
@@ -116,6 +141,7 @@ def main(folder):
                        XDG_RUNTIME_DIR=str(home), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
     project = home / "project.vlt"
     make_project(folder / "data.dat", project)
+    (home / "report.xml").write_text(REPORT)
     settings = home / "config/Veltrona/Veltrona.ini"
     settings.parent.mkdir(parents=True)
     settings.write_text(f"[Software]\nMorvane\\dbfname={project}\nMorvane\\grdcolor=1\n")
@@ -128,7 +154,9 @@ def main(folder):
         program = subprocess.Popen([folder / "veltrona"], env=environment,
                                    stderr=subprocess.DEVNULL)
         for keys, patterns in STEPS:
-            if keys:
+            if keys.startswith("type "):
+                subprocess.run(["xdotool", "type", str(home / keys[5:])], check=True)
+            elif keys:
                 subprocess.run(["xdotool", "key", "--delay", "150", *keys.split()], check=True)
             spoken = orca.hear(lambda heard, wanted=patterns: matches(wanted, heard))
             right = matches(patterns, spoken)

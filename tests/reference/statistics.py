@@ -197,9 +197,10 @@ def notes(shown, before, dates, table):
                 f"brought {money(true_figure(shown, 10)[0])}."] + waste_lines(shown)]
     for column in range(1, 13):
         now, earlier = true_figure(shown, column), true_figure(before, column)
-        lines = share_lines(shown, table, column) + ([now[2]] if now and now[2] else [])
+        lines = [now[2]] if now and now[2] else []
         if column == 5:
             lines += waste_lines(shown)
+        lines += share_lines(shown, table, column)
         if earlier and earlier[0] != 0:
             change = ""
             if now:

@@ -129,6 +129,13 @@ public:
             changed();
     }
 
+    /// Why there are no data rows; empty while there are some.
+    const QString &notice() const { return m_notice; }
+    void setNotice(const QString &notice) {
+        m_notice = notice;
+        changed();
+    }
+
     /// Called after a change while `Redraw` is on, and once when it is switched on after changes.
     std::function<void()> onChange;
     /// Set by the window: the user chose a row by double click or Enter.
@@ -138,6 +145,8 @@ public:
     std::function<QStringList(int row, int col)> notesOf;
     /// Set by the window: the text that explains a column.
     std::function<QString(int col)> columnNoteOf;
+    /// Set by the window: whether a column's heading invites to read its explanation.
+    std::function<bool(int col)> invitesToRead;
 
 private:
     struct Cell {
@@ -168,6 +177,7 @@ private:
     std::vector<int> m_widths;
     std::vector<int> m_alignments;
     Rgb m_foreColor;
+    QString m_notice;
     int m_row = 0;
     int m_col = 0;
     bool m_redraw = true;

@@ -52,6 +52,9 @@ AnalysisView::AnalysisView(AnalysisControls &controls, AnalysisScreen screen)
         return hasDays;
     };
     controls.flxStat.columnNoteOf = columnNote;
+    controls.flxStat.invitesToRead = [](int col) {
+        return gridColumn::addsUpRates(gridColumn::at(col));
+    };
     controls.flxStat.notesOf = [this](int row, int col) {
         return notesIfPossible([&] { return figureNotes(row, col); });
     };
@@ -94,7 +97,15 @@ void AnalysisView::loadDefaults() {
 void AnalysisView::rebuild() {
     loadTree();
     m_controls.treeList.setSelectedItem(m_controls.treeList.Nodes().Item(1));
-    treeList_NodeClick(m_controls.treeList.SelectedItem());
+    TreeNode *root = m_controls.treeList.SelectedItem();
+    refresh(root);
+    announce(captionOf(pathOf(*root)) + QLatin1String(". ") +
+             m_controls.mscMain.texts().description);
+}
+
+void AnalysisView::announce(const QString &sentence) const {
+    if (m_screen.announce && m_state == State::Current)
+        m_screen.announce(sentence);
 }
 
 void AnalysisView::makeCurrent() {
@@ -120,9 +131,14 @@ void AnalysisView::loadTree() {
     m_screen.setRootDescription(QDir::toNativeSeparators(path));
 }
 
+void AnalysisView::treeList_NodeClick(TreeNode *node) {
+    refresh(node);
+    announce(m_controls.mscMain.texts().notice);
+}
+
 /// Both queries run before either answer is shown, so that a failure leaves caption, rows and bars
 /// of one and the same node on the screen.
-void AnalysisView::treeList_NodeClick(TreeNode *node) {
+void AnalysisView::refresh(TreeNode *node) {
     if (m_state == State::Paused || !node)
         return;
     const auto busy = m_screen.busy();
@@ -145,6 +161,7 @@ void AnalysisView::treeList_NodeClick(TreeNode *node) {
         fillGrid(statistics, m_controls.flxStat, modMain::GridColor);
         if (!statistics.rows.empty())
             sumup();
+        m_controls.flxStat.setNotice(statistics.rows.empty() ? series.texts.notice : QString());
         sizeColumns(m_controls.flxStat, -1, m_screen.textWidth);
     }
     showChart(series);
@@ -206,6 +223,8 @@ bool AnalysisView::showDaysBefore() {
 void AnalysisView::setRangeByHand(const DateRange &range) {
     setRange(range);
     dtpStart_Change();
+    if (m_controls.mscMain.texts().notice.isEmpty()) // else it has been said
+        announce(m_controls.mscMain.texts().description);
 }
 
 void AnalysisView::openRow(int row) {

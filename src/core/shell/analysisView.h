@@ -47,6 +47,8 @@ struct AnalysisScreen {
     /// The caption above the statistics.
     std::function<void(const QString &)> setCaption;
     std::function<void(const QString &)> setRootDescription;
+    /// Has screen readers say a sentence; may be empty.
+    std::function<void(const QString &)> announce = nullptr;
     /// The cursor is busy as long as the result lives.
     std::function<std::shared_ptr<void>()> busy;
 };
@@ -91,6 +93,7 @@ public:
     /// The node that loses money after the selected one; null if there is none.
     TreeNode *nextLoss();
 
+    /// The one refresh.
     void treeList_NodeClick(TreeNode *node);
     void cboRange_Click();
 
@@ -101,6 +104,8 @@ private:
     }
 
     void loadTree();
+    void refresh(TreeNode *node);
+    void announce(const QString &sentence) const;
     void fillChart();
     void showChart(const ChartSeries &series);
     ChartRequest chartRequest() const;

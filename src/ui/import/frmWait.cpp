@@ -1,6 +1,7 @@
 #include "ui/import/frmWait.h"
 
 #include "core/import/progress.h"
+#include "ui/views/accessible/announcement.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -81,6 +82,7 @@ void frmWait::Show(std::function<void()> import) {
 // Being activated is no sign to rely on: without a window manager no window ever is.
 void frmWait::showEvent(QShowEvent *event) {
     QDialog::showEvent(event);
+    announce(*this, Label1->text());
     QTimer::singleShot(longestWaitForPaint, this, &frmWait::activateOnce);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/shell/mainSurface.h"
 
+#include "ui/views/accessible/announcement.h"
 #include "ui/views/busyCursor.h"
 #include "ui/views/controls/chartView.h"
 #include "ui/views/controls/comboBoxView.h"
@@ -8,6 +9,7 @@
 #include "ui/views/controls/gridView.h"
 #include "ui/views/controls/treeView.h"
 #include "ui/views/dialogs/forms.h"
+#include "ui/views/plainText.h"
 
 #include <QLineEdit>
 
@@ -73,6 +75,8 @@ AnalysisScreen MainSurface::screen() {
             },
         .setCaption = [this](const QString &caption) { lblSum->setFullText(caption); },
         .setRootDescription = [this](const QString &text) { m_tree->setRootDescription(text); },
+        .announce =
+            [this](const QString &sentence) { veltrona::announce(*this, spokenText(sentence)); },
         .busy = [] { return std::make_shared<BusyCursor>(); },
     };
 }

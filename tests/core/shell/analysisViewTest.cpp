@@ -17,6 +17,7 @@ class AnalysisViewTest : public QObject {
     AnalysisControls *m_controls = nullptr;
     AnalysisView *m_view = nullptr;
     QString m_caption;
+    QStringList m_said;
     int m_refreshes = 0;
 
     void hideTable(bool hide) {
@@ -34,11 +35,17 @@ private slots:
         modMain::session() = ProjectSession::at(m_table->connection().path());
         modMain::session().open();
         m_controls = new AnalysisControls;
+        m_said.clear();
         m_view = new AnalysisView(
             *m_controls,
             {.textWidth = [](const QString &text) { return 100.F * float(text.size()); },
              .setCaption = [this](const QString &caption) { m_caption = caption; },
              .setRootDescription = [](const QString &) {},
+             .announce =
+                 [this](const QString &sentence) {
+                     if (!sentence.isEmpty())
+                         m_said.append(sentence);
+                 },
              .busy = [this]() -> std::shared_ptr<void> {
                  ++m_refreshes;
                  return nullptr;
@@ -72,6 +79,7 @@ private slots:
         m_refreshes = 0;
         bar(1);
         QCOMPARE(m_refreshes, 1);
+        QCOMPARE(m_said.last().left(19), "1 bar, 7 May 2007. ");
         QVERIFY((m_view->dateRange() == DateRange{week.start + 1, week.start + 1}));
         QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));
         bar(0); // is shown already
@@ -88,6 +96,18 @@ private slots:
         bar(1);
         m_view->loadDefaults();
         QVERIFY(!m_controls->mscMain.onDaysBack());
+    }
+
+    void isSaidWithoutAMoveOfTheFocus() {
+        QCOMPARE(m_said.join('|').left(49), "Campaign Summary. 7 bars, 6 May 2007 to 12 May 20");
+        m_said.clear();
+        m_controls->cboRange.setListIndex(int(RangePreset::LastMonth));
+        QCOMPARE(m_said.size(), 1);
+        QCOMPARE(m_said.first().left(51), "There are no records from 1 Apr 2007 to 30 Apr 2007");
+        QCOMPARE(m_controls->flxStat.notice(), m_said.first());
+        m_controls->cboRange.setListIndex(int(RangePreset::LastWeek));
+        QCOMPARE(m_controls->flxStat.notice(), QString());
+        QCOMPARE(m_said.size(), 1);
     }
 
     void afterAFailedRefresh() {

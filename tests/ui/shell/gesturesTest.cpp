@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <QTableView>
 #include <QTest>
+#include <QToolTip>
 #include <QTreeView>
 #include <QUrl>
 
@@ -123,7 +124,7 @@ private slots:
         const QModelIndex root = m_home->view<QTreeView>("treeList")->model()->index(0, 0);
         const QString text = m_home->file("other.vlt") + "\n3 records, 7 to 8 May 2007.";
         QCOMPARE(root.data(Qt::ToolTipRole), text);
-        QCOMPARE(root.data(Qt::AccessibleDescriptionRole), text);
+        QCOMPARE(root.data(Qt::AccessibleDescriptionRole), QString(text).replace("\n", ". "));
     }
 
     void refusesDropsBesideADialogAndMoves() {
@@ -163,6 +164,32 @@ private slots:
         QCOMPARE(enter(0), keyword + " > KeywordType: 'Exact'");
         m_home->importRows({"|g|k|Exact|Search Only|2007-05-07|1"});
         QCOMPARE(enter(3), "Campaign Summary"); // the spacer is no row without a name
+    }
+
+    void answersByKey() {
+        m_home->importRows(rows);
+        m_home->window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_home->window()));
+        const auto press = [this](const QString &view, Qt::Key key, Qt::KeyboardModifiers with) {
+            m_home->view(view)->setFocus();
+            QTest::keyClick(m_home->view(view), key, with);
+            QCoreApplication::processEvents();
+            return QToolTip::text();
+        };
+        QVERIFY(press("treeList", Qt::Key_F8, {}).contains("No part of the account lost money"));
+        modMain::DbConn->execute("UPDATE tblGoogleDays SET cost = 2000000 WHERE Campaign = 'Two'");
+        press("treeList", Qt::Key_F8, {});
+        QCOMPARE(m_home->caption().right(36), "'Brown-Shoes' > KeywordType: 'Broad'");
+        auto *tree = m_home->view<QTreeView>("treeList");
+        QVERIFY(tree->isExpanded(tree->currentIndex().parent()));
+        QVERIFY(press("treeList", Qt::Key_F1, Qt::ShiftModifier).contains(">Broad<"));
+        auto *grid = m_home->view<QTableView>("flxStat");
+        grid->setCurrentIndex(grid->model()->index(0, gridColumn::AverageCpc));
+        QVERIFY(press("flxStat", Qt::Key_F1, Qt::ShiftModifier)
+                    .contains("Broad\nAvg.CPC: 0\n2.00 for 1 click: 2.00\nMean of "));
+        QVERIFY(press("mscMain", Qt::Key_Return, {}).contains("No bar is marked"));
+        QVERIFY(press("mscMain", Qt::Key_Left, Qt::AltModifier).contains("No bar's days"));
+        QVERIFY(press("mscMain", Qt::Key_F1, Qt::ShiftModifier).contains("7 bars, 6 May 2007 to"));
     }
 
     void lettersFindTheNextNode() {

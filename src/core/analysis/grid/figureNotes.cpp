@@ -236,13 +236,12 @@ FigureNotes::FigureNotes(ProjectRecords &records, const NodePath &path, const Da
 }
 
 QStringList FigureNotes::ofRow(const QString &name, int col) const {
-    const auto sumsOf = [&name](const Period &period) { return period.rows.value(name); };
-    return shareLines(sumsOf(m_shown).sums[col], m_shown.all.sums[col], gridColumn::at(col)) +
-           lines(sumsOf, col);
+    return lines([&name](const Period &period) { return period.rows.value(name); }, col,
+                 &m_shown.all);
 }
 
 QStringList FigureNotes::ofSummary(int col) const {
-    return lines([](const Period &period) { return period.all; }, col);
+    return lines([](const Period &period) { return period.all; }, col, nullptr);
 }
 
 QStringList FigureNotes::ofLoss(ProjectRecords &records, const NodePath &path,
@@ -253,8 +252,8 @@ QStringList FigureNotes::ofLoss(ProjectRecords &records, const NodePath &path,
                                                             : period.all);
 }
 
-QStringList FigureNotes::lines(const std::function<NotedSums(const Period &)> &sumsOf,
-                               int col) const {
+QStringList FigureNotes::lines(const std::function<NotedSums(const Period &)> &sumsOf, int col,
+                               const NotedSums *whole) const {
     const NotedSums shown = sumsOf(m_shown);
     if (col == gridColumn::Name)
         return lossLines(shown);
@@ -264,6 +263,8 @@ QStringList FigureNotes::lines(const std::function<NotedSums(const Period &)> &s
         lines.append(now->line);
     if (col == gridColumn::Cost)
         lines += wasteLines(shown);
+    if (whole)
+        lines += shareLines(shown.sums[col], whole->sums[col], gridColumn::at(col));
     const int year = calendarDay(dayNumber(m_shown.range.start)).year;
     for (const Period &period : m_earlier) {
         const std::optional<TrueFigure> then = trueFigure(sumsOf(period).sums, col);

@@ -45,7 +45,9 @@ private:
         NotedSums all;
     };
     static Period periodOf(ProjectRecords &records, const NodePath &path, const DateRange &range);
-    QStringList lines(const std::function<NotedSums(const Period &)> &sumsOf, int col) const;
+    /// With the share of `whole`, which may be null.
+    QStringList lines(const std::function<NotedSums(const Period &)> &sumsOf, int col,
+                      const NotedSums *whole) const;
 
     Period m_shown;
     std::vector<Period> m_earlier; // that are compared

@@ -85,8 +85,7 @@ inline constexpr std::array<GridColumn, Count> table = {{
      .note = "Impressions of all records, added up: how often ads were shown."},
     {.column = Ctr, .heading = "CTR", .zeroText = "0.00%", .figure = Figure::Ctr, .decimals = 2,
      .isPercent = true, .unit = "per cent",
-     .note = "Click-through rates of all records, added up: a sum, not an average. "
-             "The true rate stands in each figure's tooltip.",
+     .note = "Click-through rates of all records, added up: a sum, not an average.",
      .ratio = {Clicks, Impressions, "%1 of %2: "}},
     {.column = AverageCpc, .heading = "Avg.CPC", .zeroText = "0", .rule = CellRule::Mean,
      .figure = Figure::Cpc, .divisor = millionths, .countColumn = CpcCount, .decimals = 2,
@@ -102,15 +101,13 @@ inline constexpr std::array<GridColumn, Count> table = {{
      .note = "Conversions of all records, added up."},
     {.column = ConversionRate, .heading = "Conv.Rate", .zeroText = "0.00%", .figure = Figure::Conv,
      .decimals = 2, .isPercent = true, .unit = "per cent",
-     .note = "Conversions of all records, added up, shown as per cent: a sum, not a rate. "
-             "The true rate stands in each figure's tooltip.",
+     .note = "Conversions of all records, added up, shown as per cent: a sum, not a rate.",
      .ratio = {Conversions, Clicks, "%1 of %2: "}},
     // The cost stays in millionths here.
     {.column = CostPerConversion, .heading = "Cost/Conv.", .zeroText = "0.00",
      .rule = CellRule::Quotient, .figure = Figure::Cost, .perFigure = Figure::Conv, .decimals = 2,
      .hasLeadingZero = false, .unit = "millionths of the currency of the reports",
-     .note = "Cost divided by conversions, for each record that has conversions, added up. "
-             "The true rate stands in each figure's tooltip.",
+     .note = "Cost divided by conversions, for each record that has conversions, added up.",
      .ratio = {Cost, Conversions, "%1 for %2: "}},
     {.column = AveragePosition, .heading = "Avg.Pos", .zeroText = "0.0", .rule = CellRule::Mean,
      .figure = Figure::Pos, .weight = Figure::Impressions, .countColumn = PositionCount,
@@ -140,6 +137,12 @@ static_assert(std::ranges::is_sorted(table, std::ranges::less_equal(), &GridColu
 
 constexpr const GridColumn &at(int col) {
     return table[static_cast<std::size_t>(col)];
+}
+
+/// Whether the column adds up rates: its figures mislead, the true rate is in their notes.
+constexpr bool addsUpRates(const GridColumn &column) {
+    return column.ratio.sentence &&
+           (column.rule == CellRule::Sum || column.rule == CellRule::Quotient);
 }
 
 /// Calls `visitor` with a std::integral_constant of each column, so that the table is unrolled.

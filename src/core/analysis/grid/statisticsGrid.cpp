@@ -178,7 +178,10 @@ QString columnNote(int col) {
     if (col < 0 || col >= gridColumn::Shown)
         return {};
     const GridColumn &column = gridColumn::at(col);
-    return u"%1\nUnit: %2."_s.arg(QLatin1String(column.note), QLatin1String(column.unit));
+    const QString rate = gridColumn::addsUpRates(column)
+                             ? u" The true rate stands in each figure's tooltip."_s
+                             : QString();
+    return u"%1%2\nUnit: %3."_s.arg(QLatin1String(column.note), rate, QLatin1String(column.unit));
 }
 
 QString figureText(int col, double figure) {

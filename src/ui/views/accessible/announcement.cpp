@@ -55,6 +55,10 @@ void announce(const QWidget &view, const QString &sentence) {
     QAccessible::updateAccessibility(&shown);
 }
 
+void announceCopy(const QWidget &view) {
+    announce(view, QStringLiteral("Copied."));
+}
+
 } // namespace veltrona
 
 #include "announcement.moc"

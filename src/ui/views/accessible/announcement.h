@@ -8,5 +8,6 @@ namespace veltrona {
 
 /// Nothing happens for an empty sentence, and while no assistive software listens.
 void announce(const QWidget &view, const QString &sentence);
+void announceCopy(const QWidget &view);
 
 } // namespace veltrona

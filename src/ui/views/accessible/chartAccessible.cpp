@@ -8,7 +8,8 @@ namespace veltrona {
 
 namespace {
 
-enum Column { Dates, Value, Columns };
+enum Column { Dates, Value, Label, Columns };
+constexpr const char *columnNames[Columns] = {"Dates", "Value", "Label"};
 
 QString valueOf(const ChartRow &row) {
     if (row.isNull)
@@ -34,13 +35,15 @@ public:
     int rowCount() const override { return m_view.chart().RowCount(); }
     int columnCount() const override { return Columns; }
     QString columnDescription(int column) const override {
-        return column == Dates ? QStringLiteral("Dates") : QStringLiteral("Value");
+        return QLatin1String(columnNames[column]);
     }
     QString rowDescription(int row) const override { return cellText(row, Dates); }
 
     QString cellText(int bar, int column) const override {
         const ChartRow &row = m_view.chart().DataGrid().rows()[static_cast<std::size_t>(bar)];
         const QString &dates = row.dates.isEmpty() ? row.label : row.dates;
+        if (column == Label)
+            return row.label;
         return column == Dates ? dates : QStringLiteral("%1: %2").arg(dates, valueOf(row));
     }
     QRect cellRect(int bar, int) const override { return m_view.columnRect(bar); }

@@ -3,6 +3,7 @@
 #include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/gridModel.h"
 #include "ui/views/controls/gridView.h"
+#include "ui/views/plainText.h"
 
 #include <QHeaderView>
 
@@ -15,6 +16,12 @@ public:
     explicit GridAccessible(GridView &view)
         : TableAccessible(view, QAccessible::Table, 1), m_view(view) {}
 
+    QString text(QAccessible::Text kind) const override {
+        const QString &notice = m_view.grid().notice();
+        return kind == QAccessible::Description && !notice.isEmpty() ? spokenText(notice)
+                                                                     : TableAccessible::text(kind);
+    }
+
     int rowCount() const override { return m_view.model()->rowCount(); }
     int columnCount() const override { return m_view.model()->columnCount(); }
 
@@ -25,19 +32,23 @@ public:
         if (row < 0)
             return model.headerData(column, Qt::Horizontal).toString();
         const QModelIndex cell = model.index(row, std::max(column, Grid::NameColumn));
-        const QString text = cell.data().toString();
-        if (column <= Grid::NameColumn && text.isEmpty())
-            return QStringLiteral("(no name)");
-        return column <= Grid::NameColumn && model.isLoss(cell)
-                   ? text + QStringLiteral(", loss: did not earn back its cost")
-                   : text;
+        QString text = cell.data().toString();
+        if (column > Grid::NameColumn || model.isSpacer(row))
+            return text;
+        if (text.isEmpty())
+            text = QStringLiteral("(no name)");
+        return model.isLoss(cell) ? text + QStringLiteral(", loss: did not earn back its cost")
+                                  : text;
     }
+    /// Of headings, and of the marked cell.
     QString cellDescription(int row, int column) const override {
-        if (row >= 0)
+        const QAbstractItemModel &model = *m_view.model();
+        constexpr int role = Qt::AccessibleDescriptionRole;
+        if (row < 0)
+            return model.headerData(column, Qt::Horizontal, role).toString();
+        if (QPoint(column, row) != markedCell())
             return {};
-        return m_view.model()
-            ->headerData(column, Qt::Horizontal, Qt::AccessibleDescriptionRole)
-            .toString();
+        return spokenText(model.index(row, column).data(role).toString());
     }
 
     QRect cellRect(int row, int column) const override {

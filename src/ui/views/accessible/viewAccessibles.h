@@ -8,7 +8,7 @@ class ChartView;
 class ComboBoxView;
 class GridView;
 
-/// Role Chart: a table with a row for each bar and the columns dates and value.
+/// Role Chart: a table with a row for each bar and the columns dates, value and axis label.
 void installChartAccessible();
 void notifyChartChanged(ChartView &view);
 void notifyBarMarked(ChartView &view);

@@ -1,6 +1,7 @@
 #include "ui/views/controls/chartView.h"
 
 #include "core/base/text.h"
+#include "ui/views/accessible/announcement.h"
 #include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/controls/chartPainter.h"
 #include "ui/views/menuEntry.h"
@@ -26,15 +27,22 @@ ChartView::ChartView(Chart &chart, QWidget *parent)
     installChartAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    addEntry(*this, "Show These Days",
-             {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
+    addEntry(*this, "Show These Days", {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
              [this] { chooseBar(m_marked); });
     addEntry(*this, "Back to the Days Before", {QKeySequence(Qt::ALT | Qt::Key_Left)},
              [this] { goBack(); });
     addExplainEntry(*this, [this] { explain(); });
     addCopyEntries(
-        *this, "Copy Picture", [this] { QGuiApplication::clipboard()->setImage(picture()); },
-        "Copy Figures", [this] { QGuiApplication::clipboard()->setText(figuresText()); });
+        *this, "Copy Picture",
+        [this] {
+            QGuiApplication::clipboard()->setImage(picture());
+            announceCopy(*this);
+        },
+        "Copy Figures",
+        [this] {
+            QGuiApplication::clipboard()->setText(figuresText());
+            announceCopy(*this);
+        });
 }
 
 void ChartView::refresh() {

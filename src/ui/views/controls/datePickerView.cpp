@@ -1,6 +1,8 @@
 #include "ui/views/controls/datePickerView.h"
 
+#include "core/base/dateTexts.h"
 #include "core/base/dateValue.h"
+#include "ui/views/accessible/announcement.h"
 
 #include <QCalendarWidget>
 #include <QCoreApplication>
@@ -11,6 +13,7 @@
 #include <QTimeZone>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace veltrona {
@@ -54,6 +57,15 @@ void DatePickerView::mousePressEvent(QMouseEvent *event) {
         return;
     m_calendar->setFirstDayOfWeek(Qt::Sunday); // as the weeks of the presets and of the chart
     m_calendar->installEventFilter(this);
+    connect(m_calendar, &QCalendarWidget::currentPageChanged, this,
+            &DatePickerView::announceCalendar);
+    announceCalendar(); // it has opened already
+}
+
+void DatePickerView::announceCalendar() const {
+    const QDate date = m_calendar->selectedDate();
+    if (m_calendar->isVisible())
+        announce(*this, dateText(dayNumber({date.year(), date.month(), date.day()})));
 }
 
 /// Qt opens its calendar by the mouse alone.
@@ -70,18 +82,31 @@ void DatePickerView::openCalendar() {
     QCoreApplication::sendEvent(this, &press);
 }
 
+// A date is one stop of the Tab key, which would stop at each section. Qt calls this as well when a
+// typed section is full.
+bool DatePickerView::focusNextPrevChild(bool next) {
+    return m_inSection ? QDateEdit::focusNextPrevChild(next) : QWidget::focusNextPrevChild(next);
+}
+
 // After "02" the cursor is already on the month; the separator that the user types next would move
 // it to the year.
 void DatePickerView::keyPressEvent(QKeyEvent *event) {
     const bool altDown = event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier;
     if (altDown || (event->key() == Qt::Key_F4 && event->modifiers() == Qt::NoModifier))
         return openCalendar();
+    const bool isLeft = event->key() == Qt::Key_Left;
+    if ((isLeft || event->key() == Qt::Key_Right) && event->modifiers() == Qt::NoModifier) {
+        setSelectedSection(sectionAt(
+            std::clamp(currentSectionIndex() + (isLeft ? -1 : 1), 0, sectionCount() - 1)));
+        return;
+    }
     const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
     const bool separator = typed.isPrint() && !typed.isLetterOrNumber();
     const bool movedOn = std::exchange(m_movedOn, false);
     if (movedOn && separator)
         return event->accept();
     const int section = currentSectionIndex();
+    const QScopedValueRollback inSection(m_inSection, true);
     QDateEdit::keyPressEvent(event);
     m_movedOn = typed.isDigit() && currentSectionIndex() != section;
 }
@@ -89,6 +114,9 @@ void DatePickerView::keyPressEvent(QKeyEvent *event) {
 bool DatePickerView::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_calendar && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
         const bool hidden = event->type() == QEvent::Hide;
+        if (!hidden)
+            QMetaObject::invokeMethod(this, &DatePickerView::announceCalendar,
+                                      Qt::QueuedConnection);
         // A hidden calendar follows the date, which screen readers would announce.
         m_calendar->findChild<QTableView *>()->selectionModel()->blockSignals(hidden);
         // The chosen day is set only after the calendar has begun to close.

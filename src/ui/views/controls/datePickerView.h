@@ -29,16 +29,19 @@ public:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void showValue();
     void openCalendar();
+    void announceCalendar() const;
 
     DatePicker &m_picker;
     QScopedValueRollback<std::function<void()>> m_onValue; // the picker's
     QCalendarWidget *m_calendar = nullptr;                 // Qt's, from the first opening on
+    bool m_inSection = false;                              // a key for a section is handled
     bool m_movedOn = false; // the last digit filled its section and moved to the next
 };
 

@@ -71,6 +71,8 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return QVariant::fromValue(alignment(index));
     case Qt::ToolTipRole:
         return toolTip(index);
+    case Qt::AccessibleDescriptionRole:
+        return description(index);
     default:
         return {};
     }
@@ -88,6 +90,29 @@ QString GridModel::toolTip(const QModelIndex &index) const {
     QStringList lines{shortened(m_grid.TextMatrix(row, Grid::NameColumn), maxName),
                       m_grid.TextMatrix(gridRow::Heading, index.column()) + u": "_s + figure};
     return (lines + notes(row, index.column())).join(u'\n');
+}
+
+/// The heading's note comes with the first cell of its column.
+QString GridModel::description(const QModelIndex &index) const {
+    const int row = gridRowOf(index.row());
+    const bool hasNotes = index.column() == Grid::NameColumn
+                              ? m_grid.isLoss(row)
+                              : !m_grid.TextMatrix(row, index.column()).isEmpty();
+    QStringList lines = hasNotes ? notes(row, index.column()) : QStringList();
+    if (row == gridRow::FirstData)
+        lines.append(columnNote(index.column()));
+    return lines.join(u'\n');
+}
+
+QString GridModel::explanation(const QModelIndex &index) const {
+    const QString name = index.column() == Grid::NameColumn ? index.data().toString() : QString();
+    QStringList lines{name, toolTip(index), columnNote(index.column())};
+    lines.removeAll(QString());
+    return lines.join(u'\n');
+}
+
+QString GridModel::columnNote(int col) const {
+    return m_grid.columnNoteOf ? m_grid.columnNoteOf(col) : QString();
 }
 
 QStringList GridModel::notes(int row, int col) const {
@@ -108,7 +133,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     if (role == Qt::DisplayRole)
         return m_grid.TextMatrix(gridRow::Heading, section);
     if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
-        return m_grid.columnNoteOf ? m_grid.columnNoteOf(section) : QString();
+        return columnNote(section);
     if (role == Qt::TextAlignmentRole) {
         const bool left = m_grid.ColAlignment(section) == leftAligned;
         return QVariant::fromValue((left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);

@@ -28,6 +28,9 @@ public:
     /// Whether the row didn't earn back its cost.
     bool isLoss(const QModelIndex &index) const;
     bool isSummary(int row) const { return row == m_rows - 1; }
+    bool isSpacer(int row) const { return row == m_rows - gridRow::BelowData; }
+    /// All that explains a cell, with the note of its column.
+    QString explanation(const QModelIndex &index) const;
 
     /// Updates the views after a change of the grid. Selected cells follow the name of their row;
     /// if the name has gone, the row in its place is selected instead. True if the names have
@@ -36,6 +39,8 @@ public:
 
 private:
     QString toolTip(const QModelIndex &index) const;
+    QString description(const QModelIndex &index) const;
+    QString columnNote(int col) const;
     /// By the row of the grid.
     QStringList notes(int row, int col) const;
     bool holds(const QModelIndex &index) const;

@@ -1,6 +1,7 @@
 #include "ui/views/controls/gridView.h"
 
 #include "core/base/text.h"
+#include "ui/views/accessible/announcement.h"
 #include "ui/views/accessible/viewAccessibles.h"
 #include "ui/views/colors.h"
 #include "ui/views/controls/gridModel.h"
@@ -14,9 +15,11 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionHeader>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <set>
@@ -28,9 +31,12 @@ namespace {
 constexpr int rowPadding = 6; // pixels above and below a line together
 constexpr int textMargins = 6;
 
-/// Aligns headings with the texts of their columns, which have wider margins.
+/// Aligns headings with the texts of their columns, which have wider margins. A dotted line below
+/// a text invites to hover.
 class HeadingStyle : public QProxyStyle {
 public:
+    explicit HeadingStyle(const Grid &grid) : m_grid(grid) {}
+
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override {
         const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
@@ -42,7 +48,24 @@ public:
         moved.version = QStyleOptionHeader::Version; // of the sliced copy
         moved.rect.adjust(further, 0, -further - gridLine, 0);
         QProxyStyle::drawControl(element, &moved, painter, widget);
+        if (m_grid.invitesToRead && m_grid.invitesToRead(heading->section))
+            drawInvitation(moved, *painter);
     }
+
+private:
+    static void drawInvitation(const QStyleOptionHeader &heading, QPainter &painter) {
+        const int width = heading.fontMetrics.horizontalAdvance(heading.text);
+        const QRect text = alignedRect(
+            heading.direction, heading.textAlignment,
+            {std::min(width, heading.rect.width()), heading.fontMetrics.height()}, heading.rect);
+        painter.save();
+        painter.setPen(QPen(heading.palette.color(QPalette::ButtonText), 1, Qt::DotLine));
+        const int y = text.bottom() - heading.fontMetrics.descent() + 2;
+        painter.drawLine(text.left(), y, text.right(), y);
+        painter.restore();
+    }
+
+    const Grid &m_grid;
 };
 
 } // namespace
@@ -62,10 +85,11 @@ GridView::GridView(Grid &grid, QWidget *parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
-    auto *headings = new HeadingStyle;
+    auto *headings = new HeadingStyle(m_grid);
     headings->setParent(this);
     horizontalHeader()->setStyle(headings);
     horizontalHeader()->setMinimumSectionSize(1);
+    addExplainEntry(*this, [this] { explain(); });
     addCopyEntries(
         *this, "Copy", [this] { copy(false); }, "Copy with Headings", [this] { copy(true); });
     connect(this, &QTableView::doubleClicked, this, &GridView::chooseRow);
@@ -167,8 +191,16 @@ QString GridView::selectedText(bool withHeadings) const {
 
 void GridView::copy(bool withHeadings) const {
     const QString text = selectedText(withHeadings);
+    if (text.isEmpty())
+        return;
+    QGuiApplication::clipboard()->setText(text);
+    announceCopy(*this);
+}
+
+void GridView::explain() {
+    const QString text = m_model->explanation(currentIndex());
     if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
+        answerByKey(*viewport(), visualRect(currentIndex()), text);
 }
 
 void GridView::chooseRow(const QModelIndex &index) {

@@ -27,6 +27,8 @@ public:
     QColor textColor(const QModelIndex &index, bool selected = false) const;
     QColor baseColor(const QModelIndex &index) const;
 
+    const Grid &grid() const { return m_grid; }
+
     /// The selected cells, or else the current one, as tab-separated lines; on request with the
     /// headings of their columns.
     QString selectedText(bool withHeadings = false) const;
@@ -43,6 +45,8 @@ private:
     void applyFont();
     void copy(bool withHeadings) const;
     void chooseRow(const QModelIndex &index);
+    /// By key: all that explains the current cell.
+    void explain();
 
     Grid &m_grid;
     GridModel *m_model;

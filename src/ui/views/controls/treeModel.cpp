@@ -1,6 +1,7 @@
 #include "ui/views/controls/treeModel.h"
 
 #include "ui/views/icons.h"
+#include "ui/views/plainText.h"
 
 namespace veltrona {
 
@@ -67,7 +68,8 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const {
             lines.append(m_rootDescription);
         if (m_tree.notesOf)
             lines += m_tree.notesOf(*node);
-        return lines.join(u'\n');
+        const QString text = lines.join(u'\n');
+        return role == Qt::ToolTipRole ? text : spokenText(text);
     }
     // Screen readers would read nothing for an empty text.
     if (role == Qt::AccessibleTextRole && node->Text().isEmpty())

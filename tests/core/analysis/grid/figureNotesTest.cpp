@@ -81,9 +81,8 @@ private slots:
         const FigureNotes notes(records, {}, may);
         using namespace gridColumn;
         QCOMPARE(notes.ofRow("Shoes", Cost),
-                 QStringList({"80% of the cost of this table.",
-                              "18.00 of it (38%) went to 2 keywords without a conversion.",
-                              "1 to 30 Apr: 40.00, up 20%"}));
+                 QStringList({"18.00 of it (38%) went to 2 keywords without a conversion.",
+                              "80% of the cost of this table.", "1 to 30 Apr: 40.00, up 20%"}));
         QCOMPARE(notes.ofRow("Shoes", Roi),
                  QStringList({"A value of 25.00 for a cost of 48.00: \u221247.92%",
                               "1 to 30 Apr: \u2212100%, up 52.1%"}));

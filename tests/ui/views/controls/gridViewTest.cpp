@@ -294,6 +294,24 @@ private slots:
         QCOMPARE(heard, "Sale, loss: did not earn back its cost|99|");
         QCOMPARE(face->focusChild(),
                  shown.view.hasFocus() ? table->cellAt(1, gridColumn::Cost) : nullptr);
+        shown.grid.notesOf = [](int row, int col) {
+            return QStringList{QString("%1/%2").arg(row).arg(col), "And more."};
+        };
+        const auto described = [&](int row, int col) {
+            shown.view.setCurrentIndex(shown.cell(row, col));
+            return table->cellAt(row, col)->text(QAccessible::Description);
+        };
+        QCOMPARE(described(1, gridColumn::Cost), "2/5. And more.");
+        QCOMPARE(described(1, gridColumn::Name), "2/0. And more."); // of its loss
+        QCOMPARE(described(0, gridColumn::Name).left(10), "The parts ");
+        QVERIFY(described(0, gridColumn::Cost).startsWith("1/5. And more. Costs of all records,"));
+        QCOMPARE(described(2, gridColumn::Cost), QString()); // the spacer
+        QCOMPARE(table->cellAt(2, gridColumn::Name)->text(QAccessible::Name), QString());
+        shown.grid.setTextMatrix(2, gridColumn::Name, QString());
+        QCOMPARE(table->cellAt(1, gridColumn::Name)->text(QAccessible::Name),
+                 "(no name), loss: did not earn back its cost");
+        shown.grid.setNotice("No records.\nImport some.");
+        QCOMPARE(face->text(QAccessible::Description), "No records. Import some.");
         fill(shown.grid, names(30)); // the toolkit's cells survive other rows
         QCOMPARE(table->rowCount(), 32);
         QCOMPARE(table->cellAt(29, 0)->text(QAccessible::Name), "Row 29");

@@ -73,6 +73,24 @@ private slots:
         QCOMPARE(shown(window.picker), "2008-01-02 12:00:00"); // its time of day kept
     }
 
+    void oneTabStopAndArrowsBetweenSections() {
+        Window window;
+        window.date.setFocus(Qt::TabFocusReason);
+        const auto section = [&](Qt::Key key) {
+            QTest::keyClick(&window.date, key);
+            return window.date.currentSectionIndex();
+        };
+        QCOMPARE(section(Qt::Key_Right), 1);
+        QCOMPARE(section(Qt::Key_Up), 1);
+        QCOMPARE(shown(window.picker), "2007-06-14 12:00:00");
+        QCOMPARE(section(Qt::Key_Right) + section(Qt::Key_Right), 2 + 2);
+        QCOMPARE(section(Qt::Key_Left), 1);
+        QTest::keyClick(&window.date, Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &window.list);
+        QTest::keyClick(&window.list, Qt::Key_Tab, Qt::ShiftModifier);
+        QVERIFY(window.date.hasFocus());
+    }
+
     void theCalendarIsAnEdit() {
         Window window;
         QTest::mouseClick(&window.date, Qt::LeftButton, {},
