@@ -92,14 +92,17 @@ QString GridModel::toolTip(const QModelIndex &index) const {
     return (lines + notes(row, index.column())).join(u'\n');
 }
 
-/// The heading's note comes with the first cell of its column.
+/// The heading's note comes with the first cell of its column, the notice with the very first.
 QString GridModel::description(const QModelIndex &index) const {
     const int row = gridRowOf(index.row());
     const bool hasNotes = index.column() == Grid::NameColumn
                               ? m_grid.isLoss(row)
                               : !m_grid.TextMatrix(row, index.column()).isEmpty();
     QStringList lines = hasNotes ? notes(row, index.column()) : QStringList();
-    if (row == gridRow::FirstData)
+    const bool isFirst = row == gridRow::FirstData;
+    if (isFirst && index.column() == Grid::NameColumn && !m_grid.notice().isEmpty())
+        lines.append(m_grid.notice());
+    else if (isFirst)
         lines.append(columnNote(index.column()));
     return lines.join(u'\n');
 }

@@ -312,6 +312,8 @@ private slots:
                  "(no name), loss: did not earn back its cost");
         shown.grid.setNotice("No records.\nImport some.");
         QCOMPARE(face->text(QAccessible::Description), "No records. Import some.");
+        QCOMPARE(described(0, gridColumn::Name), "No records. Import some.");
+        QVERIFY(described(0, gridColumn::Clicks).contains("Unit: clicks."));
         fill(shown.grid, names(30)); // the toolkit's cells survive other rows
         QCOMPARE(table->rowCount(), 32);
         QCOMPARE(table->cellAt(29, 0)->text(QAccessible::Name), "Row 29");
