@@ -1,34 +1,22 @@
 #include "ui/views/accessible/announcement.h"
 
-#include "ui/views/accessible/screenReader.h"
-
 #include <QAccessibleObject>
 #include <QWidget>
+
+#include <utility>
 
 namespace veltrona {
 
 namespace {
 
-/// Qt 6.4 has no event for announcements, but screen readers say a notification that shows up. A
-/// new one for each sentence, since they cache names.
-class Announcement : public QObject {
-    Q_OBJECT
+/// Qt 6.4 has no event for announcements, but screen readers say a notification that shows up.
+class Announcement : public QAccessibleObject {
 public:
-    Announcement(const QString &sentence, QWidget *window)
-        : QObject(window), m_sentence(sentence) {}
-    const QString &sentence() const { return m_sentence; }
-
-private:
-    QString m_sentence;
-};
-
-class AnnouncementAccessible : public QAccessibleObject {
-public:
-    explicit AnnouncementAccessible(Announcement &announcement)
-        : QAccessibleObject(&announcement), m_announcement(announcement) {}
+    Announcement(QObject *object, QString sentence)
+        : QAccessibleObject(object), m_sentence(std::move(sentence)) {}
 
     QAccessibleInterface *parent() const override {
-        return QAccessible::queryAccessibleInterface(m_announcement.parent());
+        return QAccessible::queryAccessibleInterface(object()->parent());
     }
     QAccessibleInterface *child(int) const override { return nullptr; }
     int childCount() const override { return 0; }
@@ -36,11 +24,11 @@ public:
     QAccessible::Role role() const override { return QAccessible::Notification; }
     QAccessible::State state() const override { return {}; }
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? m_announcement.sentence() : QString();
+        return kind == QAccessible::Name ? m_sentence : QString();
     }
 
 private:
-    Announcement &m_announcement;
+    QString m_sentence;
 };
 
 } // namespace
@@ -48,10 +36,15 @@ private:
 void announce(const QWidget &view, const QString &sentence) {
     if (!QAccessible::isActive() || sentence.isEmpty())
         return;
-    installAccessible<Announcement, AnnouncementAccessible>();
+    const QString name = QStringLiteral("announcement");
     QWidget *window = view.window();
-    delete window->findChild<Announcement *>(QString(), Qt::FindDirectChildrenOnly);
-    QAccessibleEvent shown(new Announcement(sentence, window), QAccessible::ObjectShow);
+    // A new object for each sentence, since screen readers cache names.
+    delete window->findChild<QObject *>(name, Qt::FindDirectChildrenOnly);
+    auto *object = new QObject(window);
+    object->setObjectName(name);
+    auto *announcement = new Announcement(object, sentence); // Qt's cache owns it
+    QAccessible::registerAccessibleInterface(announcement);
+    QAccessibleEvent shown(announcement, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);
 }
 
@@ -60,5 +53,3 @@ void announceCopy(const QWidget &view) {
 }
 
 } // namespace veltrona
-
-#include "announcement.moc"

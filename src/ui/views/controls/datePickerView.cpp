@@ -85,6 +85,7 @@ void DatePickerView::openCalendar() {
 // A date is one stop of the Tab key, which would stop at each section. Qt calls this as well when a
 // typed section is full.
 bool DatePickerView::focusNextPrevChild(bool next) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): QDateEdit's is what stops at sections.
     return m_inSection ? QDateEdit::focusNextPrevChild(next) : QWidget::focusNextPrevChild(next);
 }
 
