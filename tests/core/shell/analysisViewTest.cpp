@@ -98,6 +98,25 @@ private slots:
         QVERIFY(!m_controls->mscMain.onDaysBack());
     }
 
+    void nodesExplainThemselves() {
+        m_table->insert({{"Campaign", "Two"}, {"GoogleDate", "2007-05-08"}, {"cost", 2000000}});
+        const Tree &tree = m_controls->treeList;
+        const auto notes = [&](int campaign) {
+            const TreeNode *root = tree.Nodes().Item(1);
+            return tree.notesOf(campaign < 0 ? *root : *root->Children[campaign]);
+        };
+        const QStringList coverage{"4 records, 1 to 8 May 2007; no records on 2 to 6 May."};
+        const QStringList loss{"Loss: cost 2.00, brought 0.00.",
+                               "2.00 of it (100%) went to 1 keyword without a conversion."};
+        modMain::GridColor = true;
+        m_view->loadDefaults();
+        const bool right = notes(-1) == coverage + loss && notes(0).isEmpty() && notes(1) == loss;
+        modMain::GridColor = false;
+        QVERIFY(right);
+        m_view->loadDefaults();
+        QCOMPARE(notes(-1) + notes(1), coverage);
+    }
+
     void isSaidWithoutAMoveOfTheFocus() {
         QCOMPARE(m_said.join('|').left(49), "Campaign Summary. 7 bars, 6 May 2007 to 12 May 20");
         m_said.clear();

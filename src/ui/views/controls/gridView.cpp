@@ -105,6 +105,8 @@ void GridView::setPixelsPerTwip(double factor) {
 void GridView::refresh() {
     const bool renamed = m_model->sync();
     applyWidths(false);
+    if (!m_grid.notice().isEmpty())
+        viewport()->update();
     if (!renamed)
         return;
     // After layoutChanged the view delays its layout and ignores dataChanged until then: for one
@@ -214,6 +216,19 @@ void GridView::keyPressEvent(QKeyEvent *event) {
         chooseRow(currentIndex());
     else
         QTableView::keyPressEvent(event);
+}
+
+/// The notice stands below the rows of an empty grid.
+void GridView::paintEvent(QPaintEvent *event) {
+    QTableView::paintEvent(event);
+    if (m_grid.notice().isEmpty())
+        return;
+    constexpr int margin = 12;
+    const QRect free = viewport()->rect().adjusted(0, verticalHeader()->length(), 0, 0);
+    QPainter painter(viewport());
+    painter.setPen(mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.7));
+    painter.drawText(free.marginsRemoved({margin, margin, margin, margin}),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_grid.notice());
 }
 
 bool GridView::viewportEvent(QEvent *event) {

@@ -246,6 +246,25 @@ private slots:
         }
     }
 
+    void theNoticeIsPaintedBelowTheRows() {
+        Shown shown({});
+        const auto below = [&] {
+            const QImage image = shown.view.viewport()->grab().toImage();
+            const int rows = shown.view.verticalHeader()->length();
+            return image.copy(0, rows + 1, image.width(), image.height() - rows - 1);
+        };
+        const QImage bare = below();
+        const QStringList cells = test::gridText(shown.grid);
+        shown.grid.setNotice("There are no records.");
+        const QImage noted = below();
+        QVERIFY(noted != bare);
+        shown.grid.setNotice("There are none.");
+        QVERIFY(below() != noted);
+        QCOMPARE(test::gridText(shown.grid), cells);
+        shown.grid.setNotice(QString());
+        QCOMPARE(below(), bare);
+    }
+
     void tellsElidedNamesInPlainText() {
         const QString name = "<img src=x> sale " + QString(80, QLatin1Char('w'));
         Shown shown({name, "short"});
