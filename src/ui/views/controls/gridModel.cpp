@@ -108,7 +108,10 @@ QString GridModel::description(const QModelIndex &index) const {
 }
 
 QString GridModel::explanation(const QModelIndex &index) const {
-    const QString name = index.column() == Grid::NameColumn ? index.data().toString() : QString();
+    constexpr int maxName = 1000;
+    const QString name = index.column() == Grid::NameColumn
+                             ? shortened(index.data().toString(), maxName)
+                             : QString();
     QStringList lines{name, toolTip(index), columnNote(index.column())};
     lines.removeAll(QString());
     return lines.join(u'\n');

@@ -1,5 +1,6 @@
 #include "ui/views/controls/treeView.h"
 
+#include "core/base/text.h"
 #include "ui/views/controls/itemDelegates.h"
 #include "ui/views/controls/treeModel.h"
 #include "ui/views/icons.h"
@@ -194,9 +195,11 @@ void TreeView::selectNextLoss() {
 }
 
 void TreeView::explain() {
+    constexpr int maxName = 1000; // leaves room for the note
     const QModelIndex node = currentIndex();
     const QString note = node.data(Qt::ToolTipRole).toString();
-    showSentence(node.data().toString() + (note.isEmpty() ? note : u'\n' + note));
+    showSentence(shortened(node.data().toString(), maxName) +
+                 (note.isEmpty() ? note : u'\n' + note));
 }
 
 void TreeView::showSentence(const QString &sentence) {
