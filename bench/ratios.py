@@ -50,6 +50,10 @@ ROWS = [
      "wideTree/baseline", 2),
     ("HTML report of 32,767 grid rows, no picture", "the same bytes written line by line",
      "report/ours", "report/baseline", 2),
+    ("opening the preview of 32,767 rows, to the first page on the screen",
+     "that of 2,000 rows", "preview/long", "preview/short", 16),
+    ("the same with names of 1,000 characters", "that of 2,000 rows", "preview/longNames",
+     "preview/short", 70),
     ("JPEG of 1,600 by 800 pixels", "libjpeg-turbo alone on the same pixels", "jpeg/ours",
      "jpeg/baseline", 1.1),
 ]

@@ -76,29 +76,30 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
         test::WrittenReport{.names = names, .campaign = names.first(), .redNames = names.mid(0, 1)}
             .write(reportPath());
     ReportDocument document(reportPath(), report);
+    qobject_cast<ReportLayout *>(document.documentLayout())->measure(0, 1e9);
     const auto *details = qobject_cast<QTextTable *>(document.rootFrame()->childFrames().value(0));
     FINDING_UNLESS(details && textOf(*details, 0, 1) ==
                                   (names.first().isEmpty() ? "All" : shownValue(names.first())),
                    "the details");
     const QTextTable *table = ReportSheet::statisticsIn(document);
-    FINDING_UNLESS(table && table->rows() == names.size() + 3 && table->columns() == 13, "a table");
+    FINDING_UNLESS(table && table->rows() == 1 && table->columns() == 13, "a table");
     QFile file(reportPath());
     FINDING_UNLESS(file.open(QIODevice::ReadOnly), "the file");
     const QByteArray bytes = file.readAll();
-    for (int row = 0; row < names.size(); ++row) {
+    QTextBlock block = document.findBlock(table->lastPosition() + 1);
+    for (int row = 0; row < names.size(); ++row, block = block.next()) {
         const QString name = withoutBlanks(names[row]).toString();
-        const QTextCursor cell = table->cellAt(row + 1, 0).firstCursorPosition();
-        FINDING_UNLESS(cell.block().text() == shownValue(name), "row %d shows \"%s\"", row,
-                       qPrintable(cell.block().text()));
+        const QStringList cells = block.text().split(QChar::LineSeparator);
+        FINDING_UNLESS(cells.size() == 13 && cells[0] == shownValue(name), "row %d shows \"%s\"",
+                       row, qPrintable(block.text()));
         std::string written = ">";
         appendAnsi(written, name);
         FINDING_UNLESS(bytes.contains((written + "</").c_str()) || name.contains(QChar(0)),
                        "the file lacks a name");
-        const QRectF place = document.documentLayout()->blockBoundingRect(cell.block());
+        const QRectF place = document.documentLayout()->blockBoundingRect(block);
         const QPointF middle(place.left() + 1, place.center().y());
         const int hit = document.documentLayout()->hitTest(middle, Qt::FuzzyHit);
-        FINDING_UNLESS(hit >= cell.block().position() &&
-                           hit < cell.block().position() + cell.block().length(),
+        FINDING_UNLESS(hit >= block.position() && hit < block.position() + block.length(),
                        "row %d lies elsewhere", row);
     }
     checkPages(document);

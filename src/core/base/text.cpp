@@ -1,6 +1,7 @@
 #include "core/base/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace veltrona {
 
@@ -26,11 +27,13 @@ QString shortened(const QString &text, qsizetype length, QStringView mark) {
 }
 
 QString onOneLine(QString text) {
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
-            c = u' ';
-    }
+    const auto isReplaced = [](QChar c) {
+        return c < u' ' || (c >= QChar(0x7F) && c < QChar(0xA0)) || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    // A text without any isn't copied.
+    if (std::ranges::any_of(std::as_const(text), isReplaced))
+        std::ranges::replace_if(text, isReplaced, u' ');
     return text;
 }
 

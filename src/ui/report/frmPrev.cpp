@@ -4,6 +4,7 @@
 #include "core/design/product.h"
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/report/printing.h"
+#include "ui/report/reportView.h"
 #include "ui/views/busyCursor.h"
 #include "ui/views/dialogs/forms.h"
 
@@ -12,7 +13,6 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
-#include <QTextBrowser>
 
 #include <algorithm>
 #include <cmath>
@@ -50,7 +50,7 @@ frmPrev::frmPrev()
     : DesignedDialog("frmPrev", design, innerSize),
       cmdPrint(desktop::makeControl<QPushButton>(design, "cmdPrint", this)),
       cmdClose(desktop::makeControl<QPushButton>(design, "cmdClose", this)),
-      wbPP(desktop::makeControl<QTextBrowser>(design, "wbPP", this)) {
+      wbPP(desktop::makeControl<ReportView>(design, "wbPP", this)) {
     setWindowTitle(QStringLiteral("Print Preview"));
     wbPP->setAccessibleName(QStringLiteral("Report"));
     wbPP->setOpenLinks(false);
@@ -165,6 +165,7 @@ void frmPrev::zoomBy(int steps) {
     const double place = double(bar.value()) / std::max(1, bar.maximum());
     const BusyCursor busy;
     m_page->setZoom(zoom);
+    wbPP->measureShown();
     wbPP->verticalScrollBar()->setValue(qRound(place * bar.maximum()));
 }
 
@@ -183,6 +184,7 @@ void frmPrev::Navigate(const QString &fileName) {
     try {
         m_page = std::make_unique<ReportDocument>(fileName, report);
         wbPP->setDocument(m_page.get());
+        wbPP->measureShown();
     } catch (const Failure &failure) {
         wbPP->setPlainText(failure.text());
     }

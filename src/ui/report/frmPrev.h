@@ -9,9 +9,10 @@
 #include <memory>
 
 class QPushButton;
-class QTextBrowser;
 
 namespace veltrona {
+
+class ReportView;
 
 class frmPrev : public desktop::DesignedDialog {
     Q_OBJECT
@@ -51,7 +52,7 @@ private:
 
     QPushButton *cmdPrint;
     QPushButton *cmdClose;
-    QTextBrowser *wbPP;
+    ReportView *wbPP;
     int m_wheel = 0; // rest of a turn with Ctrl, in eighths of a degree
     QRect m_screen;  // that the window fills, including its frame
     std::unique_ptr<ReportDocument> m_page;

@@ -107,7 +107,8 @@ void widenMargins(QPrinter &printer) {
 constexpr int noSuchPage = 0; // the number of that failure
 
 bool drawPages(const ReportDocument &report, QPrinter &printer) {
-    const ReportSheet sheet = report.paperSheet();
+    ReportSheet sheet = report.paperSheet();
+    sheet.measureAll();
     widenMargins(printer);
     const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
     QFont footFont(u"Arial"_s);

@@ -1,14 +1,20 @@
 #include "ui/report/reportDocument.h"
 
+#include "core/base/text.h"
 #include "core/report/reportWriter.h"
 
+#include <QBuffer>
 #include <QImageReader>
+#include <QMimeData>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextDocumentFragment>
+#include <QTextDocumentWriter>
 #include <QTextTable>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace veltrona {
@@ -32,9 +38,81 @@ void copyLines(const QTextBlock &from, QTextLayout &layout) {
     layout.endLayout();
 }
 
-int rowsEndIn(const QTextDocument &document) {
+int tableEndIn(const QTextDocument &document) {
     return ReportSheet::statisticsIn(document)->lastPosition() + 1;
 }
+
+/// Replaces the statistics by a table with all rows: adding rows to a table takes many times as
+/// long. `sheet` has the formats.
+void fillTable(QTextDocument &document, const ReportSheet &sheet) {
+    const QTextTable &few = *ReportSheet::statisticsIn(document);
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    cursor.setPosition(few.firstPosition() - 1);
+    cursor.setPosition(few.lastPosition() + 1, QTextCursor::KeepAnchor);
+    const QTextTableFormat format = few.format();
+    cursor.removeSelectedText();
+    cursor.insertTable(sheet.rows() + 1, gridColumn::Shown, format);
+    const auto fill = [&](const QTextBlockFormat &block, const QTextCharFormat &characters,
+                          const QString &text) {
+        cursor.setBlockFormat(block);
+        cursor.insertText(text, characters);
+        cursor.setPosition(cursor.position() + 1);
+    };
+    const QTextTable &frame = *ReportSheet::statisticsIn(sheet.frame());
+    for (int col = 0; col < gridColumn::Shown; ++col) {
+        const QTextBlock heading = frame.cellAt(0, col).firstCursorPosition().block();
+        fill(heading.blockFormat(), heading.charFormat(), heading.text());
+    }
+    for (int row = 0; row < sheet.rows(); ++row) {
+        for (int col = 0; col < gridColumn::Shown; ++col)
+            fill(sheet.columnFormat(col), sheet.rowFormat(row), sheet.cellText(row, col));
+    }
+    cursor.endEditBlock();
+}
+
+/// A selection of a report, rendered when it is pasted, which may be after the preview has closed.
+class CopiedReport : public QMimeData {
+public:
+    CopiedReport(Report report, int anchor, int position)
+        : m_report(std::move(report)), m_anchor(anchor), m_position(position) {}
+
+    QStringList formats() const override { return {u"text/plain"_s, u"text/html"_s, odf()}; }
+
+protected:
+    QVariant retrieveData(const QString &format, QMetaType) const override {
+        if (m_fragment.isEmpty())
+            m_fragment = selected();
+        if (format == u"text/plain")
+            return m_fragment.toPlainText();
+        if (format == u"text/html")
+            return m_fragment.toHtml();
+        QBuffer buffer;
+        QTextDocumentWriter writer(&buffer, "ODF");
+        return format == odf() && writer.write(m_fragment) ? buffer.data() : QVariant();
+    }
+
+private:
+    static QString odf() { return u"application/vnd.oasis.opendocument.text"_s; }
+
+    QTextDocumentFragment selected() const {
+        const ReportSheet sheet(m_report, {}, {});
+        QTextDocument whole;
+        whole.setUndoRedoEnabled(false);
+        whole.setHtml(htmlOf(m_report, {}));
+        if (sheet.rows() > 0)
+            fillTable(whole, sheet);
+        QTextCursor cursor(&whole);
+        cursor.setPosition(m_anchor);
+        cursor.setPosition(m_position, QTextCursor::KeepAnchor);
+        return cursor.selection();
+    }
+
+    Report m_report;
+    int m_anchor;
+    int m_position;
+    mutable QTextDocumentFragment m_fragment;
+};
 
 } // namespace
 
@@ -45,25 +123,43 @@ void ReportLayout::setSheet(std::unique_ptr<ReportSheet> sheet) {
         document()->findBlock(position).clearLayout();
     m_sheet = std::move(sheet);
     if (m_sheet->rows() > 0) {
-        m_rowsBegin = ReportSheet::statisticsIn(*document())->cellAt(1, 0).firstPosition();
-        m_rowsEnd = rowsEndIn(*document());
-        m_frameRowsEnd = rowsEndIn(m_sheet->frame());
+        m_rowsBegin = tableEndIn(*document());
+        m_firstRow = document()->findBlock(m_rowsBegin).blockNumber();
+        m_rowsEnd = blockOf(m_sheet->rows()).position();
+        m_frameRowsEnd = tableEndIn(m_sheet->frame());
     }
     emit documentSizeChanged(documentSize());
     emit update();
+}
+
+bool ReportLayout::measure(double top, double bottom) {
+    if (!m_sheet->measure(top, bottom))
+        return false;
+    emit documentSizeChanged(documentSize());
+    emit update();
+    return true;
 }
 
 bool ReportLayout::isAmongRows(int position) const {
     return position >= m_rowsBegin && position < m_rowsEnd;
 }
 
+QTextBlock ReportLayout::blockOf(int row) const {
+    return document()->findBlockByNumber(m_firstRow + row);
+}
+
 ReportLayout::Cell ReportLayout::cellAt(int position) const {
-    const QTextTableCell cell = ReportSheet::statisticsIn(*document())->cellAt(position);
-    return {std::max(cell.row() - 1, 0), std::max(cell.column(), 0)};
+    const QTextBlock block = document()->findBlock(position);
+    const QString text = block.text();
+    const auto before = QStringView(text).first(position - block.position());
+    return {block.blockNumber() - m_firstRow, int(before.count(QChar::LineSeparator))};
 }
 
 int ReportLayout::firstPosition(Cell cell) const {
-    return ReportSheet::statisticsIn(*document())->cellAt(cell.row + 1, cell.col).firstPosition();
+    int position = blockOf(cell.row).position();
+    for (int col = 0; col < cell.col; ++col)
+        position += int(m_sheet->cellText(cell.row, col).size()) + 1;
+    return position;
 }
 
 /// For a position that isn't among the rows; -1 stays -1.
@@ -143,6 +239,35 @@ int ReportLayout::hitTestCell(const QPointF &point, Qt::HitTestAccuracy accuracy
     return firstPosition(cell);
 }
 
+int ReportLayout::movedBy(int position, double pixels) const {
+    const bool isHeading =
+        m_rowsEnd > 0 && ReportSheet::statisticsIn(*document())->cellAt(position).isValid();
+    if (!isAmongRows(position) && !(isHeading && pixels > 0))
+        return -1;
+    const QTextBlock block = document()->findBlock(position);
+    const QRectF rect = blockBoundingRect(block);
+    const QTextLine line = block.layout()->lineForTextPosition(position - block.position());
+    QPointF point(rect.left() + line.cursorToX(position - block.position()),
+                  rect.top() + line.rect().center().y() + pixels);
+    if (!isHeading) {
+        const Cell cell = cellAt(position);
+        const int next = line.lineNumber() + (pixels < 0 ? -1 : 1);
+        const bool isInCell =
+            next >= 0 && next < block.layout()->lineCount() &&
+            cellAt(block.position() + block.layout()->lineAt(next).textStart()).col == cell.col;
+        constexpr double intoNext = 6; // across borders and padding of two cells
+        if (!isInCell && pixels < 0)
+            point.setY(std::min(point.y(), m_sheet->rowTop(cell.row) - intoNext));
+        else if (!isInCell)
+            point.setY(std::max(point.y(), m_sheet->rowTop(cell.row + 1) + intoNext));
+        else if (qAbs(pixels) < line.height())
+            point.setY(rect.top() + block.layout()->lineAt(next).rect().center().y());
+    } else {
+        point.setY(std::max(point.y(), m_sheet->rowsTop() + 1));
+    }
+    return hitTest(point, Qt::FuzzyHit);
+}
+
 QSizeF ReportLayout::documentSize() const {
     return {m_sheet->width(), m_sheet->height()};
 }
@@ -157,14 +282,42 @@ QRectF ReportLayout::blockBoundingRect(const QTextBlock &block) const {
     const int position = block.position();
     m_laidOut.insert(position);
     if (isAmongRows(position)) {
-        const Cell cell = cellAt(position);
-        m_sheet->layOutCell(*block.layout(), cell.row, cell.col);
-        return block.layout()->boundingRect().translated(m_sheet->cellPlace(cell.row, cell.col));
+        const int row = block.blockNumber() - m_firstRow;
+        layOutRow(block, row);
+        return block.layout()->boundingRect().translated(m_sheet->cellPlace(row, 0));
     }
     const QTextBlock same = m_sheet->frame().findBlock(toFrame(position));
     const QRectF rect = m_sheet->frame().documentLayout()->blockBoundingRect(same);
     copyLines(same, *block.layout());
     return position < m_rowsEnd || m_rowsEnd == 0 ? rect : rect.translated(0, m_sheet->rowsBelow());
+}
+
+/// Each line at its place in its cell, relative to the text of the row's first cell.
+void ReportLayout::layOutRow(const QTextBlock &block, int row) const {
+    const QString text = block.text();
+    QTextLayout &layout = *block.layout();
+    QTextOption option = m_sheet->frame().defaultTextOption();
+    option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setTextDirection(m_sheet->columnFormat(0).layoutDirection());
+    layout.setTextOption(option);
+    layout.setFormats({{0, int(text.size()), m_sheet->rowFormat(row)}});
+    layout.beginLayout();
+    QPointF place;
+    int col = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        const double width = m_sheet->columnWidth(col);
+        line.setLeadingIncluded(true);
+        line.setLineWidth(width);
+        const bool isRight = m_sheet->columnFormat(col).alignment() & Qt::AlignRight;
+        line.setPosition(place + QPointF(isRight ? width - line.naturalTextWidth() : 0, 0));
+        place.ry() += std::ceil(line.ascent() + line.descent() + line.leading());
+        const int end = line.textStart() + line.textLength();
+        if (line.textLength() > 0 && text[end - 1] == QChar::LineSeparator) {
+            ++col;
+            place = {m_sheet->cellPlace(row, col).x() - m_sheet->cellPlace(row, 0).x(), 0};
+        }
+    }
+    layout.endLayout();
 }
 
 ReportDocument::ReportDocument(const QString &path, const Report &report)
@@ -174,38 +327,28 @@ ReportDocument::ReportDocument(const QString &path, const Report &report)
     setUndoRedoEnabled(false);
     setDocumentLayout(m_layout);
     auto sheet = std::make_unique<ReportSheet>(m_report, m_graph, ReportSheet::Options{});
-    setHtml(sheet->frameHtml());
+    setHtml(htmlOf(m_report, {}));
     if (sheet->rows() > 0)
         fillRows(*sheet);
     m_layout->setSheet(std::move(sheet));
 }
 
-/// Replaces the frame's table by one with all rows: adding rows to a table takes many times as
-/// long.
 void ReportDocument::fillRows(const ReportSheet &sheet) {
-    const QTextTable &few = *ReportSheet::statisticsIn(*this);
     QTextCursor cursor(this);
     cursor.beginEditBlock();
-    cursor.setPosition(few.firstPosition() - 1);
-    cursor.setPosition(few.lastPosition() + 1, QTextCursor::KeepAnchor);
-    const QTextTableFormat format = few.format();
-    cursor.removeSelectedText();
-    cursor.insertTable(sheet.rows() + 1, gridColumn::Shown, format);
-    const auto fill = [&](const QTextBlockFormat &block, const QTextCharFormat &characters,
-                          const QString &text) {
-        cursor.setBlockFormat(block);
-        cursor.insertText(text, characters);
-        cursor.setPosition(cursor.position() + 1);
-    };
-    const QTextTable &frame = *ReportSheet::statisticsIn(sheet.frame());
-    for (int col = 0; col < gridColumn::Shown; ++col) {
-        const QTextBlock heading = frame.cellAt(0, col).firstCursorPosition().block();
-        fill(heading.blockFormat(), heading.charFormat(), heading.text());
-    }
+    cursor.setPosition(tableEndIn(*this));
+    const QTextBlockFormat after = cursor.blockFormat();
+    const QTextCharFormat charactersAfter = cursor.blockCharFormat();
+    cursor.setBlockFormat({});
     for (int row = 0; row < sheet.rows(); ++row) {
-        for (int col = 0; col < gridColumn::Shown; ++col)
-            fill(sheet.columnFormat(col), sheet.rowFormat(row), sheet.cellText(row, col));
+        QString text = sheet.cellText(row, 0);
+        for (int col = 1; col < gridColumn::Shown; ++col)
+            text += QChar::LineSeparator + sheet.cellText(row, col);
+        cursor.insertText(text, sheet.rowFormat(row));
+        if (row + 1 < sheet.rows())
+            cursor.insertBlock();
     }
+    cursor.insertBlock(after, charactersAfter);
     cursor.endEditBlock();
 }
 
@@ -217,6 +360,10 @@ void ReportDocument::setZoom(double zoom) {
 
 ReportSheet ReportDocument::paperSheet() const {
     return {m_report, m_graph, {.forPaper = true}};
+}
+
+QMimeData *ReportDocument::copied(const QTextCursor &selection) const {
+    return new CopiedReport(m_report, selection.anchor(), selection.position());
 }
 
 QVariant ReportDocument::loadResource(int, const QUrl &) {

@@ -1,6 +1,9 @@
 // A report as a document that can be shown and printed. It reads the report's file and picture and
 // nothing else: no other file, no network, no script. Values are plain text, whatever they look
 // like. The document refers to the report, which must outlive it.
+//
+// A row of the statistics is one block, its cells separated by U+2028: a table of Qt's with as many
+// cells takes ten times as long to make. Text and positions are the same as with a table.
 #pragma once
 
 #include "core/report/report.h"
@@ -12,6 +15,8 @@
 
 #include <memory>
 #include <set>
+
+class QMimeData;
 
 namespace veltrona {
 
@@ -29,6 +34,11 @@ public:
     /// Replaces the sheet, which must be one of the document's report.
     void setSheet(std::unique_ptr<ReportSheet> sheet);
     const ReportSheet &sheet() const { return *m_sheet; }
+    /// Measures the rows in this piece of the document. Returns whether anything below has moved.
+    bool measure(double top, double bottom);
+    /// Where the caret goes from a position by this many pixels and at least a line up (if
+    /// negative) or down; -1 where Qt knows that itself, outside of the rows.
+    int movedBy(int position, double pixels) const;
 
     void draw(QPainter *painter, const PaintContext &context) override;
     int hitTest(const QPointF &point, Qt::HitTestAccuracy accuracy) const override;
@@ -47,8 +57,10 @@ private:
         int col = 0;
     };
     bool isAmongRows(int position) const;
+    QTextBlock blockOf(int row) const;
     Cell cellAt(int position) const;
     int firstPosition(Cell cell) const;
+    void layOutRow(const QTextBlock &block, int row) const;
     int toFrame(int position) const;
     int fromFrame(int position) const;
     PaintContext inFrame(const PaintContext &context) const;
@@ -56,6 +68,7 @@ private:
 
     std::unique_ptr<ReportSheet> m_sheet;
     // Positions: where the rows begin and end in the document, and where they end in the frame.
+    int m_firstRow = 0; // number of its block
     int m_rowsBegin = 0;
     int m_rowsEnd = 0;
     int m_frameRowsEnd = 0;
@@ -75,6 +88,9 @@ public:
 
     /// The report laid out for paper, at zoom 1; it must not outlive the document.
     ReportSheet paperSheet() const;
+
+    /// What is selected, to be copied; the statistics become a table. Independent of the document.
+    QMimeData *copied(const QTextCursor &selection) const;
 
 protected:
     QVariant loadResource(int type, const QUrl &name) override;

@@ -2,9 +2,9 @@
 
 #include "core/base/text.h"
 #include "core/report/reportText.h"
+#include "ui/report/characterWidths.h"
 #include "ui/views/plainText.h"
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTextBlock>
@@ -54,42 +54,6 @@ void appendShown(std::string &html, QStringView value) {
     html += shownValue(value.toString()).toHtmlEscaped().toUtf8();
 }
 
-/// The report as HTML for Qt's rich text, which would ignore a style sheet between comment marks.
-/// Links have the usual colour on white; values keep their blanks.
-QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom) {
-    const QString style =
-        u"a {color: #0000EE} td {white-space: pre-wrap} "
-        "p {margin-top: %1px; margin-bottom: %1px} "_s.arg(qRound(paragraphMargin * zoom));
-    return QString::fromUtf8(
-        reportText(report, rows, {appendShown, style.toStdString(), "", zoom}));
-}
-
-/// Adds up the widths of a text's characters: exact enough for Latin texts, and many times faster
-/// than a layout.
-class CharacterWidths {
-public:
-    explicit CharacterWidths(const QFont &font) : m_font(font) {}
-
-    double of(QStringView text) {
-        const QFontMetricsF metrics(m_font);
-        double sum = 0;
-        for (const QChar c : text) {
-            float &width = m_widths[c.unicode()];
-            if (width == 0)
-                width = static_cast<float>(metrics.horizontalAdvance(c));
-            sum += width;
-        }
-        return sum;
-    }
-    static bool areExactFor(QStringView text) {
-        return std::ranges::all_of(text, [](QChar c) { return c < QChar(0x250); });
-    }
-
-private:
-    QFont m_font;
-    std::array<float, 0x10000> m_widths{}; // 0 if not yet measured
-};
-
 /// The few rows of the statistics that determine the layout of all of them: the rows with the
 /// widest text or word of a column, which determine the columns' widths, a marked row, the first
 /// and the last one, in their order.
@@ -97,9 +61,9 @@ std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFon
     if (rows.empty())
         return {};
     struct Widest {
-        double width = -1;
+        float width = -1;
         std::size_t row = 0;
-        void see(double other, std::size_t otherRow) {
+        void see(float other, std::size_t otherRow) {
             if (other > width)
                 width = other, row = otherRow;
         }
@@ -114,10 +78,9 @@ std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFon
         if (rows[row].isMarked)
             marked = row;
         for (std::size_t col = 0; col < columns.size(); ++col) {
-            const QString text = shownValue(rows[row].cells[col]);
-            columns[col].text.see(widths.of(text), row);
-            for (const QStringView word : QStringView(text).tokenize(u' '))
-                columns[col].word.see(widths.of(word), row);
+            const TextWidths found = widths.of(shownValue(rows[row].cells[col]));
+            columns[col].text.see(found.text, row);
+            columns[col].word.see(found.word, row);
         }
     }
     std::set<std::size_t> found{0, marked, rows.size() - 1};
@@ -137,6 +100,12 @@ QTextBlock blockOf(const QTextTable &table, int row, int col) {
 
 QString shownValue(const QString &text) {
     QString shown = shownLine(text);
+    const auto isUsual = [](QChar c) {
+        return c < QChar(QChar::ObjectReplacementCharacter) &&
+               !(c >= QChar(0xD800) && c < QChar(0xFE00));
+    };
+    if (std::ranges::all_of(std::as_const(shown), isUsual)) // the text isn't copied
+        return shown;
     for (qsizetype at = 0; at < shown.size(); ++at) {
         constexpr char16_t frameBegins = 0xFDD0, frameEnds = 0xFDD1;
         QChar &c = shown[at];
@@ -145,6 +114,16 @@ QString shownValue(const QString &text) {
             c = QChar::ReplacementCharacter;
     }
     return shown;
+}
+
+/// Qt's rich text would ignore a style sheet between comment marks. Links have the usual colour on
+/// white; values keep their blanks.
+QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom) {
+    const QString style =
+        u"a {color: #0000EE} td {white-space: pre-wrap} "
+        "p {margin-top: %1px; margin-bottom: %1px} "_s.arg(qRound(paragraphMargin * zoom));
+    return QString::fromUtf8(
+        reportText(report, rows, {appendShown, style.toStdString(), "", zoom}));
 }
 
 /// Reads neither files nor the network; only the graph is ever requested.
@@ -158,11 +137,10 @@ protected:
 ReportSheet::ReportSheet(const Report &report, const QImage &graph, Options options)
     : m_report(report) {
     const std::vector<ReportRow> samples = sampleRows(report.rows, cellFont(options.zoom));
-    m_html = htmlOf(report, samples, options.zoom);
-    makeFrame(graph, options);
+    makeFrame(htmlOf(report, samples, options.zoom), graph, options);
     if (!samples.empty()) {
         readTable(samples);
-        measureRows();
+        estimateRows();
     }
 }
 
@@ -175,7 +153,7 @@ QTextTable *ReportSheet::statisticsIn(const QTextDocument &document) {
     return frames.size() < 2 ? nullptr : qobject_cast<QTextTable *>(frames[1]);
 }
 
-void ReportSheet::makeFrame(const QImage &graph, Options options) {
+void ReportSheet::makeFrame(const QString &html, const QImage &graph, Options options) {
     m_frame = std::make_unique<Frame>();
     m_frame->setUndoRedoEnabled(false);
     QTextOption option;
@@ -189,7 +167,7 @@ void ReportSheet::makeFrame(const QImage &graph, Options options) {
         m_frame->addResource(QTextDocument::ImageResource, QUrl(u"graph.jpg"_s),
                              options.forPaper ? fitted(graph, options.zoom)
                                               : forScreen(graph, options.zoom));
-    m_frame->setHtml(m_html);
+    m_frame->setHtml(html);
     m_frame->setTextWidth(pageWidth * options.zoom);
 }
 
@@ -214,28 +192,58 @@ void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
         return layout.blockBoundingRect(blockOf(table, row, 0)).top() - m_padding - m_border;
     };
     m_tops = {top(1)};
-    m_frameRowsBottom = top(table.rows() - 1) + rowHeight(int(m_report.rows.size()) - 1);
+    m_frameRowsBottom = top(table.rows() - 1) + heightOfRow(int(m_report.rows.size()) - 1);
     m_table.setTop(top(0) - m_border);
     m_table.setBottom(m_frameRowsBottom + m_border);
     m_table.setLeft(cellLeft(m_columns.front()) - m_border);
     m_table.setRight(cellRight(m_columns.back()) + m_border);
 }
 
-void ReportSheet::measureRows() {
+/// Where all cells fit on one line, that is exact.
+void ReportSheet::estimateRows() {
     CharacterWidths widths(m_plain.font());
-    const double line = cellHeight(u"x"_s, 0, 0) + 2 * (m_padding + m_border);
-    m_tops.reserve(m_report.rows.size() + 1);
-    for (int row = 0; row < int(m_report.rows.size()); ++row) {
-        bool fits = true;
-        for (int col = 0; fits && col < gridColumn::Shown; ++col) {
-            const QString text = cellText(row, col);
+    const double line = cellHeight(u"x"_s, 0, 0);
+    const std::size_t rows = m_report.rows.size();
+    m_tops.reserve(rows + 1);
+    m_isMeasured.reserve(rows);
+    for (std::size_t row = 0; row < rows; ++row) {
+        int lines = 1;
+        bool isExact = true;
+        for (std::size_t col = 0; col < gridColumn::Shown; ++col) {
             constexpr double reserve = 2; // pixels
-            fits = CharacterWidths::areExactFor(text) &&
-                   widths.of(text) + reserve < m_columns[std::size_t(col)].width;
+            const QString text = shownValue(m_report.rows[row].cells[col]);
+            const double width = m_columns[col].width;
+            if (CharacterWidths::areExactFor(text) && widths.of(text).text + reserve < width)
+                continue;
+            lines = std::max(lines, widths.lines(text, static_cast<float>(width)));
+            isExact = false;
         }
-        m_tops.push_back(m_tops.back() + (fits ? line : rowHeight(row)));
+        m_tops.push_back(m_tops.back() + lines * line + 2 * (m_padding + m_border));
+        m_isMeasured.push_back(isExact);
     }
     m_rowsBelow = m_tops.back() - m_frameRowsBottom;
+}
+
+bool ReportSheet::measure(double top, double bottom) {
+    if (rows() == 0)
+        return false;
+    double lowerBy = 0;
+    bool haveMoved = false;
+    int row = rowAt(top);
+    for (; row < rows() && rowTop(row) + lowerBy < bottom; ++row) {
+        const double estimate = rowTop(row + 1) - rowTop(row);
+        m_tops[std::size_t(row)] += lowerBy;
+        if (m_isMeasured[std::size_t(row)])
+            continue;
+        m_isMeasured[std::size_t(row)] = true;
+        const double height = heightOfRow(row);
+        haveMoved |= height != estimate;
+        lowerBy += height - estimate;
+    }
+    for (; haveMoved && row <= rows(); ++row)
+        m_tops[std::size_t(row)] += lowerBy;
+    m_rowsBelow += lowerBy;
+    return haveMoved;
 }
 
 double ReportSheet::cellHeight(const QString &text, int row, int col) const {
@@ -244,7 +252,7 @@ double ReportSheet::cellHeight(const QString &text, int row, int col) const {
     return layout.boundingRect().height();
 }
 
-double ReportSheet::rowHeight(int row) const {
+double ReportSheet::heightOfRow(int row) const {
     double height = 0;
     for (int col = 0; col < gridColumn::Shown; ++col)
         height = std::max(height, cellHeight(cellText(row, col), row, col));

@@ -2,6 +2,9 @@
 // rows of the statistics, which may be very many. The rows share one format, so the sheet computes
 // their positions and lays out the texts of those that are drawn. Lengths are pixels from the
 // sheet's top left. The sheet refers to the report, which must outlive it.
+//
+// Laying out every text takes seconds in a report of very many long names. So a row whose texts are
+// wrapped has an estimated height until `measure` reaches it.
 #pragma once
 
 #include "core/report/report.h"
@@ -12,6 +15,7 @@
 #include <QTextLayout>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -23,6 +27,9 @@ namespace veltrona {
 /// A value as a document can hold it: on one line, shortened if very long, without characters that
 /// have a special meaning in documents.
 QString shownValue(const QString &text);
+
+/// The report with these rows in its statistics as HTML for Qt's rich text.
+QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom = 1);
 
 class ReportSheet {
 public:
@@ -41,8 +48,7 @@ public:
 
     /// The report with a few of its rows; all but the rows is drawn from it.
     const QTextDocument &frame() const { return *m_frame; }
-    QString frameHtml() const { return m_html; }
-    /// The table of the statistics in a document made from `frameHtml`; null if there is none.
+    /// The table of the statistics in a document made from `htmlOf`; null if there is none.
     static QTextTable *statisticsIn(const QTextDocument &document);
 
     int rows() const { return static_cast<int>(m_tops.size()) - 1; }
@@ -53,6 +59,10 @@ public:
     double rowsBottom() const { return m_tops.back(); }
     /// By how much the lines after the rows are lower on the sheet than in the frame.
     double rowsBelow() const { return m_rowsBelow; }
+    /// Measures the rows in this piece of the sheet. Returns whether rows below have moved; those
+    /// above never do.
+    bool measure(double top, double bottom);
+    void measureAll() { measure(rowsTop(), std::numeric_limits<double>::infinity()); }
     /// The nearest row and column.
     int rowAt(double y) const;
     int columnAt(double x) const;
@@ -60,6 +70,7 @@ public:
     QString cellText(int row, int col) const;
     const QTextCharFormat &rowFormat(int row) const;
     QTextBlockFormat columnFormat(int col) const { return m_columns[std::size_t(col)].format; }
+    double columnWidth(int col) const { return m_columns[std::size_t(col)].width; }
     /// Top left of a cell's text; lines laid out by layOutCell are relative to it.
     QPointF cellPlace(int row, int col) const;
     void layOutCell(QTextLayout &layout, int row, int col) const;
@@ -81,12 +92,12 @@ private:
     };
     class Frame;
 
-    void makeFrame(const QImage &graph, Options options);
+    void makeFrame(const QString &html, const QImage &graph, Options options);
     void readTable(const std::vector<ReportRow> &samples);
-    void measureRows();
+    void estimateRows();
     /// Of a text in place of the cell's own.
     double cellHeight(const QString &text, int row, int col) const;
-    double rowHeight(int row) const;
+    double heightOfRow(int row) const;
     double cellLeft(const Column &column) const { return column.left - m_padding - m_border; }
     double cellRight(const Column &column) const {
         return column.left + column.width + m_padding + m_border;
@@ -95,7 +106,6 @@ private:
     void drawRowLines(QPainter &painter, int row) const;
 
     const Report &m_report;
-    QString m_html;
     std::unique_ptr<QTextDocument> m_frame;
     std::vector<Column> m_columns;
     QTextCharFormat m_plain;
@@ -105,6 +115,7 @@ private:
     double m_padding = 0;
     double m_frameRowsBottom = 0;
     std::vector<double> m_tops = {0}; // of each row, and the bottom of the last one
+    std::vector<bool> m_isMeasured;   // of each row
     double m_rowsBelow = 0;
 };
 

@@ -13,6 +13,8 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
@@ -67,6 +69,12 @@ class PreviewTest : public QObject, TestFolder {
 
     QTextBrowser *browser() const { return m_form->findChild<QTextBrowser *>("wbPP"); }
     QPushButton *button(const char *name) const { return m_form->findChild<QPushButton *>(name); }
+    QString cellAtCaret() const {
+        const QTextCursor caret = browser()->textCursor();
+        const auto cell =
+            caret.block().text().first(caret.positionInBlock()).count(QChar::LineSeparator);
+        return caret.block().text().section(QChar::LineSeparator, cell, cell);
+    }
     QImage screen() const { return browser()->viewport()->grab().toImage(); }
 
     void during(const std::function<void()> &script) {
@@ -191,12 +199,13 @@ private slots:
                 QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
                 const auto textAfter = [&](Qt::Key key) {
                     QTest::keyClick(browser(), key);
-                    return browser()->textCursor().block().text();
+                    return cellAtCaret();
                 };
                 QCOMPARE(textAfter(Qt::Key_Up), "row 1999");
                 QCOMPARE(textAfter(Qt::Key_Down), "row 2000");
                 QCOMPARE(textAfter(Qt::Key_Home), "row 2000");
                 QCOMPARE(textAfter(Qt::Key_Left), "77.14"); // 1999 * 12 % 977 / 7
+                QCOMPARE(textAfter(Qt::Key_Up), "75.43");   // 1998 * 12 % 977 / 7
                 const QTextCursor other = browser()->document()->find("row 1998");
                 QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {},
                                   browser()->cursorRect(other).center());
@@ -236,6 +245,42 @@ private slots:
         });
     }
 
+    /// What is looked at is measured then, and stays where it is.
+    void rowsOfManyLines() {
+        QStringList names = numberedNames(1000);
+        for (QString &name : names)
+            name += QString(" \u65e5\u672c and iiiiiiii WWWWWWWW").repeated(5);
+        show({.names = names, .options = {}}, [&] {
+            const QScrollBar &bar = *browser()->verticalScrollBar();
+            const auto isShown = [&] {
+                return browser()->viewport()->rect().contains(browser()->cursorRect());
+            };
+            QTest::keyClick(browser(), Qt::Key_End, Qt::ControlModifier);
+            QVERIFY(isShown() && bar.maximum() - bar.value() < 20);
+            QTest::keyClick(browser(), Qt::Key_PageUp);
+            browser()->setTextCursor(browser()->document()->find("row 500 "));
+            QVERIFY(isShown());
+            for (int row = 501; row < 540; ++row) {
+                while (!cellAtCaret().startsWith(QString("row %1 ").arg(row)))
+                    QTest::keyClick(browser(), Qt::Key_Down);
+                QVERIFY(isShown());
+            }
+            QTest::keyClick(browser(), Qt::Key_PageDown);
+            QVERIFY(isShown());
+        });
+    }
+
+    void rowsAreCopiedAsATable() {
+        show({.names = {"first", "<i>second"}, .options = {}}, [&] {
+            browser()->setTextCursor(browser()->document()->find("first"));
+            QTest::keyClick(browser(), Qt::Key_Down, Qt::ShiftModifier);
+            QTest::keyClick(browser(), Qt::Key_C, Qt::ControlModifier);
+            const QMimeData &copied = *QApplication::clipboard()->mimeData();
+            QVERIFY(copied.html().contains("<table") && copied.html().contains("&lt;i&gt;second"));
+            QCOMPARE(copied.text().trimmed(), "first\n<i>second");
+        });
+    }
+
     /// The rows look as if rich text had laid out all of them, which it does here.
     void rowsLookLikeATable() {
         QStringList names = numberedNames(40);
@@ -249,7 +294,8 @@ private slots:
             WrittenReport{.names = names, .redNames = {names[3]}, .options = {}}.write(
                 path("report.html"));
         const QImage graph(path("graph.jpg"));
-        const ReportSheet sheet(report, graph, {});
+        ReportSheet sheet(report, graph, {});
+        sheet.measureAll();
         QTextDocument whole;
         whole.setDefaultTextOption(sheet.frame().defaultTextOption());
         whole.addResource(QTextDocument::ImageResource, QUrl("graph.jpg"), graph);

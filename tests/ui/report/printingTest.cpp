@@ -138,7 +138,9 @@ private slots:
         QStringList names = numberedNames(150);
         names[40] = "a name of so many words that its row is quite high, and more";
         const auto document = load({.names = names, .options = {}});
-        const ReportSheet sheet = document->paperSheet();
+        auto &layout = *qobject_cast<ReportLayout *>(document->documentLayout());
+        layout.measure(0, layout.documentSize().height());
+        const ReportSheet &sheet = layout.sheet();
         const std::vector<ReportPage> pages = paginate(sheet, height);
         double end = 0;
         for (const ReportPage &page : pages) {
@@ -151,7 +153,7 @@ private slots:
         }
         int pictures = 0;
         for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
-            const QRectF rect = document->documentLayout()->blockBoundingRect(block);
+            const QRectF rect = layout.blockBoundingRect(block);
             const auto holds = [&](const ReportPage &page) {
                 return page.top <= rect.top() && rect.bottom() <= page.bottom;
             };
