@@ -4,7 +4,10 @@
 #include "support/dataTable.h"
 #include "support/mainWindow.h"
 #include "support/projects.h"
+#include "support/shownForm.h"
 #include "support/testFolder.h"
+#include "ui/shell/frmAbout.h"
+#include "ui/shell/readAhead.h"
 
 #include <QTest>
 
@@ -120,6 +123,31 @@ private slots:
         QCOMPARE(m_home->gridDump().last(), "Summary|0|0|0.00%|0|0|0|0.00%|0.00|0.0|.00|0.00%|0");
         m_home->importRows(firstRows);
         QVERIFY(m_home->node({"One"}));
+    }
+
+    /// Without a click, but not under a dialog; again and again until another program is done.
+    void recordsAreReadAhead() {
+        const auto isRead = [] { return modMain::Records->held() != nullptr; };
+        QTRY_VERIFY(isRead());
+        sqlite::Connection other;
+        other.open(modMain::DbFileName);
+        other.execute("UPDATE tblGoogleDays SET cost = 7");
+        QVERIFY(!isRead());
+        const auto slice = [&] {
+            QTimerEvent now(0);
+            QCoreApplication::sendEvent(m_home->window().findChild<ReadAhead *>(), &now);
+        };
+        test::during<frmAbout>([&] { m_home->command("mnuAbout"); },
+                               [&](frmAbout &about) {
+                                   slice();
+                                   QVERIFY(!isRead());
+                                   about.close();
+                               });
+        other.execute("BEGIN EXCLUSIVE");
+        slice();
+        other.execute("ROLLBACK");
+        QVERIFY(!isRead());
+        QTRY_VERIFY(isRead());
     }
 
     void movedWhileOpen_data() {

@@ -6,6 +6,7 @@
 #include "core/platform/sqlite/connection.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 
 namespace veltrona {
@@ -23,8 +24,14 @@ public:
     /// connection has added are read; another program's change or a clean drops the copy. Valid
     /// until the next call. Throws Failure if the file can't be read.
     const RecordColumns *held();
-    /// The same, but reads the records if there is no copy; null if they can't be held.
+    /// The same, but reads the records if there is no copy, or what `readAhead` has left of them;
+    /// null if they can't be held.
     const RecordColumns *read();
+    /// Reads a slice of the records into a copy that isn't whole yet, until `isOver`. False if
+    /// there is nothing more to read ahead. Any change of the file between two slices makes it
+    /// begin anew. Within a ReadTransaction, as another program must not commit inside a slice.
+    /// Throws Failure; what was read stays if the file is locked.
+    bool readAhead(const std::function<bool()> &isOver);
 
     /// Differs whenever the file may have changed.
     struct Version {
@@ -35,7 +42,8 @@ public:
     Version version() const;
 
 private:
-    bool append();
+    bool readOn(const std::function<bool()> &isOver);
+    bool append(const std::function<bool()> &isOver);
 
     const sqlite::Connection &m_connection;
     std::size_t m_bound;

@@ -16,6 +16,8 @@ using sqlite::ValueType;
 constexpr std::size_t blockSize = 8192;
 /// Records of a visit at a time: their figures stay in the L1 cache.
 constexpr std::size_t batchSize = 256;
+/// A look at the clock takes as long as a sixteenth of a record.
+constexpr std::size_t recordsPerLook = 16;
 
 /// The columns before the figures in a record of the reading scan.
 enum ReadColumn { Id, Date, FirstName, FirstFigure = FirstName + int(nameColumns.size()) };
@@ -42,77 +44,73 @@ double plainNumber(const RecordValue &value, std::size_t place, Figure figure,
     return 0;
 }
 
-/// Gathers records until they make a block.
-class RecordColumns::Reader {
-public:
-    Reader(RecordColumns &columns, std::size_t maxBytes)
-        : m_columns(columns), m_maxBytes(maxBytes) {}
-
-    /// False if the record can't be held.
-    bool add(std::span<const RecordValue> record) {
-        // Values of other types equal no text.
-        for (std::size_t i = Date; i < FirstFigure; ++i) {
-            if (record[i].type() != ValueType::Text)
-                return false;
-        }
-        m_dates.push_back(dateCode(record[Date].utf8()));
-        LeafDictionary::Names names;
-        for (std::size_t i = 0; i < names.size(); ++i)
-            names[i] = record[FirstName + i].utf8();
-        for (std::size_t i = 0; i < m_figures.size(); ++i)
-            m_figures[i].push_back(plainNumber(record[FirstFigure + i], m_leaves.size(),
-                                               static_cast<Figure>(i), m_exceptional));
-        m_leaves.push_back(m_columns.m_leaves.add(names));
-        m_columns.m_lastId = record[Id].int64();
-        ++m_columns.m_size;
-        return m_leaves.size() < blockSize || endBlock();
-    }
-
-    /// False if the blocks exceed their bytes.
-    bool endBlock() {
-        if (m_leaves.empty())
-            return true;
-        Block block;
-        block.size = m_leaves.size();
-        block.leaves = PackedColumn::ofCodes(m_leaves);
-        block.dates = PackedColumn::ofCodes(m_dates);
-        for (std::size_t i = 0; i < m_figures.size(); ++i) {
-            block.figures[i] = PackedColumn::ofNumbers(m_figures[i]);
-            m_figures[i].clear();
-        }
-        block.exceptionalValues = std::exchange(m_exceptional, {});
-        m_leaves.clear();
-        m_dates.clear();
-        m_columns.m_blockBytes += block.bytes();
-        m_columns.m_blocks.push_back(std::move(block));
-        return m_columns.bytes() <= m_maxBytes;
-    }
-
-private:
-    TextDictionary::Code dateCode(std::string_view date) {
-        // Neighbours mostly have the same date.
-        if (m_dates.empty() || m_columns.m_dates.text(m_dates.back()) != date)
-            return m_columns.m_dates.add(date);
-        return m_dates.back();
-    }
-
-    RecordColumns &m_columns;
-    std::size_t m_maxBytes;
-    std::vector<std::uint32_t> m_leaves;
-    std::vector<std::uint32_t> m_dates;
-    std::array<std::vector<double>, figureColumns.size()> m_figures;
-    ExceptionalValues m_exceptional;
-};
-
-bool RecordColumns::append(const sqlite::Connection &connection, std::size_t maxBytes) {
+bool RecordColumns::append(const sqlite::Connection &connection, std::size_t maxBytes,
+                           const std::function<bool()> &isOver) {
     std::string rest = "FROM tblGoogleDays NOT INDEXED";
     if (m_size > 0)
         rest += " WHERE GoogleDayId > " + std::to_string(m_lastId);
-    Reader reader(*this, maxBytes);
-    return sqlite::scanRecords(
-               connection, readingColumns(), rest, {},
-               [&](std::span<const RecordValue> record) { return reader.add(record); }) &&
-           reader.endBlock();
+    if (!m_unpacked)
+        m_unpacked = std::make_unique<Unpacked>();
+    bool canBeHeld = true;
+    const bool wereAll = sqlite::scanRecords(
+        connection, readingColumns(), rest, {}, [&](std::span<const RecordValue> record) {
+            canBeHeld = add(record) && (m_unpacked->leaves.size() < blockSize || pack(maxBytes));
+            return canBeHeld && !(isOver && m_size % recordsPerLook == 0 && isOver());
+        });
+    if (!wereAll)
+        return canBeHeld;
+    canBeHeld = pack(maxBytes);
+    m_unpacked.reset();
+    return canBeHeld;
+}
+
+/// False if the record can't be held.
+bool RecordColumns::add(std::span<const RecordValue> record) {
+    // In a damaged table the ids may go back, and a later scan would then begin too early.
+    const qint64 id = record[Id].int64();
+    if (m_size > 0 && id <= m_lastId)
+        return false;
+    // Values of other types equal no text.
+    for (std::size_t i = Date; i < FirstFigure; ++i) {
+        if (record[i].type() != ValueType::Text)
+            return false;
+    }
+    Unpacked &block = *m_unpacked;
+    const std::string_view date = record[Date].utf8();
+    // Neighbours mostly have the same date.
+    const bool isSame = !block.dates.empty() && m_dates.text(block.dates.back()) == date;
+    block.dates.push_back(isSame ? block.dates.back() : m_dates.add(date));
+    LeafDictionary::Names names;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        names[i] = record[FirstName + i].utf8();
+    for (std::size_t i = 0; i < block.figures.size(); ++i)
+        block.figures[i].push_back(plainNumber(record[FirstFigure + i], block.leaves.size(),
+                                               static_cast<Figure>(i), block.exceptionalValues));
+    block.leaves.push_back(m_leaves.add(names));
+    m_lastId = id;
+    ++m_size;
+    return true;
+}
+
+/// False if the blocks exceed their bytes.
+bool RecordColumns::pack(std::size_t maxBytes) {
+    Unpacked &unpacked = *m_unpacked;
+    if (unpacked.leaves.empty())
+        return true;
+    Block block;
+    block.size = unpacked.leaves.size();
+    block.leaves = PackedColumn::ofCodes(unpacked.leaves);
+    block.dates = PackedColumn::ofCodes(unpacked.dates);
+    for (std::size_t i = 0; i < unpacked.figures.size(); ++i) {
+        block.figures[i] = PackedColumn::ofNumbers(unpacked.figures[i]);
+        unpacked.figures[i].clear();
+    }
+    block.exceptionalValues = std::exchange(unpacked.exceptionalValues, {});
+    unpacked.leaves.clear();
+    unpacked.dates.clear();
+    m_blockBytes += block.bytes();
+    m_blocks.push_back(std::move(block));
+    return bytes() <= maxBytes;
 }
 
 std::size_t RecordColumns::Block::bytes() const {

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -99,10 +100,13 @@ private:
 
 class RecordColumns {
 public:
-    /// Reads the records after those that are held. False if they can't be held: more than
-    /// `maxBytes` in all, or a name or date that isn't a text. Throws Failure and std::bad_alloc.
-    /// The columns must not be used after either.
-    bool append(const sqlite::Connection &connection, std::size_t maxBytes);
+    /// Reads the records after those that are held, to the last one, or until `isOver` says so.
+    /// False if they can't be held: more than `maxBytes` in all, or a name or date that isn't a
+    /// text. Throws Failure and std::bad_alloc. The columns must not be used after either.
+    bool append(const sqlite::Connection &connection, std::size_t maxBytes,
+                const std::function<bool()> &isOver = {});
+    /// Whether the last `append` has read all records; the columns must not be visited before.
+    bool isComplete() const { return m_unpacked == nullptr; }
 
     std::size_t size() const { return m_size; }
     std::size_t bytes() const { return m_blockBytes + m_leaves.bytes() + m_dates.bytes(); }
@@ -124,7 +128,8 @@ public:
                const Visitor &visitor) const;
 
 private:
-    class Reader;
+    bool add(std::span<const sqlite::RecordValue> record);
+    bool pack(std::size_t maxBytes);
     double exactScale(std::size_t figure) const;
 
     struct Block {
@@ -136,9 +141,18 @@ private:
         std::size_t bytes() const;
     };
 
+    /// The last records read, until they make a block.
+    struct Unpacked {
+        std::vector<std::uint32_t> leaves;
+        std::vector<std::uint32_t> dates;
+        std::array<std::vector<double>, figureColumns.size()> figures;
+        ExceptionalValues exceptionalValues; // by place in the block
+    };
+
     LeafDictionary m_leaves;
     TextDictionary m_dates;
     std::vector<Block> m_blocks;
+    std::unique_ptr<Unpacked> m_unpacked; // while records are being read
     std::size_t m_blockBytes = 0;
     std::size_t m_size = 0;
     qint64 m_lastId = 0; // of the records held

@@ -141,7 +141,7 @@ void AnalysisView::treeList_NodeClick(TreeNode *node) {
 void AnalysisView::refresh(TreeNode *node) {
     if (m_state == State::Paused || !node)
         return;
-    const auto busy = m_screen.busy();
+    const auto refresh = beginRefresh();
     m_state = State::Outdated;
     m_notes.reset();
     m_nodeNotes.reset();
@@ -178,7 +178,7 @@ ChartRequest AnalysisView::chartRequest() const {
 void AnalysisView::fillChart() {
     if (m_state == State::Paused || !m_controls.treeList.SelectedItem())
         return;
-    const auto busy = m_screen.busy();
+    const auto refresh = beginRefresh();
     const State before = std::exchange(m_state, State::Outdated);
     ChartSeries series;
     {

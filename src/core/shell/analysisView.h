@@ -68,6 +68,9 @@ public:
     Q_DISABLE_COPY_MOVE(AnalysisView)
 
     State state() const { return m_state; }
+    /// Called after each refresh, whether it failed or not: it may have found that the records in
+    /// memory are no longer those of the file.
+    std::function<void()> onRefresh;
     DateRange dateRange() const;
 
     /// Puts everything into its starting state for the open project.
@@ -101,6 +104,14 @@ private:
     auto pauseRefreshes() {
         return qScopeGuard(
             [this, before = std::exchange(m_state, State::Paused)] { m_state = before; });
+    }
+
+    /// The cursor is busy as long as the result lives.
+    auto beginRefresh() {
+        return qScopeGuard([this, busy = m_screen.busy()] {
+            if (onRefresh)
+                onRefresh();
+        });
     }
 
     void loadTree();

@@ -4,13 +4,21 @@
 #include "core/design/product.h"
 #include "core/import/importRows.h"
 #include "core/platform/desktop/paths.h"
+#include "core/platform/services.h"
 #include "core/shell/settings.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QScopedValueRollback>
+
+#include <chrono>
 
 namespace veltrona {
 
 static const QString lastProject = QStringLiteral("dbfname");
+
+/// The end of a block of records comes on top of it, and nobody notices 16 ms.
+static constexpr std::chrono::milliseconds slice{4};
 
 ProjectSession ProjectSession::at(const QString &path) {
     ProjectSession session;
@@ -35,6 +43,20 @@ void ProjectSession::release() {
     records.reset();
     connection.reset();
     reportDocument.reset();
+}
+
+RecordsLeft ProjectSession::readAhead() {
+    if (!records)
+        return RecordsLeft::None;
+    const QScopedValueRollback<int> noWait(services().lockWait, 0);
+    const QDeadlineTimer end(slice);
+    try {
+        const sqlite::ReadTransaction reading(*connection);
+        const bool isMore = records->readAhead([&end] { return end.hasExpired(); });
+        return isMore ? RecordsLeft::Some : RecordsLeft::None;
+    } catch (const Failure &failure) {
+        return sqlite::isLocked(failure) ? RecordsLeft::Locked : RecordsLeft::None;
+    }
 }
 
 QString defaultProjectPath(const QString &dataFolder) {

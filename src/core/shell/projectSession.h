@@ -12,6 +12,9 @@
 
 namespace veltrona {
 
+/// What there is to read into memory after a slice.
+enum class RecordsLeft { None, Some, Locked };
+
 /// Members are released from the last to the first: what uses the connection before it.
 struct ProjectSession {
     /// The full path of the project, open or to be opened next, and the text of the tree's root.
@@ -31,6 +34,10 @@ struct ProjectSession {
     /// Opens the project at `path`. Throws Failure and leaves an earlier connection as it was.
     void open();
     void release();
+
+    /// Reads records into memory for a few milliseconds, ahead of the query that needs them. Waits
+    /// for no lock, and leaves a failure to that query, which reports it.
+    RecordsLeft readAhead();
 };
 
 QString defaultProjectPath(const QString &dataFolder);

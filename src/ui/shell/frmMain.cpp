@@ -228,8 +228,15 @@ bool frmMain::event(QEvent *event) {
     case QEvent::LayoutRequest: // another font gives the bars another height only now
     case QEvent::Move:          // the first sign of the window manager's frame, whose size counts
     case QEvent::Resize:
+        Form_Resize();
+        break;
     case QEvent::Show:
         Form_Resize();
+        m_readAhead.start();
+        break;
+    case QEvent::WindowActivate: // the user comes back from a program that may have changed the
+                                 // file
+        m_readAhead.start();
         break;
     default:
         break;

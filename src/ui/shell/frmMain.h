@@ -6,6 +6,7 @@
 #include "core/picture/drawing.h"
 #include "core/report/report.h"
 #include "core/shell/analysisView.h"
+#include "ui/shell/readAhead.h"
 
 #include <QMainWindow>
 
@@ -97,6 +98,7 @@ private:
     QToolBar *Toolbar1 = nullptr;
     MainSurface *m_surface;
     AnalysisView m_view;
+    ReadAhead m_readAhead{m_view, this};
     drawing::Picture m_picture; // what picChart holds, for the report's graph
     State m_state = State::Open;
 };

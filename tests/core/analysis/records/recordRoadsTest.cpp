@@ -186,6 +186,10 @@ public:
         compareTrees();
     }
 
+    /// Reads some of the records ahead; false if no more are left.
+    bool readSlice() {
+        return m_columns.readAhead([this] { return below(4) == 0; });
+    }
     /// The records in memory, without reading them anew.
     const RecordColumns *held() { return m_columns.held(); }
     bool sumsAreExact() {
@@ -358,11 +362,38 @@ private slots:
         roads.compare(5);
     }
 
+    /// They end anywhere, and another program or a question may come in between.
+    void slices() {
+        Roads roads;
+        auto other = openProject(roads.table.connection().path());
+        const char *const commits[] = {
+            "UPDATE tblGoogleDays SET cost = cost + 1 WHERE GoogleDayId % 5 = 0",
+            "DELETE FROM tblGoogleDays WHERE GoogleDayId % 11 = 0",
+            "INSERT INTO tblGoogleDays (Campaign, GoogleDate, CreativeId) SELECT 'Shop', "
+            "'2007-01-09', -max(GoogleDayId) FROM tblGoogleDays"};
+        for (int round = 0; round < 12; ++round) {
+            roads.insert(200);
+            other->execute(commits[round % 3]);
+            bool isMore = true;
+            for (int left = roads.below(40); isMore && left > 0; --left) {
+                isMore = roads.readSlice();
+                if (isMore && left > 20 && roads.below(4) == 0)
+                    other->execute(commits[roads.below(3)]);
+            }
+            QCOMPARE(roads.held() == nullptr, isMore);
+            roads.compare(4);
+            QVERIFY(roads.canBeHeld());
+            QCOMPARE(static_cast<qint64>(roads.held()->size()),
+                     roads.table.connection().number("SELECT count(*) FROM tblGoogleDays"));
+        }
+    }
+
     void whatCantBeHeldIsReadFromSqlite() {
         Roads roads;
         roads.insert(300);
         ProjectRecords narrow(roads.table.connection(), 20'000);
         QVERIFY(!narrow.read());
+        QVERIFY(!narrow.readAhead({}) && !narrow.held());
         roads.table.connection().execute("DELETE FROM tblGoogleDays WHERE GoogleDayId > 20");
         QVERIFY(narrow.read());
 
