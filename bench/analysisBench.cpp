@@ -18,11 +18,6 @@ namespace veltrona::bench {
 
 namespace {
 
-constexpr const char *twelveSums =
-    "sum(Clicks), sum(Impressions), sum(ctr), sum(cpc), sum(cpc <> 0), sum(cost), sum(conv), "
-    "sum(CASE conv WHEN 0 THEN 0 ELSE cost * 1.0 / conv END), sum(Pos), sum(Pos <> 0), "
-    "sum(ConvValue), sum(Transactions)";
-
 /// The tree of the project: its first node is the root, the second a campaign.
 Tree &treeOf(int records) {
     static std::map<int, Tree> trees;
@@ -62,8 +57,9 @@ const TreeNode &nodeOf(int records, int node) {
 }
 
 /// Runs a query to its end repeatedly.
-void ask(benchmark::State &state, const std::string &sql, const std::vector<QString> &bindings) {
-    const sqlite::Connection &connection = connectionTo(largeRecords);
+void ask(benchmark::State &state, const std::string &sql, const std::vector<QString> &bindings,
+         int records = largeRecords) {
+    const sqlite::Connection &connection = connectionTo(records);
     qint64 rows = 0;
     for ([[maybe_unused]] auto _ : state) {
         sqlite::Statement statement = connection.prepare(sql);
@@ -84,13 +80,14 @@ std::vector<QString> ends(const DateRange &range) {
 void refreshYear(benchmark::State &state, int records, int node) {
     refresh(state, recordsOf(records), nodeOf(records, node), daysOf(records));
 }
-void plainScan(benchmark::State &state) {
-    ask(state, std::string("SELECT ") + twelveSums + " FROM tblGoogleDays", {});
+void plainScan(benchmark::State &state, int records) {
+    ask(state, std::string("SELECT ") + twelveSums + " FROM tblGoogleDays", {}, records);
 }
 BENCHMARK_CAPTURE(refreshYear, _, largeRecords, rootNode)->Name("refreshRoot/large");
 BENCHMARK_CAPTURE(refreshYear, _, largeRecords, campaignNode)->Name("refreshCampaign/large");
 BENCHMARK_CAPTURE(refreshYear, _, smallRecords, rootNode)->Name("refreshRoot/small");
-BENCHMARK(plainScan)->Name("plainScan/large");
+BENCHMARK_CAPTURE(plainScan, _, largeRecords)->Name("plainScan/large");
+BENCHMARK_CAPTURE(plainScan, _, hugeRecords)->Name("plainScan/huge");
 
 void refreshWeek(benchmark::State &state, bool inMemory) {
     ProjectRecords stored(connectionTo(largeRecords), 0);

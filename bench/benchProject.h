@@ -17,6 +17,12 @@ inline constexpr int largeRecords = 365 * recordsPerDay; // 1,022,000
 inline constexpr int smallRecords = largeRecords / 10;
 inline constexpr int hugeRecords = 5 * largeRecords;
 
+/// What the views show, summed up by SQLite.
+inline constexpr const char *twelveSums =
+    "sum(Clicks), sum(Impressions), sum(ctr), sum(cpc), sum(cpc <> 0), sum(cost), sum(conv), "
+    "sum(CASE conv WHEN 0 THEN 0 ELSE cost * 1.0 / conv END), sum(Pos), sum(Pos <> 0), "
+    "sum(ConvValue), sum(Transactions)";
+
 /// The first day of all records: 2025-01-01.
 int firstDay();
 /// The days of a project with so many records.

@@ -4,6 +4,9 @@
 #include "core/shell/modMain.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QTimer>
 
 namespace veltrona::bench {
 
@@ -28,6 +31,19 @@ Window::~Window() {
 
 void Window::chooseAllDates() {
     m_window.cboRange.setListIndex(static_cast<int>(RangePreset::All));
+    QCoreApplication::processEvents();
+}
+
+void Window::rest(std::chrono::nanoseconds duration) {
+    QEventLoop loop;
+    QTimer::singleShot(duration_cast<std::chrono::milliseconds>(duration), &loop,
+                       &QEventLoop::quit);
+    loop.exec();
+}
+
+void Window::press(Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, {});
+    QCoreApplication::sendEvent(m_window.findChild<QWidget *>(QStringLiteral("treeList")), &event);
     QCoreApplication::processEvents();
 }
 

@@ -5,6 +5,8 @@
 #include "core/platform/dialogs/dialogs.h"
 #include "ui/shell/frmMain.h"
 
+#include <chrono>
+
 namespace veltrona::bench {
 
 /// Chooses one report; ends the benchmark on any other question.
@@ -26,9 +28,13 @@ public:
     ~Window();
 
     void chooseAllDates();
+    /// The user does nothing for so long; the event loop runs.
+    void rest(std::chrono::nanoseconds duration);
     /// Nodes count from 1 in the order of the tree.
     void click(int node);
     void chooseMetric(int index);
+    /// Moves in the tree.
+    void press(Qt::Key key);
     /// From the chosen file to the rebuilt views.
     void import(const QString &report);
 

@@ -3,9 +3,18 @@
 #include "benchProject.h"
 #include "benchWindow.h"
 
+#include "core/shell/modMain.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
+#include <ctime>
 #include <memory>
+#include <string>
 
 namespace veltrona::bench {
 
@@ -14,12 +23,25 @@ namespace {
 constexpr int rootNode = 1;
 constexpr int campaignNode = 2;
 
-/// From the week shown on opening to all dates: reads the records into memory.
-void firstWideClick(benchmark::State &state, int records) {
+/// The real time of one plain scan, beside the same other work on the machine.
+std::chrono::nanoseconds timeOfScan(int records) {
+    const auto begin = std::chrono::steady_clock::now();
+    sqlite::Statement scan =
+        connectionTo(records).prepare(std::string("SELECT ") + twelveSums + " FROM tblGoogleDays");
+    scan.step();
+    return std::chrono::steady_clock::now() - begin;
+}
+
+/// From the week shown on opening to all dates, after a rest of so many plain scans. Reads what
+/// isn't in memory by then.
+void firstWideClick(benchmark::State &state, int records, double scans) {
     const QString project = projectWith(records);
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
+        const std::chrono::duration<double, std::nano> rest = scans * timeOfScan(records);
         auto window = std::make_unique<Window>(project);
+        if (scans > 0)
+            window->rest(duration_cast<std::chrono::nanoseconds>(rest));
         state.ResumeTiming();
         window->chooseAllDates();
         state.PauseTiming();
@@ -27,8 +49,38 @@ void firstWideClick(benchmark::State &state, int records) {
         state.ResumeTiming();
     }
 }
-BENCHMARK_CAPTURE(firstWideClick, _, largeRecords)->Name("firstWideClick/large");
-BENCHMARK_CAPTURE(firstWideClick, _, hugeRecords)->Name("firstWideClick/huge");
+BENCHMARK_CAPTURE(firstWideClick, _, largeRecords, 2.5)
+    ->Name("firstWideClick/large")
+    ->Iterations(1);
+BENCHMARK_CAPTURE(firstWideClick, _, hugeRecords, 2.5)->Name("firstWideClick/huge")->Iterations(1);
+BENCHMARK_CAPTURE(firstWideClick, _, largeRecords, 0)->Name("wideClickAtOnce/large")->Iterations(1);
+BENCHMARK_CAPTURE(firstWideClick, _, hugeRecords, 0)->Name("wideClickAtOnce/huge")->Iterations(1);
+
+/// The longest pass of the event loop while all records are read ahead, and a key moves in the tree
+/// now and then: so long may an event have to wait for a slice. Processor time.
+void pauseOfReading(benchmark::State &state, int records) {
+    const QString project = projectWith(records);
+    double longest = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        Window window(project);
+        QElapsedTimer sinceKey;
+        sinceKey.start();
+        Qt::Key key = Qt::Key_Down;
+        while (!modMain::Records->held()) {
+            if (sinceKey.hasExpired(300)) {
+                window.press(key); // and shows its node
+                key = key == Qt::Key_Down ? Qt::Key_Up : Qt::Key_Down;
+                sinceKey.start();
+            }
+            const std::clock_t begin = std::clock();
+            QCoreApplication::processEvents();
+            longest = std::max(longest, static_cast<double>(std::clock() - begin));
+        }
+    }
+    state.counters["count"] = longest * 1000 / CLOCKS_PER_SEC;
+}
+BENCHMARK_CAPTURE(pauseOfReading, _, largeRecords)->Name("pauseOfReading/large")->Iterations(1);
+BENCHMARK_CAPTURE(pauseOfReading, _, hugeRecords)->Name("pauseOfReading/huge")->Iterations(1);
 
 /// Clicks on a node while another is shown.
 void click(benchmark::State &state, int records, int node) {
@@ -59,7 +111,7 @@ void bytesOfRecord(benchmark::State &state) {
     const RecordColumns &columns = *recordsOf(largeRecords).read();
     for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(columns.bytes());
-    state.counters["bytes"] =
+    state.counters["count"] =
         static_cast<double>(columns.bytes()) / static_cast<double>(columns.size());
 }
 BENCHMARK(bytesOfRecord)->Name("memory/record");
