@@ -37,8 +37,6 @@ def text_of(value):
     """A number with up to 15 digits and no zero in front of the point."""
     if isinstance(value, str):
         return value
-    if isinstance(value, int):
-        return str(value)
     text = "%.15G" % value if value != 0 else "0"
     return re.sub(r"^(-?)0\.", r"\1.", text)
 

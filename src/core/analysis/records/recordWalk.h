@@ -28,7 +28,7 @@ struct PlainNumber {
 inline double numberOf(const FigureValue &value) {
     switch (value.type()) {
     case sqlite::ValueType::Integer:
-        return static_cast<double>(value.int64());
+        return toFifteenDigits(static_cast<double>(value.int64()));
     case sqlite::ValueType::Real:
         return toFifteenDigits(value.real());
     case sqlite::ValueType::Text:
@@ -51,7 +51,9 @@ inline double percentNumberOf(const PlainNumber &number) {
 
 /// The stored number itself, not the one of its text.
 inline double plainValueOf(const FigureValue &value) {
-    return value.type() == sqlite::ValueType::Real ? value.real() : numberOf(value);
+    const bool isNumber =
+        value.type() == sqlite::ValueType::Real || value.type() == sqlite::ValueType::Integer;
+    return isNumber ? value.real() : numberOf(value);
 }
 inline double plainValueOf(const PlainNumber &number) {
     return number.value;

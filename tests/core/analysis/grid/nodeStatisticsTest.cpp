@@ -28,9 +28,10 @@ QStringList shown(const NodeStatistics &statistics) {
 class NodeStatisticsTest : public QObject {
     Q_OBJECT
 private slots:
-    void smallNumbersAndNegativeOnes() {
+    void numbersBeyondTheReports() {
         test::RecordTable table;
-        const auto record = [&table](const char *campaign, double clicks, int cost, int conv) {
+        const auto record = [&table](const char *campaign, const QVariant &clicks, qint64 cost,
+                                     int conv) {
             table.insert({{"Campaign", campaign},
                           {"GoogleDate", "2007-05-14"},
                           {"Clicks", clicks},
@@ -41,12 +42,17 @@ private slots:
         for (int i = 0; i < 1000; ++i)
             record("shoes", 0.1, 0, 0); // the float sum is 99.9999999999986
         record("Shoes", 1, 3000000, -2);
+        // Each record's 15 digits are added up, but its plain numbers are divided.
+        record("tons", 53908118019552920LL, 10000000000000049, 2);
+        record("tons", 13461290872932751LL, 0, 0);
         table.connection().execute("COMMIT");
         ProjectRecords records(table.connection());
         const DateValue day = test::day("2007-05-14");
-        QCOMPARE(shown(queryNodeStatistics(records, {}, {day, day})).mid(1, 2),
+        QCOMPARE(shown(queryNodeStatistics(records, {}, {day, day})).mid(1, 3),
                  QStringList({"Shoes|1|0|0%|0|3|-2|-2%|-1500000|0|0|-100%|0||",
-                              "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||"}));
+                              "shoes|100|0|0%|0|0|0|0%|0|0|0|0%|0||",
+                              "tons|6.73694088924857E+16|0|0%|0|10000000000|2|2%|"
+                              "5.00000000000002E+15|0|0|-100%|0||"}));
         QVERIFY(queryNodeStatistics(records, {}, {day + 1, day - 1}).rows.empty());
         const NodePath shoes{{"shoes"}};
         QCOMPARE(queryNodeStatistics(records, shoes, {day, day}).rows.size(), 1U);
