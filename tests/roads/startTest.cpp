@@ -2,6 +2,7 @@
 // the end of the run.
 #include "ui/shell/start.h"
 #include "core/database/projectFile.h"
+#include "core/platform/desktop/endSignals.h"
 #include "core/platform/desktop/paths.h"
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QProcess>
 #include <QProgressBar>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QTimer>
 
@@ -194,6 +196,23 @@ private slots:
         home.dialogs.expectFile("");
         home.dialogs.whileOpen = [] { std::raise(SIGTERM); };
         QCOMPARE(modMain::Main(), 0);
+    }
+
+    /// Another thread may still be in the handler when the program ends.
+    void aLateSignalWritesToNoOtherFile() {
+        struct sigaction caught {};
+        {
+            const desktop::EndSignals ends([] {});
+            sigaction(SIGTERM, nullptr, &caught);
+        }
+        // They take the numbers of handles that were closed.
+        QTemporaryFile files[2];
+        for (QTemporaryFile &file : files)
+            QVERIFY(file.open());
+        caught.sa_handler(SIGTERM);
+        services().endRequested = false;
+        for (const QTemporaryFile &file : files)
+            QCOMPARE(file.size(), 0);
     }
 
     void signalEndsTheRunInOrder_data() {

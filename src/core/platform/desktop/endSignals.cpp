@@ -16,14 +16,15 @@ namespace {
 
 constexpr std::initializer_list<int> endSignals = {SIGTERM, SIGHUP, SIGINT};
 
-constexpr std::pair<int, int> noPipe{-1, -1};
-std::pair<int, int> wakeUp = noPipe; // the read end, and the write end for the handler
+/// The read end, and the write end for the handler. Made once and never closed: the handler may still
+/// be running in another thread when the EndSignals are destroyed.
+int wakeUp[2] = {-1, -1};
 
 /// Must be async-signal-safe.
 void noteSignal(int) {
     const int before = errno;
     services().endRequested = true;
-    [[maybe_unused]] const auto written = write(wakeUp.second, "", 1);
+    [[maybe_unused]] const auto written = write(wakeUp[1], "", 1);
     errno = before;
 }
 
@@ -39,21 +40,24 @@ void setHandler(std::initializer_list<int> numbers, void (*handler)(int)) {
     }
 }
 
+void drain() {
+    char bytes[16];
+    while (read(wakeUp[0], bytes, sizeof bytes) > 0) {
+    }
+}
+
 } // namespace
 
 EndSignals::EndSignals(std::function<void()> end) {
     services().endRequested = false;
     setHandler({SIGXFSZ}, [](int) {}); // SIG_IGN would be inherited by started programs
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
+    if (wakeUp[0] < 0 && pipe2(wakeUp, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // the signals kill, as they do by themselves
-    wakeUp = {ends[0], ends[1]};
-    m_notifier = std::make_unique<QSocketNotifier>(wakeUp.first, QSocketNotifier::Read);
+    drain();
+    m_notifier = std::make_unique<QSocketNotifier>(wakeUp[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                      [end = std::move(end)] {
-                         char bytes[16];
-                         while (read(wakeUp.first, bytes, sizeof bytes) > 0) {
-                         }
+                         drain();
                          end();
                      });
     setHandler(endSignals, noteSignal);
@@ -62,13 +66,8 @@ EndSignals::EndSignals(std::function<void()> end) {
 EndSignals::~EndSignals() {
     services().endRequested = false;
     setHandler({SIGXFSZ}, SIG_DFL);
-    if (!m_notifier)
-        return;
-    setHandler(endSignals, SIG_DFL);
-    m_notifier.reset();
-    close(wakeUp.first);
-    close(wakeUp.second);
-    wakeUp = noPipe;
+    if (m_notifier)
+        setHandler(endSignals, SIG_DFL);
 }
 
 } // namespace veltrona::desktop
