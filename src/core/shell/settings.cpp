@@ -1,7 +1,11 @@
 #include "core/shell/settings.h"
 
+#include "core/base/command.h"
+#include "core/base/text.h"
 #include "core/design/product.h"
+#include "core/platform/services.h"
 
+#include <QLockFile>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -16,6 +20,19 @@ constexpr int otherType = -1;
 QString groupOf(const QString &keyName) {
     return keyName.split(QLatin1Char('\\'), Qt::SkipEmptyParts).join(QLatin1Char('/'));
 }
+
+/// Whether the lock that QSettings takes to write can be had. QSettings would wait for it without an
+/// end: it removes a left-over lock only if that is of a dead process of this computer, or 30 seconds
+/// old. A command waits once.
+bool canLock(const QSettings &key) {
+    static long gaveUpIn = -1;
+    const bool gaveUpBefore = gaveUpIn == CommandScope::running();
+    QLockFile lock(key.fileName() + u".lock"_s);
+    if (lock.tryLock(gaveUpBefore ? 0 : services().lockWait))
+        return true;
+    gaveUpIn = CommandScope::running();
+    return false;
+}
 } // namespace
 
 QString settingsFile() {
@@ -27,7 +44,7 @@ int writeValue(QSettings &key, const QString &valueName, int valueType, const QV
     if (valueType != textValue && valueType != numberValue)
         return 0;
     // Without write access QSettings would keep the value in memory and return it as if stored.
-    if (!key.isWritable())
+    if (!key.isWritable() || !canLock(key))
         return accessDenied;
     key.setValue(valueName,
                  valueType == textValue ? value.toString() : QString::number(value.toInt()));

@@ -1,6 +1,7 @@
 // The settings store: what goes in comes out, and a store that can't be used stops nothing.
 #include "core/shell/settings.h"
 #include "core/platform/desktop/paths.h"
+#include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
 #include "support/testFolder.h"
@@ -28,6 +29,7 @@ class SettingsTest : public QObject, test::TestFolder {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { services().lockWait = 10; }
     void init() {
         renewFolder();
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(path("not/yet/made")));
@@ -57,6 +59,22 @@ private slots:
         QCOMPARE(loaded("dbfname"), "before");
         save("dbfname", "/a.vlt");
         QCOMPARE(loaded("dbfname"), "/a.vlt");
+    }
+
+    void aLeftOverLockIsGivenUp_data() {
+        const test::DataTable<QByteArray> row("lock");
+        row("empty", "");
+        row("another computer's", "1\nveltrona\nelsewhere\n\n");
+    }
+    void aLeftOverLockIsGivenUp() {
+        QFETCH(QByteArray, lock);
+        save("dbfname", "/a.vlt");
+        test::write(settingsFile() + ".lock", lock);
+        save("dbfname", "/b.vlt");
+        QCOMPARE(loaded("dbfname"), "/a.vlt");
+        QVERIFY(QFile::remove(settingsFile() + ".lock"));
+        save("dbfname", "/b.vlt");
+        QCOMPARE(loaded("dbfname"), "/b.vlt");
     }
 
     void dataFolderFallsBack() {
