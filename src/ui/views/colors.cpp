@@ -1,5 +1,7 @@
 #include "ui/views/colors.h"
 
+#include <QPalette>
+
 #include <algorithm>
 #include <cmath>
 
@@ -53,6 +55,10 @@ QColor readableColor(const QColor &color, const QColor &base, double wanted) {
             return shade;
     }
     return target;
+}
+
+double contrastOnBase(const QPalette &palette) {
+    return palette.color(QPalette::Base).rgb() == QColor(Qt::white).rgb() ? 1 : readableContrast;
 }
 
 } // namespace veltrona

@@ -160,8 +160,9 @@ QColor GridView::baseColor(const QModelIndex &index) const {
 }
 
 QColor GridView::textColor(const QModelIndex &index, bool selected) const {
-    const QColor base = selected ? palette().color(QPalette::Highlight) : baseColor(index);
-    return readableColor(toColor(m_model->cellColor(index)), base);
+    const QColor color = toColor(m_model->cellColor(index));
+    return selected ? readableColor(color, palette().color(QPalette::Highlight))
+                    : readableColor(color, baseColor(index), contrastOnBase(palette()));
 }
 
 QString GridView::selectedText(bool withHeadings) const {

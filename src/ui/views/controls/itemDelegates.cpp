@@ -101,7 +101,8 @@ public:
         paintLossMark(*painter, item, place, textEnd(item, place) + roomForMark(item),
                       option.state.testFlag(QStyle::State_Selected)
                           ? palette.color(QPalette::HighlightedText)
-                          : readableColor(toColor(red), palette.color(QPalette::Base)));
+                          : readableColor(toColor(red), palette.color(QPalette::Base),
+                                          contrastOnBase(palette)));
     }
 
 protected:

@@ -177,20 +177,24 @@ private slots:
         QCOMPARE(qRound(contrast(Qt::red, Qt::white) * 100), 400);
     }
 
-    void mapsColorsOnADarkPaletteOnly() {
+    void mapsColorsUnlessTheBaseIsWhite() {
         Shown shown(names(2));
         shown.grid.setForeColor({0, 128, 0});
         test::colorRow(shown.grid, 2, {255, 0, 0});
+        shown.view.setCurrentIndex(shown.cell(1, 1));
         QPalette palette = shown.view.palette();
         palette.setColor(QPalette::Base, Qt::white);
         shown.view.setPalette(palette);
-        QCOMPARE(shown.view.textColor(shown.cell(0, 1)), QColor(0, 128, 0));
-        palette.setColor(QPalette::Base, QColor(20, 20, 40));
-        palette.setColor(QPalette::Text, Qt::white);
-        shown.view.setPalette(palette);
-        for (const int row : {0, 1, 3})
-            QVERIFY(contrast(shown.view.textColor(shown.cell(row, 1)),
-                             shown.view.baseColor(shown.cell(row, 1))) >= 4.5);
+        for (const auto &[row, color] : {std::pair(1, QColor(255, 0, 0)), {3, QColor(0, 128, 0)}})
+            QCOMPARE(shown.view.textColor(shown.cell(row, 1)), color); // on tinted rows, too
+        for (const QColor base : {QColor(20, 20, 40), QColor(255, 255, 254)}) {
+            palette.setColor(QPalette::Base, base);
+            palette.setColor(QPalette::Text, contrast(base, Qt::white) > 4 ? Qt::white : Qt::black);
+            shown.view.setPalette(palette);
+            for (const int row : {0, 1, 3})
+                QVERIFY(contrast(shown.view.textColor(shown.cell(row, 1)),
+                                 shown.view.baseColor(shown.cell(row, 1))) >= 4.5);
+        }
         QVERIFY(shown.view.baseColor(shown.cell(3, 0)) != shown.view.baseColor(shown.cell(0, 0)));
         QCOMPARE(shown.grid.cellColor(2, 1), (Rgb{255, 0, 0}));
     }
