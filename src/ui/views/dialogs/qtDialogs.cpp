@@ -14,9 +14,12 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 #include <QUrl>
 
 #include <algorithm>
+#include <map>
+#include <memory>
 
 namespace veltrona {
 
@@ -144,6 +147,27 @@ private:
     QString m_extension;
 };
 
+/// Qt writes the folders of a file dialog to a file that all Qt programs share. Puts them back as they
+/// were, so that no folder of a project stays there; view and widths are kept.
+struct DeleteFileDialog {
+    void operator()(QFileDialog *dialog) const {
+        QSettings shared(QSettings::UserScope, u"QtProject"_s);
+        shared.setFallbacksEnabled(false);
+        shared.beginGroup(u"FileDialog"_s);
+        std::map<QString, QVariant> before;
+        for (const QString &key : {u"shortcuts"_s, u"history"_s, u"lastVisited"_s})
+            before[key] = shared.value(key);
+        delete dialog;
+        for (const auto &[key, value] : before) {
+            if (value.isNull())
+                shared.remove(key);
+            else
+                shared.setValue(key, value);
+        }
+    }
+};
+using FileDialog = std::unique_ptr<QFileDialog, DeleteFileDialog>;
+
 /// Empty after a cancel.
 QString runFileDialog(QFileDialog &dialog) {
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
@@ -215,24 +239,25 @@ void QtDialogs::setUp(QFileDialog &dialog, const FileDialogSetup &setup) const {
 }
 
 QString QtDialogs::openFile(const FileDialogSetup &setup) {
-    OpenFileDialog dialog(setup.title, setup.defaultExtension);
-    setUp(dialog, setup);
-    return QDir::toNativeSeparators(runFileDialog(dialog));
+    const FileDialog dialog(new OpenFileDialog(setup.title, setup.defaultExtension));
+    setUp(*dialog, setup);
+    return QDir::toNativeSeparators(runFileDialog(*dialog));
 }
 
 QString QtDialogs::saveFile(const FileDialogSetup &setup) {
-    QFileDialog dialog(desktop::owningWindow(), setup.title);
-    setUp(dialog, setup);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const FileDialog dialog(new QFileDialog(desktop::owningWindow(), setup.title));
+    setUp(*dialog, setup);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
     // The question is asked here, for the name that is really written.
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    for (QString chosen; !(chosen = runFileDialog(dialog)).isEmpty();) {
+    dialog->setOption(QFileDialog::DontConfirmOverwrite);
+    for (QString chosen; !(chosen = runFileDialog(*dialog)).isEmpty();) {
+        chosen = withoutBlanks(chosen).toString(); // before the extension is added, too
         const QString name = setup.finalName ? setup.finalName(chosen)
                                              : withExtension(chosen, setup.defaultExtension);
         if (mayWrite(name, setup))
             return QDir::toNativeSeparators(name);
-        dialog.selectFile(name);
+        dialog->selectFile(name);
     }
     return {};
 }

@@ -9,10 +9,12 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QSettings>
 #include <QTest>
 #include <QTimer>
 
@@ -150,6 +152,39 @@ private slots:
         dialogs.message(MessageStyle::OkExclamation, "Veltrona", text);
     }
 
+    void projectFoldersStayOutOfTheSharedLists_data() {
+        const test::DataTable<QStringList> row("earlier");
+        row("none", {});
+        row("folders of other programs", {"file:///tmp", "file:"});
+    }
+    void projectFoldersStayOutOfTheSharedLists() {
+        QFETCH(QStringList, earlier);
+        QSettings shared(QSettings::UserScope, "QtProject");
+        shared.clear();
+        const QStringList keys{"FileDialog/shortcuts", "FileDialog/history"};
+        for (const QString &key : keys) {
+            if (!earlier.isEmpty())
+                shared.setValue(key, earlier);
+        }
+        const QTemporaryDir folder;
+        const FileDialogSetup setup{"Open", "Text (*.txt)|*.txt", folder.path(), "txt", false};
+        test::write(folder.filePath("a.txt"), {});
+        QtDialogs dialogs([&] { return QStringList(folder.path()); });
+        const auto chooses = [&](QWidget *window) {
+            const QUrl place = QUrl::fromLocalFile(folder.path());
+            QVERIFY(static_cast<QFileDialog *>(window)->sidebarUrls().contains(place));
+            choosing(folder.filePath("a.txt"))(window);
+        };
+        whenUp({chooses});
+        QVERIFY(!dialogs.openFile(setup).isEmpty());
+        whenUp({chooses});
+        QVERIFY(!dialogs.saveFile(setup).isEmpty());
+        for (const QString &key : keys)
+            QCOMPARE(shared.value(key).toStringList(), earlier);
+        const QByteArray content = test::contents(shared.fileName());
+        QVERIFY(content.contains("viewMode") && !content.contains(folder.path().toUtf8()));
+    }
+
     void choicesKeepTheirOrder() {
         QtDialogs dialogs;
         const QStringList buttons{"Open another\u2026", "Use the default project", "Quit"};
@@ -176,8 +211,10 @@ private slots:
         };
         whenUp({choosing("a"), declining, choosing("b")});
         QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "b.vlt");
-        whenUp({choosing("a"), accepting});
-        QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "a.vlt");
+        for (const char *name : {"a", "a.vlt ", "a  "}) {
+            whenUp({choosing(name), accepting});
+            QCOMPARE(QFileInfo(dialogs.saveFile(setup)).fileName(), "a.vlt");
+        }
         whenUp({choosing("a"), declining, pressing(Qt::Key_Escape)});
         QCOMPARE(dialogs.saveFile(setup), QString());
         whenUp({choosing("a")});
