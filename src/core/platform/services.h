@@ -39,8 +39,8 @@ struct Services {
     /// Appended to the message before the program ends by a fault: what has been saved.
     QString fatalNote;
 
-    /// The longest wait for one lock of another program on a project or the settings, and the longest
-    /// of a command for those on a project in all; in milliseconds.
+    /// The longest wait for one lock of another program on a project or the settings, and the
+    /// longest of a command for those on a project in all; in milliseconds.
     int lockWait = 3000;
     int lockWaitOfCommand = 10000;
 };

@@ -21,9 +21,9 @@ QString groupOf(const QString &keyName) {
     return keyName.split(QLatin1Char('\\'), Qt::SkipEmptyParts).join(QLatin1Char('/'));
 }
 
-/// Whether the lock that QSettings takes to write can be had. QSettings would wait for it without an
-/// end: it removes a left-over lock only if that is of a dead process of this computer, or 30 seconds
-/// old. A command waits once.
+/// Whether the lock that QSettings takes to write can be had. QSettings would wait for it without
+/// an end: it removes a left-over lock only if that is of a dead process of this computer, or 30
+/// seconds old. A command waits once.
 bool canLock(const QSettings &key) {
     static long gaveUpIn = -1;
     const bool gaveUpBefore = gaveUpIn == CommandScope::running();

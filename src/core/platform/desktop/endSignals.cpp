@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::initializer_list<int> endSignals = {SIGTERM, SIGHUP, SIGINT};
 
-/// The read end, and the write end for the handler. Made once and never closed: the handler may still
-/// be running in another thread when the EndSignals are destroyed.
+/// The read end, and the write end for the handler. Made once and never closed: the handler may
+/// still be running in another thread when the EndSignals are destroyed.
 int wakeUp[2] = {-1, -1};
 
 /// Must be async-signal-safe.

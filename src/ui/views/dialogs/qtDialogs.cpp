@@ -147,8 +147,8 @@ private:
     QString m_extension;
 };
 
-/// Qt writes the folders of a file dialog to a file that all Qt programs share. Puts them back as they
-/// were, so that no folder of a project stays there; view and widths are kept.
+/// Qt writes the folders of a file dialog to a file that all Qt programs share. Puts them back as
+/// they were, so that no folder of a project stays there; view and widths are kept.
 struct DeleteFileDialog {
     void operator()(QFileDialog *dialog) const {
         QSettings shared(QSettings::UserScope, u"QtProject"_s);
