@@ -7,6 +7,7 @@
 #include "core/platform/desktop/spooler.h"
 #include "core/platform/services.h"
 #include "ui/report/pagination.h"
+#include "ui/report/printProgress.h"
 #include "ui/report/reportDocument.h"
 #include "ui/views/busyCursor.h"
 
@@ -40,7 +41,7 @@ public:
         if (dialog.exec() != QDialog::Accepted)
             return;
         const BusyCursor busy;
-        printReport(report, printer);
+        printReport(report, printer, owner);
     }
 };
 
@@ -106,9 +107,23 @@ void widenMargins(QPrinter &printer) {
 
 constexpr int noSuchPage = 0; // the number of that failure
 
-bool drawPages(const ReportDocument &report, QPrinter &printer) {
+enum class Outcome { Drawn, Failed, Cancelled };
+
+/// False if the user cancels.
+bool measureRows(ReportSheet &sheet, PrintProgress &progress) {
+    constexpr double step = 2000;
+    for (double top = sheet.rowsTop(); top < sheet.rowsBottom(); top += step) {
+        sheet.measure(top, top + step);
+        if (!progress.step(u"The pages are being prepared."_s))
+            return false;
+    }
+    return true;
+}
+
+Outcome drawPages(const ReportDocument &report, QPrinter &printer, PrintProgress &progress) {
     ReportSheet sheet = report.paperSheet();
-    sheet.measureAll();
+    if (!measureRows(sheet, progress))
+        return Outcome::Cancelled;
     widenMargins(printer);
     const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
     QFont footFont(u"Arial"_s);
@@ -123,23 +138,27 @@ bool drawPages(const ReportDocument &report, QPrinter &printer) {
 
     QPainter painter;
     if (!painter.begin(&printer))
-        return false;
+        return Outcome::Failed;
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setFont(footFont);
-    bool isFirst = true;
+    int done = 0;
     for (const int number : numbers) {
-        if (!isFirst && !printer.newPage())
-            return false;
-        isFirst = false;
+        const QString page = u"Page %1 of %2"_s.arg(number).arg(pages.size());
+        if (!progress.step(page, done, static_cast<int>(numbers.size()))) {
+            printer.abort();
+            return Outcome::Cancelled;
+        }
+        if (done++ > 0 && !printer.newPage())
+            return Outcome::Failed;
         painter.save();
         painter.scale(scale, scale);
         drawPage(painter, sheet, pages[std::size_t(number - 1)]);
         painter.restore();
-        painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom,
-                         u"Page %1 of %2"_s.arg(number).arg(pages.size()));
+        painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom, page);
     }
-    return painter.end() && printer.printerState() != QPrinter::Error &&
-           printer.printerState() != QPrinter::Aborted;
+    const bool isDrawn = painter.end() && printer.printerState() != QPrinter::Error &&
+                         printer.printerState() != QPrinter::Aborted;
+    return isDrawn ? Outcome::Drawn : Outcome::Failed;
 }
 
 /// Qt's PDF engine doesn't report a full disk.
@@ -149,14 +168,16 @@ bool isWhole(const QString &pdf) {
            file.readAll().contains("%%EOF");
 }
 
-void printToFile(const ReportDocument &report, QPrinter &printer) {
+void printToFile(const ReportDocument &report, QPrinter &printer, PrintProgress &progress) {
     const QString target = printer.outputFileName();
     desktop::ReplacementFile file(target);
     printer.setOutputFileName(file.path());
     const auto restored = qScopeGuard([&] { printer.setOutputFileName(target); });
-    const bool drawn = drawPages(report, printer);
+    const Outcome outcome = drawPages(report, printer, progress);
+    if (outcome == Outcome::Cancelled)
+        return;
     const bool isDevice = file.path() == target; // can't be read back
-    if (!drawn || !(isDevice || isWhole(file.path())))
+    if (outcome == Outcome::Failed || !(isDevice || isWhole(file.path())))
         throw Failure(static_cast<int>(printer.printerState()),
                       u"The file \"%1\" can't be written. Its folder may be missing "
                       "or closed, or the disk full."_s.arg(target));
@@ -170,14 +191,23 @@ Printing &printing() {
     return services().printing ? *services().printing : system;
 }
 
-void printReport(const ReportDocument &report, QPrinter &printer) {
+void printReport(const ReportDocument &report, QPrinter &printer, QWidget *owner) {
+    PrintProgress progress(owner);
     if (!printer.outputFileName().isEmpty())
-        return printToFile(report, printer);
-    desktop::requireReadyPrinter(printer.printerName());
-    if (!drawPages(report, printer))
+        return printToFile(report, printer, progress);
+    const QString name = printer.printerName();
+    desktop::requireReadyPrinter(name);
+    const int newestBefore = desktop::newestJob(name);
+    switch (drawPages(report, printer, progress)) {
+    case Outcome::Drawn:
+        return desktop::requireTakenJob(name);
+    case Outcome::Cancelled:
+        // Qt can't abort a job for CUPS: it has sent what was drawn when the painter ended.
+        return desktop::withdrawJobs(name, printer.docName(), newestBefore);
+    case Outcome::Failed:
         throw Failure(static_cast<int>(printer.printerState()),
-                      u"The printer \"%1\" doesn't take the report."_s.arg(printer.printerName()));
-    desktop::requireTakenJob(printer.printerName());
+                      u"The printer \"%1\" doesn't take the report."_s.arg(name));
+    }
 }
 
 } // namespace veltrona

@@ -24,6 +24,9 @@ Printing &printing();
 
 /// Prints the report as wide as the paper between its margins, with page numbers. Throws Failure if
 /// the printer or the file can't be written to; an older file is then kept.
-void printReport(const ReportDocument &report, QPrinter &printer);
+///
+/// After a second a box over `owner` shows the page, with Cancel: an older file is then kept, a job
+/// is withdrawn, and nothing is thrown.
+void printReport(const ReportDocument &report, QPrinter &printer, QWidget *owner = nullptr);
 
 } // namespace veltrona

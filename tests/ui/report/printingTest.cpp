@@ -1,5 +1,6 @@
 // Reports printed to PDF files, as the tools of poppler read them.
 #include "ui/report/printing.h"
+#include "core/platform/services.h"
 #include "support/faults.h"
 #include "support/pixels.h"
 #include "support/testFolder.h"
@@ -8,11 +9,16 @@
 #include "ui/report/reportDocument.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QApplication>
 #include <QImage>
 #include <QPrinter>
 #include <QProcess>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
+#include <QTimer>
 
 #include <memory>
 
@@ -182,6 +188,32 @@ private slots:
         QCOMPARE(print(*document), QStringList({all[1], all[1], all[2], all[2]}));
         m_printer->setFromTo(90, 99);
         QVERIFY(failureOf([&] { printReport(*document, *m_printer); }));
+    }
+
+    void cancelKeepsTheOlderFile() {
+        const auto document = load({.names = numberedNames(600)});
+        const QString older = write(path("out.pdf"), "older");
+        const auto clock = services().steadyTime;
+        const auto restored = qScopeGuard([&] { services().steadyTime = clock; });
+        std::chrono::milliseconds now{};
+        services().steadyTime = [&] { return now += std::chrono::milliseconds(200); };
+        for (const int key : {Qt::Key_Escape, Qt::Key_Return}) {
+            QString text;
+            QTimer pressing;
+            connect(&pressing, &QTimer::timeout, this, [&] {
+                auto *box = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
+                auto *button = box ? box->findChild<QPushButton *>() : nullptr;
+                if (!button || !box->labelText().startsWith("Page 5"))
+                    return;
+                text = box->labelText();
+                QTest::keyClick(button, Qt::Key(key));
+            });
+            pressing.start(0);
+            QVERIFY(!failureOf([&] { printReport(*document, *m_printer); }));
+            QVERIFY2(text.startsWith("Page 5 of "), qPrintable(text));
+            QCOMPARE(contents(older), "older");
+            QCOMPARE(files(), QStringList({"out.pdf", "report.html"}));
+        }
     }
 
     void failuresAreReportedAndOlderFilesKept() {

@@ -7,6 +7,7 @@
 
 #include <cups/cups.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace veltrona::desktop {
@@ -55,7 +56,41 @@ QString stateOf(const Server &server, const char *uri, const QString &keywords) 
     return text.isEmpty() ? keywords : text;
 }
 
+/// Qt's name of a printer may end in "/" and an instance.
+QByteArray queueOf(const QString &printer) {
+    return printer.section(u'/', 0, 0).toUtf8();
+}
+
+template<typename Visitor>
+void visitOwnJobs(http_t *server, const QByteArray &queue, const Visitor &visit) {
+    cups_job_t *jobs = nullptr;
+    constexpr int own = 1;
+    const int count =
+        server ? cupsGetJobs2(server, &jobs, queue.constData(), own, CUPS_WHICHJOBS_ACTIVE) : 0;
+    for (int i = 0; i < count; ++i)
+        visit(jobs[i]);
+    if (count > 0)
+        cupsFreeJobs(count, jobs);
+}
+
 } // namespace
+
+int newestJob(const QString &printer) {
+    const Server server = connected();
+    int newest = 0;
+    visitOwnJobs(server.get(), queueOf(printer),
+                 [&](const cups_job_t &job) { newest = std::max(newest, job.id); });
+    return newest;
+}
+
+void withdrawJobs(const QString &printer, const QString &title, int after) {
+    const Server server = connected();
+    const QByteArray queue = queueOf(printer);
+    visitOwnJobs(server.get(), queue, [&](const cups_job_t &job) {
+        if (job.id > after && QString::fromUtf8(job.title) == title)
+            cupsCancelJob2(server.get(), queue.constData(), job.id, 0);
+    });
+}
 
 void requireSpooler() {
     QElapsedTimer sinceAsked;
@@ -71,8 +106,7 @@ void requireSpooler() {
 
 void requireReadyPrinter(const QString &printer) {
     const Server server = connected();
-    // Qt's name of a printer may end in "/" and an instance.
-    const QByteArray name = printer.section(u'/', 0, 0).toUtf8();
+    const QByteArray name = queueOf(printer);
     const std::unique_ptr<cups_dest_t, Close> found(
         server ? cupsGetNamedDest(server.get(), name.constData(), nullptr) : nullptr);
     if (!found)

@@ -13,6 +13,13 @@ void requireSpooler();
 /// Throws Failure if the printer is stopped, takes no jobs, or can't be reached.
 void requireReadyPrinter(const QString &printer);
 
+/// The highest number of this user's unfinished jobs at the printer; 0 if there is none or no
+/// server.
+int newestJob(const QString &printer);
+
+/// Cancels this user's unfinished jobs of that title with a higher number than `after`.
+void withdrawJobs(const QString &printer, const QString &title, int after);
+
 /// Throws Failure unless the server has accepted the job that Qt has just sent in this thread.
 void requireTakenJob(const QString &printer);
 
