@@ -1,9 +1,16 @@
 // A modal form of a test: opened, driven by a script while it is up, and closed again.
 #pragma once
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
 #include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTest>
 #include <QTimer>
 
@@ -61,6 +68,40 @@ inline QString misplaced(const QWidget &parent,
         taken += at;
         if (!mayBeCut(*control) && at.size().expandedTo(control->sizeHint()) != at.size())
             faults << control->objectName() + " is cut";
+    }
+    return faults.join("; ");
+}
+
+/// Where a window leaves its screen, or a control that is read or used can't be seen whole, not
+/// even by scrolling; empty if all is well.
+inline QString unreachable(QWidget &window) {
+    QStringList faults;
+    if (!window.screen()->availableGeometry().contains(window.frameGeometry()))
+        faults << window.objectName() + " leaves the screen";
+    auto *scrolled = window.findChild<QScrollArea *>();
+    for (QWidget *control : window.findChildren<QWidget *>()) {
+        const bool isUsed =
+            qobject_cast<QLabel *>(control) || qobject_cast<QAbstractButton *>(control) ||
+            qobject_cast<QComboBox *>(control) || qobject_cast<QDateEdit *>(control) ||
+            qobject_cast<QLineEdit *>(control);
+        if (!isUsed || !control->isVisible() || !window.isAncestorOf(control))
+            continue;
+        QSize size = control->size();
+        if (scrolled && scrolled->isAncestorOf(control)) {
+            const QPoint middle = control->mapTo(scrolled->widget(), control->rect().center());
+            scrolled->ensureVisible(middle.x(), middle.y(), size.width() / 2, size.height() / 2);
+            // What is larger than the area is shown piece by piece.
+            size = size.boundedTo(scrolled->viewport()->size());
+        }
+        size -= QSize(1, 1); // twips are rounded
+        const QSize seen = control->visibleRegion().boundingRect().size();
+        if (seen.expandedTo(size) != seen)
+            faults << QString("%1 can't be seen whole (%2 x %3 of %4 x %5)")
+                          .arg(control->objectName())
+                          .arg(seen.width())
+                          .arg(seen.height())
+                          .arg(size.width())
+                          .arg(size.height());
     }
     return faults.join("; ");
 }

@@ -80,7 +80,7 @@ void frmOutput::arrange() {
     desktop::placeControls(*this, lowerControls, scale, m_raised);
     TwipRect inner = innerSize;
     inner.height -= m_raised;
-    setFixedSize(scale.toPixels(inner).size());
+    fixSize(scale.toPixels(inner).size());
 }
 
 void frmOutput::comBrowse_Click() {

@@ -87,6 +87,7 @@ std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFon
     for (const Column &column : columns)
         found.insert({column.text.row, column.word.row});
     std::vector<ReportRow> samples;
+    samples.reserve(found.size());
     for (const std::size_t row : found)
         samples.push_back(rows[row]);
     return samples;

@@ -18,6 +18,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
@@ -52,13 +54,19 @@ void takeAsCopy(QDropEvent &event, bool takes) {
 
 } // namespace
 
-frmMain::frmMain() : m_surface(new MainSurface(*this)), m_view(*this, m_surface->screen()) {
+frmMain::frmMain()
+    : m_surface(new MainSurface(*this)), m_scroll(new QScrollArea),
+      m_view(*this, m_surface->screen()) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(productName);
     buildCommands();
     buildToolBar();
     buildStatusBar();
-    setCentralWidget(m_surface);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidget(m_surface);
+    m_scroll->installEventFilter(this);
+    setCentralWidget(m_scroll);
     setAcceptDrops(true);
     // Qt opens context menus by the menu key, but not by Shift+F10.
     auto *menuKeys = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
@@ -176,43 +184,65 @@ void frmMain::applyScale() {
     Toolbar1->setIconSize({picture, picture});
 }
 
-/// The window never gets smaller than the layout can serve.
+/// The surface never gets smaller than the layout can serve; nor does the window, unless the screen
+/// is smaller still and the surface scrolls in it.
 void frmMain::applyMinimumSize() {
     const TwipScale &scale = m_surface->scale();
-    setMinimumSize(
+    const QSize frame = desktop::frameExtent(*this);
+    const QSize least =
         QSize(scale.toPixels(veltrona::minimumWidth), scale.toPixels(veltrona::minimumHeight)) -
-        desktop::frameExtent(*this));
+        frame;
+    m_surface->setMinimumSize(least - (size() - m_scroll->size()));
+    setMinimumSize(least.boundedTo(screen()->availableSize() - frame));
 }
 
 void frmMain::applyDesignSize() {
     applyScale();
     applyMinimumSize();
+    const TwipScale &scale = m_surface->scale();
     const QRect available = screen()->availableGeometry();
     const QSize frame = desktop::frameExtent(*this);
-    const TwipScale &scale = m_surface->scale();
     const QSize wanted(scale.toPixels(designInnerWidth),
                        scale.toPixels(designInnerHeight) + menuBar()->sizeHint().height());
     resize(wanted.boundedTo(available.size() - frame));
     QRect outer(QPoint(), size() + frame);
     outer.moveCenter(available.center());
-    // On a screen too small for the window, title bar and menu stay in reach.
-    move(qMax(outer.left(), available.left()), qMax(outer.top(), available.top()));
+    move(outer.topLeft());
+}
+
+/// As large as the scroll area shows beside its bars, and not below the minimum.
+QSize frmMain::surfaceSize() const {
+    const QSize least = m_surface->minimumSize();
+    const int bar = m_scroll->verticalScrollBar()->sizeHint().width();
+    QSize room = m_scroll->maximumViewportSize();
+    const bool isTooLow = least.height() > room.height();
+    if (isTooLow)
+        room.rwidth() -= bar;
+    if (least.width() > room.width()) {
+        room.rheight() -= bar;
+        if (!isTooLow && least.height() > room.height())
+            room.rwidth() -= bar;
+    }
+    return room.expandedTo(least);
 }
 
 void frmMain::Form_Resize() {
     if (isMinimized())
         return;
     applyMinimumSize();
+    m_surface->resize(surfaceSize());
     const QSize frame = desktop::frameExtent(*this);
     const TwipScale &scale = m_surface->scale();
     WindowSizes sizes;
-    sizes.width = scale.toTwips(width() + frame.width());
-    sizes.height = scale.toTwips(height() + frame.height());
+    // The window as large as the whole surface needs it, which may scroll.
+    const QSize whole = size() - m_scroll->size() + m_surface->size() + frame;
+    sizes.width = scale.toTwips(whole.width());
+    sizes.height = scale.toTwips(whole.height());
     sizes.statusBarHeight = scale.toTwips(statusBar()->height());
     sizes.toolBarHeight = scale.toTwips(Toolbar1->height());
     sizes.chromeWidth = scale.toTwips(frame.width());
     sizes.chromeHeight = scale.toTwips(frame.height() + menuBar()->height());
-    m_surface->arrange(arrangeWindow(sizes), m_surface->y() - menuBar()->height());
+    m_surface->arrange(arrangeWindow(sizes), m_scroll->y() - menuBar()->height());
 }
 
 bool frmMain::event(QEvent *event) {
@@ -242,6 +272,13 @@ bool frmMain::event(QEvent *event) {
         break;
     }
     return handled;
+}
+
+/// The bars may take another height after the window has its size.
+bool frmMain::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_scroll && event->type() == QEvent::Resize)
+        Form_Resize();
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {

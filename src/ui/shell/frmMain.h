@@ -12,6 +12,7 @@
 
 #include <functional>
 
+class QScrollArea;
 class QToolBar;
 
 namespace veltrona {
@@ -46,6 +47,7 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -65,6 +67,7 @@ private:
     void applyDesignSize();
     void applyScale();
     void applyMinimumSize();
+    QSize surfaceSize() const;
     void Form_Resize();
 
     void Form_Unload();
@@ -97,6 +100,7 @@ private:
 
     QToolBar *Toolbar1 = nullptr;
     MainSurface *m_surface;
+    QScrollArea *m_scroll; // around the surface
     AnalysisView m_view;
     ReadAhead m_readAhead{m_view, this};
     drawing::Picture m_picture; // what picChart holds, for the report's graph

@@ -194,36 +194,6 @@ private slots:
             key(form, Qt::Key_Return);
         });
     }
-
-    void nothingIsCut() {
-        const QFont before = QApplication::font();
-        QFont font("Monospace");
-        font.setPointSizeF(20);
-        const auto restore = qScopeGuard([&] {
-            QApplication::setFont(before);
-            QCoreApplication::processEvents();
-        });
-        QApplication::setFont(font);
-        const auto check = [](auto &form) {
-            during(form, [&] {
-                QCOMPARE(form.font().pointSizeF(), QApplication::font().pointSizeF());
-                QCOMPARE(test::misplaced(form,
-                                         [](const QWidget &control) {
-                                             return qobject_cast<const QLineEdit *>(&control);
-                                         }),
-                         QString());
-                key(form, Qt::Key_Escape);
-            });
-        };
-        check(frmOptions::instance());
-        check(frmAbout::instance());
-        for (const bool printRole : {false, true}) {
-            frmOutput form({});
-            if (printRole)
-                form.setPrintRole();
-            check(form);
-        }
-    }
 };
 
 QTEST_MAIN(FormsTest)

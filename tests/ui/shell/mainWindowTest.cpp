@@ -1,6 +1,7 @@
 // The main window as a user meets it: commands, keyboard, sizes and what a screen reader is told.
 #include "support/mainWindow.h"
 #include "core/shell/modMain.h"
+#include "support/dataTable.h"
 #include "support/shownForm.h"
 
 #include <QAbstractButton>
@@ -9,6 +10,8 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
@@ -47,8 +50,8 @@ QString misplacedControls(frmMain &window) {
                               qobject_cast<const QLabel *>(&control);
             return !told || control.objectName() == "lblSum"; // which elides
         });
-        if (!window.rect().contains(frame->geometry()))
-            faults += frame->objectName() + " leaves the window";
+        if (!frame->parentWidget()->rect().contains(frame->geometry()))
+            faults += frame->objectName() + " leaves the surface";
     }
     return faults;
 }
@@ -137,13 +140,49 @@ private slots:
             QTRY_VERIFY2(misplacedControls(window).isEmpty(),
                          qPrintable(misplacedControls(window)));
             // Laid out with the bars as high as they are now: once more changes nothing.
-            QCoreApplication::processEvents();
+            for (int round = 0; round < 5; ++round)
+                QCoreApplication::processEvents();
             const QRect chart = m_home->view("mscMain")->geometry();
             QResizeEvent again(window.size(), window.size());
             QCoreApplication::sendEvent(&window, &again);
             QCOMPARE(m_home->view("mscMain")->geometry(), chart);
             QCOMPARE(window.findChild<QToolBar *>()->iconSize().width() > 32, points >= 14);
         }
+    }
+
+    void staysOnTheScreen_data() {
+        const test::DataTable<QString, int> row("family", "points");
+        for (const int points : {9, 11, 14, 20})
+            row(qPrintable(QString::number(points)), QApplication::font().family(), points);
+        row("wide letters", "Monospace", 20);
+    }
+    void staysOnTheScreen() {
+        QFETCH(QString, family);
+        QFETCH(int, points);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
+        QApplication::setFont(QFont(family, points));
+        QVERIFY(m_home->restart());
+        frmMain &window = m_home->window();
+        for (const QSize &size : {window.size(), QSize(10, 10)}) {
+            window.resize(size);
+            QTRY_COMPARE(window.size(), size.expandedTo(window.minimumSize()));
+            QTRY_COMPARE(test::unreachable(window), QString());
+            QCOMPARE(misplacedControls(window), QString());
+        }
+        for (const char *command : {"mnuOptions", "mnuAbout", "Exp", "Prn"})
+            test::during<QDialog>(
+                [&] { m_home->command(command); },
+                [&](QDialog &form) {
+                    QCOMPARE(test::unreachable(form), QString());
+                    const auto *button = form.findChild<QPushButton *>();
+                    QCOMPARE(test::misplaced(*button->parentWidget(),
+                                             [](const QWidget &control) {
+                                                 return qobject_cast<const QLineEdit *>(&control);
+                                             }),
+                             QString());
+                    form.reject();
+                });
     }
 
     void accessible() {

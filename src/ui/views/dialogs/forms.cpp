@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QEvent>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QWindow>
 
@@ -89,7 +91,38 @@ void DesignedDialog::changeEvent(QEvent *event) {
 void DesignedDialog::arrange() {
     const TwipScale scale(font(), measuredLabels);
     placeControls(*this, m_design, scale);
-    setFixedSize(scale.toPixels(m_innerSize).size());
+    fixSize(scale.toPixels(m_innerSize).size());
+}
+
+/// On a screen that doesn't hold the dialog, it is cut to the screen and its controls scroll.
+void DesignedDialog::fixSize(const QSize &designed) {
+    const QWidget *owner = owningWindow();
+    const QSize room = (owner ? owner : this)->screen()->availableSize() - frameExtent(*this);
+    if (!m_scroll && designed.boundedTo(room) != designed)
+        makeScrollArea();
+    if (!m_scroll)
+        return setFixedSize(designed);
+    const int bar = m_scroll->verticalScrollBar()->sizeHint().width();
+    const QSize bars(designed.height() > room.height() ? bar : 0,
+                     designed.width() > room.width() ? bar : 0);
+    setFixedSize((designed + bars).boundedTo(room));
+    m_scroll->widget()->resize(designed);
+    m_scroll->resize(size());
+}
+
+void DesignedDialog::makeScrollArea() {
+    const auto controls = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    // Within one window the order of the Tab key stays.
+    m_scroll->setWidget(new QWidget);
+    for (QWidget *control : controls) {
+        const bool isHidden = control->isHidden();
+        control->setParent(m_scroll->widget());
+        control->setVisible(!isHidden);
+    }
+    m_scroll->show();
 }
 
 void DesignedDialog::showModal(QWidget *first) {

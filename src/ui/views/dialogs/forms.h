@@ -14,6 +14,8 @@
 #include <string_view>
 #include <type_traits>
 
+class QScrollArea;
+
 namespace veltrona::desktop {
 
 /// The shared instance of a window, created on first use and deleted shortly before the
@@ -76,13 +78,17 @@ protected:
     void changeEvent(QEvent *event) override;
     /// Puts the controls at their places and fixes the size.
     virtual void arrange();
+    void fixSize(const QSize &designed);
     /// Shows the dialog modally over its owner with the focus in `first`; returns when it has
     /// closed.
     void showModal(QWidget *first = nullptr);
 
 private:
+    void makeScrollArea();
+
     WindowDesign m_design;
     TwipRect m_innerSize;
+    QScrollArea *m_scroll = nullptr; // once the screen was too small for the controls
 };
 
 /// Puts a control at its designed place, grown about its centre where style, text or font ask for
