@@ -182,6 +182,7 @@ public:
     }
     QHash<QString, NotedSums> rows() const {
         std::vector<NotedSums> sums = m_sums;
+        sums.resize(m_rows.size()); // some rows may have no records in the period
         for (const Leaf &leaf : m_leaves)
             addWaste(leaf, sums[leaf.row]);
         QHash<QString, NotedSums> rows;
