@@ -112,8 +112,10 @@ enum class Outcome { Drawn, Failed, Cancelled };
 /// False if the user cancels.
 bool measureRows(ReportSheet &sheet, PrintProgress &progress) {
     constexpr double step = 2000;
-    for (double top = sheet.rowsTop(); top < sheet.rowsBottom(); top += step) {
+    double top = sheet.rowsTop();
+    while (top < sheet.rowsBottom()) {
         sheet.measure(top, top + step);
+        top += step;
         if (!progress.step(u"The pages are being prepared."_s))
             return false;
     }
