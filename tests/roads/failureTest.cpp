@@ -50,7 +50,7 @@ private slots:
     void initTestCase() { services().lockWait = 100; }
 
     void handlers_data() {
-        const test::DataTable<std::function<void(test::MainWindow &)>> row("handler");
+        const test::DataTable<std::function<void(test::MainWindow &)>> row;
         const auto command = [](const QString &action) {
             return [action](test::MainWindow &home) { home.command(action); };
         };
@@ -62,7 +62,7 @@ private slots:
     }
 
     void handlers() {
-        QFETCH(std::function<void(test::MainWindow &)>, handler);
+        const auto [handler] = test::row<std::function<void(test::MainWindow &)>>();
         const bool asks = QByteArray(QTest::currentDataTag()) == "clean";
         const QStringList before = m_home->viewDump();
         frmMain &window = m_home->window();

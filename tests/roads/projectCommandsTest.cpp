@@ -151,13 +151,13 @@ private slots:
     }
 
     void movedWhileOpen_data() {
-        const test::DataTable<QString> row("how");
+        const test::DataTable<QString> row;
         for (const char *how : {"renamed", "replaced"})
             row(how, how);
     }
 
     void movedWhileOpen() {
-        QFETCH(QString, how);
+        const auto [how] = test::row<QString>();
         const QString path = modMain::DbFileName;
         const QString aside = m_home->file("aside.vlt");
         QVERIFY(QFile::rename(path, aside));

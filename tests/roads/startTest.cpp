@@ -216,24 +216,23 @@ private slots:
     }
 
     void signalEndsTheRunInOrder_data() {
-        const test::DataTable<int, bool> row("number", "inAnImport");
+        const test::DataTable<int, bool> row;
         row("idle", SIGTERM, false);
         row("SIGTERM in an import", SIGTERM, true);
     }
 
     void signalEndsTheRunInOrder() {
-        QFETCH(int, number);
-        QFETCH(bool, inAnImport);
+        const auto [number, inAnImport] = test::row<int, bool>();
         test::MainWindow home;
         QStringList rows;
         for (int i = 0; i < 3000; ++i)
             rows << QString("c|g|k%1|Exact|Search Only|2007-05-07|1").arg(i);
         const QString report = home.writeFile("rows.xml", test::smallReport(rows));
         QTimer step;
-        connect(&step, &QTimer::timeout, qApp, [&] {
+        connect(&step, &QTimer::timeout, qApp, [signal = number, waits = inAnImport] {
             const auto *bar = frmWait::instance().findChild<QProgressBar *>("pbWait");
-            if (!inAnImport || bar->value() > 1500)
-                std::raise(number);
+            if (!waits || bar->value() > 1500)
+                std::raise(signal);
         });
         if (inAnImport) {
             home.dialogs.expectFile(report);

@@ -10,8 +10,7 @@ namespace veltrona::test {
 /// Qt keeps the pointers.
 inline constexpr const char *columnNames[] = {"0", "1", "2", "3", "4", "5", "6", "7"};
 
-/// DataTable<QString, int> row("text", "number"); row("a row's name", "x", 7);
-/// Without names the columns are numbered, and test::row() fetches them all.
+/// DataTable<QString, int> row; row("a row's name", "x", 7);
 template<class... Types>
 class DataTable {
 public:
@@ -19,17 +18,13 @@ public:
         int column = 0;
         (QTest::addColumn<Types>(columnNames[column++]), ...);
     }
-    template<class... Names>
-    explicit DataTable(Names... columns) {
-        (QTest::addColumn<Types>(columns), ...);
-    }
     void operator()(const QByteArray &name, const Types &...values) const {
         QTestData &data = QTest::newRow(name.constData());
         (data << ... << values);
     }
 };
 
-/// The current row of a table without names: const auto [text, number] = row<QString, int>();
+/// The current row: const auto [text, number] = row<QString, int>();
 template<class... Types>
 std::tuple<Types...> row() {
     int column = 0;

@@ -29,15 +29,15 @@ private slots:
     }
 
     void textsOfTimes_data() {
-        const test::DataTable<double, QString> row("value", "text");
+        const test::DataTable<double, QString> row;
         row("midnight", 39216.0, "2007-05-14");
         row("last second", 39216 + 86399.0 / 86400, "2007-05-14 23:59:59");
         row("last millisecond", 39216 + 86399.999 / 86400, "2007-05-14 23:59:59");
         row("before day 0", -0.25, "1899-12-29 18:00:00");
     }
     void textsOfTimes() {
-        QFETCH(const double, value);
-        QTEST(isoText(value), "text");
+        const auto [value, text] = test::row<double, QString>();
+        QCOMPARE(isoText(value), text);
         QCOMPARE(isoText(dayNumber(value)), isoText(value).left(10));
     }
 };

@@ -71,7 +71,7 @@ private slots:
     }
 
     void failedCopyLeavesTheOlderFile_data() {
-        const test::DataTable<QString, QString, QString> row("templateName", "target", "reason");
+        const test::DataTable<QString, QString, QString> row;
         row("no template", "none.dat", "p.vlt", "none.dat\": No such file");
         row("bad template", "bad.dat", "p.vlt", "bad.dat\", is damaged");
         row("too long for SQLite", "data.dat", deep + QString(100, 'n') + ".vlt",
@@ -83,11 +83,9 @@ private slots:
         row("full disk", "data.dat", "p.vlt", "File too large");
     }
     void failedCopyLeavesTheOlderFile() {
+        const auto [templateName, target, reason] = test::row<QString, QString, QString>();
         constexpr const char *names[] = {"p.vlt", "p.vlt-journal", "protected.vlt",
                                          "protected.vlt-journal"};
-        QFETCH(QString, templateName);
-        QFETCH(QString, target);
-        QFETCH(QString, reason);
         QDir(folder()).mkdir("folder");
         QDir(folder()).mkpath(deep);
         QByteArray bad = contents(test::projectTemplate());
@@ -105,8 +103,9 @@ private slots:
         const AnotherUser user;
         QVERIFY(user.works());
         const test::FileSizeLimit disk(reason == "File too large" ? 10000 : 10000000);
-        const QString source = path(templateName);
-        const auto failure = failureOf([&] { makeProject(source, path(target)); });
+        const QString from = path(templateName);
+        const QString to = path(target);
+        const auto failure = failureOf([&] { makeProject(from, to); });
         QVERIFY(failure);
         QVERIFY(failure->number() != 0);
         QVERIFY2(failure->text().contains(reason), qPrintable(failure->text()));

@@ -90,7 +90,7 @@ private slots:
     void init() { m_table = std::make_unique<test::RecordTable>(); }
 
     void checksTheColumns_data() {
-        const test::DataTable<QByteArray, bool> add("content", "passes");
+        const test::DataTable<QByteArray, bool> add;
         const QByteArray both = "<column name='campaign'/><column name='date'/>";
         add("in any case", "<r><column name='CAMPAIGN'/><column name='Date'/></r>", true);
         add("one missing", "<r><column name='campaign'/></r>", false);
@@ -109,19 +109,18 @@ private slots:
         add("stopped early", "<r><title>x</title><column/></r>", false);
     }
     void checksTheColumns() {
-        QFETCH(QByteArray, content);
-        QTEST(checkColumns(load(content)).passed, "passes");
+        const auto [content, passes] = test::row<QByteArray, bool>();
+        QCOMPARE(checkColumns(load(content)).passed, passes);
     }
 
     void refusesWhatItCannotTake_data() {
-        const test::DataTable<QByteArray, QStringList> add("content", "parts");
+        const test::DataTable<QByteArray, QStringList> add;
         add("a column without name", "<r>\n<column/></r>", {"line 2", "no name"});
         add("too many rows", report({"campaign", "date"}, QByteArray("<row/>").repeated(32768)),
             {"32768", "32767", "shorter periods"});
     }
     void refusesWhatItCannotTake() {
-        QFETCH(QByteArray, content);
-        QFETCH(QStringList, parts);
+        const auto [content, parts] = test::row<QByteArray, QStringList>();
         load(content);
         const std::optional<Failure> failure = failureOf([&] { checkColumns(m_document); });
         QVERIFY(failure);
@@ -218,7 +217,7 @@ private slots:
     }
 
     void endsAtAValueThatCannotBeRead_data() {
-        const test::DataTable<QByteArray, QStringList> add("bad", "parts");
+        const test::DataTable<QByteArray, QStringList> add;
         add("number", row("b", "12%"), {"\"12%\"", "\"clicks\""});
         add("a pair at the cut", row("b", QByteArray(39, '1') + "\U0001F600 and more"),
             {QString(39, '1').prepend('"') + "...\"", "\"clicks\""});
@@ -230,8 +229,7 @@ private slots:
         add("no date", row("b").replace("date=", "day="), {"\"date\"", "missing"});
     }
     void endsAtAValueThatCannotBeRead() {
-        QFETCH(QByteArray, bad);
-        QFETCH(QStringList, parts);
+        const auto [bad, parts] = test::row<QByteArray, QStringList>();
         const QByteArray good = row("a") + row("a2");
         const QString text = importFailure(report(keyColumns, good + bad + row("c")));
         for (const QString &part :

@@ -69,7 +69,7 @@ private slots:
 
     // Bit for bit, of a source of 0011 over a target of 0101; the pattern is white.
     void rasterOperations_data() {
-        const test::DataTable<unsigned, int, bool> row("operation", "expected", "usesSource");
+        const test::DataTable<unsigned, int, bool> row;
         row("SRCCOPY", drawing::SRCCOPY, 0x33, true);
         row("SRCPAINT", drawing::SRCPAINT, 0x77, true);
         row("SRCAND", drawing::SRCAND, 0x11, true);
@@ -81,9 +81,7 @@ private slots:
         row("pattern against the target", 0x5A0049u, 0xAA, false);
     }
     void rasterOperations() {
-        QFETCH(unsigned, operation);
-        QFETCH(int, expected);
-        QFETCH(bool, usesSource);
+        const auto [operation, expected, usesSource] = test::row<unsigned, int, bool>();
         const auto source = grayPicture(1, {0x33});
         const auto target = grayPicture(1, {0x55});
         target->LoadPictureBlt(source->hDC(), 0, 0, -1, -1, operation);
@@ -109,8 +107,7 @@ private slots:
 
     void resample_data() {
         using List = QList<int>;
-        const test::DataTable<int, List, int, int, List> row("sourceWidth", "source", "width",
-                                                             "height", "expected");
+        const test::DataTable<int, List, int, int, List> row;
         // Scale 0.25 in both directions: the last column samples at 0.75, not at 1.
         row("2x2 to 4x4", 2, {0, 100, 200, 40}, 4, 4,
             {0, 25, 50, 75, 50, 59, 68, 76, 100, 92, 85, 78, 150, 126, 102, 79});
@@ -121,14 +118,12 @@ private slots:
         row("one pixel", 1, {77}, 3, 2, {77, 77, 77, 77, 77, 77});
     }
     void resample() {
-        QFETCH(int, sourceWidth);
-        QFETCH(QList<int>, source);
-        QFETCH(int, width);
-        QFETCH(int, height);
+        const auto [sourceWidth, source, width, height, expected] =
+            test::row<int, QList<int>, int, int, QList<int>>();
         const auto picture = grayPicture(sourceWidth, source);
         const auto scaled = picture->Resample(height, width);
         QVERIFY(scaled && !scaled->PictureLoaded());
-        QTEST(blues(*scaled), "expected");
+        QCOMPARE(blues(*scaled), expected);
         QVERIFY(!picture->Resample(0, width));
     }
 };

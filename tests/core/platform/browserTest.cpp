@@ -54,12 +54,12 @@ private slots:
     }
 
     void namesArriveIntact_data() {
-        const test::DataTable<QByteArray> row("code");
+        const test::DataTable<QByteArray> row;
         for (const char *code : {"%f", "%F", "%u", "%U", "", "--file=%f"})
             row(code, code);
     }
     void namesArriveIntact() {
-        QFETCH(QByteArray, code);
+        const auto [code] = test::row<QByteArray>();
         setDefault("stub.desktop");
         installEntry("stub.desktop", "Exec=" + path("stub") + ' ' + code);
         for (const char *utf8 :

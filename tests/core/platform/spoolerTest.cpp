@@ -100,20 +100,19 @@ class SpoolerTest : public QObject {
 private slots:
     void init() { m_server.emplace(); }
     void printersThatCannotPrint_data() {
-        const test::DataTable<char, bool, QString> row("state", "accepting", "told");
+        const test::DataTable<char, bool, QString> row;
         row("idle", 3, true, "");
         row("printing", 4, true, "");
         row("stopped", 5, true, "The printer \"office\" is stopped: out for repair.");
         row("closed", 3, false, "The printer \"office\" takes no jobs: out for repair.");
     }
     void printersThatCannotPrint() {
-        QFETCH(char, state);
-        QFETCH(bool, accepting);
+        const auto [state, accepting, told] = test::row<char, bool, QString>();
         m_server->state = state;
         m_server->accepting = accepting;
         desktop::requireSpooler();
         const auto failure = failureOf([] { desktop::requireReadyPrinter("office"); });
-        QTEST(failure ? failure->text() : QString(), "told");
+        QCOMPARE(failure ? failure->text() : QString(), told);
     }
 
     void aServerThatIsGone() {

@@ -56,7 +56,7 @@ class XmlDocumentTest : public QObject {
 
 private slots:
     void walksInDocumentOrder_data() {
-        const test::DataTable<QByteArray, QString> row("content", "steps");
+        const test::DataTable<QByteArray, QString> row;
         row("children", "<r><a><b/></a><c/></r><!-- behind -->", "1<r 1<a 1<b ) 1<c ) )");
         row("other nodes are",
             "<r><a>x</a><a><!-- --></a><a><?p?></a><a><![CDATA[]]></a><a>&#65;</a></r>",
@@ -81,17 +81,16 @@ private slots:
             repeated("1<a ", 256) + repeated(") ", 255) + ')');
     }
     void walksInDocumentOrder() {
-        QFETCH(QByteArray, content);
+        const auto [content, steps] = test::row<QByteArray, QString>();
         Document document;
         QVERIFY2(document.load(write(content)), qPrintable(document.parseError().reason));
-        QTEST(dump(document), "steps");
+        QCOMPARE(dump(document), steps);
         QCOMPARE(document.parseError().errorCode, 0);
         QVERIFY(document.refusal().isEmpty());
     }
 
     void tellsWhereAFileBreaks_data() {
-        const test::DataTable<QByteArray, qint64, qint64, qint64, QString> table(
-            "content", "line", "position", "offset", "source");
+        const test::DataTable<QByteArray, qint64, qint64, qint64, QString> table;
         const QString text = QStringLiteral("<?xml version='1.0' encoding='%1'?>\n<r>\n"
                                             "<a n='\u00C4 5 \u20AC'></c>\n</r>");
         const QString source = QStringLiteral("<a n='\u00C4 5 \u20AC'></c>");
@@ -112,7 +111,8 @@ private slots:
               "..." + repeated("<a b='1'/>", 16).right(156) + "</x>");
     }
     void tellsWhereAFileBreaks() {
-        QFETCH(QByteArray, content);
+        const auto [content, line, position, offset, source] =
+            test::row<QByteArray, qint64, qint64, qint64, QString>();
         Document document;
         const QString path = write(content);
         QVERIFY(!document.load(path));
@@ -120,26 +120,24 @@ private slots:
         QCOMPARE(error.errorCode, 76); // tags that don't match
         QVERIFY(error.reason.startsWith(QStringLiteral("Opening and ending tag mismatch")));
         QVERIFY(error.reason.endsWith(QStringLiteral("\r\n")));
-        QTEST(error.line, "line");
-        QTEST(error.linepos, "position");
-        QTEST(error.filepos, "offset");
-        QTEST(error.srcText, "source");
+        QCOMPARE(error.line, line);
+        QCOMPARE(error.linepos, position);
+        QCOMPARE(error.filepos, offset);
+        QCOMPARE(error.srcText, source);
         QCOMPARE(error.url, path);
     }
 
     // Whether the byte lies in what the parser fetches first, later, or behind more than one chunk.
     void findsTheByteThatACodePageLacks_data() {
-        const test::DataTable<QByteArray, QByteArray, int> row("encoding", "byte", "lines");
+        const test::DataTable<QByteArray, QByteArray, int> row;
         row("first", "windows-1252", "\x9D", 60);
         row("later", "windows-1252", "\x9D", 1000);
         row("far", "windows-1252", "\x9D", 50000);
         row("of two", "Shift_JIS", "\x81\xFF", 1000);
     }
     void findsTheByteThatACodePageLacks() {
-        QFETCH(QByteArray, encoding);
-        QFETCH(int, lines);
+        const auto [encoding, byte, lines] = test::row<QByteArray, QByteArray, int>();
         const QByteArray start = "<?xml version='1.0' encoding='" + encoding + "'?><r>\n";
-        QFETCH(QByteArray, byte);
         Document document;
         QVERIFY(!document.load(
             write(start + repeated("<a/>\n", lines) + "<b c='" + byte + "x'/>\n</r>")));
@@ -153,14 +151,14 @@ private slots:
 
     // Rows of 0 bytes stand for rows of random lengths.
     void takesRowsOfAnyLength_data() {
-        const test::DataTable<int> row("length");
+        const test::DataTable<int> row;
         row("2000", 2000);
         row("8000", 8000);
         row("200,000", 200'000);
         row("any", 0);
     }
     void takesRowsOfAnyLength() {
-        QFETCH(int, length);
+        const auto [length] = test::row<int>();
         for (const int offset : {0, 333}) {
             QByteArray content = "<r b='" + repeated("x", offset) + "'>";
             QRandomGenerator random(static_cast<quint32>(offset));
@@ -175,8 +173,8 @@ private slots:
     }
 
     void takesAsMuchAsAReportCouldNeed_data() {
-        const test::DataTable<QByteArray, QByteArray, QByteArray, int, QString> row(
-            "start", "piece", "end", "most", "reason"); // # in a piece is its number
+        const test::DataTable<QByteArray, QByteArray, QByteArray, int, QString>
+            row; // # in a piece is its number
         row("attributes", "<r ", "a#='' ", "/>", 256, "more than 256 attributes");
         row("namespaces", "<r ", "xmlns:a#='u' ", "><a/></r>", 256, "256 namespaces");
         row("defaults", "<!DOCTYPE r [<!ATTLIST a ", "a# CDATA '' ", ">]><r/>", 100,
@@ -184,22 +182,20 @@ private slots:
         row("entities", "<!DOCTYPE r [", "<!ENTITY e# 'x'>", "]><r/>", 1000, "1000 entities");
     }
     void takesAsMuchAsAReportCouldNeed() {
-        QFETCH(QByteArray, start);
-        QFETCH(QByteArray, piece);
-        QFETCH(QByteArray, end);
-        QFETCH(int, most);
-        QFETCH(QString, reason);
+        const auto [start, piece, end, most, reason] =
+            test::row<QByteArray, QByteArray, QByteArray, int, QString>();
+        QByteArray all = start;
         for (int i = 0; i < most; ++i)
-            start += QByteArray(piece).replace('#', QByteArray::number(i));
+            all += QByteArray(piece).replace('#', QByteArray::number(i));
         Document document;
-        QVERIFY(document.load(write(start + end)));
-        QVERIFY(!document.load(write(start + piece.replace('#', "x") + end)));
+        QVERIFY(document.load(write(all + end)));
+        QVERIFY(!document.load(write(all + QByteArray(piece).replace('#', "x") + end)));
         QVERIFY2(document.parseError().reason.contains(reason),
                  qPrintable(document.parseError().reason));
     }
 
     void refusesBrokenAndHostileFiles_data() {
-        const test::DataTable<QByteArray, QString> row("content", "reason"); // a part of it
+        const test::DataTable<QByteArray, QString> row; // a part of it
         row("empty", "", "The file is empty.");
         row("a NUL", QByteArray(1, '\0'), "The file holds no XML document.");
         row("UTF-32", QByteArray("\xFF\xFE\0\0<\0\0\0r\0\0\0/\0\0\0>\0\0\0", 20),
@@ -239,8 +235,7 @@ private slots:
             "<!DOCTYPE r [<!ENTITY x 'x'>]><r>" + repeated("&x;", 30000) + "</r>", "Entities");
     }
     void refusesBrokenAndHostileFiles() {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, reason);
+        const auto [content, reason] = test::row<QByteArray, QString>();
         Document document;
         QVERIFY(!document.load(write(content)));
         QVERIFY(document.parseError().errorCode != 0);
@@ -249,7 +244,7 @@ private slots:
     }
 
     void refusesWhatItCannotWalk_data() {
-        const test::DataTable<QByteArray, bool> row("content", "refused");
+        const test::DataTable<QByteArray, bool> row;
         const QByteArray start = "<!DOCTYPE r [<!ENTITY y '<row/>'><!ENTITY x '&y;'>"
                                  "<!ENTITY n '<!-- -->'><!ENTITY f SYSTEM 'secret.txt'>]>";
         row("declared alone", start + "<r/>", false);
@@ -258,11 +253,11 @@ private slots:
         row("another file", start + "<r>&f;</r>", true);
     }
     void refusesWhatItCannotWalk() {
-        QFETCH(QByteArray, content);
+        const auto [content, refused] = test::row<QByteArray, bool>();
         write("<row secret='1'/>", QStringLiteral("secret.txt"));
         Document document;
         QVERIFY(document.load(write(content)));
-        QTEST(!document.refusal().isEmpty(), "refused");
+        QCOMPARE(!document.refusal().isEmpty(), refused);
         QVERIFY(!dump(document).contains(QStringLiteral("row")));
         // A broken file is told as such, whatever else it holds.
         QVERIFY(!document.load(write(content + "<r/>")));

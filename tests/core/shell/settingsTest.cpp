@@ -36,14 +36,14 @@ private slots:
     }
 
     void textsComeBackExactly_data() {
-        const test::DataTable<QString> row("text");
+        const test::DataTable<QString> row;
         row("empty", "");
         row("variant-like", "@ByteArray(x)");
         row("control characters", "a\tb\r\nc\x01");
         row("unicode", "Müller 日本 😀");
     }
     void textsComeBackExactly() {
-        QFETCH(QString, text);
+        const auto [text] = test::row<QString>();
         save("dbfname", text);
         QCOMPARE(loaded("dbfname"), text);
         // And from the file itself, not from a cache of the process.
@@ -62,12 +62,12 @@ private slots:
     }
 
     void aLeftOverLockIsGivenUp_data() {
-        const test::DataTable<QByteArray> row("lock");
+        const test::DataTable<QByteArray> row;
         row("empty", "");
         row("another computer's", "1\nveltrona\nelsewhere\n\n");
     }
     void aLeftOverLockIsGivenUp() {
-        QFETCH(QByteArray, lock);
+        const auto [lock] = test::row<QByteArray>();
         save("dbfname", "/a.vlt");
         test::write(settingsFile() + ".lock", lock);
         save("dbfname", "/b.vlt");

@@ -38,22 +38,20 @@ class WaitTest : public QObject {
 
 private slots:
     void repaints_data() {
-        const test::DataTable<int, int, int> row("rows", "step", "count");
+        const test::DataTable<int, int, int> row;
         row("59", 59, 1, 59);
         row("60", 60, 2, 30);
         row("32767", 32767, 1092, 31);
     }
     void repaints() {
-        QFETCH(int, rows);
-        QFETCH(int, step);
-        QFETCH(int, count);
+        const auto [rows, step, count] = test::row<int, int, int>();
         frmWait &form = frmWait::instance();
         PaintWatch watch(form);
         QList<int> painted;
         form.init(0, rows);
         const QSignalSpy changes(&bar(), &QProgressBar::valueChanged);
-        form.Show([&] {
-            for (int row = 1; row <= rows; ++row) {
+        form.Show([&, last = rows] {
+            for (int row = 1; row <= last; ++row) {
                 const int before = watch.paints;
                 form.inc();
                 if (watch.paints != before) {
@@ -61,7 +59,7 @@ private slots:
                     QCOMPARE(bar().value(), row);
                 }
             }
-            QCOMPARE(bar().value(), rows);
+            QCOMPARE(bar().value(), last);
         });
         QList<int> expected;
         for (int at = 1; expected.size() < count; at += step)

@@ -76,15 +76,14 @@ private slots:
     }
 
     void namesOfReports_data() {
-        const test::DataTable<QString, QString> row("typed", "final");
+        const test::DataTable<QString, QString> row;
         const QString odd = "it's \"50%25\" #1?a=b & c.html";
         row("any case", "  Report.HtM ", "Report.HtM");
         row("odd characters", odd, odd);
         row("255 bytes", QString(250, u'n'), QString(250, u'n') + ".html");
     }
     void namesOfReports() {
-        QFETCH(QString, typed);
-        QFETCH(QString, final);
+        const auto [typed, final] = test::row<QString, QString>();
         installHandler(path("stub"));
         const QString folder = m_main->home() + u'/';
         const qsizetype blanks = typed.startsWith(u' ') ? 2 : 0;
@@ -118,26 +117,25 @@ private slots:
     }
 
     void failuresKeepTheDialogOpen_data() {
-        const test::DataTable<QString, QString> row("name", "reason");
+        const test::DataTable<QString, QString> row;
         row("a folder", "data.html", "directory");
         row("full disk", "older", "File too large");
     }
     void failuresKeepTheDialogOpen() {
-        QFETCH(QString, name);
-        QFETCH(QString, reason);
+        const auto [name, reason] = test::row<QString, QString>();
         m_main->writeFile("older.html", "older");
         QVERIFY(QDir(m_main->home()).mkpath("data.html"));
         const QStringList before = QDir(m_main->home()).entryList(QDir::AllEntries | QDir::Hidden);
-        during("mnuExport", [&](frmOutput &dialog) {
-            type(dialog, path(name));
+        during("mnuExport", [&, file = path(name), part = reason](frmOutput &dialog) {
+            type(dialog, file);
             m_main->dialogs.expectAnswer(Answer::Ok);
             {
-                const FileSizeLimit limit(reason.endsWith("large") ? 500 : 100'000'000);
+                const FileSizeLimit limit(part.endsWith("large") ? 500 : 100'000'000);
                 click(dialog, "cmdRun");
             }
             QCOMPARE(m_main->dialogs.boxes().size(), 1);
             const QString text = m_main->dialogs.boxes().last().text;
-            QVERIFY2(text.contains(reason) && text.contains(boxText(dialog)), qPrintable(text));
+            QVERIFY2(text.contains(part) && text.contains(boxText(dialog)), qPrintable(text));
             QVERIFY(dialog.isVisible() && boxText(dialog).endsWith(".html"));
             QVERIFY(!QApplication::overrideCursor());
             QTest::keyClick(&dialog, Qt::Key_Escape);

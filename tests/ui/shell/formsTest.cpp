@@ -93,20 +93,19 @@ private slots:
     }
 
     void loading_data() {
-        const test::DataTable<QStringList, QString, QString> row("settings", "boxesThen",
-                                                                 "flagsThen");
+        const test::DataTable<QStringList, QString, QString> row;
         row("nothing stored", {}, "0 (0) (0)", "0 0 0");
         row("print alone", {"1", "0", "1"}, "1 0 1", "1 0 1");
         row("contradicting", {"0", "1", "1"}, "0 (0) (0)", "0 1 1");
         row("like on", {"11", "true", " 1"}, "0 (0) (0)", "0 0 0");
     }
     void loading() {
-        QFETCH(QStringList, settings);
+        const auto [settings, boxesThen, flagsThen] = test::row<QStringList, QString, QString>();
         if (!settings.isEmpty())
             store(settings[0], settings[1], settings[2]);
         frmOptions::instance().load();
-        QTEST(boxes(), "boxesThen");
-        QTEST(flags(), "flagsThen");
+        QCOMPARE(boxes(), boxesThen);
+        QCOMPARE(flags(), flagsThen);
         QVERIFY(!frmOptions::instance().isVisible());
     }
 

@@ -57,7 +57,7 @@ class GesturesTest : public test::WindowTest {
 
 private slots:
     void whatIsTaken_data() {
-        const test::DataTable<QStringList, QString> row("names", "taken");
+        const test::DataTable<QStringList, QString> row;
         row("reports in order", {"b.xml", "B2.XML", "\u00E4.xml"}, "\u00E4.xml|b.xml|B2.XML");
         row("a project", {"p.vlt"}, "p.vlt");
         row("a project and more", {"p.vlt", "b.xml"}, "");
@@ -68,7 +68,7 @@ private slots:
         row("nothing", {}, "");
     }
     void whatIsTaken() {
-        QFETCH(QStringList, names);
+        const auto [names, taken] = test::row<QStringList, QString>();
         QDir(m_home->home()).mkdir("folder.xml");
         QMimeData data;
         QList<QUrl> urls;
@@ -79,11 +79,11 @@ private slots:
         }
         data.setUrls(urls);
         const DroppedFiles files = droppedFiles(data);
-        QStringList taken;
+        QStringList accepted;
         for (const QString &path : files.reports + QStringList(files.project))
-            taken.append(QFileInfo(path).fileName());
-        taken.removeAll(QString());
-        QTEST(taken.join('|'), "taken");
+            accepted.append(QFileInfo(path).fileName());
+        accepted.removeAll(QString());
+        QCOMPARE(accepted.join('|'), taken);
         data.setUrls({QUrl("https://shop.example/b.xml")});
         QVERIFY(droppedFiles(data).isEmpty());
     }

@@ -151,14 +151,13 @@ private slots:
     }
 
     void staysOnTheScreen_data() {
-        const test::DataTable<QString, int> row("family", "points");
+        const test::DataTable<QString, int> row;
         for (const int points : {9, 11, 14, 20})
             row(qPrintable(QString::number(points)), QApplication::font().family(), points);
         row("wide letters", "Monospace", 20);
     }
     void staysOnTheScreen() {
-        QFETCH(QString, family);
-        QFETCH(int, points);
+        const auto [family, points] = test::row<QString, int>();
         const QFont before = QApplication::font();
         const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
         QApplication::setFont(QFont(family, points));

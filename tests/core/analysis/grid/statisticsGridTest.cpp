@@ -35,7 +35,7 @@ class StatisticsGridTest : public QObject {
     Q_OBJECT
 private slots:
     void columnWidths_data() {
-        const test::DataTable<float, int> row("widest", "width");
+        const test::DataTable<float, int> row;
         row("just narrow", 779.75f, 890);
         row("not narrow", 780.f, 900);
         row("tie up", 1001.5f, 1122);
@@ -43,21 +43,22 @@ private slots:
         row("float", 8388607.5f, 8388728);
     }
     void columnWidths() {
-        QFETCH(float, widest);
+        const auto [widest, width] = test::row<float, int>();
         Grid grid(gridColumn::Count);
         initGrid(grid, false);
         grid.setTextMatrix(1, 3, "widest");
-        sizeColumns(grid, -1, [&](const QString &text) { return text == "widest" ? widest : 1.f; });
-        QTEST(grid.ColWidth(3), "width");
+        sizeColumns(grid, -1,
+                    [most = widest](const QString &text) { return text == "widest" ? most : 1.f; });
+        QCOMPARE(grid.ColWidth(3), width);
         QCOMPARE(grid.ColWidth(4), 890);
         QCOMPARE(grid.ColWidth(13) + grid.ColWidth(14), 0); // hidden
         sizeColumns(grid, 4, [](const QString &) { return 880.f; });
         QCOMPARE(grid.ColWidth(4), 1000);
-        QTEST(grid.ColWidth(3), "width");
+        QCOMPARE(grid.ColWidth(3), width);
     }
 
     void summary_data() {
-        const test::DataTable<QStringList, QStringList> row("raw", "finished");
+        const test::DataTable<QStringList, QStringList> row;
         row("rows count equally, whatever their records",
             {"x|0|0|0%|1000000|0|0|0%||7|0|0.00%|0|2|1",
              "y|0|0|0%|297000000|0|0|0%||2|0|0.00%|0|1|99"},
@@ -77,12 +78,12 @@ private slots:
             {"x|0|0|0%|0|-2|0|0%|0|0|-3|0%|0||", spacer, "Summary|0|0|0%|0|-2|0|0%|0|0|-3|0%|0||"});
     }
     void summary() {
-        QFETCH(QStringList, raw);
+        const auto [raw, finished] = test::row<QStringList, QStringList>();
         Grid grid(gridColumn::Count);
         initGrid(grid, false);
         pour(grid, raw);
         sumUp(grid, false);
-        QTEST(texts(grid), "finished");
+        QCOMPARE(texts(grid), finished);
     }
 
     void colors_data() {

@@ -10,6 +10,7 @@
 #include "core/analysis/tree/navigationTree.h"
 #include "core/base/text.h"
 #include "core/database/projectFile.h"
+#include "support/dataTable.h"
 #include "support/recordTable.h"
 
 #include <QTest>
@@ -281,13 +282,13 @@ class RecordRoadsTest : public QObject {
     Q_OBJECT
 private slots:
     void bothRoadsAgree_data() {
-        QTest::addColumn<Numbers>("numbers");
-        QTest::newRow("numbers of reports") << Numbers::OfReports;
-        QTest::newRow("numbers") << Numbers::Any;
-        QTest::newRow("texts, huge and tiny numbers too") << Numbers::AndOddities;
+        const test::DataTable<Numbers> row;
+        row("numbers of reports", Numbers::OfReports);
+        row("numbers", Numbers::Any);
+        row("texts, huge and tiny numbers too", Numbers::AndOddities);
     }
     void bothRoadsAgree() {
-        QFETCH(Numbers, numbers);
+        const auto [numbers] = test::row<Numbers>();
         Roads roads;
         roads.numbers = numbers;
         roads.compare(5); // nothing yet

@@ -165,7 +165,7 @@ private slots:
     }
 
     void readingOrder_data() {
-        const test::DataTable<QStringList> row("expected");
+        const test::DataTable<QStringList> row;
         const auto list = [&](const char *name, const char *texts) {
             row(name, QString::fromUtf8(texts).split('|'));
         };
@@ -182,7 +182,7 @@ private slots:
         list("vowel signs count", "कक|का|कि|ख");
     }
     void readingOrder() {
-        QFETCH(const QStringList, expected);
+        const auto [expected] = test::row<QStringList>();
         std::mt19937 random(7);
         for (int round = 0; round < 20; ++round) {
             QStringList names = expected;

@@ -69,23 +69,22 @@ private slots:
     void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
     void answers_data() {
-        const test::DataTable<int, Answer, Answer, int> row("style", "enter", "escape", "icon");
+        const test::DataTable<int, Answer, Answer, int> row;
         row("36", 36, Answer::Yes, Answer::No, QMessageBox::Question);
         row("48", 48, Answer::Ok, Answer::Ok, QMessageBox::Warning);
         row("49", 49, Answer::Ok, Answer::Cancel, QMessageBox::Warning);
         row("275", 275, Answer::No, Answer::Cancel, QMessageBox::Critical);
     }
     void answers() {
-        QFETCH(int, style);
-        QFETCH(int, icon);
+        const auto [style, enter, escape, icon] = test::row<int, Answer, Answer, int>();
         QtDialogs dialogs;
-        whenUp({[&](QWidget *window) {
-            QCOMPARE(int(static_cast<QMessageBox *>(window)->icon()), icon);
+        whenUp({[expected = icon](QWidget *window) {
+            QCOMPARE(int(static_cast<QMessageBox *>(window)->icon()), expected);
             pressing(Qt::Key_Return)(window);
         }});
-        QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "enter");
+        QCOMPARE(dialogs.message(MessageStyle(style), "Veltrona", "text"), enter);
         whenUp({pressing(Qt::Key_Escape)});
-        QTEST(dialogs.message(MessageStyle(style), "Veltrona", "text"), "escape");
+        QCOMPARE(dialogs.message(MessageStyle(style), "Veltrona", "text"), escape);
     }
 
     void aBoxHasNoBusyCursor() {
@@ -114,14 +113,14 @@ private slots:
     }
 
     void longTextsStayOnTheScreen_data() {
-        const test::DataTable<QString> row("text");
+        const test::DataTable<QString> row;
         row("one word", QString(100'000, 'W'));
         row("lines", QString("line\r\n").repeated(5000));
         row("a file name", "/" + QString(250, 'W') + ".xml");
         row("a path", QString("/a-folder-of-the-path").repeated(190));
     }
     void longTextsStayOnTheScreen() {
-        QFETCH(QString, text);
+        const QString text = std::get<0>(test::row<QString>());
         QtDialogs dialogs;
         whenUp({[&](QWidget *window) {
             auto *box = static_cast<QMessageBox *>(window);
@@ -153,12 +152,12 @@ private slots:
     }
 
     void projectFoldersStayOutOfTheSharedLists_data() {
-        const test::DataTable<QStringList> row("earlier");
+        const test::DataTable<QStringList> row;
         row("none", {});
         row("folders of other programs", {"file:///tmp", "file:"});
     }
     void projectFoldersStayOutOfTheSharedLists() {
-        QFETCH(QStringList, earlier);
+        const auto [earlier] = test::row<QStringList>();
         QSettings shared(QSettings::UserScope, "QtProject");
         shared.clear();
         const QStringList keys{"FileDialog/shortcuts", "FileDialog/history"};
