@@ -1,7 +1,7 @@
 // The program with its real main window, doing one command by itself: kills.py kills it meanwhile.
-// It says "ready" before the command, and behind it how often the command has synced, renamed or
+// It says "ready" before the command, and after it how often the command has synced, renamed or
 // removed a file; with KILL_BEFORE set to a number it kills itself before that one of these. A
-// message that tells of a failure goes to standard error and ends it with status 1.
+// message of a failure goes to standard error and ends it with status 1.
 //
 // Usage: killedProgram import REPORT | clean | new PROJECT | export PAGE
 #include "core/platform/dialogs/dialogs.h"
@@ -35,7 +35,7 @@ void countStep() {
 
 } // namespace
 
-// These stand before the C library's of the same names, also for the engine and the toolkit.
+// These stand before the C library's of the same names, also for SQLite and Qt.
 extern "C" {
 int fsync(int file) {
     countStep();

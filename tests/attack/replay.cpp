@@ -1,5 +1,5 @@
 // Runs an attack over all files of the folders given, over each line of those that end in ".lines":
-// what fuzzing has found stays mended, on a machine without a fuzzer, too. Fails where there is no
+// what fuzzing has found stays fixed, on a machine without a fuzzer, too. Fails where there is no
 // file.
 #include <QDir>
 #include <QDirIterator>

@@ -34,7 +34,7 @@ def await_that(what, holds, seconds=60):
 
 
 def files():
-    """Every path with what tells a change."""
+    """Every path with what shows a change."""
     found = {}
     for folder, folders, names in os.walk("/"):
         folders[:] = [f for f in folders if not os.path.join(folder, f).startswith(NOT_COMPARED)]

@@ -72,8 +72,8 @@ private slots:
         QCOMPARE(grid.cellColor(2, 0), veltrona::green);
         QCOMPARE(grid.cellColor(3, 0), veltrona::green);
         QCOMPARE(grid.cellColor(5, 12), veltrona::green);
-        // A time of day falls behind its day's midnight: half past eight on the 7th into the bar of
-        // the 8th, the last second of the 12th behind the last bar.
+        // A time of day is after its day's midnight: half past eight on the 7th is in the bar of
+        // the 8th, the last second of the 12th after the last bar.
         QCOMPARE(m_home->chartDump(),
                  QStringList({"May 06=0", "May 07=0", "May 08=0.2", "May 09=1.5", "May 10=0",
                               "May 11=0", "May 12=0"}));

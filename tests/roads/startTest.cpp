@@ -145,7 +145,7 @@ private slots:
         QVERIFY2(told.endsWith("veltrona: takes no argument \"a\\nreport.xml\"\n"), told);
     }
 
-    /// It leads to a drive that isn't there: no project is made behind it.
+    /// It leads to a drive that isn't there: no project is made there.
     void defaultThatLeadsNowhere() {
         test::MainWindow home;
         QVERIFY(QDir().mkpath(home.file("data/Veltrona")));
@@ -174,7 +174,7 @@ private slots:
 
     void endOfTheRun() {
         test::MainWindow home;
-        // What is no failure of engine, parser or files ends the run.
+        // What is no failure of SQLite, the parser or files ends the run.
         QTimer::singleShot(0, qApp, [] {
             for (QWidget *window : QApplication::topLevelWidgets()) {
                 if (auto *form = qobject_cast<frmMain *>(window)) {

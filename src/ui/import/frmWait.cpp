@@ -21,7 +21,7 @@ constexpr DesignedControl design[] = {
     {"pbWait", {240, 480, 6375, 375}},
 };
 
-// A window that is never painted, say on a locked screen, must not hold up its import for good.
+// A window that is never painted, say on a locked screen, must not block its import forever.
 constexpr std::chrono::milliseconds longestWaitForPaint{1000};
 } // namespace
 
@@ -42,7 +42,7 @@ frmWait &frmWait::instance() {
 void frmWait::init(int mn, int mx) {
     m_max = mx;
     m_value = mn;
-    // A bar without a range would run to and fro by itself.
+    // Without a range QProgressBar becomes a busy indicator.
     pbWait->setRange(mn, qMax(mx, mn + 1));
     pbWait->setValue(mn);
 }
@@ -52,7 +52,7 @@ void frmWait::inc() {
         return;
     const bool repaints = progressRepaints(m_value, m_max);
     ++m_value;
-    // The bar repaints itself and tells screen readers at each change, so it gets the value only
+    // The bar repaints itself and notifies screen readers at each change, so it gets the value only
     // when it is to be seen, and at the end.
     if (repaints || m_value == m_max) {
         pbWait->setUpdatesEnabled(false);
@@ -71,7 +71,7 @@ void frmWait::Show(std::function<void()> import) {
     m_import = std::move(import);
     m_activated = false;
     showModal();
-    // Also a loop that the application's end has broken off leaves nothing to run behind.
+    // Even if the end of the application has broken off the event loop, nothing stays to be run.
     m_activated = true;
     m_import = nullptr;
     hide();
@@ -100,7 +100,7 @@ void frmWait::activateOnce() {
 }
 
 void frmWait::Form_Activate() {
-    // Nothing may be thrown through the event loop; Show hands it on.
+    // Nothing may be thrown through the event loop; Show rethrows it.
     try {
         std::exchange(m_import, nullptr)();
     } catch (...) {

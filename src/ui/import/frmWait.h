@@ -1,6 +1,5 @@
-// The window that stands on the screen during an import and shows how far it has come. It can't be
-// closed, runs the import from its own activation, and unloads itself when the import has ended, be
-// it by an exception.
+// The progress window of an import. It can't be closed, runs the import once it is activated, and
+// unloads itself when the import has ended, also by an exception.
 #pragma once
 
 #include "ui/views/dialogs/forms.h"
@@ -26,7 +25,7 @@ public:
     void inc();
 
     /// Shows the window modally and runs `import` once it is on the screen; returns when both have
-    /// ended. What `import` throws comes out of here, with the window gone.
+    /// ended. Rethrows what `import` throws, after the window has closed.
     void Show(std::function<void()> import);
 
     int Value() const { return m_value; }

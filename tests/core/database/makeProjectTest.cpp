@@ -57,7 +57,7 @@ private slots:
         write(older, "an older file");
         allow(older, 0600);
         QVERIFY(QFile::link(older, path("link.vlt")));
-        // Left behind by a crash: played back, it would spoil the new project.
+        // Left by a crash: played back, it would spoil the new project.
         write(older + "-journal", "journal");
         write(older + "-wal", "log");
         makeProject(test::projectTemplate(), path("link.vlt"));

@@ -11,7 +11,7 @@ using drawing::Picture;
 
 namespace {
 
-/// A bitmap whose pixels tell where they are: blue is x, green is y from the top, red is 200.
+/// A bitmap whose pixels hold their position: blue is x, green is y from the top, red is 200.
 Picture markedBitmap(int width, int height) {
     std::vector<std::uint8_t> rows;
     for (int y = 0; y < height; ++y) {

@@ -57,7 +57,7 @@ class XmlDocumentTest : public QObject {
 private slots:
     void walksInDocumentOrder_data() {
         const test::DataTable<QByteArray, QString> row;
-        row("children", "<r><a><b/></a><c/></r><!-- behind -->", "1<r 1<a 1<b ) 1<c ) )");
+        row("children", "<r><a><b/></a><c/></r><!-- after -->", "1<r 1<a 1<b ) 1<c ) )");
         row("other nodes are",
             "<r><a>x</a><a><!-- --></a><a><?p?></a><a><![CDATA[]]></a><a>&#65;</a></r>",
             "1<r 1<a ) 1<a ) 1<a ) 1<a ) 1<a ) ) )");
@@ -127,7 +127,7 @@ private slots:
         QCOMPARE(error.url, path);
     }
 
-    // Whether the byte lies in what the parser fetches first, later, or behind more than one chunk.
+    // Whether the byte lies in what the parser fetches first, later, or after more than one chunk.
     void findsTheByteThatACodePageLacks_data() {
         const test::DataTable<QByteArray, QByteArray, int> row;
         row("first", "windows-1252", "\x9D", 60);
@@ -202,9 +202,9 @@ private slots:
             "The file is in UTF-32, which can't be read. Save it in UTF-8.");
         row("a long name", "<" + repeated("x", 10'100'000) + "/>", "longer than 10,000,000 bytes");
         row("cut off", "<r><row a='1'/><row a='", "AttValue");
-        row("NUL behind the root", QByteArray("<r/>\0<r/>", 9), "Extra content");
+        row("NUL after the root", QByteArray("<r/>\0<r/>", 9), "Extra content");
         row("bad UTF-8", "<r a='\xE4'/>", "not proper UTF-8");
-        row("half a UTF-16 pair behind the root",
+        row("half a UTF-16 pair after the root",
             utf16(QStringLiteral("<r/>")) + QByteArray("\0\xD8 \0", 4), "conversion failed");
         row("an undeclared entity", "<r>&x;</r>", "not defined");
         row("an external entity in a value",

@@ -108,7 +108,7 @@ private slots:
         QVERIFY(drop({"4.xml", "3.xml"}));
         QCOMPARE(campaigns(), QStringList({"First", "Fourth", "Third"}));
         m_home->dialogs.expectAnswer(Answer::Ok);
-        QVERIFY(drop({"2.xml"})); // alone it tells what it tells when it was chosen
+        QVERIFY(drop({"2.xml"})); // alone: the same message as when it is chosen
         QVERIFY(m_home->dialogs.boxes().last().text.endsWith("some report columns."));
     }
 
@@ -205,7 +205,7 @@ private slots:
         QVERIFY(tree->isExpanded(tree->currentIndex().parent()));
         QCOMPARE(m_home->caption().right(10), "red shoes'");
         QCOMPARE(type("shoe"), "Brown-Shoes");
-        QCOMPARE(type("shoe"), "red shoes"); // behind the last node the root comes again
+        QCOMPARE(type("shoe"), "red shoes"); // after the last node from the root again
         const QPersistentModelIndex open = tree->currentIndex();
         tree->expand(open);
         QCOMPARE(type("n-s"), "Brown-Shoes");

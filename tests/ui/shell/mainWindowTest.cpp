@@ -196,7 +196,7 @@ private slots:
             QAccessible::queryAccessibleInterface(m_home->view("treeList"));
         QCOMPARE(tree->role(), QAccessible::Tree);
         QStringList nodes;
-        for (int child = 1; child < tree->childCount(); ++child) // behind the hidden heading
+        for (int child = 1; child < tree->childCount(); ++child) // after the hidden heading
             nodes << tree->child(child)->text(QAccessible::Name);
         QCOMPARE(nodes, QStringList({"Veltrona", "(no name)", marked}));
     }

@@ -22,7 +22,7 @@ inline constexpr int maxTextBytes = 10'000'000;
 /// Of a database's path: SQLite has to append the ending of its journal's name.
 int maxPathBytes();
 
-/// The result codes that the program tells apart.
+/// The result codes that the program distinguishes.
 enum class Result {
     Ok = SQLITE_OK,
     Error = SQLITE_ERROR, // the statement doesn't compile: bad SQL, or another schema

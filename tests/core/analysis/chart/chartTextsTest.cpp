@@ -37,7 +37,7 @@ private slots:
             "Each bar counts one day, 2006 to 2007.");
         row("none on the day", Days, "2007-05-13", "2007-05-13",
             "There are no records on 13 May 2007.\n" + all, "The bar counts 13 May 2007.");
-        row("behind the last boundary", Days, "2007-06-02", "2007-06-02", uncounted,
+        row("after the last boundary", Days, "2007-06-02", "2007-06-02", uncounted,
             "The bar counts 2 Jun 2007.");
         row("less than a week", Weeks, "2007-05-13", "2007-05-15",
             uncounted + "\nGroup by days to see them.",

@@ -11,7 +11,7 @@ using namespace veltrona;
 namespace {
 
 /// Raw sums in the place of the rows that an earlier refresh left: 15 texts between bars each.
-void pour(Grid &grid, const QStringList &rows) {
+void fill(Grid &grid, const QStringList &rows) {
     removeDataRows(grid);
     for (const QString &row : rows) {
         grid.AddItem(QString(), grid.Rows() - 2);
@@ -81,7 +81,7 @@ private slots:
         const auto [raw, finished] = test::row<QStringList, QStringList>();
         Grid grid(gridColumn::Count);
         initGrid(grid, false);
-        pour(grid, raw);
+        fill(grid, raw);
         sumUp(grid, false);
         QCOMPARE(texts(grid), finished);
     }
@@ -97,7 +97,7 @@ private slots:
         const auto [raw, colors] = test::row<QStringList, QString>();
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
-        pour(grid, raw);
+        fill(grid, raw);
         sumUp(grid, true);
         for (int row = 1; row < grid.Rows(); ++row) {
             const bool isLoss = colors.at(row - 1) == 'r';
@@ -112,9 +112,9 @@ private slots:
     void colorsSurviveUntilCleared() {
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
-        pour(grid, {lost, lost});
+        fill(grid, {lost, lost});
         sumUp(grid, true);
-        pour(grid, {earned});
+        fill(grid, {earned});
         sumUp(grid, false);
         QCOMPARE(grid.cellColor(grid.Rows() - 1, 0), red); // of the refresh before
         QCOMPARE(grid.cellColor(1, 0), green);             // the default colour of that time
@@ -126,7 +126,7 @@ private slots:
     void theNextProjectsSummaryKeepsItsColor() {
         Grid grid(gridColumn::Count);
         initGrid(grid, true);
-        pour(grid, {earned, lost, earned});
+        fill(grid, {earned, lost, earned});
         sumUp(grid, true);
         QCOMPARE(grid.cellColor(2, 0), red);
         initGrid(grid, false);

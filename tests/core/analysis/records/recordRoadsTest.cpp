@@ -329,7 +329,7 @@ private slots:
                  other->execute("INSERT INTO tblGoogleDays (Campaign, GoogleDate, cost) VALUES "
                                 "('Shop', '2007-01-09', 5)");
              }},
-            {"a second program's record between two batches of ours",
+            {"a second program's record between two of our batches",
              [&] {
                  roads.insert(3);
                  other->execute("INSERT INTO tblGoogleDays (Campaign, GoogleDate, cost) VALUES "

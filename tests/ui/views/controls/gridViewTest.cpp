@@ -337,7 +337,7 @@ private slots:
         QCOMPARE(face->text(QAccessible::Description), "No records. Import some.");
         QCOMPARE(described(0, gridColumn::Name), "No records. Import some.");
         QVERIFY(described(0, gridColumn::Clicks).contains("Unit: clicks."));
-        fill(shown.grid, names(30)); // the toolkit's cells survive other rows
+        fill(shown.grid, names(30)); // Qt's cells survive other rows
         QCOMPARE(table->rowCount(), 32);
         QCOMPARE(table->cellAt(29, 0)->text(QAccessible::Name), "Row 29");
     }

@@ -156,7 +156,7 @@ private slots:
         QCOMPARE(shown.told(), told);
     }
 
-    // A click that still waits when the tree is rebuilt would tell a node that is gone.
+    // A click that still waits when the tree is rebuilt would report a node that is gone.
     void aRebuildDropsAWaitingClick() {
         Shown shown;
         shown.press(shown.campaign(3));
