@@ -1,8 +1,11 @@
-"""Tries the Debian package in a root that holds nothing of the program: installs it, imports the
-sample through the window, and purges it. The root is spoilt by that: see scripts/test-package.
-Usage: tryPackage.py PACKAGE"""
+"""Tries the Debian package in a root that holds nothing of the program: installs it, follows the
+links of its pages, imports the sample through the window, and purges it. That spoils the root: see
+scripts/test-package.
+Usage: tryPackage.py PACKAGE, or tryPackage.py --installed where it is installed already"""
 import array
 import collections
+import gzip
+import html.parser
 import os
 import pathlib
 import re
@@ -80,14 +83,45 @@ def try_window(program):
     await_that("the end", lambda: run("xdotool", "key", "alt+f", "x") or program.poll() == 0)
 
 
+class Page(html.parser.HTMLParser):
+    def __init__(self, path):
+        super().__init__()
+        self.anchors, self.links = set(), []
+        self.feed(path.read_text())
+
+    def handle_starttag(self, tag, attrs):
+        for name, value in attrs:
+            if name == "id":
+                self.anchors.add(value)
+            elif name in ("href", "src"):
+                self.links.append(value.partition("#"))
+
+
+def try_pages():
+    pages = {path.name: Page(path) for path in DOCUMENTS.glob("*.html")}
+    links = [(name, *link) for name, page in pages.items() for link in page.links]
+    lost = [link for link in links if "://" not in link[1] and (
+        not (DOCUMENTS / link[1]).exists()
+        or link[3] and link[3] not in pages[link[1] or link[0]].anchors)]
+    assert len(links) > 20 and not lost, lost
+    with gzip.open("/usr/share/man/man1/veltrona.1.gz", "rt") as manual:
+        named = re.findall(r"/usr/share/\S+", manual.read())
+    assert str(DOCUMENTS / "manual.html") in named and all(map(os.path.exists, named)), named
+
+
+def try_installed():
+    try_pages()
+    print(run(ROOT / "scripts/with-screen", sys.executable, __file__, "--window"))
+
+
 def try_package(package):
     apt = ("apt-get", "-qq", "--yes", "--no-install-recommends")
     run(*apt, "satisfy", run("dpkg-deb", "--field", package, "Depends"))
     before = files()
     run(*apt, "install", os.path.abspath(package))
-    for document in ("copyright", "changelog.gz", "manual.md"):
+    for document in ("copyright", "changelog.gz"):
         assert (DOCUMENTS / document).stat().st_size, document
-    print(run(ROOT / "scripts/with-screen", sys.executable, __file__, "--window"))
+    try_installed()
     run(*apt, "purge", "veltrona")
     assert PROJECT.exists(), "the user's records are gone"
     after = files()
@@ -101,6 +135,8 @@ if sys.argv[1] == "--window":
             try_window(installed)
         finally:
             installed.kill()
+elif sys.argv[1] == "--installed":
+    try_installed()
 else:
     try_package(sys.argv[1])
     print("The package installs, runs and goes without a rest.")

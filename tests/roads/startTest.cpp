@@ -135,8 +135,20 @@ private slots:
         QVERIFY(QFile::exists(aside + "-journal"));
     }
 
+    void argument_data() {
+        QTest::addColumn<bool>("hasDisplay");
+        QTest::newRow("display") << true;
+        QTest::newRow("no display") << false;
+    }
     void argument() {
+        QFETCH(const bool, hasDisplay);
         QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+            if (!hasDisplay)
+                environment.remove(name);
+        }
+        program.setProcessEnvironment(environment);
         program.start(desktop::programFolder() + "/veltrona",
                       {"-style", "fusion", "a\nreport.xml"});
         QVERIFY(program.waitForFinished());
