@@ -31,6 +31,15 @@ std::string readingColumns() {
     return columns;
 }
 
+std::size_t bytesOf(ExceptionalValues::const_iterator value,
+                    ExceptionalValues::const_iterator end) {
+    constexpr std::size_t nodeBytes = 48; // of a map's node beside its value
+    std::size_t bytes = 0;
+    for (; value != end; ++value)
+        bytes += nodeBytes + sizeof *value + value->second.utf8().size();
+    return bytes;
+}
+
 } // namespace
 
 double plainNumber(const RecordValue &value, std::size_t place, Figure figure,
@@ -54,7 +63,8 @@ bool RecordColumns::append(const sqlite::Connection &connection, std::size_t max
     bool canBeHeld = true;
     const bool wereAll = sqlite::scanRecords(
         connection, readingColumns(), rest, {}, [&](std::span<const RecordValue> record) {
-            canBeHeld = add(record) && (m_unpacked->leaves.size() < blockSize || pack(maxBytes));
+            canBeHeld = add(record) && bytes() <= maxBytes &&
+                        (m_unpacked->leaves.size() < blockSize || pack(maxBytes));
             return canBeHeld && !(isOver && m_size % recordsPerLook == 0 && isOver());
         });
     if (!wereAll)
@@ -86,6 +96,9 @@ bool RecordColumns::add(std::span<const RecordValue> record) {
     for (std::size_t i = 0; i < block.figures.size(); ++i)
         block.figures[i].push_back(plainNumber(record[FirstFigure + i], block.leaves.size(),
                                                static_cast<Figure>(i), block.exceptionalValues));
+    // Thousands of long texts would otherwise come into memory before the block is packed.
+    const auto added = block.exceptionalValues.lower_bound({block.leaves.size(), Figure()});
+    block.exceptionalBytes += bytesOf(added, block.exceptionalValues.end());
     block.leaves.push_back(m_leaves.add(names));
     m_lastId = id;
     ++m_size;
@@ -106,6 +119,7 @@ bool RecordColumns::pack(std::size_t maxBytes) {
         unpacked.figures[i].clear();
     }
     block.exceptionalValues = std::exchange(unpacked.exceptionalValues, {});
+    unpacked.exceptionalBytes = 0;
     unpacked.leaves.clear();
     unpacked.dates.clear();
     m_blockBytes += block.bytes();
@@ -117,10 +131,12 @@ std::size_t RecordColumns::Block::bytes() const {
     std::size_t bytes = sizeof *this + leaves.bytes() + dates.bytes();
     for (const PackedColumn &figure : figures)
         bytes += figure.bytes();
-    constexpr std::size_t nodeBytes = 48; // of a map's node beside its value
-    for (const auto &each : exceptionalValues)
-        bytes += nodeBytes + sizeof each + each.second.utf8().size();
-    return bytes;
+    return bytes + bytesOf(exceptionalValues.begin(), exceptionalValues.end());
+}
+
+std::size_t RecordColumns::bytes() const {
+    return m_blockBytes + m_leaves.bytes() + m_dates.bytes() +
+           (m_unpacked ? m_unpacked->exceptionalBytes : 0);
 }
 
 FigureValue RecordBatch::value(std::size_t figure, std::size_t record) const {

@@ -109,7 +109,7 @@ public:
     bool isComplete() const { return m_unpacked == nullptr; }
 
     std::size_t size() const { return m_size; }
-    std::size_t bytes() const { return m_blockBytes + m_leaves.bytes() + m_dates.bytes(); }
+    std::size_t bytes() const;
     const LeafDictionary &leaves() const { return m_leaves; }
     /// The texts of all dates, unordered.
     const TextDictionary &dates() const { return m_dates; }
@@ -147,6 +147,7 @@ private:
         std::vector<std::uint32_t> dates;
         std::array<std::vector<double>, figureColumns.size()> figures;
         ExceptionalValues exceptionalValues; // by place in the block
+        std::size_t exceptionalBytes = 0;
     };
 
     LeafDictionary m_leaves;

@@ -142,6 +142,8 @@ void RowLoader::importRows(const std::function<bool()> &onRow) {
 }
 
 void RowLoader::importRow() {
+    constexpr int steps = 10'000; // some hundred, if the indexes are sound
+    m_connection.allowWork(steps);
     m_reader.read(m_walk);
     beginBatch();
     // The other values of a known record aren't read.

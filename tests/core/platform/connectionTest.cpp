@@ -22,6 +22,7 @@ namespace {
 constexpr int cantOpen = 14;
 constexpr int tooBig = 18;
 constexpr int tooMuchWork = 9;
+constexpr int damaged = 11;
 
 qint64 count(const Connection &connection) {
     return connection.number("SELECT count(*) FROM t");
@@ -96,6 +97,48 @@ private slots:
         QCOMPARE(fails("WITH n AS (SELECT 1 UNION ALL SELECT 1 FROM n) SELECT count(*) FROM n"),
                  tooMuchWork);
         QCOMPARE(fails("SELECT 1"), 0);
+        const auto failsTenTimes = [&] {
+            for (int i = 0; i < 10; ++i) {
+                const int number = fails("WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+                                         "WHERE i < 250000) SELECT count(*) FROM n");
+                if (number != 0)
+                    return number;
+            }
+            return 0;
+        };
+        QCOMPARE(failsTenTimes(), 0);
+        const CommandScope command;
+        QCOMPARE(failsTenTimes(), tooMuchWork);
+        connection.allowWork(50'000'000);
+        QCOMPARE(failsTenTimes(), 0);
+    }
+
+    /// A page names one record, most of which is on other pages, 600 times.
+    void oneTextManyTimes() {
+        const QString file = makeDatabase();
+        Connection connection;
+        connection.open(file);
+        connection.execute("INSERT INTO t VALUES (1, hex(zeroblob(18706)))");
+        connection.close();
+        QByteArray content = test::contents(file);
+        const qsizetype page = 4096; // where the table begins
+        content.replace(page + 3, 2, QByteArray("\x02\x58"));
+        content.replace(page + 8, 1200, content.mid(page + 8, 2).repeated(600));
+        test::write(file, content);
+        connection.open(file);
+        const auto failure = [&](bool scans) {
+            return failureOf([&] {
+                if (scans)
+                    sqlite::scanRecords(connection, "s", "FROM t", {}, [](const auto &record) {
+                        return record[0].utf8().size() == 37'412;
+                    });
+                Statement statement = connection.prepare("SELECT s FROM t");
+                while (!scans && statement.step())
+                    statement.utf8(0);
+            });
+        };
+        for (const bool scans : {false, true})
+            QCOMPARE(failure(scans).value_or(Failure(0, "")).number(), damaged);
     }
 
     void theSystemsReasonIsTold() {

@@ -176,7 +176,7 @@ void Statement::reset() {
     // Its result repeats the failure of the last step.
     sqlite3_reset(handle());
     if (m_connection)
-        m_connection->beginWork();
+        m_connection->workLimit().beginRun();
 }
 
 std::string_view Statement::utf8(int column) const {
@@ -186,8 +186,7 @@ std::string_view Statement::utf8(int column) const {
     if (!text)
         return {};
     const int size = sqlite3_column_bytes(handle(), column);
-    if (size > maxTextBytes)
-        m_connection->fail(SQLITE_TOOBIG);
+    m_connection->countText(size);
     return {text, static_cast<std::size_t>(size)};
 }
 
@@ -227,17 +226,19 @@ void Connection::open(const QString &path) {
     sqlite3_progress_handler(opened, workStep, countWork, this);
     m_handle = std::move(handle);
     m_files = std::move(files);
+    m_workLimit.setFiles(m_files.get());
     m_path = path;
 }
 
 void Connection::close() noexcept {
     m_handle.reset();
+    m_workLimit.setFiles(nullptr);
     m_files.reset();
     m_path.clear();
 }
 
 Statement Connection::prepareFirst(std::string_view &sql, Result expected) const {
-    beginWork();
+    m_workLimit.beginStatement();
     errno = 0;
     sqlite3_stmt *compiled = nullptr;
     const char *rest = nullptr;
@@ -313,12 +314,16 @@ int Connection::waitForLock(void *self, int attempt) {
     return static_cast<Connection *>(self)->m_busyTimeout.wait(attempt);
 }
 
-/// A crafted file can make SQLite walk the same pages over and over. Our statements take some
-/// hundred steps for a record, and a record takes some hundred bytes.
+void Connection::countText(int bytes) const {
+    if (bytes > maxTextBytes)
+        fail(SQLITE_TOOBIG);
+    if (!m_workLimit.addText(bytes))
+        fail(SQLITE_CORRUPT);
+}
+
+/// Nonzero ends the statement.
 int Connection::countWork(void *self) {
-    const auto &connection = *static_cast<Connection *>(self);
-    connection.m_work += workStep;
-    return connection.m_work > 5'000'000 + 4 * connection.m_files->databaseSize();
+    return !static_cast<Connection *>(self)->m_workLimit.addSteps(workStep);
 }
 
 Transaction::Transaction(Connection &connection, std::string_view begin)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/base/failure.h"
+#include "core/platform/sqlite/workLimit.h"
 
 #include <QElapsedTimer>
 #include <QString>
@@ -74,8 +75,6 @@ private:
 };
 
 class Connection;
-class FileAccess;
-
 /// A prepared statement; parameters count from 1, columns from 0.
 class Statement {
 public:
@@ -152,6 +151,9 @@ public:
     /// Changes whenever another connection commits a change to the file.
     qint64 dataVersion() const { return number("PRAGMA data_version"); }
 
+    /// Allows the running command that many more steps of SQLite's virtual machine.
+    void allowWork(qint64 steps) { m_workLimit.allow(steps); }
+
     /// True if another program has deleted, renamed or replaced the file since it was opened.
     /// SQLite then refuses to write; reading still works.
     bool hasMoved() const;
@@ -161,8 +163,10 @@ public:
     /// Of the connection's last error, whose result code is `code`.
     Failure failure(int code) const;
     [[noreturn]] void fail(int code) const;
-    /// Counts the work of the next statement from zero.
-    void beginWork() const { m_work = 0; }
+    WorkLimit &workLimit() const { return m_workLimit; }
+    /// Throws Failure if the statement's texts are more than the file can hold, or this one is
+    /// longer than maxTextBytes.
+    void countText(int bytes) const;
     /// After a commit.
     void resetBusyTimeout() { m_busyTimeout.reset(); }
 
@@ -183,7 +187,7 @@ private:
     std::unique_ptr<sqlite3, Close> m_handle;
     QString m_path;
     BusyTimeout m_busyTimeout;
-    mutable qint64 m_work = 0; // virtual machine steps
+    mutable WorkLimit m_workLimit;
 };
 
 /// Rolled back unless committed. By default a write transaction that locks the file at once.

@@ -1,9 +1,12 @@
 #include "core/platform/sqlite/recordScan.h"
 
+#include <QScopeGuard>
+
 #include <exception>
 #include <sqlite3.h>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace veltrona::sqlite {
 
@@ -15,12 +18,14 @@ namespace {
 
 constexpr const char *pointerType = "veltrona_scan";
 
-struct TooLong {};
-
 struct Scan {
+    const Connection &connection;
     const RecordVisitor &visitor;
     std::exception_ptr exception; // none may pass through SQLite
 };
+
+/// The scan whose record is being visited in this thread.
+thread_local const Scan *visiting = nullptr;
 
 /// The first argument points to the Scan; the others are the record's.
 void visitRecord(sqlite3_context *context, int count, sqlite3_value **arguments) {
@@ -30,13 +35,12 @@ void visitRecord(sqlite3_context *context, int count, sqlite3_value **arguments)
         sqlite3_result_error_code(context, SQLITE_MISUSE);
         return;
     }
+    const Scan *const outer = std::exchange(visiting, scan);
+    const auto restore = qScopeGuard([outer] { visiting = outer; });
     try {
         if (scan->visitor({reinterpret_cast<const RecordValue *>(arguments + 1),
                            static_cast<std::size_t>(count - 1)}))
             return;
-    } catch (const TooLong &) {
-        sqlite3_result_error_toobig(context);
-        return;
     } catch (...) {
         scan->exception = std::current_exception();
     }
@@ -56,8 +60,7 @@ std::string_view RecordValue::utf8() const {
     if (!text)
         return {};
     const int size = sqlite3_value_bytes(m_value);
-    if (size > maxTextBytes)
-        throw TooLong();
+    visiting->connection.countText(size);
     return {text, static_cast<std::size_t>(size)};
 }
 
@@ -65,7 +68,7 @@ bool scanRecords(const Connection &connection, std::string_view columns, std::st
                  const std::vector<QString> &bindings, const RecordVisitor &visitor) {
     std::string sql = "SELECT veltrona_visit(?1, ";
     sql.append(columns).append(") ").append(rest);
-    Scan scan{visitor, nullptr};
+    Scan scan{connection, visitor, nullptr};
     Statement statement = connection.prepare(sql);
     sqlite3_bind_pointer(statement.handle(), 1, &scan, pointerType, nullptr);
     for (std::size_t i = 0; i < bindings.size(); ++i)
