@@ -95,8 +95,8 @@ class Attack:
         (self.work / "p.vlt").write_bytes(self.filled["first"])
 
     def start(self, command, target, **environment):
-        process = subprocess.Popen([self.program, command, str(target)], text=True,
-                                   env=self.environment | environment,
+        process = subprocess.Popen(["prlimit", "--cpu=30", self.program, command, str(target)],
+                                   text=True, env=self.environment | environment,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         if process.stdout.readline() != "ready\n":
             raise AssertionError(f"no start: {process.communicate()[1]}")
@@ -108,7 +108,7 @@ class Attack:
         began = time.monotonic()
         steps = process.stdout.readline()
         seconds = time.monotonic() - began
-        _, errors = process.communicate()
+        _, errors = process.communicate(timeout=60)
         require(process.returncode == 0, f"{command} ends with {process.returncode}: {errors}")
         return seconds, int(steps)
 
@@ -122,7 +122,7 @@ class Attack:
             process = self.start(command, target)
             time.sleep(share * seconds)
             process.send_signal(signal.SIGKILL)
-        process.communicate()
+        process.communicate(timeout=60)
 
     def attack(self, command, share):
         target = {"import": self.more, "clean": "", "new": self.work / "p.vlt",

@@ -1,17 +1,13 @@
 // A project's bytes and those of the journal beside it: it is refused with a failure that names the
-// file, or read, written and emptied, and nothing else in its folder is touched. The input is the
-// project and then the journal, whose length stands in the last four bytes, the highest first.
+// file, or read, written and emptied, and nothing else in its folder is touched.
 #include "attack/finding.h"
+#include "attack/projectInput.h"
 
 #include "core/analysis/grid/nodeStatistics.h"
 #include "core/analysis/tree/navigationTree.h"
 #include "core/database/dayTable.h"
 #include "core/database/projectFile.h"
 #include "support/testFolder.h"
-
-#include <QtEndian>
-
-#include <cstdio>
 
 using namespace veltrona;
 
@@ -50,20 +46,15 @@ void useProject(const QString &path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
-    constexpr std::size_t lengthSize = 4;
-    if (size < lengthSize)
+    const auto input = attack::ProjectInput::read(data, size);
+    if (!input)
         return 0;
-    const QByteArray bytes(reinterpret_cast<const char *>(data),
-                           static_cast<qsizetype>(size - lengthSize));
-    const auto journal = static_cast<qsizetype>(qFromBigEndian<quint32>(data + size - lengthSize));
     const QString path = newFolder() + "/p.vlt";
     const QString letter = newFolder() + "/letter";
     test::write(letter, "Dear Anna");
-    test::write(path, journal > 0 && journal <= bytes.size() ? bytes.chopped(journal) : bytes);
-    if (journal > 0 && journal <= bytes.size())
-        test::write(path + "-journal", bytes.last(journal));
-    else
-        QFile::remove(path + "-journal");
+    test::write(path, input->project);
+    if (!input->side.isEmpty())
+        test::write(path + (input->isLog() ? "-wal" : "-journal"), input->side);
     try {
         useProject(path);
     } catch (const Failure &failure) {

@@ -60,8 +60,9 @@ def main():
     catalogue = xml.etree.ElementTree.parse(package / "cleaned" / "xmlconf-flattened.xml").getroot()
     tests = [(test, path, duty(test)) for test, path in cases(catalogue, package / "xmlconf")]
     tests = [each for each in tests if each[2]]
-    answer = subprocess.run([judge], input="".join(f"{path}\n" for _, path, _ in tests),
-                            capture_output=True, text=True, check=True).stdout.splitlines()
+    answer = subprocess.run(["prlimit", "--cpu=60", judge], timeout=120, capture_output=True,
+                            text=True, input="".join(f"{path}\n" for _, path, _ in tests),
+                            check=True).stdout.splitlines()
     wrong = [f"{test.get('ID')}: {line}, and must be {due}"
              for (test, _, due), line in zip(tests, answer, strict=True)
              if line.split("\t")[0] != due]
