@@ -136,6 +136,13 @@ public:
         changed();
     }
 
+    /// What the rows are about; a view that has a marked cell gives it up when this changes.
+    const QString &subject() const { return m_subject; }
+    void setSubject(const QString &subject) {
+        m_subject = subject;
+        changed();
+    }
+
     /// Called after a change while `Redraw` is on, and once when it is switched on after changes.
     std::function<void()> onChange;
     /// Set by the window: the user chose a row by double click or Enter.
@@ -178,6 +185,7 @@ private:
     std::vector<int> m_alignments;
     Rgb m_foreColor;
     QString m_notice;
+    QString m_subject;
     int m_row = 0;
     int m_col = 0;
     bool m_redraw = true;

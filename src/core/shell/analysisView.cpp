@@ -26,6 +26,12 @@ QStringList notesIfPossible(const std::function<QStringList()> &notes) {
     }
 }
 
+/// Differs between any two nodes, periods and projects.
+QString subjectOf(const TreeNode &node, const DateRange &range) {
+    return QStringLiteral("%1 %2 ").arg(dayNumber(range.start)).arg(dayNumber(range.end)) +
+           node.Key() + u'\n' + node.Tag() + u'\n' + modMain::DbFileName;
+}
+
 DateValue currentDate() {
     return dateValue(services().now());
 }
@@ -161,6 +167,7 @@ void AnalysisView::refresh(TreeNode *node) {
         fillGrid(statistics, m_controls.flxStat, modMain::GridColor);
         if (!statistics.rows.empty())
             sumup();
+        m_controls.flxStat.setSubject(subjectOf(*node, m_shownRange));
         m_controls.flxStat.setNotice(statistics.rows.empty() ? series.texts.notice : QString());
         sizeColumns(m_controls.flxStat, -1, m_screen.textWidth);
     }

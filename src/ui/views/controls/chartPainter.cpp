@@ -2,6 +2,7 @@
 
 #include "ui/views/colors.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPalette>
@@ -13,14 +14,34 @@ namespace veltrona {
 
 namespace {
 
-constexpr double gap = 6;          // between texts and their neighbours
-constexpr double maxBarWidth = 96; // a wider single bar would look like a background
+constexpr double usualGap = 6;
+constexpr double maxBarWidthInGaps = 16; // a wider single bar would look like a background
 
 ChartColors colorsOn(const QColor &paper, const QColor &text) {
     const QColor blue(47, 109, 181);
     constexpr double visible = 3; // contrast that graphics need, less than text
     const QColor bar = readableColor(blue, paper, visible);
     return {paper, text, mixed(paper, text, 0.18), bar, mixed(bar, text, 0.45)};
+}
+
+double growthOn(const QFont &font, const QPaintDevice *device, double width) {
+    constexpr double usualWidth = 1200;
+    constexpr double usualLetters = 12;
+    constexpr double maxGrowth = 2;
+    constexpr double steps = 6; // so that nothing trembles while the window is resized
+    const double letters = QFontInfo(QFont(font, device)).pixelSize() / usualLetters;
+    const double growth = width / (usualWidth * std::max(1., letters));
+    return std::clamp(std::floor(growth * steps) / steps, 1., maxGrowth);
+}
+
+QFont grownFont(QFont font, double growth) {
+    if (growth == 1)
+        return font;
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * growth);
+    else
+        font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * growth)));
+    return font;
 }
 
 /// From the bottom of the plot to the labels of the bars, which may be below the lowest number.
@@ -58,10 +79,10 @@ void paintLines(QPainter &painter, const ChartLayout &layout, const QRectF &area
     const QFontMetricsF metrics(painter.font(), painter.device());
     for (int line = layout.scale.first; line <= layout.scale.last; ++line) {
         const double y = snapped(painter, layout.y(layout.scale.step * line));
-        painter.fillRect(QRectF(layout.plot.left(), y, layout.plot.width(), 1),
+        painter.fillRect(QRectF(layout.plot.left(), y, layout.plot.width(), layout.line),
                          line == 0 ? mixed(colors.line, colors.text, 0.5) : colors.line);
         const QRectF text(area.left(), y - metrics.height() / 2,
-                          layout.plot.left() - gap - area.left(), metrics.height());
+                          layout.plot.left() - layout.gap - area.left(), metrics.height());
         painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
                          axisText(layout.scale, line));
     }
@@ -77,13 +98,13 @@ void paintBars(QPainter &painter, const ChartLayout &layout, const Chart &chart,
             painter.fillRect(column, mixed(colors.paper, colors.text, 0.1));
         if (row.isNull || !std::isfinite(row.value) || row.value == 0)
             continue;
-        const double width = std::min(maxBarWidth, column.width() * 0.75);
+        const double width = std::min(maxBarWidthInGaps * layout.gap, column.width() * 0.75);
         const double left = snapped(painter, column.center().x() - width / 2);
         const double right = std::max(left + 1, snapped(painter, column.center().x() + width / 2));
         const double end = snapped(painter, layout.y(row.value));
         // Even the smallest value is visible.
-        const double height = std::max(1.0, std::fabs(end - zero));
-        const double top = row.value > 0 ? zero - height : zero + 1;
+        const double height = std::max(layout.line, std::fabs(end - zero));
+        const double top = row.value > 0 ? zero - height : zero + layout.line;
         painter.fillRect(QRectF(left, top, right - left, height),
                          bar == marked ? colors.mark : colors.bar);
     }
@@ -102,8 +123,8 @@ void paintLabels(QPainter &painter, const ChartLayout &layout, const Chart &char
 }
 
 QRectF titleRow(const QFontMetricsF &metrics, const ChartLayout &layout, const QRectF &area) {
-    return {layout.plot.left(), area.top() + gap, area.right() - gap - layout.plot.left(),
-            metrics.height()};
+    return {layout.plot.left(), area.top() + layout.gap,
+            area.right() - layout.gap - layout.plot.left(), metrics.height()};
 }
 
 bool hasBars(const Chart &chart) {
@@ -138,8 +159,15 @@ int ChartLayout::barAt(double x) const {
     return std::min(bars - 1, static_cast<int>((x - plot.left()) / (plot.width() / bars)));
 }
 
-ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const Chart &chart) {
+ChartLayout layOutChart(const QFont &font, const QPaintDevice *device, const QRectF &area,
+                        const Chart &chart) {
+    const double growth = growthOn(font, device, area.width());
     ChartLayout layout;
+    layout.font = grownFont(font, growth);
+    layout.gap = usualGap * growth;
+    layout.line = std::round(growth);
+    const QFontMetricsF metrics(layout.font, device);
+    const double gap = layout.gap;
     layout.bars = chart.RowCount();
     const double title = chart.SeriesName().isEmpty() ? 0 : metrics.height() + gap;
     QRectF plot = area.adjusted(gap, gap + title + metrics.height() / 2, -gap,
@@ -168,24 +196,30 @@ void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const 
                 int marked) {
     painter.fillRect(area, colors.paper);
     painter.setPen(colors.text);
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    const ChartLayout layout = layOutChart(metrics, area, chart);
+    const ChartLayout layout = layOutChart(painter.font(), painter.device(), area, chart);
     if (layout.plot.width() < 1 || layout.plot.height() < 1)
         return;
+    painter.save();
+    painter.setFont(layout.font);
+    const QFontMetricsF metrics(layout.font, painter.device());
     const QRectF title = titleRow(metrics, layout, area);
     painter.drawText(title, Qt::AlignLeft | Qt::TextSingleLine,
                      metrics.elidedText(chart.SeriesName(), Qt::ElideRight, title.width()));
     paintLines(painter, layout, area, colors);
     paintBars(painter, layout, chart, colors, marked);
     paintLabels(painter, layout, chart);
+    painter.restore();
 }
 
 void paintTexts(QPainter &painter, const QRect &area, const Chart &chart,
                 const ChartColors &colors) {
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    const ChartLayout layout = layOutChart(metrics, area, chart);
+    const ChartLayout layout = layOutChart(painter.font(), painter.device(), area, chart);
     if (layout.plot.width() < 1 || layout.plot.height() < 1)
         return;
+    painter.save();
+    painter.setFont(layout.font);
+    const QFontMetricsF metrics(layout.font, painter.device());
+    const double gap = layout.gap;
     const bool bars = hasBars(chart);
     const QString &notice = chart.texts().notice;
     QRectF beside = titleRow(metrics, layout, area);
@@ -195,14 +229,15 @@ void paintTexts(QPainter &painter, const QRect &area, const Chart &chart,
     if (beside.width() > 0)
         painter.drawText(beside, Qt::AlignRight | Qt::TextSingleLine,
                          metrics.elidedText(note, Qt::ElideRight, beside.width()));
-    if (bars || notice.isEmpty())
-        return;
-    constexpr int wrapped = Qt::AlignCenter | Qt::TextWordWrap;
-    const QRectF room = layout.plot.adjusted(2 * gap, 2 * gap, -2 * gap, -2 * gap);
-    const QRectF text = metrics.boundingRect(room, wrapped, notice);
-    painter.fillRect(text.adjusted(-gap, -gap, gap, gap), colors.paper);
-    painter.setPen(colors.text);
-    painter.drawText(room, wrapped, notice);
+    if (!bars && !notice.isEmpty()) {
+        constexpr int wrapped = Qt::AlignCenter | Qt::TextWordWrap;
+        const QRectF room = layout.plot.adjusted(2 * gap, 2 * gap, -2 * gap, -2 * gap);
+        const QRectF text = metrics.boundingRect(room, wrapped, notice);
+        painter.fillRect(text.adjusted(-gap, -gap, gap, gap), colors.paper);
+        painter.setPen(colors.text);
+        painter.drawText(room, wrapped, notice);
+    }
+    painter.restore();
 }
 
 } // namespace veltrona

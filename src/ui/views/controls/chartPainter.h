@@ -5,9 +5,10 @@
 #include "core/controls/chartAxis.h"
 
 #include <QColor>
+#include <QFont>
 #include <QRectF>
 
-class QFontMetricsF;
+class QPaintDevice;
 class QPainter;
 class QPalette;
 
@@ -25,7 +26,10 @@ struct ChartColors {
 };
 
 struct ChartLayout {
-    QRectF plot; // between the axes
+    QFont font;      // grown with the chart's width
+    double gap = 0;  // between texts and their neighbours
+    double line = 1; // thickness
+    QRectF plot;     // between the axes
     AxisScale scale;
     int bars = 0;
     int labelStep = 1;
@@ -37,9 +41,13 @@ struct ChartLayout {
     int barAt(double x) const;
 };
 
-ChartLayout layOutChart(const QFontMetricsF &metrics, const QRectF &area, const Chart &chart);
+/// On a wide area letters, lines and gaps are larger, so that the picture stays legible in a
+/// report, which shrinks it to its page: from 1,200 pixels on for letters of 12 pixels, in
+/// proportion for larger ones, and up to twice their size.
+ChartLayout layOutChart(const QFont &font, const QPaintDevice *device, const QRectF &area,
+                        const Chart &chart);
 
-/// Draws with the painter's font. `marked` is the current bar, or -1.
+/// Draws with the painter's font, grown like the layout's. `marked` is the current bar, or -1.
 void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const ChartColors &colors,
                 int marked = -1);
 

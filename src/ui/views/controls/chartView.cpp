@@ -9,7 +9,6 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -77,11 +76,11 @@ QImage ChartView::picture() const {
 }
 
 int ChartView::barAt(const QPoint &place) const {
-    return layOutChart(QFontMetricsF(font(), this), rect(), m_chart).barAt(place.x());
+    return layOutChart(font(), this, rect(), m_chart).barAt(place.x());
 }
 
 QRect ChartView::columnRect(int bar) const {
-    const ChartLayout layout = layOutChart(QFontMetricsF(font(), this), rect(), m_chart);
+    const ChartLayout layout = layOutChart(font(), this, rect(), m_chart);
     const QRect column = layout.column(bar).toAlignedRect();
     return {column.left(), 0, column.width(), height()};
 }

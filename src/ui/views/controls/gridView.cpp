@@ -107,12 +107,22 @@ void GridView::refresh() {
     applyWidths(false);
     if (!m_grid.notice().isEmpty())
         viewport()->update();
+    if (m_subject != m_grid.subject())
+        resetMark();
     if (!renamed)
         return;
     // After layoutChanged the view delays its layout and ignores dataChanged until then: for one
     // frame the new headings would stand above the old rows.
     executeDelayedItemsLayout();
     viewport()->update();
+}
+
+/// The marked cell belonged to other rows. With the focus here the keys go on from the first one.
+void GridView::resetMark() {
+    m_subject = m_grid.subject();
+    setCurrentIndex(hasFocus() ? m_model->index(0, Grid::NameColumn) : QModelIndex());
+    if (!hasFocus())
+        clearSelection();
 }
 
 void GridView::applyWidths(bool all) {
@@ -140,13 +150,26 @@ void GridView::changeEvent(QEvent *event) {
 }
 
 void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
-    if (current.row() != previous.row())
-        notifyRowEntered(*this);
-    QTableView::currentChanged(current, previous);
+    // Screen readers say what changes here, which only concerns those who are here.
+    if (!hasFocus()) {
+        QAbstractItemView::currentChanged(current,
+                                          previous); // NOLINT(bugprone-parent-virtual-call)
+    } else {
+        if (current.row() != previous.row())
+            notifyRowEntered(*this);
+        QTableView::currentChanged(current, previous);
+    }
     for (const QModelIndex &index : {previous, current}) {
         const QRect cell = visualRect(index);
         viewport()->update(0, cell.top(), viewport()->width(), cell.height());
     }
+}
+
+void GridView::selectionChanged(const QItemSelection &now, const QItemSelection &before) {
+    if (hasFocus())
+        QTableView::selectionChanged(now, before);
+    else
+        QAbstractItemView::selectionChanged(now, before); // NOLINT(bugprone-parent-virtual-call)
 }
 
 QColor GridView::baseColor(const QModelIndex &index) const {

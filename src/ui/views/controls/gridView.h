@@ -39,9 +39,11 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &now, const QItemSelection &before) override;
 
 private:
     void refresh();
+    void resetMark();
     void applyWidths(bool all);
     void applyFont();
     void copy(bool withHeadings) const;
@@ -51,6 +53,7 @@ private:
 
     Grid &m_grid;
     GridModel *m_model;
+    QString m_subject; // of the rows that are shown
     double m_pixelsPerTwip = 1.0 / 15;
     std::vector<int> m_shownWidths; // in twips, as last set here; the user may have changed them
     QScopedValueRollback<std::function<void()>> m_onChange; // the grid's

@@ -66,12 +66,12 @@ protected:
         option->palette.setColor(QPalette::Text, m_view.textColor(index));
         option->palette.setColor(QPalette::HighlightedText, m_view.textColor(index, true));
         option->backgroundBrush = m_view.baseColor(index);
-        const int room = option->rect.width() - 2 * textMargin;
+        const int room = option->rect.width() - textMargin - static_cast<int>(minMark + minAir);
         // A name that has to be elided leaves room for the mark.
         if (option->rect.isValid() && isMarked(index) &&
             option->fontMetrics.horizontalAdvance(option->text) > room)
-            option->text = option->fontMetrics.elidedText(
-                option->text, Qt::ElideRight, room - static_cast<int>(minMark + 2 * minAir));
+            option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight,
+                                                          room - static_cast<int>(minAir));
     }
 
 private:
@@ -143,7 +143,9 @@ QRectF lossMarkBetween(double textEnd, double lineEnd, double middle, double lin
     const double room = lineEnd - textEnd;
     const double size = std::clamp(room - 2 * minAir, minMark, std::round(lineHeight * markPart));
     const double gap = std::clamp((room - size) / 2, 0.0, maxGap);
-    return {textEnd + gap, std::round(middle - size / 2 + 1), size, size};
+    // Rather close to its text than to a line of the grid.
+    const double left = std::min(textEnd + gap, lineEnd - minAir - size);
+    return {left, std::round(middle - size / 2 + 1), size, size};
 }
 
 } // namespace veltrona

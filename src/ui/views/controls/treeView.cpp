@@ -10,8 +10,10 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QInputMethodEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QToolTip>
 
 namespace veltrona {
 
@@ -166,10 +168,45 @@ void TreeView::openBelow(TreeNode *node) {
 }
 
 void TreeView::keyboardSearch(const QString &letters) {
-    if (!m_typing.isActive())
+    if (!m_typing.isActive() && !m_composing)
         m_letters.clear();
     m_letters += letters;
     m_typing.start();
+}
+
+/// Qt switches input methods off for nodes, which can't be edited.
+void TreeView::acceptInputMethod() {
+    setAttribute(Qt::WA_InputMethodEnabled);
+}
+
+void TreeView::focusInEvent(QFocusEvent *event) {
+    QTreeView::focusInEvent(event);
+    acceptInputMethod();
+}
+
+void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    QTreeView::currentChanged(current, previous);
+    acceptInputMethod();
+}
+
+QVariant TreeView::inputMethodQuery(Qt::InputMethodQuery query) const {
+    return query == Qt::ImEnabled ? true : QTreeView::inputMethodQuery(query);
+}
+
+/// Composed letters are searched for like typed ones. What is being composed is shown beside the
+/// node; between two parts of a name the search waits.
+void TreeView::inputMethodEvent(QInputMethodEvent *event) {
+    const QString &composed = event->preeditString();
+    if (!event->commitString().isEmpty())
+        keyboardSearch(event->commitString());
+    else if (m_composing && composed.isEmpty())
+        m_typing.start();
+    m_composing = !composed.isEmpty() && (m_composing || m_typing.isActive());
+    if (m_composing)
+        m_typing.stop();
+    QToolTip::showText(viewport()->mapToGlobal(visualRect(currentIndex()).topRight()),
+                       plainToolTip(composed), viewport());
+    event->accept();
 }
 
 void TreeView::find() {

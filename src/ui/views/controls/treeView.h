@@ -22,9 +22,13 @@ public:
     /// The root's tooltip and its description for assistive software.
     void setRootDescription(const QString &description);
     void keyboardSearch(const QString &letters) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -39,6 +43,7 @@ private:
     void beginRebuild();
     void endRebuild();
     void showSelected();
+    void acceptInputMethod();
     void find();
     void selectNextLoss();
     /// By key: the tooltip of the selected node.
@@ -56,6 +61,7 @@ private:
     QTimer m_click;  // runs while a click is pending
     QTimer m_typing; // runs while more letters may come
     QString m_letters;
+    bool m_composing = false;           // an input method composes more of the letters
     bool m_showing = false;             // the program selects, not the user
     QPalette m_highlightPalette;        // with the texts of the selected row
     mutable bool m_onHighlight = false; // a branch of the selected row is being drawn

@@ -74,13 +74,15 @@ private slots:
     }
 
     void labelsHaveRoom() {
-        const QFontMetricsF metrics(QFont("DejaVu Sans", 9));
+        const QImage device(1, 1, QImage::Format_RGB32);
         for (const int bars : {2, 31, 46, 90}) {
-            for (const int width : {200, 595, 1600}) {
+            for (const int width : {200, 595, 1600, 5000}) {
                 Chart chart;
                 fill(chart, bars, -12345);
                 const QRectF area(0, 0, width, 300);
-                const ChartLayout layout = layOutChart(metrics, area, chart);
+                const ChartLayout layout =
+                    layOutChart(QFont("DejaVu Sans", 9), &device, area, chart);
+                const QFontMetricsF metrics(layout.font, &device);
                 QVERIFY(area.contains(layout.plot));
                 QVERIFY(layout.plot.left() > metrics.horizontalAdvance(valueText(bars * -12345.)));
                 QVERIFY(layout.labelStep < bars);
@@ -89,6 +91,28 @@ private slots:
                     QVERIFY(metrics.horizontalAdvance(chart.DataGrid().RowLabel(bar, 1)) < room);
             }
         }
+    }
+
+    void growsOnAWideArea() {
+        const QImage device(1, 1, QImage::Format_RGB32);
+        Chart chart;
+        fill(chart, 31);
+        QFont font;
+        font.setPixelSize(12);
+        const auto on = [&](double width) {
+            return layOutChart(font, &device, QRectF(0, 0, width, 500), chart);
+        };
+        const ChartLayout usual = on(1200);
+        QCOMPARE(usual.font, font);
+        for (const auto &[width, growth] : {std::pair(1399, 1.), {1800, 1.5}, {9000, 2.}}) {
+            QCOMPARE(on(width).font.pixelSize(), 12 * growth);
+            QCOMPARE(on(width).gap, usual.gap * growth);
+        }
+        QCOMPARE(on(2400).line, 2 * usual.line);
+        QVERIFY(on(2400).scale.step > usual.scale.step);
+        font.setPixelSize(24); // letters that are large already
+        QCOMPARE(on(2400).font, font);
+        QCOMPARE(on(3600).font.pixelSize(), 36);
     }
 
     void barsStandOnTheirValues() {
@@ -101,8 +125,7 @@ private slots:
         QPainter painter(&image);
         const ChartColors colors = ChartColors::lightPaper();
         paintChart(painter, image.rect(), chart, colors);
-        const ChartLayout layout =
-            layOutChart(QFontMetricsF(painter.font(), &image), image.rect(), chart);
+        const ChartLayout layout = layOutChart(QFont(), &image, image.rect(), chart);
         painter.end();
         const auto barAt = [&](int bar, double value) {
             const QPoint at(qRound(layout.column(bar).center().x()), qRound(layout.y(value)));
@@ -148,8 +171,7 @@ private slots:
             const QImage shown = view.grab().toImage();
             chart.setTexts({"No records", "Each bar", ""});
             fill(chart, 12, factor);
-            const QRect plot =
-                layOutChart(QFontMetricsF(view.font()), view.rect(), chart).plot.toRect();
+            const QRect plot = layOutChart(view.font(), &view, view.rect(), chart).plot.toRect();
             const QImage worded = view.grab().toImage();
             QVERIFY(worded != shown); // in the empty plot, or beside the title
             QCOMPARE(worded.copy(plot) == shown.copy(plot), factor != 0);

@@ -146,6 +146,19 @@ private slots:
         QCOMPARE(kept, QStringList({"Row 40", "Row 42"}));
     }
 
+    void otherRowsTakeTheMarkAway() {
+        Shown shown(names(5));
+        QVERIFY(QTest::qWaitForWindowActive(&shown.view));
+        for (const bool isFocused : {false, true}) {
+            isFocused ? shown.view.setFocus() : shown.view.clearFocus();
+            shown.view.setCurrentIndex(shown.cell(2, 2));
+            shown.grid.setSubject("another node");
+            shown.grid.setSubject("another period " + QString::number(isFocused));
+            QCOMPARE(shown.view.currentIndex(), isFocused ? shown.cell(0, 0) : QModelIndex());
+            QCOMPARE(shown.view.selectionModel()->selectedIndexes().size(), isFocused ? 1 : 0);
+        }
+    }
+
     void copiesATableOfTabs() {
         Shown shown({"a\tb\nc", "<b>O'Neil</b>", "東京"});
         QVERIFY(QTest::qWaitForWindowActive(&shown.view));
@@ -243,9 +256,9 @@ private slots:
         QVERIFY(inked(0, 0) >= inked(1, 0) + 6);
         QCOMPARE(inked(0, 1), inked(1, 1)); // once in a row
 
-        for (const double room : {5., 6., 9., 200.}) {
+        for (const double room : {4., 5., 6., 9., 200.}) {
             const QRectF mark = lossMarkBetween(40, 40 + room, 10, 15);
-            QVERIFY(mark.left() >= 41 && mark.right() <= 39 + room);
+            QVERIFY(mark.left() >= (room < 5 ? 40 : 41) && mark.right() <= 39 + room);
             QVERIFY(mark.width() >= 3 && mark.left() <= 44);
         }
     }

@@ -7,6 +7,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QTest>
+#include <QToolTip>
 
 using namespace veltrona;
 
@@ -154,6 +155,32 @@ private slots:
             QCoreApplication::sendEvent(&shown.view, &press); // with no event loop in between
         }
         QCOMPARE(shown.told(), told);
+    }
+
+    void findsComposedNames() {
+        Shown shown;
+        shown.rebuild({"Alpha", "\u590f", "\u590f\u30bb\u30fc\u30eb"});
+        const auto compose = [&](const QString &preedit, const QString &commit) {
+            QInputMethodEvent event(preedit, {});
+            event.setCommitString(commit);
+            QCoreApplication::sendEvent(&shown.view, &event);
+        };
+        for (const QString &part : {QString("\u590f"), QString("\u30bb\u30fc\u30eb")}) {
+            QInputMethodQueryEvent query(Qt::ImEnabled);
+            QCoreApplication::sendEvent(&shown.view, &query);
+            QVERIFY(query.value(Qt::ImEnabled).toBool() &&
+                    shown.view.testAttribute(Qt::WA_InputMethodEnabled));
+            compose("na", {});
+            QTest::qWait(QApplication::keyboardInputInterval() + 100); // a candidate is looked for
+            QCOMPARE(shown.clicks, QStringList());
+            compose(part.startsWith(QChar(0x590f)) ? "se" : "", part);
+        }
+        QTRY_COMPARE(shown.clicks, QStringList{"\u590f\u30bb\u30fc\u30eb"});
+        compose("de", {});
+        compose({}, {}); // given up
+        QTest::qWait(QApplication::keyboardInputInterval() + 100);
+        compose({}, "delta?");
+        QTRY_VERIFY(QToolTip::text().contains("contains &quot;delta?&quot;"));
     }
 
     // A click that still waits when the tree is rebuilt would report a node that is gone.
