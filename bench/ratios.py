@@ -51,6 +51,8 @@ ROWS = [
      "tree/small", 12),
     ("a tree of 206,021 nodes", "one `SELECT DISTINCT` of its four columns", "wideTree/ours",
      "wideTree/baseline", 2),
+    ("a tree of 2,060,201 nodes", "one `SELECT DISTINCT` of its four columns",
+     "millionsOfNodes/ours", "millionsOfNodes/baseline", 2),
     ("HTML report of 32,767 grid rows, no picture", "the same bytes written line by line",
      "report/ours", "report/baseline", 2),
     ("opening the preview of 32,767 rows, to the first page on the screen",

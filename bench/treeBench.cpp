@@ -12,11 +12,15 @@
 
 #include <benchmark/benchmark.h>
 
+#include <map>
+#include <memory>
+
 namespace veltrona::bench {
 
 namespace {
 
-// 20 campaigns of 100 ad groups of 50 keywords of one type, a record of each.
+// 20 campaigns of 100 ad groups of 50 keywords of one type, a record of each; ten times as many
+// campaigns make a tree of two million nodes.
 constexpr int wideCampaigns = 20;
 constexpr int wideAdGroups = 20 * 100;
 constexpr int wideKeywords = wideAdGroups * 50;
@@ -32,14 +36,15 @@ constexpr const char *fillCampaign =
     "printf('keyword %d for %d', i % 50, i / 50), 'Broad', 'Search Only', '2025-01-02', "
     "i % 7, i % 77, i % 777 * 10000 FROM leaf";
 
-sqlite::Connection &wideProject() {
-    static std::unique_ptr<sqlite::Connection> connection;
+const sqlite::Connection &wideProject(int times = 1) {
+    static std::map<int, std::unique_ptr<sqlite::Connection>> connections;
+    auto &connection = connections[times];
     if (!connection) {
-        const QString path = QStringLiteral(BENCH_FOLDER "/wide.vlt");
+        const QString path = QStringLiteral(BENCH_FOLDER "/wide%1.vlt").arg(times);
         makeProject(QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat"), path);
         connection = openProject(path);
         sqlite::Statement fill = connection->prepare(fillCampaign);
-        for (qint64 campaign = 0; campaign < wideCampaigns; ++campaign) {
+        for (qint64 campaign = 0; campaign < times * wideCampaigns; ++campaign) {
             fill.bind(1, campaign);
             fill.step();
             fill.reset();
@@ -48,16 +53,16 @@ sqlite::Connection &wideProject() {
     return *connection;
 }
 
-void wideTree(benchmark::State &state) {
-    const sqlite::Connection &connection = wideProject();
+void wideTree(benchmark::State &state, int times) {
+    const sqlite::Connection &connection = wideProject(times);
     Tree tree;
     for ([[maybe_unused]] auto _ : state)
         buildNavigationTree(connection, QStringLiteral("wide"), tree);
-    if (tree.Nodes().Count() != wideNodes)
+    if (tree.Nodes().Count() != times * (wideNodes - 1) + 1)
         state.SkipWithError("the tree is incomplete");
 }
-void wideTreeBaseline(benchmark::State &state) {
-    const sqlite::Connection &connection = wideProject();
+void wideTreeBaseline(benchmark::State &state, int times) {
+    const sqlite::Connection &connection = wideProject(times);
     int rows = 0;
     for ([[maybe_unused]] auto _ : state) {
         sqlite::Statement statement = connection.prepare(
@@ -67,11 +72,13 @@ void wideTreeBaseline(benchmark::State &state) {
                 benchmark::DoNotOptimize(statement.utf8(column));
         }
     }
-    if (rows != wideKeywords)
+    if (rows != times * wideKeywords)
         state.SkipWithError("names are missing");
 }
-BENCHMARK(wideTree)->Name("wideTree/ours");
-BENCHMARK(wideTreeBaseline)->Name("wideTree/baseline");
+BENCHMARK_CAPTURE(wideTree, _, 1)->Name("wideTree/ours");
+BENCHMARK_CAPTURE(wideTreeBaseline, _, 1)->Name("wideTree/baseline");
+BENCHMARK_CAPTURE(wideTree, _, 10)->Name("millionsOfNodes/ours");
+BENCHMARK_CAPTURE(wideTreeBaseline, _, 10)->Name("millionsOfNodes/baseline");
 
 /// The tree in a window, the root open and selected.
 class WideView {

@@ -234,10 +234,10 @@ private slots:
         modMain::DbConn->execute("UPDATE tblGoogleDays SET GoogleDate = GoogleDate || ' 18:30:00' "
                                  "WHERE GoogleDayId % 3 = 0");
         road.window().cboRange.setListIndex(2); // 2025-02-01 to 2025-02-20
-        const TreeNode *campaign = road.window().treeList.Nodes().Item(1)->Children.at(1);
-        const TreeNode *group = campaign->Children.at(0);
+        const TreeNode *campaign = road.window().treeList.Nodes().Item(1)->Children[1];
+        const TreeNode *group = campaign->Children[0];
         const QStringList path = {campaign->Text(), group->Text(), "Search keywords",
-                                  group->Children.at(0)->Children.at(0)->Text()};
+                                  group->Children[0]->Children[0]->Text()};
         const QStringList conditions = {"campaign=" + path[0], "adGroup=" + path[1],
                                         "adWordsTyp=Search Only", "Keyword=" + path[3]};
         const char *const groupings[] = {"campaign", "adGroup", "adWordsTyp", "Keyword", "kwType"};

@@ -1,8 +1,38 @@
 #include "core/controls/tree.h"
 
+#include "core/base/storedText.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace veltrona {
+
+NodeList::~NodeList() {
+    if (m_capacity > 1)
+        delete[] m_array;
+}
+
+void NodeList::reserve(qsizetype capacity) {
+    if (capacity <= m_capacity)
+        return;
+    auto **array = new TreeNode *[static_cast<std::size_t>(capacity)];
+    std::copy(begin(), end(), array);
+    if (m_capacity > 1)
+        delete[] m_array;
+    m_array = array;
+    m_capacity = static_cast<quint32>(capacity);
+}
+
+void NodeList::append(TreeNode *node) {
+    if (m_size == m_capacity)
+        reserve(2 * qsizetype(m_capacity));
+    (m_capacity > 1 ? m_array[m_size] : m_single) = node;
+    ++m_size;
+}
+
+QString TreeNode::name() const {
+    return m_name ? textOf(*m_name) : QString();
+}
 
 QString TreeNode::Key() const {
     if (m_set && m_set->key)
@@ -23,37 +53,45 @@ TreeNode::SetTexts &TreeNode::set() {
 }
 
 TreeNode *Nodes::Item(int index) const {
-    return &m_nodes.at(static_cast<std::size_t>(index - 1));
+    const std::size_t place = static_cast<std::size_t>(index) - 1;
+    Q_ASSERT(place < m_count);
+    return &m_chunks[place / chunkSize][place % chunkSize];
 }
 
 TreeNode *Nodes::Add(TreeNode *relative, TreeRelationship, const QString &key, const QString &text,
                      int image) {
-    TreeNode *node = append(relative, text, image);
+    TreeNode *node = append(relative, image);
     node->setKey(key);
+    node->setText(text);
     return node;
 }
 
-TreeNode *Nodes::addByName(TreeNode *relative, const NodeTexts &texts, QString name, int image) {
-    TreeNode *node = append(relative, std::move(name), image);
+TreeNode *Nodes::addByName(TreeNode *relative, const NodeTexts &texts, const std::string_view &name,
+                           int image) {
+    TreeNode *node = append(relative, image);
+    node->m_name = &name;
     node->m_texts = &texts;
     return node;
 }
 
-TreeNode *Nodes::append(TreeNode *parent, QString name, int image) {
-    TreeNode *node = &m_nodes.emplace_back();
-    node->m_name = std::move(name);
-    node->Image = image;
+TreeNode *Nodes::append(TreeNode *parent, int image) {
+    if (m_count % chunkSize == 0)
+        m_chunks.push_back(std::make_unique<TreeNode[]>(chunkSize));
+    TreeNode *node = &m_chunks.back()[m_count++ % chunkSize];
+    node->Image = static_cast<qint16>(image);
     node->Parent = parent;
     if (parent) {
         node->IndexInParent = static_cast<int>(parent->Children.size());
-        parent->Children.push_back(node);
+        parent->Children.append(node);
     }
     return node;
 }
 
-void Nodes::Clear() {
+void Nodes::Clear(TextDictionary names) {
     m_selected = nullptr;
-    m_nodes.clear();
+    m_chunks.clear();
+    m_count = 0;
+    m_names = std::move(names);
 }
 
 void Tree::setSelectedItem(TreeNode *node) {

@@ -18,6 +18,7 @@ enum ProjectFault : int {
     olderProject = int(sqlite::Result::Schema),
     unreadableDate = int(sqlite::Result::Mismatch),
     noProject = int(sqlite::Result::NotADatabase),
+    largeProject = int(sqlite::Result::NoMemory),
     movedProject = int(sqlite::Result::FileMoved),
 };
 

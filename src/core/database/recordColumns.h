@@ -3,8 +3,8 @@
 // exact. ProjectRecords keeps it up to date.
 #pragma once
 
+#include "core/database/leafDictionary.h"
 #include "core/database/packedColumn.h"
-#include "core/database/textDictionary.h"
 #include "core/platform/sqlite/connection.h"
 #include "core/platform/sqlite/recordScan.h"
 

@@ -1,7 +1,7 @@
 // A node of the navigation tree as a value: its level and the names that lead to it.
 #pragma once
 
-#include "core/database/textDictionary.h"
+#include "core/database/leafDictionary.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,5 +1,7 @@
 #include "core/analysis/records/readingOrder.h"
 
+#include "core/base/storedText.h"
+
 #include <QList>
 
 #include <algorithm>
@@ -60,10 +62,13 @@ bool operator<(const ReadingKey &a, const ReadingKey &b) {
     return compareCodePoints(a.m_text, b.m_text) < 0;
 }
 
-bool inReadingOrder(const QString &a, const QString &b) {
-    if (!isAscii(a) || !isAscii(b))
-        return !(ReadingKey(b) < ReadingKey(a));
-    const int order = a.compare(b, Qt::CaseInsensitive);
+bool inReadingOrder(std::string_view a, std::string_view b) {
+    const auto isAsciiByte = [](char c) { return static_cast<signed char>(c) >= 0; };
+    if (!std::ranges::all_of(a, isAsciiByte) || !std::ranges::all_of(b, isAsciiByte))
+        return !(ReadingKey(textOf(b)) < ReadingKey(textOf(a)));
+    const auto size = [](std::string_view text) { return static_cast<qsizetype>(text.size()); };
+    const int order = QLatin1StringView(a.data(), size(a))
+                          .compare(QLatin1StringView(b.data(), size(b)), Qt::CaseInsensitive);
     return order < 0 || (order == 0 && a <= b);
 }
 

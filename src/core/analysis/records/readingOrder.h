@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 namespace veltrona {
 
 /// A text's sort key; keys compare like the texts they were made from. Worth keeping where a text
@@ -19,7 +21,8 @@ private:
     QString m_text;
 };
 
-/// Whether `a` comes before `b`, or both are the same; without keys where both are plain ASCII.
-bool inReadingOrder(const QString &a, const QString &b);
+/// Whether the stored name `a` comes before `b`, or both are the same; without keys where both are
+/// plain ASCII.
+bool inReadingOrder(std::string_view a, std::string_view b);
 
 } // namespace veltrona

@@ -1,5 +1,7 @@
 #include "core/analysis/tree/navigationTexts.h"
 
+#include "core/base/storedText.h"
+
 #include <algorithm>
 #include <array>
 
@@ -24,10 +26,8 @@ constexpr std::array<LevelTexts, 6> levels = {{
 }};
 
 QString branchName(const QString &adwordsTyp) {
-    const auto found = std::find_if(branches().begin(), branches().end(), [&](const Branch &each) {
-        return each.adwordsTyp == adwordsTyp;
-    });
-    return found == branches().end() ? adwordsTyp : found->name;
+    const auto found = std::ranges::find(branches, adwordsTyp, &Branch::adwordsTyp);
+    return found == branches.end() ? adwordsTyp : textOf(found->name);
 }
 
 QString keyOf(const TreeNode &node) {
@@ -55,7 +55,7 @@ QString storedName(const TreeNode &node) {
     for (const TreeNode *above = node.Parent; above; above = above->Parent)
         ++level;
     return level == static_cast<int>(NodeLevel::Branch)
-               ? branches().at(static_cast<std::size_t>(node.IndexInParent)).adwordsTyp
+               ? branches.at(static_cast<std::size_t>(node.IndexInParent)).adwordsTyp
                : node.name();
 }
 
@@ -79,13 +79,6 @@ QString captionOf(const NodePath &path) {
             caption.append(path.names[i]).append(u'\'');
     }
     return caption;
-}
-
-const std::array<Branch, 2> &branches() {
-    static const std::array<Branch, 2> both = {
-        {{QStringLiteral("Search keywords"), QStringLiteral("Search Only")},
-         {QStringLiteral("Content"), QStringLiteral("Content Only")}}};
-    return both;
 }
 
 } // namespace veltrona

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <array>
+#include <string_view>
 
 namespace veltrona {
 
@@ -23,9 +24,11 @@ QString captionOf(const NodePath &path);
 
 /// The two branches of an ad group.
 struct Branch {
-    QString name;       // in the tree
-    QString adwordsTyp; // of its records
+    std::string_view name;        // in the tree
+    QLatin1StringView adwordsTyp; // of its records
 };
-const std::array<Branch, 2> &branches();
+inline constexpr std::array<Branch, 2> branches = {
+    {{"Search keywords", QLatin1StringView("Search Only")},
+     {"Content", QLatin1StringView("Content Only")}}};
 
 } // namespace veltrona

@@ -5,12 +5,16 @@
 #include "core/controls/tree.h"
 #include "core/database/projectRecords.h"
 
+#include <cstddef>
+
 namespace veltrona {
 
+inline constexpr std::size_t maxTreeBytes = std::size_t(1) << 30;
+
 /// Replaces the content of `tree`; selects nothing. All names are read first, so that a Failure
-/// leaves the tree unchanged.
+/// leaves the tree unchanged, such as that for a tree of more than `maxBytes`.
 void buildNavigationTree(const sqlite::Connection &connection, const QString &projectTitle,
-                         Tree &tree);
+                         Tree &tree, std::size_t maxBytes = maxTreeBytes);
 /// The same, from the records in memory if there are any.
 void buildNavigationTree(ProjectRecords &records, const QString &projectTitle, Tree &tree);
 

@@ -29,6 +29,7 @@ enum class Result {
     Error = SQLITE_ERROR, // the statement doesn't compile: bad SQL, or another schema
     Abort = SQLITE_ABORT,
     Busy = SQLITE_BUSY,
+    NoMemory = SQLITE_NOMEM,
     Corrupt = SQLITE_CORRUPT,
     Schema = SQLITE_SCHEMA,
     Constraint = SQLITE_CONSTRAINT,

@@ -4,6 +4,7 @@
 #include "core/analysis/records/readingOrder.h"
 #include "core/analysis/tree/navigationTexts.h"
 #include "support/dataTable.h"
+#include "support/faults.h"
 #include "support/recordTable.h"
 
 #include <QTest>
@@ -64,7 +65,7 @@ private slots:
             const TreeNode *node = find(tree, path);
             QCOMPARE(node->Key(), key);
             QCOMPARE(node->Tag(), tag);
-            QCOMPARE(node->Image, 1);
+            QCOMPARE(int(node->Image), 1);
             QVERIFY(!node->Expanded);
         };
         check({"O'Neil", "it's", "Content"}, "3-Campain: 'O'Neil' > Adgroup: 'it's' > Content",
@@ -162,6 +163,11 @@ private slots:
             leaves += names.join('/');
         }
         QCOMPARE(leaves, expected);
+        const int count = tree.Nodes().Count();
+        const auto failure = failureOf(
+            [&] { buildNavigationTree(table.connection(), "p", tree, bytesOfNode * 100); });
+        QVERIFY(failure && failure->text().contains(table.connection().path()));
+        QCOMPARE(tree.Nodes().Count(), count);
     }
 
     void readingOrder_data() {

@@ -1,43 +1,15 @@
-// Distinct texts and combinations of texts, each stored once and numbered from 0 in the order in
-// which they were added.
+// The leaves of the account, each stored once and numbered from 0 in the order in which they were
+// added.
 #pragma once
+
+#include "core/base/textDictionary.h"
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace veltrona {
-
-/// Texts are compared byte by byte.
-class TextDictionary {
-public:
-    using Code = std::uint32_t;
-    static constexpr Code none = ~Code(0);
-
-    /// The code of a text, which is added if it is new.
-    Code add(std::string_view text);
-    /// `none` for a text that was never added.
-    Code find(std::string_view text) const;
-    const std::string &text(Code code) const { return *m_texts[code]; }
-    std::size_t size() const { return m_texts.size(); }
-    std::size_t bytes() const { return m_bytes; }
-
-private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-    std::unordered_map<std::string, Code, Hash, std::equal_to<>> m_codes;
-    std::vector<const std::string *> m_texts; // the keys of the map, which never move
-    std::size_t m_bytes = 0;
-};
 
 /// The columns that place a record in the account.
 enum class NameColumn { Campaign, Adgroup, AdwordsTyp, KeyWord, KwType };

@@ -1,36 +1,13 @@
-#include "core/database/textDictionary.h"
+#include "core/database/leafDictionary.h"
 
 #include <algorithm>
 
 namespace veltrona {
 
-namespace {
-
-/// Of a hash table's node beside its value: link, hash, bucket and the allocator's overhead.
-constexpr std::size_t nodeBytes = 40;
-
-} // namespace
-
-TextDictionary::Code TextDictionary::add(std::string_view text) {
-    const auto found = m_codes.find(text);
-    if (found != m_codes.end())
-        return found->second;
-    const auto code = static_cast<Code>(m_texts.size());
-    const auto added = m_codes.emplace(text, code).first;
-    m_texts.push_back(&added->first);
-    m_bytes += nodeBytes + sizeof(*added) + added->first.capacity() + 2 * sizeof(void *);
-    return code;
-}
-
-TextDictionary::Code TextDictionary::find(std::string_view text) const {
-    const auto found = m_codes.find(text);
-    return found == m_codes.end() ? none : found->second;
-}
-
 LeafDictionary::Code LeafDictionary::add(const Names &names) {
     std::size_t hash = 0;
     for (const std::string_view name : names)
-        hash = (hash ^ std::hash<std::string_view>()(name)) * 0x9E3779B97F4A7C15;
+        hash = (hash ^ hashOf(name)) * 0x9E3779B97F4A7C15;
     hash ^= hash >> 32; // the lowest bits choose the slot
     if (2 * m_leaves.size() >= m_slots.size())
         grow();
