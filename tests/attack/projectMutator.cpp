@@ -3,11 +3,9 @@
 // single bytes seldom leave a file that SQLite reads that far. The input is that of projectAttack.
 #include "attack/projectInput.h"
 
-#include <QtEndian>
-
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <initializer_list>
 #include <iterator>
 #include <random>
 
@@ -17,7 +15,7 @@ using veltrona::attack::ProjectInput;
 
 namespace {
 
-/// Pages count from 0 here, and from 1 in the file.
+/// Pages count from 0 here, and from 1 in the file. What lies outside the file reads as 0.
 class Pages {
 public:
     Pages(QByteArray bytes, unsigned seed) : m_bytes(std::move(bytes)), m_random(seed) {
@@ -33,30 +31,44 @@ public:
 
 private:
     struct Tree { // a page of a B-tree
-        quint32 page, header, pointers, count;
+        quint32 header, pointers, count;
         bool isInner;
     };
 
-    void changeHeader();
-    void changeTreeHeader();
-    void repeatCell();
-    void movePointer();
-    void changeChild();
-    void changeOverflow();
-    void changeTypes();
-    void changeFreeList();
-    void copyPage();
-
     quint32 below(quint32 end) { return end > 0 ? static_cast<quint32>(m_random()) % end : 0; }
     quint32 anyPage() { return below(m_count + 2); }
-    quint32 anyNumber();
-    quint32 get(quint32 at, int width) const;
-    void put(quint32 at, int width, quint32 value);
-    Tree anyTree();
-    quint32 anyCell(const Tree &tree) { return cell(tree, below(tree.count)); }
-    quint32 cell(const Tree &tree, quint32 i) const {
-        return tree.page * m_size + get(tree.pointers + 2 * i, 2);
+    quint32 anyNumber() {
+        const std::array numbers{0U, 1U, anyPage(), below(0x100), below(0x10000), ~0U >> 1, ~0U};
+        return numbers[below(numbers.size())];
     }
+    quint32 get(quint32 at, int width) const {
+        quint32 value = 0;
+        for (const char byte : m_bytes.mid(at, width))
+            value = value << 8 | static_cast<unsigned char>(byte);
+        return value;
+    }
+    void put(quint32 at, int width, quint32 value) {
+        for (; width > 0; --width, value >>= 8) {
+            if (const quint32 last = at + static_cast<quint32>(width) - 1; last < m_bytes.size())
+                m_bytes[last] = static_cast<char>(value);
+        }
+    }
+    Tree anyTree() {
+        const quint32 page = below(m_count);
+        const quint32 header = page * m_size + (page == 0 ? 100 : 0);
+        const bool isInner = get(header, 1) < 8; // 2 or 5; leaves have 10 or 13
+        return {header, header + (isInner ? 12 : 8), get(header + 3, 2), isInner};
+    }
+    quint32 anyPointer(const Tree &tree) { return tree.pointers + 2 * below(tree.count); }
+    quint32 cell(quint32 pointer) const { return pointer / m_size * m_size + get(pointer, 2); }
+
+    void changeHeader();
+    void changeTree();
+    void changeChildren();
+    void repeatCell();
+    void changeOverflow();
+    void changeFreeList();
+    void copyPage();
 
     QByteArray m_bytes;
     std::minstd_rand m_random;
@@ -64,139 +76,91 @@ private:
     quint32 m_count = 0;
 };
 
-quint32 Pages::anyNumber() {
-    const quint32 numbers[] = {0, 1, anyPage(), below(0x100), below(0x10000), 0x7FFFFFFF, ~0U};
-    return numbers[below(std::size(numbers))];
-}
-
-quint32 Pages::get(quint32 at, int width) const {
-    quint32 value = 0;
-    for (int i = 0; i < width; ++i, ++at)
-        value = value << 8 | (at < m_bytes.size() ? static_cast<unsigned char>(m_bytes[at]) : 0U);
-    return value;
-}
-
-void Pages::put(quint32 at, int width, quint32 value) {
-    for (int i = width - 1; i >= 0; --i, value >>= 8) {
-        if (at + static_cast<quint32>(i) < m_bytes.size())
-            m_bytes[at + static_cast<quint32>(i)] = static_cast<char>(value);
-    }
-}
-
-Pages::Tree Pages::anyTree() {
-    Tree tree{.page = below(m_count), .header = 0, .pointers = 0, .count = 0, .isInner = false};
-    tree.header = tree.page * m_size + (tree.page == 0 ? 100 : 0);
-    tree.isInner = get(tree.header, 1) < 8; // 2 or 5; leaves have 10 or 13
-    tree.pointers = tree.header + (tree.isInner ? 12 : 8);
-    tree.count = get(tree.header + 3, 2);
-    return tree;
-}
-
 void Pages::changeHeader() {
     // Page size, versions, reserved bytes, pages, free pages, schema, encoding, version numbers.
-    constexpr struct {
-        quint32 at;
-        int width;
-    } fields[] = {{16, 2}, {18, 1}, {19, 1}, {20, 1}, {24, 4}, {28, 4}, {32, 4},
-                  {36, 4}, {44, 4}, {52, 4}, {56, 4}, {60, 4}, {64, 4}, {92, 4}};
-    const auto &field = fields[below(std::size(fields))];
-    put(field.at, field.width, anyNumber());
+    constexpr quint32 places[] = {16, 18, 20, 24, 28, 32, 36, 44, 52, 56, 60, 64, 92};
+    const quint32 at = places[below(std::size(places))];
+    put(at, at == 20 ? 1 : at < 20 ? 2 : 4, anyNumber());
 }
 
-void Pages::changeTreeHeader() {
+void Pages::changeTree() {
     const Tree tree = anyTree();
     constexpr quint32 kinds[] = {2, 5, 10, 13};
-    // Kind of page, first free block, number of cells, start of cells, fragments, rightmost child.
     switch (below(6)) {
     case 0:
         return put(tree.header, 1, kinds[below(4)]);
     case 1:
-        return put(tree.header + 1, 2, below(m_size));
+        return put(tree.header + 1, 2, below(m_size)); // the first free block
     case 2:
-        return put(tree.header + 3, 2, anyNumber());
+        return put(tree.header + 3, 4, anyNumber()); // number of cells, their start
     case 3:
-        return put(tree.header + 5, 2, anyNumber());
+        return put(anyPointer(tree), 2, get(anyPointer(tree), 2));
     case 4:
-        return put(tree.header + 7, 1, anyNumber());
-    default:
-        return put(tree.header + 8, 4, anyPage());
+        return put(anyPointer(tree), 2, below(m_size));
+    default: // the type of a value in a record
+        return put(cell(anyPointer(tree)) + 2 + below(48), 1, below(0x100));
     }
+}
+
+/// Pages below that are shared, or lead in circles.
+void Pages::changeChildren() {
+    const Tree tree = anyTree();
+    const quint32 child = anyPage();
+    if (!tree.isInner)
+        return copyPage();
+    put(tree.header + 8, 4, child);
+    for (quint32 i = below(2) * std::min(tree.count, m_size / 2); i > 0; --i)
+        put(cell(tree.pointers + 2 * (i - 1)), 4, child);
 }
 
 /// As many pointers as fit, all to one cell: its text is in the file once and is read often.
 void Pages::repeatCell() {
     const Tree tree = anyTree();
-    const quint32 cell = get(tree.pointers + 2 * below(tree.count), 2);
-    const quint32 before = tree.pointers - tree.page * m_size;
-    const quint32 maxCount = (m_size - 8) / 6; // SQLite takes more for damage
-    const quint32 fitting = cell > before ? std::min((cell - before) / 2, maxCount) : 0;
-    const quint32 count = below(2) == 0 ? fitting : std::min(fitting, tree.count);
+    const quint32 start = get(anyPointer(tree), 2);
+    const quint32 before = tree.pointers % m_size;
+    const quint32 most = (m_size - 8) / 6; // SQLite takes more for damage
+    const quint32 count = start > before ? std::min((start - before) / 2, most) : 0;
     for (quint32 i = 0; i < count; ++i)
-        put(tree.pointers + 2 * i, 2, cell);
-    put(tree.header + 3, 2, std::max(count, tree.count));
-}
-
-void Pages::movePointer() {
-    const Tree tree = anyTree();
-    const quint32 other = get(tree.pointers + 2 * below(tree.count), 2);
-    put(tree.pointers + 2 * below(tree.count), 2, below(2) == 0 ? other : below(m_size));
-}
-
-/// Pages below that are shared, or lead in circles.
-void Pages::changeChild() {
-    const Tree tree = anyTree();
-    if (!tree.isInner)
-        return copyPage();
-    const quint32 child = anyPage();
-    const bool isEach = below(2) == 0;
-    for (quint32 i = 0; isEach && i < std::min(tree.count, m_size / 2); ++i)
-        put(cell(tree, i), 4, child);
-    put(isEach ? tree.header + 8 : anyCell(tree), 4, child);
+        put(tree.pointers + 2 * i, 2, start);
+    put(tree.header + 3, 2, count);
 }
 
 /// A larger payload in a leaf of a table, and where its chain of overflow pages goes on.
 void Pages::changeOverflow() {
-    const Tree tree = anyTree();
-    const quint32 start = anyCell(tree);
+    const quint32 start = cell(anyPointer(anyTree()));
     const quint32 least = (m_size - 12) * 32 / 255 - 23;
-    const quint32 payload = below(2) == 0 ? below(0x4000) : least + below(4) * (m_size - 4);
+    const quint32 payload = least + below(below(2) == 0 ? 0x4000 : m_size);
     put(start, 2, 0x8000 | (payload << 1 & 0x7F00) | (payload & 0x7F));
-    const quint32 filled = least + (payload > least ? (payload - least) % (m_size - 4) : 0);
-    const quint32 kept = filled <= m_size - 35 ? filled : least;
+    const quint32 filled = least + (payload - least) % (m_size - 4);
     const quint32 page = anyPage();
-    put(start + 3 + kept, 4, page); // a size of two bytes, a rowid of one
+    // A size of two bytes and a rowid of one come before what the leaf keeps.
+    put(start + 3 + (filled <= m_size - 35 ? filled : least), 4, page);
     put((page - 1) * m_size, 4, anyPage());
-}
-
-/// What a record says of the type and the length of a value.
-void Pages::changeTypes() {
-    const quint32 start = anyCell(anyTree());
-    put(start + 2 + below(48), 1, below(0x100));
 }
 
 void Pages::changeFreeList() {
     const quint32 page = anyPage();
+    const quint32 trunk = (page - 1) * m_size; // next trunk, number of leaves, leaves
     put(32, 4, page);
     put(36, 4, anyNumber());
-    put((page - 1) * m_size, 4, anyPage());
-    put((page - 1) * m_size + 4, 4, anyNumber());
-    put((page - 1) * m_size + 8 + 4 * below(8), 4, anyPage());
+    put(trunk, 4, anyPage());
+    put(trunk + 4, 4, anyNumber());
+    put(trunk + 8 + 4 * below(8), 4, anyPage());
 }
 
 void Pages::copyPage() {
-    const QByteArray page = m_bytes.mid(below(m_count) * m_size, m_size);
     const quint32 to = below(m_count + 1);
-    m_bytes.replace(to * m_size, m_size, page);
+    m_bytes.replace(to * m_size, m_size, m_bytes.mid(below(m_count) * m_size, m_size));
     m_count = std::max(m_count, to + 1);
     put(28, 4, m_count);
 }
 
 void Pages::change() {
-    constexpr void (Pages::*changes[])() = {
-        &Pages::changeHeader,   &Pages::changeTreeHeader, &Pages::repeatCell,
-        &Pages::movePointer,    &Pages::changeChild,      &Pages::changeOverflow,
-        &Pages::changeFreeList, &Pages::changeTypes,      &Pages::copyPage};
-    for (quint32 i = 1 + below(4); i > 0; --i)
+    constexpr void (Pages::*changes[])() = {&Pages::changeHeader,   &Pages::changeTree,
+                                            &Pages::changeTree,     &Pages::changeChildren,
+                                            &Pages::repeatCell,     &Pages::changeOverflow,
+                                            &Pages::changeFreeList, &Pages::copyPage};
+    for (quint32 left = 1 + below(4); left > 0; --left)
         (this->*changes[below(std::size(changes))])();
 }
 
@@ -205,9 +169,8 @@ QByteArray Pages::toLog() {
     quint32 sums[2] = {0, 0};
     const auto append = [&log](std::initializer_list<quint32> words) {
         for (const quint32 word : words) {
-            char bytes[sizeof word];
-            qToBigEndian(word, bytes);
-            log.append(bytes, sizeof bytes);
+            const quint32 bytes = qToBigEndian(word);
+            log.append(reinterpret_cast<const char *>(&bytes), sizeof bytes);
         }
     };
     const auto count = [&sums](const QByteArray &bytes) {
@@ -224,8 +187,8 @@ QByteArray Pages::toLog() {
         const quint32 page = below(m_count);
         const qsizetype start = log.size();
         append({page + 1, left == 1 ? m_count : 0}); // the last one commits
-        const QByteArray content = m_bytes.mid(page * m_size, m_size);
         count(log.mid(start));
+        const QByteArray content = m_bytes.mid(page * m_size, m_size);
         count(content);
         append({1, 2, sums[0], sums[1]});
         log += content;
@@ -238,15 +201,13 @@ QByteArray Pages::toLog() {
 extern "C" std::size_t LLVMFuzzerCustomMutator(unsigned char *data, std::size_t size,
                                                std::size_t maxSize, unsigned seed) {
     std::optional<ProjectInput> input = ProjectInput::read(data, size);
-    if (!input || seed % 8 == 0)
-        return LLVMFuzzerMutate(data, size, maxSize);
-    Pages pages(input->project, seed);
-    if (pages.isEmpty())
+    Pages pages(input ? input->project : QByteArray(), seed);
+    if (pages.isEmpty() || seed % 8 == 0)
         return LLVMFuzzerMutate(data, size, maxSize);
     pages.change();
     if (seed % 8 == 1) {
         input->side = pages.toLog();
-        qToBigEndian<quint16>(0x0202, input->project.data() + 18); // the versions that have a log
+        input->project.replace(18, 2, "\2\2"); // the versions that have a log
     } else {
         input->project = pages.bytes();
     }
