@@ -180,8 +180,18 @@ void frmMain::openContextMenu() {
 
 void frmMain::applyScale() {
     m_surface->applyScale(font());
-    const int picture = 2 * smallIconPixels(fontMetrics());
-    Toolbar1->setIconSize({picture, picture});
+    const int icon = smallIconPixels(fontMetrics());
+    Toolbar1->setIconSize({2 * icon, 2 * icon});
+    // The layout's frames leave room for bars as high as designed, which small letters don't fill.
+    const TwipScale &scale = m_surface->scale();
+    const bool isLarge = icon > usualIconPixels;
+    Toolbar1->setMinimumHeight(isLarge ? scale.toPixels(designed("Toolbar1").height) : 0);
+    statusBar()->setMinimumHeight(isLarge ? scale.toPixels(designed("sbMain").height) : 0);
+}
+
+void frmMain::refit() {
+    applyScale();
+    Form_Resize();
 }
 
 /// The surface never gets smaller than the layout can serve; nor does the window, unless the screen
@@ -238,7 +248,8 @@ void frmMain::Form_Resize() {
     const QSize whole = size() - m_scroll->size() + m_surface->size() + frame;
     sizes.width = scale.toTwips(whole.width());
     sizes.height = scale.toTwips(whole.height());
-    sizes.statusBarHeight = scale.toTwips(statusBar()->height());
+    const QStatusBar &status = *statusBar();
+    sizes.statusBarHeight = scale.toTwips(qMin(status.height(), status.sizeHint().height()));
     sizes.toolBarHeight = scale.toTwips(Toolbar1->height());
     sizes.chromeWidth = scale.toTwips(frame.width());
     sizes.chromeHeight = scale.toTwips(frame.height() + menuBar()->height());
@@ -250,10 +261,11 @@ bool frmMain::event(QEvent *event) {
     if (!centralWidget())
         return handled;
     switch (event->type()) {
+    case QEvent::StyleChange: // the controls take it over after the window
+        QMetaObject::invokeMethod(this, &frmMain::refit, Qt::QueuedConnection);
+        break;
     case QEvent::FontChange:
-    case QEvent::StyleChange:
-        applyScale();
-        Form_Resize();
+        refit();
         break;
     case QEvent::LayoutRequest: // another font gives the bars another height only now
     case QEvent::Move:          // the first sign of the window manager's frame, whose size counts

@@ -66,6 +66,8 @@ private:
 
     void applyDesignSize();
     void applyScale();
+    /// To another font or style.
+    void refit();
     void applyMinimumSize();
     QSize surfaceSize() const;
     void Form_Resize();

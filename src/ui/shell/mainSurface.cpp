@@ -9,9 +9,12 @@
 #include "ui/views/controls/gridView.h"
 #include "ui/views/controls/treeView.h"
 #include "ui/views/dialogs/forms.h"
+#include "ui/views/letterStyle.h"
 #include "ui/views/plainText.h"
 
 #include <QLineEdit>
+
+#include <tuple>
 
 namespace veltrona {
 
@@ -83,10 +86,29 @@ AnalysisScreen MainSurface::screen() {
 
 void MainSurface::applyScale(const QFont &font) {
     m_scale = TwipScale(font, measuredLabels);
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_tree, m_start, m_end, m_range, m_metric, m_group})
+        fitStyleToLetters(*control);
+    makeRoomForFields();
     m_grid->setPixelsPerTwip(m_scale.pixelsPerTwip());
     for (QLabel *label : {lblStart, lblEnd, lblRange, lblLeft, lblGroup})
         desktop::placeControl(*label, designed(label->objectName().toStdString()), m_scale);
     picChart->setGeometry(m_scale.toPixels(designed("picChart")));
+}
+
+/// Some styles ask for wide fields, which must end before their neighbours.
+void MainSurface::makeRoomForFields() {
+    const WindowLayout least = arrangeWindow({});
+    const std::tuple<QWidget *, TwipRect, float> fields[] = {
+        {m_start, least.dtpStart, designed("lblEnd").left},
+        {m_end, least.dtpEnd, designed("lblRange").left},
+        {m_range, least.cboRange, least.Frame2.width},
+        {m_metric, least.cboLeft, least.Frame3.width},
+        {m_group, least.cboGroup, least.Frame3.width},
+    };
+    constexpr float gap = 75;
+    for (const auto &[field, place, end] : fields)
+        m_scale.makeRoom(field->sizeHint().width(), end - gap - place.left);
 }
 
 void MainSurface::arrange(const WindowLayout &layout, int toolBarHeight) {

@@ -44,6 +44,7 @@ private:
     template<class View, class Control>
     View *add(Control &control, QFrame *frame, const char *name);
     QFrame *addFrame(const char *name);
+    void makeRoomForFields();
     QLabel *addLabel(QFrame *frame, const char *name, QWidget *buddy);
 
     // In the order of their making.

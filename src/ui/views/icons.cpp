@@ -11,9 +11,8 @@ static void initResources() {
 namespace veltrona {
 
 int smallIconPixels(const QFontMetrics &metrics) {
-    constexpr int usual = 16;
     constexpr int usualLine = 18;
-    return metrics.height() <= usualLine ? usual : metrics.height();
+    return metrics.height() <= usualLine ? usualIconPixels : metrics.height();
 }
 
 QIcon icon(const QString &name) {

@@ -10,7 +10,9 @@ namespace veltrona {
 
 QIcon icon(const QString &name);
 
-/// Edge length of an icon in a line of text; grows with large fonts.
+inline constexpr int usualIconPixels = 16;
+
+/// Edge length of an icon in a line of text, from the usual one on; grows with large fonts.
 int smallIconPixels(const QFontMetrics &metrics);
 
 } // namespace veltrona

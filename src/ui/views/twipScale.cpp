@@ -23,6 +23,10 @@ double ratioOf(const QFont &font, WindowDesign measured) {
 
 TwipScale::TwipScale(const QFont &font, WindowDesign measured) : m_ratio(ratioOf(font, measured)) {}
 
+void TwipScale::makeRoom(int pixels, float twips) {
+    m_ratio = std::max(m_ratio, pixels * twipsPerPixel / static_cast<double>(twips));
+}
+
 int TwipScale::toPixels(float twips) const {
     return qRound(static_cast<double>(twips) * m_ratio / twipsPerPixel);
 }

@@ -14,6 +14,9 @@ public:
     /// `measured` are labels as wide as their texts in the designs' font.
     TwipScale(const QFont &font, WindowDesign measured);
 
+    /// Grows so that `pixels` fit into `twips`.
+    void makeRoom(int pixels, float twips);
+
     double pixelsPerTwip() const { return m_ratio / twipsPerPixel; }
 
     int toPixels(float twips) const;

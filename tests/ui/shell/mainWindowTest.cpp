@@ -7,11 +7,14 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
@@ -158,30 +161,18 @@ private slots:
     }
     void staysOnTheScreen() {
         const auto [family, points] = test::row<QString, int>();
-        const QFont before = QApplication::font();
-        const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
-        QApplication::setFont(QFont(family, points));
-        QVERIFY(m_home->restart());
-        frmMain &window = m_home->window();
-        for (const QSize &size : {window.size(), QSize(10, 10)}) {
-            window.resize(size);
-            QTRY_COMPARE(window.size(), size.expandedTo(window.minimumSize()));
-            QTRY_COMPARE(test::unreachable(window), QString());
-            QCOMPARE(misplacedControls(window), QString());
-        }
-        for (const char *command : {"mnuOptions", "mnuAbout", "Exp", "Prn"})
-            test::during<QDialog>(
-                [&] { m_home->command(command); },
-                [&](QDialog &form) {
-                    QCOMPARE(test::unreachable(form), QString());
-                    const auto *button = form.findChild<QPushButton *>();
-                    QCOMPARE(test::misplaced(*button->parentWidget(),
-                                             [](const QWidget &control) {
-                                                 return qobject_cast<const QLineEdit *>(&control);
-                                             }),
-                             QString());
-                    form.reject();
-                });
+        checkPlaces("Fusion", QFont(family, points));
+    }
+
+    void servesEveryStyle_data() {
+        const test::DataTable<QString, int> row;
+        for (const QString &style : QStyleFactory::keys())
+            for (const int points : {9, 14})
+                row(qPrintable(QString("%1 %2").arg(style).arg(points)), style, points);
+    }
+    void servesEveryStyle() {
+        const auto [style, points] = test::row<QString, int>();
+        checkPlaces(style, QFont(QApplication::font().family(), points));
     }
 
     void accessible() {
@@ -199,6 +190,43 @@ private slots:
         for (int child = 1; child < tree->childCount(); ++child) // after the hidden heading
             nodes << tree->child(child)->text(QAccessible::Name);
         QCOMPARE(nodes, QStringList({"Veltrona", "(no name)", marked}));
+    }
+
+private:
+    void checkPlaces(const QString &style, const QFont &font) {
+        const QFont before = QApplication::font();
+        const QString styleBefore = QApplication::style()->name();
+        const auto restore = qScopeGuard([&] {
+            QApplication::setFont(before);
+            QApplication::setStyle(styleBefore);
+        });
+        QApplication::setFont(font);
+        QVERIFY(m_home->restart());
+        QApplication::setStyle(style); // under the open window
+        frmMain &window = m_home->window();
+        for (const QSize &size : {window.size(), QSize(10, 10)}) {
+            window.resize(size);
+            QTRY_COMPARE(window.size(), size.expandedTo(window.minimumSize()));
+            QTRY_COMPARE(test::unreachable(window), QString());
+            QTRY_COMPARE(misplacedControls(window), QString());
+        }
+        for (const char *command : {"mnuOptions", "mnuAbout", "Exp", "Prn"})
+            test::during<QDialog>(
+                [&] { m_home->command(command); },
+                [&](QDialog &form) {
+                    QCOMPARE(test::unreachable(form), QString());
+                    for (const QCheckBox *box : form.findChildren<QCheckBox *>())
+                        QVERIFY(
+                            box->style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, box) >=
+                            0.7 * box->fontMetrics().height());
+                    const auto *button = form.findChild<QPushButton *>();
+                    QCOMPARE(test::misplaced(*button->parentWidget(),
+                                             [](const QWidget &control) {
+                                                 return qobject_cast<const QLineEdit *>(&control);
+                                             }),
+                             QString());
+                    form.reject();
+                });
     }
 };
 

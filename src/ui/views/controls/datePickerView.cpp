@@ -68,15 +68,31 @@ void DatePickerView::announceCalendar() const {
         announce(*this, dateText(dayNumber({date.year(), date.month(), date.day()})));
 }
 
-/// Qt opens its calendar by the mouse alone.
-void DatePickerView::openCalendar() {
+QRect DatePickerView::partOf(const QSize &size, QStyle::SubControl part) const {
     QStyleOptionComboBox option;
     option.initFrom(this);
     option.editable = true;
-    const QPointF arrow =
-        style()
-            ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this)
-            .center();
+    option.rect = QRect({}, size);
+    return style()->subControlRect(QStyle::CC_ComboBox, &option, part, this);
+}
+
+QSize DatePickerView::sizeHint() const {
+    QSize size = QDateEdit::sizeHint();
+    int widest = 0;
+    for (int month = 1; month <= 12; ++month) {
+        const QDate day(2000, month, 28);
+        widest = std::max(widest,
+                          fontMetrics().horizontalAdvance(locale().toString(day, displayFormat())));
+    }
+    constexpr int margins = 24; // of a text in any style, with the cursor
+    const int field = partOf(size, QStyle::SC_ComboBoxEditField).width();
+    size.rwidth() -= std::max(0, field - widest - margins);
+    return size;
+}
+
+/// Qt opens its calendar by the mouse alone.
+void DatePickerView::openCalendar() {
+    const QPointF arrow = partOf(size(), QStyle::SC_ComboBoxArrow).center();
     QMouseEvent press(QEvent::MouseButtonPress, arrow, mapToGlobal(arrow), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(this, &press);

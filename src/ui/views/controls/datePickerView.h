@@ -6,6 +6,7 @@
 
 #include <QDateEdit>
 #include <QScopedValueRollback>
+#include <QStyle>
 
 #include <functional>
 
@@ -25,6 +26,8 @@ public:
     /// a step, and when the calendar closes. Commands that don't move the focus call it first.
     void finishEdit();
     void stepBy(int steps) override;
+    /// Without what some styles add to a field beyond its widest date.
+    QSize sizeHint() const override;
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -36,6 +39,8 @@ protected:
 private:
     void showValue();
     void openCalendar();
+    /// The place of a part of the field, if it had this size.
+    QRect partOf(const QSize &size, QStyle::SubControl part) const;
     void announceCalendar() const;
 
     DatePicker &m_picker;

@@ -1,6 +1,9 @@
 #include "ui/views/dialogs/forms.h"
 
+#include "ui/views/letterStyle.h"
+
 #include <QApplication>
+#include <QCheckBox>
 #include <QEvent>
 #include <QScreen>
 #include <QScrollArea>
@@ -134,10 +137,13 @@ void DesignedDialog::showModal(QWidget *first) {
 }
 
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale) {
-    QRect rect = scale.toPixels(place);
-    const QPoint centre = rect.center();
+    const QRect designed = scale.toPixels(place);
+    QRect rect = designed;
     rect.setSize(rect.size().expandedTo(control.sizeHint()));
-    rect.moveCenter(centre);
+    rect.moveCenter(designed.center());
+    const auto *label = qobject_cast<QLabel *>(&control);
+    if (!label || !label->alignment().testFlag(Qt::AlignHCenter))
+        rect.moveLeft(designed.left());
     control.setGeometry(rect);
 }
 
@@ -146,7 +152,10 @@ void placeControls(const QWidget &form, WindowDesign design, const TwipScale &sc
     for (const DesignedControl &control : design) {
         TwipRect place = control.place;
         place.top -= raisedBy;
-        placeControl(*form.findChild<QWidget *>(QLatin1String(control.name)), place, scale);
+        auto *widget = form.findChild<QWidget *>(QLatin1String(control.name));
+        if (qobject_cast<QCheckBox *>(widget))
+            fitStyleToLetters(*widget);
+        placeControl(*widget, place, scale);
     }
 }
 

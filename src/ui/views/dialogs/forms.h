@@ -91,8 +91,8 @@ private:
     QScrollArea *m_scroll = nullptr; // once the screen was too small for the controls
 };
 
-/// Puts a control at its designed place, grown about its centre where style, text or font ask for
-/// more.
+/// Puts a control at its designed place, wider to the right and higher about its centre where
+/// style, text or font ask for more.
 void placeControl(QWidget &control, const TwipRect &place, const TwipScale &scale);
 
 /// Puts all controls of a design at their places, or higher by so many twips.
