@@ -26,6 +26,13 @@ double growthOf(const QWidget &widget) {
     return resolution / widget.logicalDpiY();
 }
 
+/// Some styles draw everything large, and don't expect it larger.
+bool drawsSmall(const QWidget &widget) {
+    const int indicator =
+        QApplication::style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &widget);
+    return indicator < usualIconPixels * widget.logicalDpiY() / usualResolution;
+}
+
 /// Styles take the screen's resolution, to which they fit what they draw, from an option's font
 /// metrics: here it is one at which their sizes go with the letters.
 class LetterStyle : public QProxyStyle {
@@ -98,10 +105,10 @@ private:
 
 void fitStyleToLetters(QWidget &control) {
     auto *before = dynamic_cast<LetterStyle *>(control.style());
-    const bool isLarge = growthOf(control) > 1;
-    if (before ? before->serves(control) : !isLarge)
+    const bool isNeeded = growthOf(control) > 1 && drawsSmall(control);
+    if (before ? isNeeded && before->serves(control) : !isNeeded)
         return;
-    LetterStyle *style = isLarge ? new LetterStyle(control) : nullptr;
+    LetterStyle *style = isNeeded ? new LetterStyle(control) : nullptr;
     if (style)
         style->setParent(&control);
     control.setStyle(style);

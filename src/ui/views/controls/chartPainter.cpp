@@ -14,6 +14,8 @@ namespace veltrona {
 
 namespace {
 
+// The axes stay where they are in right-to-left windows too.
+constexpr int absolute = Qt::AlignAbsolute | Qt::TextSingleLine;
 constexpr double usualGap = 6;
 constexpr double maxBarWidthInGaps = 16; // a wider single bar would look like a background
 
@@ -83,7 +85,7 @@ void paintLines(QPainter &painter, const ChartLayout &layout, const QRectF &area
                          line == 0 ? mixed(colors.line, colors.text, 0.5) : colors.line);
         const QRectF text(area.left(), y - metrics.height() / 2,
                           layout.plot.left() - layout.gap - area.left(), metrics.height());
-        painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
+        painter.drawText(text, absolute | Qt::AlignRight | Qt::AlignVCenter,
                          axisText(layout.scale, line));
     }
 }
@@ -203,7 +205,7 @@ void paintChart(QPainter &painter, const QRect &area, const Chart &chart, const 
     painter.setFont(layout.font);
     const QFontMetricsF metrics(layout.font, painter.device());
     const QRectF title = titleRow(metrics, layout, area);
-    painter.drawText(title, Qt::AlignLeft | Qt::TextSingleLine,
+    painter.drawText(title, absolute | Qt::AlignLeft,
                      metrics.elidedText(chart.SeriesName(), Qt::ElideRight, title.width()));
     paintLines(painter, layout, area, colors);
     paintBars(painter, layout, chart, colors, marked);
@@ -227,7 +229,7 @@ void paintTexts(QPainter &painter, const QRect &area, const Chart &chart,
     painter.setPen(mixed(colors.paper, colors.text, 0.7));
     const QString note = bars && !notice.isEmpty() ? notice : chart.texts().note;
     if (beside.width() > 0)
-        painter.drawText(beside, Qt::AlignRight | Qt::TextSingleLine,
+        painter.drawText(beside, absolute | Qt::AlignRight,
                          metrics.elidedText(note, Qt::ElideRight, beside.width()));
     if (!bars && !notice.isEmpty()) {
         constexpr int wrapped = Qt::AlignCenter | Qt::TextWordWrap;

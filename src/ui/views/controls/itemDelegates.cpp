@@ -29,8 +29,10 @@ double textEnd(const QStyleOptionViewItem &item, const QRectF &place) {
 
 void paintLossMark(QPainter &painter, const QStyleOptionViewItem &item, const QRectF &place,
                    double lineEnd, const QColor &color) {
-    const QRectF mark = lossMarkBetween(textEnd(item, place), lineEnd, place.center().y(),
-                                        item.fontMetrics.height());
+    QRectF mark = lossMarkBetween(textEnd(item, place), lineEnd, place.center().y(),
+                                  item.fontMetrics.height());
+    if (item.direction == Qt::RightToLeft)
+        mark.moveRight(place.left() + place.right() - mark.left());
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
