@@ -66,6 +66,7 @@ private slots:
                                    QString::fromLatin1("a\0b", 3),
                                    textOf("\xFFz\xED\xA0\x80"),
                                    textOf("\xFE\U0001F600z"),
+                                   QString(100'000, 'l'),
                                    "\uFFFDz",
                                    "\U0001F600"};
         test::RecordTable table;

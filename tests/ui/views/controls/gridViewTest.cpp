@@ -156,6 +156,9 @@ private slots:
             shown.grid.setSubject("another period " + QString::number(isFocused));
             QCOMPARE(shown.view.currentIndex(), isFocused ? shown.cell(0, 0) : QModelIndex());
             QCOMPARE(shown.view.selectionModel()->selectedIndexes().size(), isFocused ? 1 : 0);
+            shown.view.setCurrentIndex(shown.cell(1, 1));
+            shown.grid.setTextMatrix(1, 1, "5"); // the same subject
+            QCOMPARE(shown.view.currentIndex(), shown.cell(1, 1));
         }
     }
 
