@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <span>
 #include <system_error>
 
 namespace veltrona {
@@ -95,6 +96,17 @@ bool hasSideFiles(const QString &project) {
     return found;
 }
 
+/// All that can be; returns the error of one that can't.
+std::error_code removeSideFiles(const QString &project, std::span<const QString> endings) {
+    std::error_code error;
+    for (const QString &ending : endings) {
+        std::error_code each;
+        fs::remove(nativePath(project + ending), each);
+        error = each ? each : error;
+    }
+    return error;
+}
+
 /// Renames a project, if there is one, and SQLite's files beside it. These get the new name before
 /// the project and lose the old one after it, so that a program that is killed meanwhile leaves no
 /// project without the journal that repairs it. After an error all have their old names.
@@ -112,14 +124,22 @@ std::error_code moveProject(const QString &from, const QString &to) {
         if (!error)
             linked << ending;
     }
-    if (!error && exists(from))
+    const bool moves = !error && exists(from);
+    if (moves)
         fs::rename(nativePath(from), nativePath(to), error);
-    const QString &obsolete = error ? to : from;
+    std::error_code ignored;
+    if (!error && (error = removeSideFiles(from, linked))) {
+        for (const QString &ending : linked)
+            fs::create_hard_link(nativePath(to + ending), nativePath(from + ending), ignored);
+        if (moves)
+            fs::rename(nativePath(to), nativePath(from), ignored);
+    }
+    if (error) {
+        removeSideFiles(to, linked);
+        return error;
+    }
     for (const QString &ending : sideEndings) {
-        std::error_code ignored;
-        if (linked.contains(ending))
-            fs::remove(nativePath(obsolete + ending), ignored);
-        else if (!error)
+        if (!linked.contains(ending))
             fs::rename(nativePath(from + ending), nativePath(to + ending), ignored);
     }
     return error;
@@ -143,8 +163,7 @@ void replaceWithSideFiles(desktop::ReplacementFile &draft) {
     draft.commit();
     restore.dismiss();
     fs::remove(nativePath(aside), error);
-    for (const QString &ending : sideEndings)
-        fs::remove(nativePath(aside + ending), error);
+    removeSideFiles(aside, sideEndings);
 }
 
 } // namespace

@@ -18,27 +18,30 @@ using namespace veltrona;
 using test::allow, test::contents, test::write;
 
 namespace {
-int killBefore = 0; // that many more steps on the disk
+// That many more steps on the disk.
+int killBefore = 0;
+int failBefore = 0;
 
-void countStep() {
+bool stepFails() {
     if (killBefore > 0 && --killBefore == 0)
         std::raise(SIGKILL);
+    errno = EIO;
+    return failBefore > 0 && --failBefore == 0;
 }
 } // namespace
 
 // In place of the C library's functions, also for the standard library.
 extern "C" {
 int link(const char *from, const char *to) noexcept {
-    countStep();
-    return static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
+    return stepFails() ? -1
+                       : static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
 int rename(const char *from, const char *to) noexcept {
-    countStep();
-    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+    return stepFails() ? -1
+                       : static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
 int remove(const char *path) noexcept {
-    countStep();
-    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+    return stepFails() ? -1 : static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
 }
 }
 
@@ -161,6 +164,26 @@ private slots:
                 QVERIFY(step < 20);
             }
         }
+    }
+
+    /// Wherever the disk fails, the older project stays with its journal, or the new one is whole.
+    void failedStep() {
+        int failures = 0;
+        for (int step = 1; failBefore == 0; ++step) {
+            renewFolder();
+            const QString file = write(path("p.vlt"), "old");
+            write(file + "-journal", "journal");
+            failBefore = step;
+            if (failureOf([&] { makeProject(test::projectTemplate(), file); })) {
+                QCOMPARE(contents(file) + contents(file + "-journal"), "oldjournal");
+                ++failures;
+            } else {
+                QCOMPARE(contents(file), contents(test::projectTemplate()));
+                QVERIFY(!QFile::exists(file + "-journal"));
+            }
+        }
+        failBefore = 0;
+        QVERIFY(failures > 0);
     }
 
     /// What a killed program has left goes, what another holds stays.

@@ -1,5 +1,6 @@
 // The analysis view without a window: one refresh for each action, and what a failed one leaves.
 #include "core/shell/analysisView.h"
+#include "core/database/projectFile.h"
 #include "core/platform/services.h"
 #include "core/shell/modMain.h"
 #include "support/faults.h"
@@ -71,6 +72,29 @@ private slots:
         m_view->openRow(2);
         QCOMPARE(m_refreshes, 2);
         QCOMPARE(m_controls->treeList.SelectedItem()->Text(), QString("Two"));
+    }
+
+    /// Another program commits before any statement of a click that lets it.
+    void gridAndChartAreOfOneState() {
+        static std::unique_ptr<sqlite::Connection> other;
+        other = openProject(m_table->connection().path());
+        const auto restore = qScopeGuard([wait = services().lockWait] {
+            services().lockWait = wait;
+            other.reset();
+        });
+        services().lockWait = 0;
+        m_controls->cboLeft.setListIndex(3); // clicks
+        const auto commit = [](unsigned, void *, void *, void *) {
+            failureOf([] { other->execute("UPDATE tblGoogleDays SET Clicks = Clicks + 1"); });
+            return 0;
+        };
+        sqlite3 *handle = modMain::DbConn->handle();
+        sqlite3_trace_v2(handle, SQLITE_TRACE_STMT, commit, nullptr);
+        m_controls->treeList.onNodeClick(m_controls->treeList.SelectedItem());
+        sqlite3_trace_v2(handle, 0, nullptr, nullptr);
+        const QString clicks = m_controls->flxStat.TextMatrix(1, gridColumn::Clicks);
+        QVERIFY(clicks.toInt() > 3);
+        QCOMPARE(2 * clicks.toDouble(), m_controls->mscMain.DataGrid().rows()[1].value);
     }
 
     void aBarsDaysAndBack() {
