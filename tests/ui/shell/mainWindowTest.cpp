@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTest>
@@ -149,7 +150,14 @@ private slots:
             QResizeEvent again(window.size(), window.size());
             QCoreApplication::sendEvent(&window, &again);
             QCOMPARE(m_home->view("mscMain")->geometry(), chart);
-            QCOMPARE(window.findChild<QToolBar *>()->iconSize().width() > 32, points >= 14);
+            const auto *bar = window.findChild<QToolBar *>();
+            QCOMPARE(bar->iconSize().width() > 32, points >= 14);
+            // From there on the bars are as high as designed: 600 and 345 twips.
+            const auto *frame = window.findChild<QWidget *>("Frame1");
+            const int toFrame = frame->mapTo(&window, QPoint()).y() - bar->y();
+            const double high = window.statusBar()->height() * 600. / 345;
+            QCOMPARE(qAbs(bar->height() - toFrame) <= 1, points >= 14);
+            QCOMPARE(qAbs(high - toFrame) <= 2, points >= 14);
         }
     }
 
