@@ -47,8 +47,9 @@ STEPS = [
     ("Right", [r"19 Nov 2024: 1\.35\."]),
     ("Right Right", ["...", r"21 Nov 2024: 0, no records\."]),
     ("Left Left Return", ["...", r"notification 1 bar, 19 Nov 2024\. Highest: 1\.35, .*"]),
-    ("shift+Tab", ["...", r"200\.", r"27% of the impressions of .*"]),
-    ("Right", [r"CTR column header 0%",
+    # Other days: the mark has left the cell.
+    ("shift+Tab", ["...", LOSS, r"Loss: cost 9\.00, brought 1\.00\. .*"]),
+    ("Right Right Right", ["...", r"CTR column header 0%",
                r"4 clicks of 200 impressions: 2%\. 18 Nov: 2%, no change\. Click-through .*"]),
     ("Right", [r"Avg\.CPC column header 2\.25\.",
                r"9\.00 for 4 clicks: 2\.25\. 18 Nov: 3\.00, down 25%\. Mean of .*"]),

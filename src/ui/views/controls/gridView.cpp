@@ -120,9 +120,11 @@ void GridView::refresh() {
 /// The marked cell belonged to other rows. With the focus here the keys go on from the first one.
 void GridView::resetMark() {
     m_subject = m_grid.subject();
-    setCurrentIndex(hasFocus() ? m_model->index(0, Grid::NameColumn) : QModelIndex());
-    if (!hasFocus())
-        clearSelection();
+    if (hasFocus())
+        selectionModel()->setCurrentIndex(m_model->index(0, Grid::NameColumn),
+                                          QItemSelectionModel::ClearAndSelect);
+    else
+        selectionModel()->clear();
 }
 
 void GridView::applyWidths(bool all) {
@@ -149,15 +151,23 @@ void GridView::changeEvent(QEvent *event) {
         applyFont();
 }
 
+// Qt begins at the first cell only as long as there has never been a current one.
+void GridView::focusInEvent(QFocusEvent *event) {
+    QTableView::focusInEvent(event);
+    if (!currentIndex().isValid() && event->reason() != Qt::MouseFocusReason)
+        selectionModel()->setCurrentIndex(m_model->index(0, Grid::NameColumn),
+                                          QItemSelectionModel::NoUpdate);
+}
+
+// Screen readers say what QTableView notifies them of, which only concerns those who are here.
+// NOLINTBEGIN(bugprone-parent-virtual-call)
 void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
-    // Screen readers say what changes here, which only concerns those who are here.
-    if (!hasFocus()) {
-        QAbstractItemView::currentChanged(current,
-                                          previous); // NOLINT(bugprone-parent-virtual-call)
-    } else {
+    if (hasFocus()) {
         if (current.row() != previous.row())
             notifyRowEntered(*this);
         QTableView::currentChanged(current, previous);
+    } else {
+        QAbstractItemView::currentChanged(current, previous);
     }
     for (const QModelIndex &index : {previous, current}) {
         const QRect cell = visualRect(index);
@@ -169,8 +179,9 @@ void GridView::selectionChanged(const QItemSelection &now, const QItemSelection 
     if (hasFocus())
         QTableView::selectionChanged(now, before);
     else
-        QAbstractItemView::selectionChanged(now, before); // NOLINT(bugprone-parent-virtual-call)
+        QAbstractItemView::selectionChanged(now, before);
 }
+// NOLINTEND(bugprone-parent-virtual-call)
 
 QColor GridView::baseColor(const QModelIndex &index) const {
     QColor base = palette().color(QPalette::Base);

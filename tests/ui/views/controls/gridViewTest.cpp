@@ -151,7 +151,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&shown.view));
         for (const bool isFocused : {false, true}) {
             isFocused ? shown.view.setFocus() : shown.view.clearFocus();
-            shown.view.setCurrentIndex(shown.cell(2, 2));
+            shown.view.selectionModel()->setCurrentIndex(shown.cell(2, 2),
+                                                         QItemSelectionModel::ClearAndSelect);
             shown.grid.setSubject("another node");
             shown.grid.setSubject("another period " + QString::number(isFocused));
             QCOMPARE(shown.view.currentIndex(), isFocused ? shown.cell(0, 0) : QModelIndex());
@@ -160,6 +161,10 @@ private slots:
             shown.grid.setTextMatrix(1, 1, "5"); // the same subject
             QCOMPARE(shown.view.currentIndex(), shown.cell(1, 1));
         }
+        shown.view.clearFocus();
+        shown.grid.setSubject("a third node");
+        shown.view.setFocus(Qt::TabFocusReason);
+        QCOMPARE(shown.view.currentIndex(), shown.cell(0, 0));
     }
 
     void copiesATableOfTabs() {
