@@ -132,7 +132,7 @@ private slots:
         QCOMPARE(m_home->dialogs.boxes().value(0).text.section(": ", 1),
                  QString("The import of \"%1\" has ended at row 2 (line 3 of the file): the value "
                          "\"31.02.2007\" of the column \"date\" is no date. The rows before it are "
-                         "kept in the project; importing the mended file again skips them.")
+                         "kept in the project; importing the corrected file skips them.")
                      .arg(m_home->file("rows.xml")));
         QVERIFY(!m_home->node({"Lost"}) && !m_home->node({"Behind"}));
         bad[1].replace("31.02.2007", "28.02.2007");

@@ -6,6 +6,7 @@
 #include "core/platform/desktop/paths.h"
 #include "core/shell/modMain.h"
 #include "support/dataTable.h"
+#include "support/faults.h"
 #include "support/mainWindow.h"
 #include "support/projects.h"
 #include "support/testFolder.h"
@@ -24,7 +25,7 @@ using namespace veltrona;
 
 namespace {
 
-enum Choice { OpenAnother, SecondWay, Quit };
+enum Choice { OpenAnother, SecondWay, ThirdWay };
 
 QString defaultProject(const test::MainWindow &home) {
     return home.file("data/Veltrona/Veltrona.vlt");
@@ -60,11 +61,9 @@ private slots:
     }
 
     void badProject_data() {
-        const QByteArray good = test::contents(test::projectTemplate());
         const test::DataTable<QByteArray, QString> row;
         row("missing", "(none)", "there is no such file");
         row("junk", QByteArray(5000, 'x'), "isn't a database");
-        row("locked", good, "locked by another program");
     }
 
     void badProject() {
@@ -74,14 +73,9 @@ private slots:
         const QString path = home.file("<b>%2 %3's.vlt");
         if (content != "(none)")
             home.writeFile("<b>%2 %3's.vlt", content);
-        sqlite::Connection other;
-        if (reason.startsWith("locked")) {
-            other.open(path);
-            other.execute("BEGIN EXCLUSIVE");
-        }
         home.remember(path);
 
-        home.dialogs.expectChoice(Quit);
+        home.dialogs.expectChoice(ThirdWay);
         QVERIFY(!home.start());
         const test::ShownBox box = home.dialogs.boxes().value(0);
         QCOMPARE(box.title, "Veltrona");
@@ -169,19 +163,56 @@ private slots:
         QVERIFY(!QFileInfo(defaultProject(home)).isSymLink());
     }
 
-    void lockedDefault() {
+    void lockedProject_data() {
+        const test::DataTable<bool, int, QString, QString> row;
+        row("the default one", true, SecondWay, "Veltrona", "Try again/&Quit");
+        const QString ways = "Try again/&Use the default project/&Quit";
+        row("another one", false, SecondWay, "good", ways);
+        row("not forgotten for the default one", false, ThirdWay, "Veltrona", ways);
+    }
+
+    void lockedProject() {
+        const auto [isDefault, choice, opened, ways] = test::row<bool, int, QString, QString>();
         test::MainWindow home;
         QVERIFY(home.start());
         home.close();
+        const QString path = isDefault ? defaultProject(home) : home.file("good.vlt");
+        if (!isDefault) {
+            makeProject(test::projectTemplate(), path);
+            home.remember(path);
+        }
         sqlite::Connection other;
-        other.open(defaultProject(home));
+        other.open(path);
         other.execute("BEGIN EXCLUSIVE");
-        home.dialogs.expectChoice(SecondWay);
+        home.dialogs.expectChoice(choice);
         home.dialogs.whileOpen = [&] { other.execute("COMMIT"); };
         QVERIFY(home.start());
+        const test::ShownBox box = home.dialogs.boxes().value(0);
+        QVERIFY2(box.text.contains("locked by another program"), qPrintable(box.text));
+        QCOMPARE(box.buttons.join(u'/'), "&Open another.../&" + ways);
+        QCOMPARE(home.treeDump(), QStringList{opened});
+        QCOMPARE(home.remembered(), isDefault ? "(none)" : path);
+        QVERIFY(!other.hasMoved());
+    }
+
+    void defaultInAFolderThatCantBeWritten() {
+        test::MainWindow home;
+        QVERIFY(QDir().mkpath(home.file("data/Veltrona")));
+        home.writeFile("data/Veltrona/Veltrona.vlt", "damaged");
+        QVERIFY(QFile::setPermissions(home.home(), QFile::Permissions(0x5555)));
+        const QString folder = home.file("data/Veltrona");
+        QVERIFY(QFile::setPermissions(folder, QFile::Permissions(0x5555)));
+        const auto writable = qScopeGuard([&] {
+            QFile::setPermissions(folder, QFile::Permissions(0x7777));
+            QFile::setPermissions(home.home(), QFile::Permissions(0x7777));
+        });
+        const AnotherUser user;
+        if (!user.works())
+            QSKIP("needs another user");
+        home.dialogs.expectChoice(ThirdWay);
+        QVERIFY(!home.start());
         QCOMPARE(home.dialogs.boxes().value(0).buttons.join(u'/'),
                  "&Open another.../&Try again/&Quit");
-        QVERIFY(!other.hasMoved());
     }
 
     void endOfTheRun() {

@@ -205,6 +205,10 @@ void renameAside(const QString &path) {
                                          native, qt_error_string(error.value())));
 }
 
+bool canRenameAside(const QString &path) {
+    return exists(path) && QFileInfo(QFileInfo(path).path()).isWritable();
+}
+
 bool isSameFile(const QString &first, const QString &second) {
     std::error_code error;
     return fs::equivalent(nativePath(first), nativePath(second), error);

@@ -40,6 +40,8 @@ void makeMissingProject(const QString &templatePath, const QString &target);
 /// Renames a project and SQLite's files beside it to "... set aside" with the time. Throws Failure,
 /// with everything as it was.
 void renameAside(const QString &path);
+/// Whether there is a file to rename, in a folder that can be written.
+bool canRenameAside(const QString &path);
 
 /// Whether two paths lead to the same file, also by links.
 bool isSameFile(const QString &first, const QString &second);

@@ -240,7 +240,7 @@ Failure RowLoader::withContext(const UnreadableValue &value) const {
     return {unreadableReport,
             QStringLiteral("The import of \"%1\" has ended at row %2 (line %3 of the file): the "
                            "value \"%4\" of the column \"%5\" %6. The rows before it are kept in "
-                           "the project; importing the mended file again skips them.")
+                           "the project; importing the corrected file skips them.")
                 .arg(QDir::toNativeSeparators(m_document.path()), QString::number(m_row),
                      QString::number(m_walk.line()), shownValue(m_reader.value(value.column)),
                      m_check.names[static_cast<std::size_t>(value.column)],

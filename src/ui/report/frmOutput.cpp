@@ -54,6 +54,7 @@ frmOutput::frmOutput(ReportSource source, OutputSettings settings)
       cmdClose(desktop::makeControl<QPushButton>(lowerControls, "cmdClose", this)) {
     setWindowTitle(u"Export the Report"_s);
     lblFilename->setBuddy(txtFilename);
+    txtFilename->setPlaceholderText(u"Type a file name or press Browse"_s);
     for (QCheckBox *option : chkOpts)
         option->setChecked(true);
     cmdRun->setDefault(true);

@@ -27,6 +27,8 @@
 #include <QImage>
 #include <QScopeGuard>
 
+#include <vector>
+
 namespace veltrona {
 
 namespace {
@@ -113,32 +115,49 @@ bool frmMain::askAboutBadProject(const Failure &failure) {
     const QString text = u"The project \"%1\" can't be opened.\r\rError %2: %3"_s.arg(
         QDir::toNativeSeparators(modMain::DbFileName), QString::number(failure.number()),
         failure.text());
-    // Renaming it would take file and journal away from the program that is writing.
     const bool isLocked = sqlite::isLocked(failure);
-    const QString second = !isDefault ? u"&Use the default project"_s
-                           : isLocked ? u"&Try again"_s
-                                      : u"&Set it aside and make a new one"_s;
-    const int choice =
-        dialogs().choose(productName, text, {u"&Open another..."_s, second, u"&Quit"_s});
-    switch (choice) {
-    case 0:
+    enum Way { OpenAnother, TryAgain, UseDefault, SetAside, Quit };
+    // Renaming it would take file and journal away from the program that is writing.
+    const bool canSetAside = isDefault && !isLocked && canRenameAside(modMain::DbFileName);
+    const struct {
+        Way way;
+        QString button;
+        bool isOffered;
+    } ways[] = {{OpenAnother, u"&Open another..."_s, true},
+                {TryAgain, u"&Try again"_s, isLocked || (isDefault && !canSetAside)},
+                {UseDefault, u"&Use the default project"_s, !isDefault},
+                {SetAside, u"&Set it aside and make a new one"_s, canSetAside},
+                {Quit, u"&Quit"_s, true}};
+    std::vector<Way> offered;
+    QStringList buttons;
+    for (const auto &each : ways) {
+        if (!each.isOffered)
+            continue;
+        offered.push_back(each.way);
+        buttons.append(each.button);
+    }
+    switch (offered[static_cast<std::size_t>(dialogs().choose(productName, text, buttons))]) {
+    case OpenAnother:
         if (chooseProjectFile()) {
             const QString path = withoutBlanks(cdMain.FileName).toString();
             rememberProject(path);
             modMain::session() = ProjectSession::at(path);
         }
-        return true;
-    case 1:
-        if (isDefault && !isLocked) {
-            filtered([] { renameAside(modMain::DbFileName); });
-        } else if (!isDefault) {
+        break;
+    case TryAgain:
+        break;
+    case UseDefault:
+        if (!isLocked) // else it is there again at the next start
             rememberProject(QString());
-            modMain::session() = ProjectSession::at(defaultProjectPath(modMain::DataFolder));
-        }
-        return true;
-    default:
+        modMain::session() = ProjectSession::at(defaultProjectPath(modMain::DataFolder));
+        break;
+    case SetAside:
+        filtered([] { renameAside(modMain::DbFileName); });
+        break;
+    case Quit:
         return false;
     }
+    return true;
 }
 
 bool frmMain::chooseProjectFile() {

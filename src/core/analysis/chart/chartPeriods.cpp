@@ -202,7 +202,7 @@ ChartTexts chartTexts(const ChartPeriods &periods, const DateRange &range,
     notes.removeAll(QString());
     texts.note = notes.join(u' ');
     if (dayNumber(range.start) > dayNumber(range.end))
-        texts.notice = u"The start date lies behind the end date."_s;
+        texts.notice = u"The start date is after the end date."_s;
     else if (empty)
         texts.notice = emptyNotice(periods, range, surroundings);
     else if (surroundings.hasUncountedValues)

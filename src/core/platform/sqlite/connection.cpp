@@ -92,7 +92,7 @@ void refuseUnlessOrdinaryFile(const QString &path) {
     const int error =
         QFileInfo::exists(path) ? desktop::ordinaryFileError(path, maxPathBytes()) : ENOENT;
     const char *reason = error == ENOENT         ? "there is no such file"
-                         : error == ENAMETOOLONG ? "its path is longer than the engine takes"
+                         : error == ENAMETOOLONG ? "its path is longer than SQLite allows"
                          : error == EISDIR       ? "it is a folder"
                                                  : "it isn't an ordinary file";
     if (error != 0)

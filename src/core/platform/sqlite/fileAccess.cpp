@@ -20,16 +20,16 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto notRegular =
-    "the journal beside it isn't an ordinary file; move away what stands there under its name with "
-    "\"-journal\", \"-wal\" or \"-shm\" behind it";
+    "the journal beside it isn't an ordinary file; move away what has its name with \"-journal\", "
+    "\"-wal\" or \"-shm\" at the end";
 constexpr auto severalFiles =
     "the journal beside it belongs to a change of several databases at once; only the program that "
     "made that change can take it back, so open the file with that program first";
 constexpr auto otherState =
     "the journal beside it, left by a program that broke off, was made for another state of this "
     "file, as when a backup is put in a project's place; playing it back would spoil the file. If "
-    "the file is the one that you want, move the journal (the same name with \"-journal\" behind "
-    "it) to another folder and open the file again";
+    "the file is the one that you want, move the journal (the same name with \"-journal\" at the "
+    "end) to another folder and open the file again";
 
 /// Links count as what they are, since SQLite would write through them.
 bool isMissingOrRegular(const std::string &name) {

@@ -45,8 +45,8 @@ private slots:
         row("ninety days, as many as bars", Weeks, "2007-02-14", "2007-05-14",
             uncounted + "\nGroup by days to see them.",
             "Each bar after the first counts 7 days of 2007. 3 to 14 May lie after the last bar.");
-        row("backwards", Days, "2007-05-15", "2007-05-14",
-            "The start date lies behind the end date.", "The bar counts 15 May 2007.");
+        row("backwards", Days, "2007-05-15", "2007-05-14", "The start date is after the end date.",
+            "The bar counts 15 May 2007.");
         row("steps", Days, "2007-05-14", "2007-08-21", "",
             "Each bar after the first counts 2 days of 2007. 21 Aug lies after the last bar.");
         row("weeks", Weeks, "2007-05-07", "2008-05-13", "",
