@@ -103,7 +103,7 @@ private slots:
         m_refreshes = 0;
         bar(1);
         QCOMPARE(m_refreshes, 1);
-        QCOMPARE(m_said.last().left(19), "1 bar, 7 May 2007. ");
+        QCOMPARE(m_said.last().left(19), "1 bar, 7 May 2007: ");
         QVERIFY((m_view->dateRange() == DateRange{week.start + 1, week.start + 1}));
         QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));
         bar(0); // is shown already

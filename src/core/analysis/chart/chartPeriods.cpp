@@ -110,7 +110,8 @@ QString emptyNotice(const ChartPeriods &periods, const DateRange &range,
                     const ChartSurroundings &surroundings) {
     if (!surroundings.table)
         return u"This project has no records yet.\n"
-               "Choose Import to read a report file into it."_s;
+               "Choose Import to read a report file into it.\n"
+               "For the manual, see \"man veltrona\"."_s;
     if (surroundings.inRange)
         return uncountedNotice(u"records"_s, periods, range);
     if (covers(range, *surroundings.table))
@@ -161,9 +162,11 @@ QString uncountedNote(const DateRange &range, const std::vector<ChartBar> &bars)
 QString descriptionOf(const std::vector<ChartBar> &bars) {
     const auto highest = std::ranges::max_element(bars, {}, &ChartBar::value);
     const QString count = counted(static_cast<qint64>(bars.size()), "bar"_L1);
-    return u"%1, %2. Highest: %3, %4."_s.arg(
-        count, daysText(bars.front().fromDay, bars.back().toDay, u" to "_s),
-        spokenValue(highest->value), datesText(*highest));
+    const QString days = daysText(bars.front().fromDay, bars.back().toDay, u" to "_s);
+    if (std::ranges::all_of(bars, [](const ChartBar &bar) { return bar.value == 0; }))
+        return u"%1, %2: %3."_s.arg(count, days, bars.size() == 1 ? u"0"_s : u"all 0"_s);
+    return u"%1, %2. Highest: %3, %4."_s.arg(count, days, spokenValue(highest->value),
+                                             datesText(*highest));
 }
 
 } // namespace

@@ -71,7 +71,8 @@ private slots:
     void anEmptyProjectAndAnEmptyNode() {
         ChartRequest request{0, Days, {day("2007-05-01"), day("2007-06-30")}, true, {}};
         const QString empty =
-            "This project has no records yet.\nChoose Import to read a report file into it.";
+            "This project has no records yet.\nChoose Import to read a report file into it.\n"
+            "For the manual, see \"man veltrona\".";
         test::RecordTable nothing;
         ProjectRecords noRecords(nothing.connection());
         QCOMPARE(queryChartSeries(noRecords, request).texts.notice, empty);
@@ -107,6 +108,9 @@ private slots:
         QCOMPARE(chartTexts(weeks, {day("2007-05-14"), day("2007-05-21")}, bars, {}).description,
                  "2 bars, 14 May 2007 to 21 May 2007. Highest: 1234.5, 15 May 2007 \u2013 21 May "
                  "2007. Each bar after the first counts 7 days of 2007.");
+        bars[0].value = bars[1].value = 0;
+        QVERIFY(chartTexts(weeks, {day("2007-05-14"), day("2007-05-21")}, bars, {})
+                    .description.startsWith("2 bars, 14 May 2007 to 21 May 2007: all 0. "));
     }
 
 private:
