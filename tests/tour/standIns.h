@@ -41,6 +41,7 @@ private:
 
 class TourPrinting : public Printing {
 public:
+    Paper paper() override { return a4Paper(); }
     QString file;
 
     bool isEnabled() override { return true; }

@@ -182,9 +182,10 @@ void frmPrev::keyPressEvent(QKeyEvent *event) {
 void frmPrev::Navigate(const QString &fileName) {
     const BusyCursor busy;
     try {
-        m_page = std::make_unique<ReportDocument>(fileName, report);
+        m_page = std::make_unique<ReportDocument>(fileName, report, printing().paper());
         wbPP->setDocument(m_page.get());
         wbPP->measureShown();
+        wbPP->verticalScrollBar()->setValue(0); // the caret is below the paper's margin
     } catch (const Failure &failure) {
         wbPP->setPlainText(failure.text());
     }

@@ -81,8 +81,8 @@ std::vector<double> breaksOf(const ReportSheet &sheet) {
     return breaks;
 }
 
-} // namespace
-
+/// The height of a page with the highest picture and what must stay with it: the line above and, if
+/// no break is possible, the last row with its headings. 0 if there is no picture.
 double highestPicture(const ReportSheet &sheet) {
     constexpr double rounding = 0.01; // of the scale
     const std::vector<double> breaks = breaksOf(sheet);
@@ -97,6 +97,17 @@ double highestPicture(const ReportSheet &sheet) {
         highest = std::max(highest, headings + *below - above + rounding);
     }
     return highest;
+}
+
+} // namespace
+
+double scaleFor(const ReportSheet &sheet, const QSizeF &body) {
+    constexpr double maxShrink = 3; // below that nothing is readable
+    const double scale = body.width() / sheet.width();
+    const double picture = highestPicture(sheet) * scale;
+    return picture > body.height() && picture < maxShrink * body.height()
+               ? scale * body.height() / picture
+               : scale;
 }
 
 std::vector<ReportPage> paginate(const ReportSheet &sheet, double height) {

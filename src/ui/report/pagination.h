@@ -1,6 +1,8 @@
 // Divides a sheet into pages: between lines, never within a row or a picture.
 #pragma once
 
+#include <QSizeF>
+
 #include <vector>
 
 namespace veltrona {
@@ -18,8 +20,8 @@ struct ReportPage {
 /// The pages for paper of this height. Only what is higher than a page is divided.
 std::vector<ReportPage> paginate(const ReportSheet &sheet, double height);
 
-/// The height of a page with the highest picture and what must stay with it: the line above and, if
-/// no break is possible, the last row with its headings. 0 if there is no picture.
-double highestPicture(const ReportSheet &sheet);
+/// By how much a sheet is larger on paper whose pages have this body: as wide as that, or smaller
+/// if a picture, with what must stay with it, would then be higher.
+double scaleFor(const ReportSheet &sheet, const QSizeF &body);
 
 } // namespace veltrona

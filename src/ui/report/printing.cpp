@@ -7,6 +7,7 @@
 #include "core/platform/desktop/spooler.h"
 #include "core/platform/services.h"
 #include "ui/report/pagination.h"
+#include "ui/report/paper.h"
 #include "ui/report/printProgress.h"
 #include "ui/report/reportDocument.h"
 #include "ui/views/busyCursor.h"
@@ -31,6 +32,16 @@ public:
     bool isEnabled() override {
         desktop::requireSpooler();
         return true;
+    }
+
+    Paper paper() override {
+        try {
+            desktop::requireSpooler();
+        } catch (const Failure &) {
+            return a4Paper();
+        }
+        QPrinter printer(QPrinter::HighResolution);
+        return paperOf(printer);
     }
 
     void print(const ReportDocument &report, QWidget *owner) override {
@@ -86,25 +97,6 @@ std::vector<int> pagesToPrint(const QPrinter &printer, int pages) {
     return all;
 }
 
-/// Fits the width of the paper, or smaller if a picture would then be higher than the paper.
-double scaleFor(const ReportSheet &sheet, const QSizeF &paper) {
-    constexpr double maxShrink = 3; // below that nothing is readable
-    const double scale = paper.width() / sheet.width();
-    const double picture = highestPicture(sheet) * scale;
-    return picture > paper.height() && picture < maxShrink * paper.height()
-               ? scale * paper.height() / picture
-               : scale;
-}
-
-/// At least 10 mm, even if the printer's own margins are smaller.
-void widenMargins(QPrinter &printer) {
-    constexpr double minMargin = 10; // millimetres
-    const QMarginsF own = printer.pageLayout().margins(QPageLayout::Millimeter);
-    printer.setPageMargins({qMax(own.left(), minMargin), qMax(own.top(), minMargin),
-                            qMax(own.right(), minMargin), qMax(own.bottom(), minMargin)},
-                           QPageLayout::Millimeter);
-}
-
 constexpr int noSuchPage = 0; // the number of that failure
 
 enum class Outcome { Drawn, Failed, Cancelled };
@@ -126,27 +118,23 @@ Outcome drawPages(const ReportDocument &report, QPrinter &printer, PrintProgress
     ReportSheet sheet = report.paperSheet();
     if (!measureRows(sheet, progress))
         return Outcome::Cancelled;
-    widenMargins(printer);
-    const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
-    QFont footFont(u"Arial"_s);
-    footFont.setPointSize(8);
-    const double foot = 2 * QFontMetricsF(footFont, &printer).height();
-    const QSizeF body = paper - QSizeF(0, foot);
-    const double scale = scaleFor(sheet, body);
-    const std::vector<ReportPage> pages = paginate(sheet, body.height() / scale);
-    const std::vector<int> numbers = pagesToPrint(printer, static_cast<int>(pages.size()));
+    const Paper paper = paperOf(printer);
+    const double scale = scaleFor(sheet, paper.body());
+    const std::vector<ReportPage> pages = paginate(sheet, paper.body().height() / scale);
+    const int last = static_cast<int>(pages.size());
+    const std::vector<int> numbers = pagesToPrint(printer, last);
     if (numbers.empty()) // Qt would print an empty page
-        throw Failure(noSuchPage, u"The report's last page is number %1."_s.arg(pages.size()));
+        throw Failure(noSuchPage, u"The report's last page is number %1."_s.arg(last));
 
     QPainter painter;
     if (!painter.begin(&printer))
         return Outcome::Failed;
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.setFont(footFont);
+    painter.setFont(footFont());
     int done = 0;
     for (const int number : numbers) {
-        const QString page = u"Page %1 of %2"_s.arg(number).arg(pages.size());
-        if (!progress.step(page, done, static_cast<int>(numbers.size()))) {
+        const QString foot = footText(number, last);
+        if (!progress.step(foot, done, static_cast<int>(numbers.size()))) {
             printer.abort();
             return Outcome::Cancelled;
         }
@@ -156,7 +144,8 @@ Outcome drawPages(const ReportDocument &report, QPrinter &printer, PrintProgress
         painter.scale(scale, scale);
         drawPage(painter, sheet, pages[std::size_t(number - 1)]);
         painter.restore();
-        painter.drawText(QRectF(QPointF(), paper), Qt::AlignHCenter | Qt::AlignBottom, page);
+        painter.drawText(QRectF({}, paper.printed.size()), Qt::AlignHCenter | Qt::AlignBottom,
+                         foot);
     }
     const bool isDrawn = painter.end() && printer.printerState() != QPrinter::Error &&
                          printer.printerState() != QPrinter::Aborted;

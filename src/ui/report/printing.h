@@ -2,6 +2,8 @@
 // printers.
 #pragma once
 
+#include "ui/report/paper.h"
+
 class QPrinter;
 class QWidget;
 
@@ -15,6 +17,8 @@ public:
 
     /// Whether printing is possible at this moment; throws Failure if that is unknown.
     virtual bool isEnabled() = 0;
+    /// The paper of the default printer, or A4.
+    virtual Paper paper() = 0;
     /// Shows the system's print dialog and prints; throws Failure.
     virtual void print(const ReportDocument &report, QWidget *owner) = 0;
 };

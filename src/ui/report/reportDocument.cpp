@@ -2,15 +2,12 @@
 
 #include "core/base/text.h"
 #include "core/report/reportWriter.h"
+#include "ui/report/copiedReport.h"
 
-#include <QBuffer>
 #include <QImageReader>
-#include <QMimeData>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
-#include <QTextDocumentFragment>
-#include <QTextDocumentWriter>
 #include <QTextTable>
 
 #include <algorithm>
@@ -42,81 +39,10 @@ int tableEndIn(const QTextDocument &document) {
     return ReportSheet::statisticsIn(document)->lastPosition() + 1;
 }
 
-/// Replaces the statistics by a table with all rows: adding rows to a table takes many times as
-/// long. `sheet` has the formats.
-void fillTable(QTextDocument &document, const ReportSheet &sheet) {
-    const QTextTable &few = *ReportSheet::statisticsIn(document);
-    QTextCursor cursor(&document);
-    cursor.beginEditBlock();
-    cursor.setPosition(few.firstPosition() - 1);
-    cursor.setPosition(few.lastPosition() + 1, QTextCursor::KeepAnchor);
-    const QTextTableFormat format = few.format();
-    cursor.removeSelectedText();
-    cursor.insertTable(sheet.rows() + 1, gridColumn::Shown, format);
-    const auto fill = [&](const QTextBlockFormat &block, const QTextCharFormat &characters,
-                          const QString &text) {
-        cursor.setBlockFormat(block);
-        cursor.insertText(text, characters);
-        cursor.setPosition(cursor.position() + 1);
-    };
-    const QTextTable &frame = *ReportSheet::statisticsIn(sheet.frame());
-    for (int col = 0; col < gridColumn::Shown; ++col) {
-        const QTextBlock heading = frame.cellAt(0, col).firstCursorPosition().block();
-        fill(heading.blockFormat(), heading.charFormat(), heading.text());
-    }
-    for (int row = 0; row < sheet.rows(); ++row) {
-        for (int col = 0; col < gridColumn::Shown; ++col)
-            fill(sheet.columnFormat(col), sheet.rowFormat(row), sheet.cellText(row, col));
-    }
-    cursor.endEditBlock();
-}
-
-/// A selection of a report, rendered when it is pasted, which may be after the preview has closed.
-class CopiedReport : public QMimeData {
-public:
-    CopiedReport(Report report, int anchor, int position)
-        : m_report(std::move(report)), m_anchor(anchor), m_position(position) {}
-
-    QStringList formats() const override { return {u"text/plain"_s, u"text/html"_s, odf()}; }
-
-protected:
-    QVariant retrieveData(const QString &format, QMetaType) const override {
-        if (m_fragment.isEmpty())
-            m_fragment = selected();
-        if (format == u"text/plain")
-            return m_fragment.toPlainText();
-        if (format == u"text/html")
-            return m_fragment.toHtml();
-        QBuffer buffer;
-        QTextDocumentWriter writer(&buffer, "ODF");
-        return format == odf() && writer.write(m_fragment) ? buffer.data() : QVariant();
-    }
-
-private:
-    static QString odf() { return u"application/vnd.oasis.opendocument.text"_s; }
-
-    QTextDocumentFragment selected() const {
-        const ReportSheet sheet(m_report, {}, {});
-        QTextDocument whole;
-        whole.setUndoRedoEnabled(false);
-        whole.setHtml(htmlOf(m_report, {}));
-        if (sheet.rows() > 0)
-            fillTable(whole, sheet);
-        QTextCursor cursor(&whole);
-        cursor.setPosition(m_anchor);
-        cursor.setPosition(m_position, QTextCursor::KeepAnchor);
-        return cursor.selection();
-    }
-
-    Report m_report;
-    int m_anchor;
-    int m_position;
-    mutable QTextDocumentFragment m_fragment;
-};
-
 } // namespace
 
-ReportLayout::ReportLayout(QTextDocument *document) : QAbstractTextDocumentLayout(document) {}
+ReportLayout::ReportLayout(QTextDocument *document, const Paper &paper)
+    : QAbstractTextDocumentLayout(document), m_pages(paper) {}
 
 void ReportLayout::setSheet(std::unique_ptr<ReportSheet> sheet) {
     for (const int position : std::exchange(m_laidOut, {}))
@@ -128,15 +54,25 @@ void ReportLayout::setSheet(std::unique_ptr<ReportSheet> sheet) {
         m_rowsEnd = blockOf(m_sheet->rows()).position();
         m_frameRowsEnd = tableEndIn(m_sheet->frame());
     }
+    m_pages.divide(*m_sheet);
+    redraw();
+}
+
+void ReportLayout::redraw() {
     emit documentSizeChanged(documentSize());
     emit update();
 }
 
+void ReportLayout::setViewWidth(double width) {
+    if (m_pages.setViewWidth(width))
+        redraw();
+}
+
 bool ReportLayout::measure(double top, double bottom) {
-    if (!m_sheet->measure(top, bottom))
+    if (!m_sheet->measure(m_pages.toSheet({0, top}).y(), m_pages.toSheet({0, bottom}).y()))
         return false;
-    emit documentSizeChanged(documentSize());
-    emit update();
+    m_pages.divide(*m_sheet);
+    redraw();
     return true;
 }
 
@@ -193,25 +129,35 @@ QAbstractTextDocumentLayout::PaintContext ReportLayout::inFrame(const PaintConte
 }
 
 void ReportLayout::draw(QPainter *painter, const PaintContext &context) {
-    m_sheet->draw(*painter, inFrame(context),
-                  [&](int row, int col, const QTextLayout &layout, const QPointF &place) {
-                      const int first = firstPosition({row, col});
-                      const int size = static_cast<int>(layout.text().size());
-                      QList<QTextLayout::FormatRange> selections;
-                      for (const Selection &selection : context.selections) {
-                          const int begin = std::max(selection.cursor.selectionStart() - first, 0);
-                          const int end = std::min(selection.cursor.selectionEnd() - first, size);
-                          if (begin < end)
-                              selections.append({begin, end - begin, selection.format});
-                      }
-                      layout.draw(painter, place, selections);
-                      const int cursor = context.cursorPosition - first;
-                      if (cursor >= 0 && cursor <= size)
-                          layout.drawCursor(painter, place, cursor);
-                  });
+    const auto drawCell = [&](int row, int col, const QTextLayout &layout, const QPointF &place) {
+        const int first = firstPosition({row, col});
+        const int size = static_cast<int>(layout.text().size());
+        QList<QTextLayout::FormatRange> selections;
+        for (const Selection &selection : context.selections) {
+            const int begin = std::max(selection.cursor.selectionStart() - first, 0);
+            const int end = std::min(selection.cursor.selectionEnd() - first, size);
+            if (begin < end)
+                selections.append({begin, end - begin, selection.format});
+        }
+        layout.draw(painter, place, selections);
+        const int cursor = context.cursorPosition - first;
+        if (cursor >= 0 && cursor <= size)
+            layout.drawCursor(painter, place, cursor);
+    };
+    PaintContext frame = inFrame(context);
+    m_pages.draw(*painter, context.clip, context.palette, [&](const QRectF &piece) {
+        frame.clip = piece;
+        m_sheet->draw(*painter, frame, drawCell);
+    });
 }
 
 int ReportLayout::hitTest(const QPointF &point, Qt::HitTestAccuracy accuracy) const {
+    if (accuracy == Qt::ExactHit && !m_pages.isOnSheet(point))
+        return -1;
+    return hitTestSheet(m_pages.toSheet(point), accuracy);
+}
+
+int ReportLayout::hitTestSheet(const QPointF &point, Qt::HitTestAccuracy accuracy) const {
     const QAbstractTextDocumentLayout &frame = *m_sheet->frame().documentLayout();
     if (m_sheet->rows() == 0)
         return frame.hitTest(point, accuracy);
@@ -247,8 +193,8 @@ int ReportLayout::movedBy(int position, double pixels) const {
     const QTextBlock block = document()->findBlock(position);
     const QRectF rect = blockBoundingRect(block);
     const QTextLine line = block.layout()->lineForTextPosition(position - block.position());
-    QPointF point(rect.left() + line.cursorToX(position - block.position()),
-                  rect.top() + line.rect().center().y() + pixels);
+    QPointF point = m_pages.toSheet({rect.left() + line.cursorToX(position - block.position()),
+                                     rect.top() + line.rect().center().y() + pixels});
     if (!isHeading) {
         const Cell cell = cellAt(position);
         const int next = line.lineNumber() + (pixels < 0 ? -1 : 1);
@@ -261,15 +207,16 @@ int ReportLayout::movedBy(int position, double pixels) const {
         else if (!isInCell)
             point.setY(std::max(point.y(), m_sheet->rowTop(cell.row + 1) + intoNext));
         else if (qAbs(pixels) < line.height())
-            point.setY(rect.top() + block.layout()->lineAt(next).rect().center().y());
+            point.setY(
+                m_pages.toSheet(rect.topLeft() + block.layout()->lineAt(next).rect().center()).y());
     } else {
         point.setY(std::max(point.y(), m_sheet->rowsTop() + 1));
     }
-    return hitTest(point, Qt::FuzzyHit);
+    return hitTestSheet(point, Qt::FuzzyHit);
 }
 
 QSizeF ReportLayout::documentSize() const {
-    return {m_sheet->width(), m_sheet->height()};
+    return m_pages.size();
 }
 
 QRectF ReportLayout::frameBoundingRect(QTextFrame *) const {
@@ -284,12 +231,16 @@ QRectF ReportLayout::blockBoundingRect(const QTextBlock &block) const {
     if (isAmongRows(position)) {
         const int row = block.blockNumber() - m_firstRow;
         layOutRow(block, row);
-        return block.layout()->boundingRect().translated(m_sheet->cellPlace(row, 0));
+        return block.layout()->boundingRect().translated(
+            m_pages.fromSheet(m_sheet->cellPlace(row, 0)));
     }
     const QTextBlock same = m_sheet->frame().findBlock(toFrame(position));
-    const QRectF rect = m_sheet->frame().documentLayout()->blockBoundingRect(same);
+    QRectF rect = m_sheet->frame().documentLayout()->blockBoundingRect(same);
     copyLines(same, *block.layout());
-    return position < m_rowsEnd || m_rowsEnd == 0 ? rect : rect.translated(0, m_sheet->rowsBelow());
+    if (position >= m_rowsEnd && m_rowsEnd > 0)
+        rect.translate(0, m_sheet->rowsBelow());
+    rect.moveTopLeft(m_pages.fromSheet(rect.topLeft()));
+    return rect;
 }
 
 /// Each line at its place in its cell, relative to the text of the row's first cell.
@@ -302,6 +253,7 @@ void ReportLayout::layOutRow(const QTextBlock &block, int row) const {
     layout.setTextOption(option);
     layout.setFormats({{0, int(text.size()), m_sheet->rowFormat(row)}});
     layout.beginLayout();
+    const QPointF first = m_sheet->cellPlace(row, 0);
     QPointF place;
     int col = 0;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
@@ -309,19 +261,21 @@ void ReportLayout::layOutRow(const QTextBlock &block, int row) const {
         line.setLeadingIncluded(true);
         line.setLineWidth(width);
         const bool isRight = m_sheet->columnFormat(col).alignment() & Qt::AlignRight;
-        line.setPosition(place + QPointF(isRight ? width - line.naturalTextWidth() : 0, 0));
+        // A row higher than a page goes on at the next one.
+        line.setPosition(m_pages.fromSheet(first + place) - m_pages.fromSheet(first) +
+                         QPointF(isRight ? width - line.naturalTextWidth() : 0, 0));
         place.ry() += std::ceil(line.ascent() + line.descent() + line.leading());
         const int end = line.textStart() + line.textLength();
         if (line.textLength() > 0 && text[end - 1] == QChar::LineSeparator) {
             ++col;
-            place = {m_sheet->cellPlace(row, col).x() - m_sheet->cellPlace(row, 0).x(), 0};
+            place = {m_sheet->cellPlace(row, col).x() - first.x(), 0};
         }
     }
     layout.endLayout();
 }
 
-ReportDocument::ReportDocument(const QString &path, const Report &report)
-    : m_report(report), m_layout(new ReportLayout(this)) {
+ReportDocument::ReportDocument(const QString &path, const Report &report, const Paper &paper)
+    : m_report(report), m_layout(new ReportLayout(this, paper)) {
     requireWritten(report, path);
     m_graph = QImageReader(graphPath(path), "jpg").read();
     setUndoRedoEnabled(false);
@@ -363,7 +317,7 @@ ReportSheet ReportDocument::paperSheet() const {
 }
 
 QMimeData *ReportDocument::copied(const QTextCursor &selection) const {
-    return new CopiedReport(m_report, selection.anchor(), selection.position());
+    return copiedReport(m_report, selection.anchor(), selection.position());
 }
 
 QVariant ReportDocument::loadResource(int, const QUrl &) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "core/report/report.h"
+#include "ui/report/paperPages.h"
 #include "ui/report/reportSheet.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -23,17 +24,18 @@ namespace veltrona {
 /// Lays out a document that holds a whole report, by means of a sheet of that report, so that the
 /// document's view offers caret, selection and search as for any document. Positions in the sheet's
 /// frame and in the document are equal before the rows; after them they differ by the rows that the
-/// frame leaves out.
+/// frame leaves out. The document's coordinates are those of the desk that its pages lie on.
 class ReportLayout : public QAbstractTextDocumentLayout {
     Q_OBJECT
 
 public:
     /// The document owns the layout.
-    explicit ReportLayout(QTextDocument *document);
+    ReportLayout(QTextDocument *document, const Paper &paper);
 
     /// Replaces the sheet, which must be one of the document's report.
     void setSheet(std::unique_ptr<ReportSheet> sheet);
     const ReportSheet &sheet() const { return *m_sheet; }
+    void setViewWidth(double width);
     /// Measures the rows in this piece of the document. Returns whether anything below has moved.
     bool measure(double top, double bottom);
     /// Where the caret goes from a position by this many pixels and at least a line up (if
@@ -64,9 +66,13 @@ private:
     int toFrame(int position) const;
     int fromFrame(int position) const;
     PaintContext inFrame(const PaintContext &context) const;
+    /// At a point of the sheet.
+    int hitTestSheet(const QPointF &point, Qt::HitTestAccuracy accuracy) const;
     int hitTestCell(const QPointF &point, Qt::HitTestAccuracy accuracy) const;
+    void redraw();
 
     std::unique_ptr<ReportSheet> m_sheet;
+    PaperPages m_pages;
     // Positions: where the rows begin and end in the document, and where they end in the frame.
     int m_firstRow = 0; // number of its block
     int m_rowsBegin = 0;
@@ -80,7 +86,7 @@ class ReportDocument : public QTextDocument {
 
 public:
     /// Throws Failure unless the file holds the report.
-    ReportDocument(const QString &path, const Report &report);
+    ReportDocument(const QString &path, const Report &report, const Paper &paper = a4Paper());
 
     double zoom() const { return m_zoom; }
     /// Lays the report out again.

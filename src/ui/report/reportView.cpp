@@ -16,6 +16,7 @@ void ReportView::measureShown() {
     if (!layout || m_isMeasuring)
         return;
     const QScopedValueRollback<bool> guard(m_isMeasuring, true);
+    layout->setViewWidth(viewport()->width());
     QScrollBar &bar = *verticalScrollBar();
     for (bool haveMoved = true; haveMoved;) {
         const bool isAtEnd = bar.maximum() > 0 && bar.value() == bar.maximum();

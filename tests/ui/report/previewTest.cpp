@@ -38,6 +38,7 @@ public:
             throw Failure(7, "no spooler");
         return enabled;
     }
+    Paper paper() override { return a4Paper(); }
     void print(const ReportDocument &, QWidget *owner) override {
         QCOMPARE(owner, &frmPrev::instance());
         ++prints;
@@ -110,8 +111,13 @@ private slots:
             QCOMPARE(colorOf("Summary"), QColor(Qt::black));
             const QTextCursor link = browser()->document()->find("Veltrona", 60);
             QCOMPARE(link.charFormat().foreground().color(), QColor(0, 0, 0xEE));
+            QCOMPARE(browser()->verticalScrollBar()->value(), 0);
+            for (int i = 0; i < 4; ++i)
+                QTest::keyClick(m_form, Qt::Key_Minus, Qt::ControlModifier);
             const QImage image = screen();
-            QCOMPARE(image.pixelColor(image.width() - 2, image.height() - 2), QColor(Qt::white));
+            const QRect paper = areaOf(image, [](QColor color) { return color == Qt::white; });
+            QVERIFY(paper.top() == 16 && paper.width() < image.width() - 2);
+            QVERIFY(qAbs(image.rect().center().x() - paper.center().x()) < 2);
             QVERIFY(holdsColor(image, QColor(200, 0, 200))); // the graph
             QVERIFY(!holdsColor(image, QColor(255, 255, 0)));
         });
@@ -193,7 +199,8 @@ private slots:
                 button("cmdPrint")->click();
                 QTest::keyClick(browser(), Qt::Key_End, Qt::ControlModifier);
                 QScrollBar *bar = browser()->verticalScrollBar();
-                QVERIFY(bar->value() > 30'000 && bar->maximum() - bar->value() < 20);
+                QVERIFY(bar->value() > 30'000 &&
+                        browser()->viewport()->rect().contains(browser()->cursorRect()));
                 QVERIFY(holdsColor(screen(), QColor(200, 0, 200)));
                 browser()->setTextCursor(browser()->document()->find("row 2000"));
                 QVERIFY(browser()->viewport()->rect().contains(browser()->cursorRect()));
@@ -256,7 +263,7 @@ private slots:
                 return browser()->viewport()->rect().contains(browser()->cursorRect());
             };
             QTest::keyClick(browser(), Qt::Key_End, Qt::ControlModifier);
-            QVERIFY(isShown() && bar.maximum() - bar.value() < 20);
+            QVERIFY(isShown() && bar.value() > bar.maximum() / 2);
             QTest::keyClick(browser(), Qt::Key_PageUp);
             browser()->setTextCursor(browser()->document()->find("row 500 "));
             QVERIFY(isShown());
