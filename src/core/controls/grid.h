@@ -5,19 +5,21 @@
 
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 #include <deque>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace veltrona {
 
 /// A colour as red, green and blue from 0 to 255.
 struct Rgb {
-    int red = 0;
-    int green = 0;
-    int blue = 0;
+    quint8 red = 0;
+    quint8 green = 0;
+    quint8 blue = 0;
     friend bool operator==(const Rgb &, const Rgb &) = default;
 };
 
@@ -57,15 +59,17 @@ public:
         changed();
     }
 
-    const QString &TextMatrix(int row, int col) const { return cell(row, col).text; }
+    QString TextMatrix(int row, int col) const { return text(row, col).toString(); }
     void setTextMatrix(int row, int col, const QString &text) {
-        cell(row, col).text = text;
+        at(row).setText(static_cast<std::size_t>(col), text);
         changed();
     }
+    /// The same without a copy; valid until the next change.
+    QStringView text(int row, int col) const { return at(row).text(static_cast<std::size_t>(col)); }
 
     /// Inserts a row before row `index`, with `item` in its first column.
     void AddItem(const QString &item, int index) {
-        m_rows.insert(m_rows.begin() + index, emptyRow())->cells.front().text = item;
+        m_rows.insert(m_rows.begin() + index, emptyRow())->setText(NameColumn, item);
         changed();
     }
     void RemoveItem(int index) {
@@ -107,12 +111,14 @@ public:
     /// The colour in force at the current cell.
     Rgb CellForeColor() const { return cellColor(m_row, m_col); }
     void setCellForeColor(Rgb color) {
-        cell(m_row, m_col).color = color;
+        at(m_row).cells.at(static_cast<std::size_t>(m_col)).color = color;
         setLoss(m_row, false);
     }
 
     /// The colour in force at any cell, without moving the current one.
-    Rgb cellColor(int row, int col) const { return cell(row, col).color.value_or(m_foreColor); }
+    Rgb cellColor(int row, int col) const {
+        return at(row).cells.at(static_cast<std::size_t>(col)).color.value_or(m_foreColor);
+    }
 
     /// Whether the row didn't earn back its cost. The mark lives as long as the row's colour: Clear
     /// and a new colour reset it.
@@ -157,21 +163,35 @@ public:
 
 private:
     struct Cell {
-        QString text;
+        quint32 textEnd = 0;
         std::optional<Rgb> color; // else the grid's own
     };
+    /// The texts of all cells are joined: a QString for each would take four times the memory.
     struct RowData {
         std::vector<Cell> cells;
+        std::u16string texts;
         bool isLoss = false;
+
+        std::size_t textBegin(std::size_t col) const {
+            return col == 0 ? 0 : cells.at(col - 1).textEnd;
+        }
+        QStringView text(std::size_t col) const {
+            const std::size_t begin = textBegin(col);
+            return {texts.data() + begin, static_cast<qsizetype>(cells.at(col).textEnd - begin)};
+        }
+        void setText(std::size_t col, QStringView text) {
+            const std::size_t begin = textBegin(col);
+            const auto size = static_cast<quint32>(text.size());
+            const auto before = static_cast<quint32>(cells.at(col).textEnd - begin);
+            texts.replace(begin, before, text.utf16(), size);
+            for (; col < cells.size(); ++col)
+                cells[col].textEnd += size - before; // modulo 2^32
+        }
     };
 
-    RowData emptyRow() const { return {std::vector<Cell>(m_columns)}; }
+    RowData emptyRow() const { return {std::vector<Cell>(m_columns), {}, false}; }
     RowData &at(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
     const RowData &at(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
-    Cell &cell(int row, int col) { return at(row).cells.at(static_cast<std::size_t>(col)); }
-    const Cell &cell(int row, int col) const {
-        return at(row).cells.at(static_cast<std::size_t>(col));
-    }
     void changed() {
         m_pending = !m_redraw;
         if (m_redraw && onChange)

@@ -7,17 +7,10 @@ namespace veltrona {
 
 namespace {
 
-/// The text of a cell without blanks around it.
-QString trimmedCell(const Grid &grid, int row, int col) {
-    const QString &text = grid.TextMatrix(row, col);
-    const QStringView trimmed = withoutBlanks(text);
-    return trimmed.size() == text.size() ? text : trimmed.toString();
-}
-
 ReportCells cellsOf(const Grid &grid, int row) {
     ReportCells cells;
     for (int col = 0; col < gridColumn::Shown; ++col)
-        cells[std::size_t(col)] = trimmedCell(grid, row, col);
+        cells[std::size_t(col)] = withoutBlanks(grid.text(row, col)).toString();
     return cells;
 }
 

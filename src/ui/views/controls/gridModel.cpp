@@ -13,7 +13,7 @@ namespace {
 
 constexpr int leftAligned = 0;
 
-bool looksLikeNumber(const QString &text) {
+bool looksLikeNumber(QStringView text) {
     return !text.isEmpty() && std::ranges::all_of(text, [](QChar c) {
         return (c >= u'0' && c <= u'9') || QStringView(u"+-.%E").contains(c);
     });
@@ -57,7 +57,7 @@ bool GridModel::isLoss(const QModelIndex &index) const {
 
 Qt::Alignment GridModel::alignment(const QModelIndex &index) const {
     const bool right = m_grid.ColAlignment(index.column()) != leftAligned &&
-                       looksLikeNumber(m_grid.TextMatrix(gridRowOf(index.row()), index.column()));
+                       looksLikeNumber(m_grid.text(gridRowOf(index.row()), index.column()));
     return (right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
@@ -82,7 +82,7 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
 QString GridModel::toolTip(const QModelIndex &index) const {
     constexpr int maxName = 200; // leaves room for the lines that follow
     const int row = gridRowOf(index.row());
-    const QString &figure = m_grid.TextMatrix(row, index.column());
+    const QString figure = m_grid.TextMatrix(row, index.column());
     if (index.column() == Grid::NameColumn)
         return m_grid.isLoss(row) ? notes(row, index.column()).join(u'\n') : QString();
     if (figure.isEmpty())
@@ -97,7 +97,7 @@ QString GridModel::description(const QModelIndex &index) const {
     const int row = gridRowOf(index.row());
     const bool hasNotes = index.column() == Grid::NameColumn
                               ? m_grid.isLoss(row)
-                              : !m_grid.TextMatrix(row, index.column()).isEmpty();
+                              : !m_grid.text(row, index.column()).isEmpty();
     QStringList lines = hasNotes ? notes(row, index.column()) : QStringList();
     const bool isFirst = row == gridRow::FirstData;
     if (isFirst && index.column() == Grid::NameColumn && !m_grid.notice().isEmpty())
