@@ -3,9 +3,11 @@
 #include "core/analysis/records/cellText.h"
 #include "core/base/text.h"
 
-#include <QHash>
-
 #include <cmath>
+#include <limits>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace veltrona {
 
@@ -15,76 +17,109 @@ constexpr float minWidth = 780; // twips; narrower texts count as `widthOfNarrow
 constexpr float widthOfNarrow = 770;
 constexpr float padding = 120;
 
-/// Caches the widths of numbers by their shape, if all digits of the font are equally wide next to
-/// every character of a number.
+/// Finds the widest of many texts and measures few of them: of texts that differ in digits only, in
+/// a font whose digits are equally wide, just one, and none that is clearly narrower than another.
 class Widths {
 public:
-    explicit Widths(const TextWidth &textWidth)
-        : m_textWidth(textWidth), m_digitsAlike(digitsAlike()) {}
+    explicit Widths(const TextWidth &textWidth) : m_textWidth(textWidth) {}
 
-    float of(const QString &text) {
-        const quint64 shape = m_digitsAlike ? shapeOf(text) : 0;
-        if (shape == 0)
-            return m_textWidth(text);
-        const auto known = m_known.constFind(shape);
-        if (known != m_known.constEnd())
-            return *known;
-        return *m_known.insert(shape, m_textWidth(text));
+    float widestOf(const Grid &grid, int col) {
+        const bool skips = m_isSumOfCharacters;
+        float widest = 0;
+        for (int row = 0; row < grid.Rows(); ++row) {
+            const QStringView text = grid.text(row, col);
+            if (!skips || (1 + tolerance) * estimate(text) >= widest)
+                widest = std::fmax(widest, width(text));
+        }
+        return skips && !m_isSumOfCharacters ? widestOf(grid, col) : widest;
     }
 
 private:
-    static constexpr QStringView signs = u".%-+E";
+    // Kerning and ligatures change a text by less.
+    static constexpr float tolerance = 0.1F;
+    // Verifying that digits are equally wide takes as long as measuring some hundred texts.
+    static constexpr std::size_t manyTexts = 300;
 
-    static bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }
-
-    bool digitsAlike() const {
-        const auto width = [this](QChar first, QChar second) {
-            const QChar pair[] = {first, second};
-            return m_textWidth(QString(pair, 2));
-        };
-        for (const QChar beside : QStringView(u"0123456789.%-+E")) {
-            for (char16_t digit = u'1'; digit <= u'9'; ++digit) {
-                if (width(digit, beside) != width(u'0', beside) ||
-                    width(beside, digit) != width(beside, u'0'))
-                    return false;
-            }
-        }
-        return true;
+    static bool isDigit(char16_t character) { return character >= u'0' && character <= u'9'; }
+    /// Letters, digits and signs that are drawn one after the other: Latin, Greek, Cyrillic.
+    static bool isPlain(char16_t character) {
+        return (character >= 0x20 && character < 0x7F) ||
+               (character > 0xA0 && character < 0x250 && character != 0xAD) ||
+               (character >= 0x370 && character < 0x483);
     }
 
-    /// Four bits for each character, all digits the same; 0 for a long text or one that isn't a
-    /// number.
-    static quint64 shapeOf(const QString &text) {
-        if (text.size() > 16)
-            return 0;
-        quint64 shape = 0;
+    float widthOf(char16_t first, char16_t second = 0) {
+        const QChar characters[] = {first, second};
+        return m_textWidth(QString(characters, second == 0 ? 1 : 2));
+    }
+
+    /// The sum of the widths of its characters; infinite where that says nothing.
+    float estimate(QStringView text) {
+        float sum = 0;
         for (const QChar character : text) {
-            const qsizetype sign = isDigit(character) ? 0 : signs.indexOf(character) + 1;
-            if (sign == 0 && !isDigit(character))
-                return 0;
-            shape = shape << 4 | static_cast<quint64>(sign + 1);
+            if (!isPlain(character.unicode()))
+                return std::numeric_limits<float>::infinity();
+            float &width = m_characters[character.unicode()];
+            if (width < 0)
+                width = widthOf(character.unicode());
+            sum += width;
         }
-        return shape;
+        return sum;
+    }
+
+    float width(QStringView text) {
+        m_shape.assign(text.utf16(), static_cast<std::size_t>(text.size()));
+        if (m_known.size() > manyTexts)
+            equalizeDigits();
+        const auto known = m_known.find(m_shape);
+        if (known != m_known.end())
+            return known->second;
+        const float width = m_textWidth(text.toString());
+        const float sum = estimate(text);
+        if (std::isfinite(sum) && std::abs(width - sum) > tolerance / 2 * width)
+            m_isSumOfCharacters = false;
+        return m_known.emplace(m_shape, width).first->second;
+    }
+
+    void equalizeDigits() {
+        for (std::size_t i = 0; i < m_shape.size(); ++i) {
+            if (isDigit(m_shape[i]) && (i == 0 || areDigitsAlikeBeside(m_shape[i - 1])) &&
+                (i + 1 == m_shape.size() || areDigitsAlikeBeside(m_shape[i + 1])))
+                m_shape[i] = u'0';
+        }
+    }
+
+    bool areDigitsAlikeBeside(char16_t neighbour) {
+        const auto known = m_alikeBeside.find(neighbour);
+        if (known != m_alikeBeside.end())
+            return known->second;
+        bool alike = true;
+        for (char16_t digit = u'1'; digit <= u'9'; ++digit) {
+            alike = alike && widthOf(digit, neighbour) == widthOf(u'0', neighbour) &&
+                    widthOf(neighbour, digit) == widthOf(neighbour, u'0');
+        }
+        m_alikeBeside.emplace(neighbour, alike);
+        return alike;
     }
 
     const TextWidth &m_textWidth;
-    bool m_digitsAlike;
-    QHash<quint64, float> m_known;
+    bool m_isSumOfCharacters = true; // until a measured text disagrees
+    std::vector<float> m_characters = std::vector<float>(0x483, -1.F); // -1: not measured yet
+    std::unordered_map<char16_t, bool> m_alikeBeside;
+    std::u16string m_shape;
+    std::unordered_map<std::u16string, float> m_known; // by texts, digits replaced by 0
 };
 
 void sizeColumn(Grid &grid, int col, Widths &widths) {
     if (grid.ColWidth(col) == 0)
         return;
-    float width = 0;
-    for (int row = 0; row < grid.Rows(); ++row)
-        width = std::fmax(width, widths.of(grid.TextMatrix(row, col)));
-    if (width < minWidth)
-        width = widthOfNarrow;
+    const float widest = widths.widestOf(grid, col);
+    const float width = widest < minWidth ? widthOfNarrow : widest;
     grid.setColWidth(col, static_cast<int>(std::nearbyint(width + padding)));
 }
 
 double cellNumber(const Grid &grid, int row, int col) {
-    const QString &text = grid.TextMatrix(row, col);
+    const QStringView text = grid.text(row, col);
     return gridColumn::at(col).isPercent ? percentNumberOfText(text) : numberOfText(text);
 }
 

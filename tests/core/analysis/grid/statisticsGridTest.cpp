@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 using namespace veltrona;
 
 namespace {
@@ -55,6 +57,38 @@ private slots:
         sizeColumns(grid, 4, [](const QString &) { return 880.f; });
         QCOMPARE(grid.ColWidth(4), 1000);
         QCOMPARE(grid.ColWidth(3), width);
+    }
+
+    void columnsAreAsWideAsTheWidestText_data() {
+        const test::DataTable<TextWidth> row;
+        const auto plain = [](const QString &text) {
+            float width = 0;
+            for (const QChar character : text)
+                width += character == u'i' ? 37.F : 110.F;
+            return width;
+        };
+        row("digits alike", plain);
+        row("a wide seven",
+            [=](const QString &text) { return plain(text) + 9.F * float(text.count(u'7')); });
+        row("kerning of digits and letters",
+            [=](const QString &text) { return plain(text) - 21.F * float(text.count(u"4d")); });
+        row("no sum of characters", [=](const QString &text) {
+            return plain(text) + (text.contains(u"99") ? 3000.F : 0.F);
+        });
+    }
+    void columnsAreAsWideAsTheWidestText() {
+        const auto [textWidth] = test::row<TextWidth>();
+        Grid grid(gridColumn::Count);
+        initGrid(grid, false);
+        float widest = 0;
+        for (int i = 0; i < 2500; ++i) {
+            const QString name = QStringLiteral("i").repeated(i * 31 % 19) +
+                                 QStringLiteral("word %1d %2").arg(i * 7919 % 4999).arg(i);
+            grid.AddItem(name, gridRow::spacer(grid.Rows()));
+            widest = std::max(widest, textWidth(name));
+        }
+        sizeColumns(grid, gridColumn::Name, textWidth);
+        QCOMPARE(grid.ColWidth(gridColumn::Name), static_cast<int>(widest) + 120);
     }
 
     void summary_data() {
