@@ -33,6 +33,8 @@ public:
     /// Nodes count from 1 in the order of the tree.
     void click(int node);
     void chooseMetric(int index);
+    /// Data rows of the grid.
+    int rows() const { return gridRow::dataRows(m_window.flxStat.Rows()); }
     /// Moves in the tree.
     void press(Qt::Key key);
     /// From the chosen file to the rebuilt views.

@@ -40,6 +40,8 @@ ROWS = [
     ("click on a campaign in the window, painted", ONE_SCAN, "clickCampaign/large",
      "plainScan/large", 0.08),
     ("another metric in the window, painted", ONE_SCAN, "metric/large", "plainScan/large", 0.06),
+    ("click on an ad group of 30,000 keywords with 210,000 records in the window, painted",
+     ONE_SCAN, "clickWideGrid/ours", "plainScan/large", 0.4),
     ("first wide click at 5,110,000 records, two and a half plain scans after the start",
      "one plain scan of these records", "firstWideClick/huge", "plainScan/huge", 0.15),
     ("the same at once after the start", "one plain scan of these records",

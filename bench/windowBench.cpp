@@ -3,10 +3,12 @@
 #include "benchProject.h"
 #include "benchWindow.h"
 
+#include "core/database/projectFile.h"
 #include "core/shell/modMain.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <benchmark/benchmark.h>
 
@@ -106,6 +108,69 @@ void metric(benchmark::State &state, int records) {
 }
 BENCHMARK_CAPTURE(metric, _, largeRecords)->Name("metric/large");
 BENCHMARK_CAPTURE(metric, _, hugeRecords)->Name("metric/huge");
+
+constexpr int gridRows = 30'000;
+
+/// One ad group of 30,000 keywords, a record a day for each in a week; made once for each run.
+QString projectOfWideGrid() {
+    static const QString path = QStringLiteral(BENCH_FOLDER "/wide-grid.vlt");
+    static bool isMade = false;
+    if (isMade)
+        return path;
+    makeProject(QCoreApplication::applicationDirPath() + QStringLiteral("/data.dat"), path);
+    const auto connection = openProject(path);
+    // A day at a time: a statement's work is limited by the size of the file.
+    sqlite::Statement fill = connection->prepare(
+        "WITH leaf(i) AS (SELECT ?2 UNION ALL SELECT i + 1 FROM leaf WHERE i < ?2 + 2999) "
+        "INSERT INTO tblGoogleDays (Campaign, Adgroup, KeyWord, kwType, AdwordsTyp, GoogleDate, "
+        "Clicks, Impressions, ctr, cpc, cost, conv, Pos, ConvValue, Transactions) "
+        "SELECT 'Campaign', 'Ad group', printf('keyword %d for all', i), 'Broad', 'Search Only', "
+        "printf('2025-01-%02d', ?1), i % 17, 1 + (i * 7 + ?1) % 411, i % 17 * 1.37, "
+        "120000 + i % 50 * 10000, (120000 + i % 50 * 10000) * (i % 17), i % 17 / 7, "
+        "(11 + i % 50) / 10.0, i % 17 / 7 * 24.9, i % 17 / 7 FROM leaf");
+    sqlite::Transaction transaction(*connection);
+    for (qint64 day = 1; day <= 7; ++day) {
+        for (qint64 leaf = 0; leaf < gridRows; leaf += 3000) {
+            fill.bind(1, day);
+            fill.bind(2, leaf);
+            fill.step();
+            fill.reset();
+        }
+    }
+    transaction.commit();
+    isMade = true;
+    return path;
+}
+
+/// Shows 30,000 rows, after the rows of another node.
+void clickWideGrid(benchmark::State &state) {
+    constexpr int wideNode = 4; // the search branch
+    Window window(projectOfWideGrid());
+    window.chooseAllDates();
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        window.click(campaignNode);
+        state.ResumeTiming();
+        window.click(wideNode);
+    }
+    if (window.rows() != gridRows)
+        state.SkipWithError("rows are missing");
+}
+BENCHMARK(clickWideGrid)->Name("clickWideGrid/ours");
+
+/// The memory of the process with such a grid and its tree shown, in MiB.
+void memoryOfWideGrid(benchmark::State &state) {
+    constexpr int wideNode = 4;
+    Window window(projectOfWideGrid());
+    window.chooseAllDates();
+    for ([[maybe_unused]] auto _ : state)
+        window.click(wideNode);
+    QFile status(QStringLiteral("/proc/self/statm"));
+    if (!status.open(QIODevice::ReadOnly))
+        state.SkipWithError("no memory");
+    state.counters["count"] = status.readAll().split(' ').value(1).toDouble() * 4 / 1024;
+}
+BENCHMARK(memoryOfWideGrid)->Name("memory/wideGrid")->Iterations(1);
 
 void bytesOfRecord(benchmark::State &state) {
     const RecordColumns &columns = *recordsOf(largeRecords).read();
