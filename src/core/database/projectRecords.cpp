@@ -54,6 +54,8 @@ bool ProjectRecords::readOn(const std::function<bool()> &isOver) {
         return false;
     m_tooMany.reset();
     dropped.dismiss();
+    if (m_columns->isComplete())
+        m_connection.freeCache(); // what was read is in memory twice now
     return true;
 }
 

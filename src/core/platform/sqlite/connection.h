@@ -151,6 +151,8 @@ public:
     qint64 totalChanges() const { return sqlite3_total_changes64(handle()); }
     /// Changes whenever another connection commits a change to the file.
     qint64 dataVersion() const { return number("PRAGMA data_version"); }
+    /// Frees the pages of the file that SQLite holds in its cache.
+    void freeCache() const { sqlite3_db_release_memory(handle()); }
 
     /// Allows the running command that many more steps of SQLite's virtual machine.
     void allowWork(qint64 steps) { m_workLimit.allow(steps); }
