@@ -36,8 +36,8 @@ private:
     bool isPlausible();
 
     const FileAccess *m_files = nullptr;
-    qint64 m_steps = 0; // of the run
-    std::clock_t m_began = 0;
+    qint64 m_steps = 0;       // of the run
+    std::clock_t m_began = 0; // after the run's first steps
     long m_command = 0;
     qint64 m_stepsOfCommand = 0;
     qint64 m_allowed = 0;
