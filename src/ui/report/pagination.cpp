@@ -111,6 +111,8 @@ double scaleFor(const ReportSheet &sheet, const QSizeF &body) {
 }
 
 std::vector<ReportPage> paginate(const ReportSheet &sheet, double height) {
+    constexpr double minHeight = 50; // on a label, the margins may leave nothing
+    height = std::max(height, minHeight);
     const std::vector<double> breaks = breaksOf(sheet);
     const double headings = sheet.rows() > 0 ? sheet.rowsTop() - sheet.statisticsTop() : 0;
     std::vector<ReportPage> pages;

@@ -41,7 +41,9 @@ public:
             return a4Paper();
         }
         QPrinter printer(QPrinter::HighResolution);
-        return paperOf(printer);
+        const Paper paper = paperOf(printer);
+        const double least = printer.resolution(); // an inch; labels have no room for a report
+        return std::min(paper.body().width(), paper.body().height()) < least ? a4Paper() : paper;
     }
 
     void print(const ReportDocument &report, QWidget *owner) override {

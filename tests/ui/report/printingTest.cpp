@@ -108,6 +108,9 @@ private slots:
         for (qsizetype number = print(*document).size(); number > 0; --number)
             small |= areaOf(picture(static_cast<int>(number)), isGraph);
         QVERIFY(qAbs(small.width() - 3 * small.height()) < 8 && small.height() > 70);
+        // The margins of a label leave nothing, but printing ends.
+        m_printer->setPageSize(QPageSize(QSizeF(90, 22), QPageSize::Millimeter));
+        QVERIFY(print(*document).size() > 1);
     }
 
     void manyPages() {
