@@ -124,7 +124,8 @@ QString projectOfWideGrid() {
         "WITH leaf(i) AS (SELECT ?2 UNION ALL SELECT i + 1 FROM leaf WHERE i < ?2 + 2999) "
         "INSERT INTO tblGoogleDays (Campaign, Adgroup, KeyWord, kwType, AdwordsTyp, GoogleDate, "
         "Clicks, Impressions, ctr, cpc, cost, conv, Pos, ConvValue, Transactions) "
-        "SELECT 'Campaign', 'Ad group', printf('keyword %d for all', i), 'Broad', 'Search Only', "
+        "SELECT 'Campaign', 'Ad group', char(97 + i % 26, 97 + i / 26 % 26, 97 + i / 676 % 26, "
+        "97 + i / 17576) || ' shoes for women', 'Broad', 'Search Only', "
         "printf('2025-01-%02d', ?1), i % 17, 1 + (i * 7 + ?1) % 411, i % 17 * 1.37, "
         "120000 + i % 50 * 10000, (120000 + i % 50 * 10000) * (i % 17), i % 17 / 7, "
         "(11 + i % 50) / 10.0, i % 17 / 7 * 24.9, i % 17 / 7 FROM leaf");

@@ -23,15 +23,18 @@ class Widths {
 public:
     explicit Widths(const TextWidth &textWidth) : m_textWidth(textWidth) {}
 
-    float widestOf(const Grid &grid, int col) {
+    /// For each of these columns. Row by row, since the texts of a row lie together.
+    std::vector<float> widestOf(const Grid &grid, const std::vector<int> &columns) {
         const bool skips = m_isSumOfCharacters;
-        float widest = 0;
+        std::vector<float> widest(columns.size());
         for (int row = 0; row < grid.Rows(); ++row) {
-            const QStringView text = grid.text(row, col);
-            if (!skips || (1 + tolerance) * estimate(text) >= widest)
-                widest = std::fmax(widest, width(text));
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                const QStringView text = grid.text(row, columns[i]);
+                if (!skips || (1 + tolerance) * estimate(text) >= widest[i])
+                    widest[i] = std::fmax(widest[i], width(text));
+            }
         }
-        return skips && !m_isSumOfCharacters ? widestOf(grid, col) : widest;
+        return skips && !m_isSumOfCharacters ? widestOf(grid, columns) : widest;
     }
 
 private:
@@ -109,14 +112,6 @@ private:
     std::u16string m_shape;
     std::unordered_map<std::u16string, float> m_known; // by texts, digits replaced by 0
 };
-
-void sizeColumn(Grid &grid, int col, Widths &widths) {
-    if (grid.ColWidth(col) == 0)
-        return;
-    const float widest = widths.widestOf(grid, col);
-    const float width = widest < minWidth ? widthOfNarrow : widest;
-    grid.setColWidth(col, static_cast<int>(std::nearbyint(width + padding)));
-}
 
 double cellNumber(const Grid &grid, int row, int col) {
     const QStringView text = grid.text(row, col);
@@ -274,11 +269,16 @@ void sumUp(Grid &grid, bool gridColor) {
 
 void sizeColumns(Grid &grid, int col, const TextWidth &textWidth) {
     const RedrawPause pause(grid);
-    Widths widths(textWidth);
     const bool isOne = col >= 0 && col < grid.Cols();
+    std::vector<int> columns;
     for (int each = 0; each < grid.Cols(); ++each) {
-        if (!isOne || each == col)
-            sizeColumn(grid, each, widths);
+        if ((!isOne || each == col) && grid.ColWidth(each) != 0)
+            columns.push_back(each);
+    }
+    const std::vector<float> widest = Widths(textWidth).widestOf(grid, columns);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const float width = widest[i] < minWidth ? widthOfNarrow : widest[i];
+        grid.setColWidth(columns[i], static_cast<int>(std::nearbyint(width + padding)));
     }
 }
 
