@@ -1,112 +1,71 @@
 #include "tour/guide.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QScreen>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
-#include <QWidget>
 
 namespace veltrona::tour {
 
-namespace {
-
-// In milliseconds.
-constexpr int lookEvery = 20;
-constexpr int steadyFor = 150; // the window manager needs a moment to draw its frames
-constexpr int longestWait = 30'000;
-
-} // namespace
-
-Guide::Guide(const QString &folder) : m_folder(folder) {}
-
-void Guide::step(const QString &aim, std::function<bool()> ready, std::function<void()> action) {
-    m_steps.push_back({aim, std::move(ready), std::move(action)});
-}
-
-void Guide::start() {
-    m_waited.start();
-    comeBack();
-}
-
 /// Each look has a timer of its own: one timer doesn't fire again inside its own event loop.
-void Guide::comeBack() {
+void Guide::start() {
+    constexpr int lookEvery = 20; // milliseconds
+    m_waited.start();
     QTimer::singleShot(lookEvery, this, &Guide::look);
 }
 
 void Guide::look() {
-    if (!m_failure.isEmpty() || m_next == m_steps.size())
+    constexpr int steadyFor = 150; // milliseconds, in which the window manager draws its frames
+    constexpr int longestWait = 30'000;
+    if (m_hasFailed || m_next == m_steps.size())
         return;
-    const Step &step = m_steps[m_next];
-    comeBack();
-    if (!step.ready()) {
+    const Step step = m_steps[m_next];
+    const bool isReady = step.ready();
+    const qint64 waited = m_waited.elapsed();
+    if (isReady && m_steady.isValid() && m_steady.elapsed() >= steadyFor) {
+        ++m_next;
         m_steady.invalidate();
-        if (m_waited.elapsed() > longestWait)
-            fail(QString("waited in vain for %1").arg(step.aim));
-        return;
+        start(); // the action may open a dialog and come back after later steps
+        return step.action();
     }
-    if (!m_steady.isValid())
+    if (!isReady)
+        m_steady.invalidate();
+    else if (!m_steady.isValid())
         m_steady.start();
-    if (m_steady.elapsed() < steadyFor)
-        return;
-    // The action may open a dialog and come back after later steps.
-    ++m_next;
-    m_steady.invalidate();
-    m_waited.start();
-    step.action();
+    // One that was just answered may still be there.
+    const auto *box = qobject_cast<QMessageBox *>(QApplication::activeWindow());
+    require(isReady || !box || waited < 10 * steadyFor,
+            "a message that nobody expected: " + (box ? box->text() : QString()));
+    require(isReady || waited < longestWait, "waited in vain for " + step.aim);
+    QTimer::singleShot(steadyFor / 8, this, &Guide::look);
 }
 
-void Guide::fail(const QString &why) {
-    if (!m_failure.isEmpty())
+void Guide::require(bool holds, const QString &why) {
+    if (holds || m_hasFailed)
         return;
     takePicture("failed");
-    m_failure = why;
+    m_hasFailed = true;
     QTextStream(stderr) << "The tour is given up: " << why << Qt::endl;
     QCoreApplication::exit(1);
 }
 
-bool Guide::require(bool holds, const QString &why) {
-    if (!holds)
-        fail(why);
-    return holds;
-}
-
-QString Guide::file(const QString &name) const {
-    return QDir(m_folder).filePath(name);
-}
-
-void Guide::addFile(const QString &path) {
-    m_files += path;
-}
-
 void Guide::takePicture(const QString &name) {
-    if (!m_failure.isEmpty())
-        return;
     QRect seen;
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (window->isVisible())
             seen |= window->frameGeometry();
     }
     QScreen *screen = QGuiApplication::primaryScreen();
-    const QPixmap whole = screen->grabWindow(0);
     const qreal ratio = screen->devicePixelRatio();
     seen &= screen->geometry();
-    const QString path =
-        file(QString("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name));
-    if (whole.copy(QRect(seen.topLeft() * ratio, seen.size() * ratio)).save(path))
-        addFile(path);
-    else
-        fail(QString("can't save the picture %1").arg(path));
-}
-
-void Guide::saveText(const QString &name, const QString &text) {
-    QFile out(file(name));
-    if (require(out.open(QIODevice::WriteOnly) && out.write(text.toUtf8()) >= 0 && out.flush(),
-                QString("can't write %1").arg(out.fileName())))
-        addFile(out.fileName());
+    const QPixmap picture =
+        screen->grabWindow(0).copy(QRect(seen.topLeft() * ratio, seen.size() * ratio));
+    const QString number = QString::number(++m_pictures).rightJustified(2, u'0');
+    require(m_hasFailed || picture.save(file(number + u'-' + name + ".png")),
+            "can't save the picture " + name);
 }
 
 void click(QWidget *widget, const QPoint &at) {
@@ -123,23 +82,13 @@ void press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
         QTest::keyClick(window, key, modifiers);
 }
 
-void type(const QString &text) {
-    for (const QChar letter : text) {
-        if (QWindow *window = QGuiApplication::focusWindow())
-            QTest::keyClick(window, letter.toLatin1());
-    }
-}
-
-QWidget *visibleWidget(const QString &name) {
+QWidget *named(const QString &name) {
     for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (!window->isVisible())
-            continue;
-        if (window->objectName() == name)
-            return window;
-        if (auto *widget = window->findChild<QWidget *>(name); widget && widget->isVisible())
+        auto *widget = window->objectName() == name ? window : window->findChild<QWidget *>(name);
+        if (window->isVisible() && widget && widget->isVisible())
             return widget;
     }
-    return nullptr;
+    qFatal("no widget %s can be seen", qPrintable(name));
 }
 
 bool inFront(const QString &name) {

@@ -1,11 +1,10 @@
 // Leads through the program step by step: waits until the screen is ready for a step, takes it, and
-// gives the run up if that takes too long. Owns the list of steps. Steps go on inside the event
-// loops of the dialogs that an earlier step has opened.
+// gives the run up if that takes too long or a message comes up that no step waits for. Steps go on
+// inside the event loops of the dialogs that an earlier step has opened.
 #pragma once
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -16,30 +15,24 @@ class QWidget;
 namespace veltrona::tour {
 
 class Guide : public QObject {
-    Q_OBJECT
-
 public:
     /// Pictures go into `folder`.
-    explicit Guide(const QString &folder);
+    explicit Guide(const QString &folder) : m_folder(folder) {}
 
     /// Takes `action` once `ready` has held for a moment; `aim` says in words what is waited for.
-    void step(const QString &aim, std::function<bool()> ready, std::function<void()> action);
+    void step(const QString &aim, const std::function<bool()> &ready,
+              const std::function<void()> &action) {
+        m_steps.push_back({aim, ready, action});
+    }
     void start();
-
-    /// Tells the reason and ends the run in order. The first reason counts.
-    void fail(const QString &why);
-    /// Fails unless `holds`; gives `holds`.
-    bool require(bool holds, const QString &why);
     /// Whether all steps were taken and none failed.
-    bool succeeded() const { return m_failure.isEmpty() && m_next == m_steps.size(); }
+    bool succeeded() const { return !m_hasFailed && m_next == m_steps.size(); }
+    /// Unless `holds`, reports the reason and ends the run in order. The first reason counts.
+    void require(bool holds, const QString &why);
 
     /// Saves what the screen shows of the program's windows as the next numbered picture.
     void takePicture(const QString &name);
-    void saveText(const QString &name, const QString &text);
-    QString file(const QString &name) const;
-    /// What has been made, in order.
-    QStringList files() const { return m_files; }
-    void addFile(const QString &path);
+    QString file(const QString &name) const { return m_folder + u'/' + name; }
 
 private:
     struct Step {
@@ -47,28 +40,24 @@ private:
         std::function<bool()> ready;
         std::function<void()> action;
     };
-
-    void comeBack();
     void look();
 
     QString m_folder;
     std::vector<Step> m_steps;
     std::size_t m_next = 0;
     int m_pictures = 0;
-    QStringList m_files;
-    QString m_failure;
+    bool m_hasFailed = false;
     QElapsedTimer m_waited; // since the step before was taken
     QElapsedTimer m_steady; // since the step is ready
 };
 
 // Input as a user gives it, through the window that has the focus or lies under the pointer.
-void click(QWidget *widget);
 void click(QWidget *widget, const QPoint &at);
+void click(QWidget *widget);
 void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-void type(const QString &text);
 
-/// A named widget in the windows that can be seen, or null.
-QWidget *visibleWidget(const QString &name);
+/// A named widget in the windows that can be seen; there must be one.
+QWidget *named(const QString &name);
 /// Whether a window of that name is in front and takes the keys.
 bool inFront(const QString &name);
 
