@@ -17,7 +17,7 @@ namespace {
 QString newFolder() {
     const QString shared = "/dev/shm";
     const QString place = QFileInfo(shared).isWritable() ? shared : QDir::tempPath();
-    static const QTemporaryDir folder(place + "/projectAttack-XXXXXX");
+    static const QTemporaryDir folder(place + "/projectAttack");
     return folder.path();
 }
 

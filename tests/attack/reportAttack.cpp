@@ -34,7 +34,6 @@ public:
 private:
     void import(const ColumnCheck &check);
     void lookAtEverything();
-    double clicksBelow(const TreeNode &node);
     qint64 number(const char *sql);
 
     QTemporaryFile m_file;

@@ -31,8 +31,6 @@ private slots:
         QCOMPARE(lastMonth(at(today + time)), (DateRange{lastFirst + time, lastEnd + time}));
     }
 
-    void allOfThem() { QCOMPARE(allDates(), (DateRange{day(1989, 1, 1), day(2032, 1, 1)})); }
-
     void weeksOfEveryDay() {
         const double time = 0.625;
         for (int number = 39052; number < 39052 + 400; ++number) {

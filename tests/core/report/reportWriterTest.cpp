@@ -115,16 +115,6 @@ private slots:
         QVERIFY(contents(m_page).contains("<img src=\"graph.jpg\">"));
         QCOMPARE(files(), QStringList{"report.html"}); // no picture of an older report
     }
-
-    void aPictureThatCannotReplaceIsReported() {
-        DialogRecorder recorder;
-        recorder.expectAnswer(Answer::Ok);
-        QVERIFY(QDir().mkdir(m_picture));
-        write(m_page);
-        const QString details = recorder.boxes().first().details;
-        QVERIFY2(details.contains(m_picture) && details.contains("irectory"), qPrintable(details));
-        QCOMPARE(files(), (QStringList{"graph.jpg", "report.html"}));
-    }
 };
 
 QTEST_GUILESS_MAIN(ReportWriterTest)

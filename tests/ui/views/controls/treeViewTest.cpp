@@ -3,7 +3,6 @@
 #include "ui/views/controls/treeModel.h"
 
 #include "support/dataTable.h"
-#include "support/pixels.h"
 
 #include <QAbstractItemModelTester>
 #include <QTest>
@@ -125,19 +124,6 @@ private slots:
         QVERIFY(shown.root->Children[0]->Expanded);
         QCOMPARE(shown.told(), QStringList());
         QCOMPARE(shown.tree.SelectedItem(), shown.root);
-    }
-
-    void theArrowOfTheSelectedRowIsLight() {
-        Shown shown;
-        shown.press(shown.campaign(0));
-        const QRect item = shown.view.visualRect(shown.campaign(0));
-        const int indent = shown.view.indentation();
-        const QImage arrow = shown.view.viewport()
-                                 ->grab({item.left() - indent, item.top(), indent, item.height()})
-                                 .toImage();
-        QVERIFY(!test::areaOf(arrow, [](const QColor &color) {
-                     return qGray(color.rgb()) > 180;
-                 }).isNull());
     }
 
     // Closing a node over the selected one moves the selection to it, which is a move by the user.
