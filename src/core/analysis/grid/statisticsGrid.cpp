@@ -118,18 +118,24 @@ double cellNumber(const Grid &grid, int row, int col) {
     return gridColumn::at(col).isPercent ? percentNumberOfText(text) : numberOfText(text);
 }
 
-void setCellNumber(Grid &grid, int row, int col, double number) {
-    grid.setTextMatrix(row, col, figureText(col, number));
+ColumnSums numbersOf(const Grid &grid, int row) {
+    ColumnSums numbers;
+    for (const GridColumn &column : gridColumn::table) {
+        if (column.rule != CellRule::Name)
+            numbers[column.column] = cellNumber(grid, row, column.column);
+    }
+    return numbers;
 }
 
-void averageRow(Grid &grid, int row) {
+/// As precise as the texts of cells.
+void average(ColumnSums &numbers) {
     for (const GridColumn &column : gridColumn::table) {
         if (column.rule != CellRule::Mean)
             continue;
-        const double count = cellNumber(grid, row, column.countColumn);
+        const double count = numbers[column.countColumn];
+        double &number = numbers[column.column];
         if (count > 0)
-            setCellNumber(grid, row, column.column,
-                          cellNumber(grid, row, column.column) / (count * column.divisor));
+            number = toFifteenDigits(number / (count * column.divisor));
     }
 }
 
@@ -138,12 +144,10 @@ constexpr bool isAddedUp(const GridColumn &column) {
            column.rule == CellRule::Quotient;
 }
 
-void addRow(const Grid &grid, int row, ColumnSums &sums) {
+void add(const ColumnSums &numbers, ColumnSums &sums) {
     for (const GridColumn &column : gridColumn::table) {
-        if (isAddedUp(column)) {
-            double &sum = sums[column.column];
-            sum = toFifteenDigits(sum + cellNumber(grid, row, column.column));
-        }
+        if (isAddedUp(column))
+            addAsCell(sums[column.column], numbers[column.column]);
     }
 }
 
@@ -152,20 +156,21 @@ void writeSums(Grid &grid, int row, const ColumnSums &sums, int rows) {
     for (const GridColumn &column : gridColumn::table) {
         const double sum = sums[column.column];
         if (isAddedUp(column))
-            setCellNumber(grid, row, column.column,
-                          column.rule == CellRule::Mean ? sum / rows : sum);
+            grid.setTextMatrix(
+                row, column.column,
+                figureText(column.column, column.rule == CellRule::Mean ? sum / rows : sum));
     }
     grid.setTextMatrix(
         row, gridColumn::Roi,
         returnOnInvestment(sums[gridColumn::ConversionValue], sums[gridColumn::Cost]));
 }
 
-void roundRow(Grid &grid, int row) {
+void writeRounded(Grid &grid, int row, const ColumnSums &numbers) {
     for (const GridColumn &column : gridColumn::table) {
         if (column.decimals < 0)
             continue;
         const int col = column.column;
-        const double rounded = roundHalfToEven(cellNumber(grid, row, col), column.decimals);
+        const double rounded = roundHalfToEven(numbers[col], column.decimals);
         const QString text = figureText(col, rounded);
         grid.setTextMatrix(row, col, column.hasLeadingZero ? withLeadingZero(text) : text);
     }
@@ -253,16 +258,17 @@ void sumUp(Grid &grid, bool gridColor) {
     const int rows = gridRow::dataRows(grid.Rows());
     ColumnSums sums;
     for (int row = gridRow::FirstData; row <= rows; ++row) {
-        averageRow(grid, row);
-        addRow(grid, row, sums);
-        roundRow(grid, row);
+        ColumnSums numbers = numbersOf(grid, row);
+        average(numbers);
+        add(numbers, sums);
+        writeRounded(grid, row, numbers);
         if (gridColor && earnedLessThanItsCost(grid, row))
             colorRow(grid, row, true);
     }
     const int summary = gridRow::summary(grid.Rows());
     if (rows > 0)
         writeSums(grid, summary, sums, rows);
-    roundRow(grid, summary);
+    writeRounded(grid, summary, numbersOf(grid, summary));
     if (gridColor)
         colorRow(grid, summary, earnedLessThanItsCost(grid, summary));
 }

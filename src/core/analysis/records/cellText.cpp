@@ -6,6 +6,7 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <string>
 
 namespace veltrona {
@@ -14,8 +15,20 @@ namespace {
 /// An overflow is no number, and so gives 0.
 template<typename Char>
 double leadingNumber(std::basic_string_view<Char> text) {
+    const ScannedNumber<Char> scanned = scanNumber(text);
+    // Up to 15 digits, whole number and power of ten are exact, so the quotient is the nearest one.
+    if (scanned.length > 0 && scanned.exponent.empty() &&
+        scanned.whole.size() + scanned.decimals.size() <= 15) {
+        qint64 whole = 0;
+        for (const auto part : {scanned.whole, scanned.decimals}) {
+            for (const Char digit : part)
+                whole = whole * 10 + (digit - '0');
+        }
+        const double magnitude = static_cast<double>(whole) / powersOfTen[scanned.decimals.size()];
+        return text.front() == '-' ? -magnitude : magnitude;
+    }
     std::string digits;
-    for (const Char character : text.substr(0, scanNumber(text).length))
+    for (const Char character : text.substr(0, scanned.length))
         digits += static_cast<char>(character);
     const char *const first = digits.data() + (digits.starts_with('+') ? 1 : 0);
     double number = 0;
@@ -44,6 +57,24 @@ std::string_view writeFifteenDigits(double number, char (&buffer)[32]) {
         std::to_chars(buffer, buffer + sizeof buffer, std::clamp(number, -largest, largest),
                       std::chars_format::general, 15);
     return {buffer, static_cast<std::size_t>(result.ptr - buffer)};
+}
+
+/// The text of scaled / 10^decimals, which isn't whole, without zeros at its end and before its
+/// point.
+QString decimalText(qint64 scaled, int decimals, bool isNegative) {
+    char buffer[32];
+    char *const end = std::end(buffer);
+    char *begin = end;
+    for (; scaled % 10 == 0; scaled /= 10)
+        --decimals;
+    for (; scaled > 0 || decimals > 0; scaled /= 10) {
+        *--begin = static_cast<char>('0' + scaled % 10);
+        if (--decimals == 0)
+            *--begin = '.';
+    }
+    if (isNegative)
+        *--begin = '-';
+    return QString::fromLatin1(begin, end - begin);
 }
 
 /// For magnitudes from 2^-26 up to 1E15: scaled to a whole number of 15 digits, rounded, and
@@ -89,6 +120,13 @@ double percentNumberOfText(std::string_view utf8) {
 QString numberText(double number) {
     if (std::abs(number) < 1E15 && static_cast<double>(static_cast<qint64>(number)) == number)
         return QString::number(static_cast<qint64>(number));
+    // The nearest number to one of at most 15 digits has these digits; below 0.0001 there is an
+    // exponent.
+    constexpr int decimals = 5;
+    const double magnitude = std::abs(number);
+    const double scaled = std::nearbyint(magnitude * powersOfTen[decimals]);
+    if (scaled >= 10 && scaled < 1E15 && scaled / powersOfTen[decimals] == magnitude)
+        return decimalText(static_cast<qint64>(scaled), decimals, number < 0);
     char buffer[32];
     const std::string_view digits = writeFifteenDigits(number, buffer);
     QString text =
