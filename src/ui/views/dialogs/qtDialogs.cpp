@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -18,6 +19,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <memory>
 
@@ -93,7 +95,17 @@ QString breakable(const QString &text, const Box &box) {
     return broken;
 }
 
+/// Qt computes the exact height of the box. A fractional scale of the screen rounds it down, which
+/// would cut off the last line's descenders.
+void addRoomForRounding(Box &box) {
+    const double scale = box.devicePixelRatio();
+    auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
+    if (label && scale != std::floor(scale))
+        label->setContentsMargins(0, 0, 0, 2);
+}
+
 void fill(Box &box, const QString &title, const QString &text) {
+    addRoomForRounding(box);
     const QString whole = withLineBreaks(text);
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
