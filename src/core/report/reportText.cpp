@@ -21,6 +21,17 @@ bool isLatin(char16_t unit) {
     return unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF);
 }
 
+/// Appends the characters before the first one that isn't a byte of the same number, and returns
+/// how many.
+qsizetype appendLatin(std::string &out, QStringView text) {
+    const char16_t *const begin = text.utf16();
+    const char16_t *const end = std::find_if_not(begin, begin + text.size(), isLatin);
+    const std::size_t size = out.size();
+    out.resize(size + static_cast<std::size_t>(end - begin));
+    std::transform(begin, end, out.data() + size, [](char16_t c) { return static_cast<char>(c); });
+    return end - begin;
+}
+
 void appendOther(std::string &out, char32_t character) {
     const auto *found = std::find(std::begin(upperPage), std::end(upperPage), character);
     if (character != 0 && found != std::end(upperPage)) {
@@ -129,10 +140,11 @@ void writeStatistics(Lines &lines, const ReportCells &headings,
 
 void appendAnsi(std::string &out, QStringView text) {
     for (qsizetype at = 0; at < text.size(); ++at) {
+        at += appendLatin(out, text.sliced(at));
+        if (at == text.size())
+            return;
         const char16_t unit = text[at].unicode();
-        if (isLatin(unit))
-            out += static_cast<char>(unit);
-        else if (isLoneSurrogate(text, at))
+        if (isLoneSurrogate(text, at))
             appendOther(out, QChar::ReplacementCharacter);
         else if (QChar::isHighSurrogate(unit))
             appendOther(out, QChar::surrogateToUcs4(unit, text[++at].unicode()));

@@ -12,6 +12,7 @@ namespace veltrona {
 struct TextWidths {
     float text = 0;
     float word = 0; // the widest
+    bool areExact = true;
 };
 
 /// Adds up the widths of a text's characters: exact enough for Latin texts, and many times faster
@@ -29,6 +30,7 @@ public:
                 wordBegin = widths.text + widthOf(c);
             }
             widths.text += widthOf(c);
+            widths.areExact &= c < QChar(0x250);
         }
         widths.word = std::max(widths.word, widths.text - wordBegin);
         return widths;
@@ -47,10 +49,6 @@ public:
             }
         }
         return lines;
-    }
-
-    static bool areExactFor(QStringView text) {
-        return std::ranges::all_of(text, [](QChar c) { return c < QChar(0x250); });
     }
 
 private:

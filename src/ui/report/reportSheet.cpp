@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <set>
 
 namespace veltrona {
@@ -24,7 +25,8 @@ constexpr double paragraphMargin = 12;
 constexpr double documentMargin = 4;
 
 QFont cellFont(double zoom) {
-    QFont font(u"Arial"_s);
+    QFont font;
+    font.setFamilies({u"Arial"_s, u"Helvetica"_s, u"sans-serif"_s}); // as in the style sheet
     font.setPixelSize(qRound(reportTextSize * zoom));
     return font;
 }
@@ -56,10 +58,12 @@ void appendShown(std::string &html, QStringView value) {
 
 /// The few rows of the statistics that determine the layout of all of them: the rows with the
 /// widest text or word of a column, which determine the columns' widths, a marked row, the first
-/// and the last one, in their order.
-std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFont &font) {
+/// and the last one, in their order. Fills the widths of all rows.
+std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFont &font,
+                                  std::vector<CellWidths> &cellWidths) {
     if (rows.empty())
         return {};
+    cellWidths.resize(rows.size());
     struct Widest {
         float width = -1;
         std::size_t row = 0;
@@ -79,6 +83,8 @@ std::vector<ReportRow> sampleRows(const std::vector<ReportRow> &rows, const QFon
             marked = row;
         for (std::size_t col = 0; col < columns.size(); ++col) {
             const TextWidths found = widths.of(shownValue(rows[row].cells[col]));
+            constexpr float unknown = std::numeric_limits<float>::infinity();
+            cellWidths[row][col] = found.areExact ? found.text : unknown;
             columns[col].text.see(found.text, row);
             columns[col].word.see(found.word, row);
         }
@@ -137,11 +143,12 @@ protected:
 
 ReportSheet::ReportSheet(const Report &report, const QImage &graph, Options options)
     : m_report(report) {
-    const std::vector<ReportRow> samples = sampleRows(report.rows, cellFont(options.zoom));
+    std::vector<CellWidths> widths;
+    const std::vector<ReportRow> samples = sampleRows(report.rows, cellFont(options.zoom), widths);
     makeFrame(htmlOf(report, samples, options.zoom), graph, options);
     if (!samples.empty()) {
         readTable(samples);
-        estimateRows();
+        estimateRows(widths);
     }
 }
 
@@ -201,8 +208,8 @@ void ReportSheet::readTable(const std::vector<ReportRow> &samples) {
 }
 
 /// Where all cells fit on one line, that is exact.
-void ReportSheet::estimateRows() {
-    CharacterWidths widths(m_plain.font());
+void ReportSheet::estimateRows(const std::vector<CellWidths> &widths) {
+    CharacterWidths characters(m_plain.font());
     const double line = cellHeight(u"x"_s, 0, 0);
     const std::size_t rows = m_report.rows.size();
     m_tops.reserve(rows + 1);
@@ -212,11 +219,11 @@ void ReportSheet::estimateRows() {
         bool isExact = true;
         for (std::size_t col = 0; col < gridColumn::Shown; ++col) {
             constexpr double reserve = 2; // pixels
-            const QString text = shownValue(m_report.rows[row].cells[col]);
             const double width = m_columns[col].width;
-            if (CharacterWidths::areExactFor(text) && widths.of(text).text + reserve < width)
+            if (widths[row][col] + reserve < width)
                 continue;
-            lines = std::max(lines, widths.lines(text, static_cast<float>(width)));
+            const QString text = cellText(int(row), int(col));
+            lines = std::max(lines, characters.lines(text, static_cast<float>(width)));
             isExact = false;
         }
         m_tops.push_back(m_tops.back() + lines * line + 2 * (m_padding + m_border));

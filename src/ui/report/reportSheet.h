@@ -14,6 +14,7 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
+#include <array>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -30,6 +31,9 @@ QString shownValue(const QString &text);
 
 /// The report with these rows in its statistics as HTML for Qt's rich text.
 QString htmlOf(const Report &report, const std::vector<ReportRow> &rows, double zoom = 1);
+
+/// Of the texts of a row on one line each; infinite where that isn't known exactly.
+using CellWidths = std::array<float, gridColumn::Shown>;
 
 class ReportSheet {
 public:
@@ -94,7 +98,7 @@ private:
 
     void makeFrame(const QString &html, const QImage &graph, Options options);
     void readTable(const std::vector<ReportRow> &samples);
-    void estimateRows();
+    void estimateRows(const std::vector<CellWidths> &widths);
     /// Of a text in place of the cell's own.
     double cellHeight(const QString &text, int row, int col) const;
     double heightOfRow(int row) const;
