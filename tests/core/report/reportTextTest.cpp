@@ -99,7 +99,7 @@ private slots:
         row("latin", "Müller ÿ\u00a0", "M\xfcller \xff\xa0");
         row("upper page", "€‚ƒŽ‘’“”•–—™Ÿ", "\x80\x82\x83\x8e\x91\x92\x93\x94\x95\x96\x97\x99\x9f");
         row("holes of the page", QString(QChar(0x81)) + QChar(0x9d), "\x81\x9d");
-        row("outside", QChar(0xFEFF) + QString("aŁ日b"), "&#65279;a&#321;&#26085;b");
+        row("outside", QChar(0xFEFF) + QString("aŁ日b\u0080"), "&#65279;a&#321;&#26085;b&#128;");
         row("beyond 16 bits", "😀", "&#128512;");
         row("half a pair", QString(QChar(0xD83D)) + u'x' + QChar(0xDE00), "&#65533;x&#65533;");
     }

@@ -70,6 +70,10 @@ private slots:
         QCOMPARE(QFile::permissions(m_page) & QFile::WriteOther, QFile::Permissions());
         QCOMPARE(m_grid.Row(), 2);
         QCOMPARE(m_grid.Col(), 12);
+        ReportSource bare = source();
+        bare.options.graph = false;
+        writeReport(path("bare.html"), true, bare);
+        QVERIFY(QFile::exists(m_picture)); // the other report's
     }
 
     void blankNamesAndFullDevicesAreReported() {

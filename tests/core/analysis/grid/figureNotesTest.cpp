@@ -110,6 +110,12 @@ private slots:
         add(table, {"Shoes", "g", "red"}, "2006-05-31", 20, 60, 1, 0);
         QCOMPARE(FigureNotes(records, {}, may).ofRow("Shoes", Cost).last(),
                  "1 to 31 May 2006: 60.00, down 20%");
+        const DateRange none = range("2007-05-02", "2007-05-02"); // without conversions
+        QCOMPARE(FigureNotes(records, {}, none).ofRow("Shoes", Conversions),
+                 QStringList("1 May: 1, down 100%"));
+        const DateRange year = range("2007-01-01", "2007-12-31"); // the year before once
+        QCOMPARE(FigureNotes(records, {}, year).ofSummary(Clicks),
+                 QStringList("1 Jan to 31 Dec 2006: 20, up 3470%"));
     }
 
     void fromLossToLoss() {

@@ -117,10 +117,11 @@ private slots:
 
     void barsStandOnTheirValues() {
         Chart chart;
-        fill(chart, 3);
+        fill(chart, 4);
         chart.DataGrid().SetData(1, 1, 100, 0);
         chart.DataGrid().SetData(2, 1, -50, 0);
         chart.DataGrid().SetData(3, 1, std::numeric_limits<double>::infinity(), 0);
+        chart.DataGrid().SetData(4, 1, 0.01, 0);
         QImage image(600, 300, QImage::Format_RGB32);
         QPainter painter(&image);
         const ChartColors colors = ChartColors::lightPaper();
@@ -134,6 +135,10 @@ private slots:
         QVERIFY(barAt(0, 95) && barAt(0, 5) && !barAt(0, 105) && !barAt(0, -5));
         QVERIFY(barAt(1, -5) && barAt(1, -45) && !barAt(1, -55) && !barAt(1, 5));
         QVERIFY(!barAt(2, 5) && !barAt(2, -5));
+        const QRect least = layout.column(3).toRect().adjusted(0, 0, 0, 9);
+        QVERIFY(!test::areaOf(image.copy(least), [&](QColor color) {
+                     return color == colors.bar;
+                 }).isNull());
         const auto isPaper = [&](const QRectF &part) {
             return test::areaOf(image.copy(part.toRect()),
                                 [&](const QColor &color) { return color != colors.paper; })
