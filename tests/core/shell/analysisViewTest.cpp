@@ -100,9 +100,11 @@ private slots:
     void aBarsDaysAndBack() {
         const DateRange week = m_view->dateRange(); // 6 to 12 May, at noon
         const auto bar = [&](int number) { m_controls->mscMain.onBarChosen(number); };
+        const QString subject = m_controls->flxStat.subject();
         m_refreshes = 0;
         bar(1);
         QCOMPARE(m_refreshes, 1);
+        QVERIFY(m_controls->flxStat.subject() != subject);
         QCOMPARE(m_said.last().left(19), "1 bar, 7 May 2007: ");
         QVERIFY((m_view->dateRange() == DateRange{week.start + 1, week.start + 1}));
         QCOMPARE(m_controls->cboRange.ListIndex(), int(RangePreset::Custom));

@@ -326,6 +326,7 @@ private slots:
                 heard += cell->text(QAccessible::Name) + u'|';
         }
         QCOMPARE(heard, "Sale, loss: did not earn back its cost|99|");
+        QVERIFY(!table->cellAt(0, 2)->state().offscreen); // of another row
         QCOMPARE(face->focusChild(),
                  shown.view.hasFocus() ? table->cellAt(1, gridColumn::Cost) : nullptr);
         shown.grid.notesOf = [](int row, int col) {
